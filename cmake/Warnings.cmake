@@ -1,0 +1,17 @@
+# One target that carries the warnings; everything of ours links it. Each is an error.
+add_library(vistrel_warnings INTERFACE)
+target_compile_options(vistrel_warnings INTERFACE
+  -Werror
+  -Wall
+  -Wextra
+  -Wpedantic
+  -Wshadow                # a name that hides another reads as the wrong one
+  -Wnon-virtual-dtor      # deleting through such a base is undefined
+  -Woverloaded-virtual    # a near miss of an override
+  -Wold-style-cast        # hides which cast was meant
+  -Wcast-align
+  -Wunused
+  -Wnull-dereference
+  -Wimplicit-fallthrough
+  -Wextra-semi
+)

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Dispatch.h"
+#include "platform/Geometry.h"
+#include "platform/Image.h"
+#include "platform/Screen.h"
+#include "platform/ScreenCapture.h"
+#include "platform/Text.h"
+
+namespace vistrel::platform {
+
+struct Alert;
+class Application;
+class Control;
+class View;
+class Window;
+enum class ViewChange;
+
+/// Queues, timers, the clock. What each must do is said in Dispatch.h.
+class DispatchBackend {
+ public:
+  virtual ~DispatchBackend() = default;
+  virtual Date now() = 0;
+  virtual DispatchQueue& mainQueue() = 0;
+  virtual void mainAsyncAfter(double seconds, Block block) = 0;
+  virtual std::shared_ptr<DispatchQueue> makeSerialQueue(std::string label,
+                                                         QualityOfService quality) = 0;
+  virtual std::shared_ptr<Timer> scheduledTimer(double seconds, bool repeats, Block block) = 0;
+  virtual std::shared_ptr<Semaphore> makeSemaphore(int value) = 0;
+};
+
+/// What shows one window. Told after the window's or a view's state has changed; reads the state
+/// from the window it was made for, which outlives it. Feeds what happens back through the window's
+/// functions for peers, never from within a call that told it something. Main thread.
+class WindowPeer {
+ public:
+  virtual ~WindowPeer() = default;
+
+  /// The window's size around a content size, at the same origin.
+  virtual Rect frameRectForContentRect(const Rect& contentRect) const { return contentRect; }
+  virtual Rect contentRectForFrameRect(const Rect& frame) const { return frame; }
+  /// `frame()` has changed by code.
+  virtual void frameDidChange(bool display, bool animate) = 0;
+  /// Anything else that is no call of its own: title, level, behaviour, minimum size, colours.
+  virtual void propertiesDidChange() = 0;
+  virtual void contentViewDidChange() = 0;
+  virtual void viewDidChange(View& view, ViewChange change) = 0;
+  virtual void orderFrontRegardless() = 0;
+  virtual void makeKeyAndOrderFront() = 0;
+  virtual void orderOut() = 0;
+  virtual void close() = 0;
+  /// The frame that an earlier run saved under `name`, if any; saves it from now on.
+  virtual std::optional<Rect> adoptAutosavedFrame(const std::string& name) = 0;
+};
+
+/// Windows, screens, the pointer, controls' sizes, alerts.
+class WindowBackend {
+ public:
+  virtual ~WindowBackend() = default;
+  /// Called while `window` is being constructed; the peer must not call its virtual functions yet.
+  virtual std::unique_ptr<WindowPeer> makePeer(Window& window, bool isPanel) = 0;
+  virtual std::vector<Screen> screens() = 0;
+  virtual std::optional<Screen> mainScreen() = 0;
+  virtual Point mouseLocation() = 0;
+  virtual Size intrinsicContentSize(const Control& control) = 0;
+  virtual int runModal(const Alert& alert) = 0;
+};
+
+/// Listing and capturing windows. What each must do is said in ScreenCapture.h and Image.h.
+class ScreenCaptureBackend {
+ public:
+  virtual ~ScreenCaptureBackend() = default;
+  virtual bool preflightScreenCaptureAccess() = 0;
+  virtual bool requestScreenCaptureAccess() = 0;
+  virtual void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+                                   ShareableContentCompletion completion) = 0;
+  virtual std::shared_ptr<Stream> makeStream(const ContentFilter& filter,
+                                             const StreamConfiguration& configuration,
+                                             std::weak_ptr<StreamDelegate> delegate) = 0;
+  virtual std::shared_ptr<ImageContext> makeImageContext(const ImageContextOptions& options) = 0;
+};
+
+/// The surroundings of the process.
+class WorkspaceBackend {
+ public:
+  virtual ~WorkspaceBackend() = default;
+  virtual bool openURL(const std::string& url) = 0;
+  virtual bool openNewInstance(const std::string& bundlePath) = 0;
+  virtual std::int32_t processIdentifier() = 0;
+  virtual std::string mainBundlePath() = 0;
+  virtual ComparisonResult localizedCaseInsensitiveCompare(const std::string& a,
+                                                           const std::string& b) = 0;
+};
+
+/// One desktop, behind which everything above this folder runs.
+class Backend {
+ public:
+  virtual ~Backend() = default;
+  virtual DispatchBackend& dispatch() = 0;
+  virtual WindowBackend& windows() = 0;
+  virtual ScreenCaptureBackend& screenCapture() = 0;
+  virtual WorkspaceBackend& workspace() = 0;
+  virtual Application& application() = 0;
+};
+
+/// The installed backend; ends the program when there is none. Any thread.
+Backend& backend();
+
+/// Installs a backend for as long as it lives. One at a time; main thread.
+class BackendInstallation {
+ public:
+  explicit BackendInstallation(Backend& backend);
+  BackendInstallation(const BackendInstallation&) = delete;
+  BackendInstallation& operator=(const BackendInstallation&) = delete;
+  ~BackendInstallation();
+};
+
+}  // namespace vistrel::platform

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/Geometry.h"
+
+namespace vistrel::platform {
+
+/// One monitor that panels may be placed on. Screen space.
+struct Screen {
+  Rect frame;
+  /// The frame less what the desktop reserves (menu bar, docks, panels).
+  Rect visibleFrame;
+  /// Pixels per point.
+  double backingScaleFactor = 1;
+
+  friend bool operator==(const Screen&, const Screen&) = default;
+};
+
+/// All screens, the primary one first. Main thread, or a capture service's thread: backends answer
+/// from a copy that the main thread keeps.
+std::vector<Screen> screens();
+
+/// The screen of the key window, else the primary one; none when there is no screen. Any thread.
+std::optional<Screen> mainScreen();
+
+/// The screen that shows most of `frame`; none when no screen shows any of it.
+std::optional<Screen> screenShowing(const Rect& frame, const std::vector<Screen>& screens);
+
+}  // namespace vistrel::platform

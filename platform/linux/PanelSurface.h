@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/Color.h"
+#include "platform/Image.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Pixels, origin at the top-left of the panel's window, y downwards.
+struct PixelRect {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+
+  friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
+/// Everything of a panel except the mirrored picture, painted from its view tree.
+struct PanelChrome {
+  /// The panel's size in pixels.
+  int width = 0;
+  int height = 0;
+  /// width × height pixels, top row first: 0xAARRGGBB in the host's byte order, premultiplied.
+  std::vector<std::uint32_t> pixels;
+  /// Where the picture lies, aspect-fit and centred under the chrome; none when it is not shown.
+  std::optional<PixelRect> contents;
+  /// What lies in `contents` beside the picture.
+  Color contentsBackground;
+  /// Parts of `contents` that the chrome draws over; elsewhere in `contents` it is transparent.
+  std::vector<PixelRect> overlays;
+  /// Radius in pixels of the rounded corners that clip chrome and picture alike.
+  int cornerRadius = 0;
+};
+
+/// What draws a panel's window: chrome and picture composited, without a picture ever crossing to
+/// the client. Serves the window's expose events by itself. Main thread; the drawing may happen on
+/// the mirror's own queue.
+class PanelSurface {
+ public:
+  virtual ~PanelSurface() = default;
+
+  /// Shows a new chrome, and the picture scaled to its new place. The window has the chrome's size
+  /// by then, or is about to.
+  virtual void setChrome(PanelChrome chrome) = 0;
+  /// Shows `image`, made by this backend's image context; null shows the background alone.
+  virtual void setContents(std::shared_ptr<const Image> image) = 0;
+  /// Stops drawing; returns once nothing touches the window any more, so that it may be destroyed.
+  virtual void detach() = 0;
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/Dispatch.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// A serial queue: one thread that runs blocks in order and, between blocks, waits on file
+/// descriptors and on one deadline. What watches a descriptor lives on this queue alone, so a
+/// mirror's connection to the display server needs no lock.
+///
+/// Releasing the last handle ends the thread after the blocks already handed in; the thread is
+/// never joined by itself.
+class SerialQueue : public DispatchQueue, public std::enable_shared_from_this<SerialQueue> {
+ public:
+  static std::shared_ptr<SerialQueue> make(std::string label, QualityOfService quality);
+
+  /// Calls `readable` whenever `descriptor` has something to read, and before each wait, since a
+  /// library may have read it ahead. On this queue only.
+  virtual void watch(int descriptor, std::function<void()> readable) = 0;
+  virtual void unwatch(int descriptor) = 0;
+  /// Runs `block` on this queue once the monotonic clock has reached `seconds`. Any thread.
+  virtual void asyncAt(double monotonicSeconds, Block block) = 0;
+};
+
+/// Seconds of CLOCK_MONOTONIC.
+double monotonicNow();
+
+/// Ends all queues' threads and waits for them; no block begins after it. Main thread, at exit.
+void shutDownSerialQueues();
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/Backend.h"
+#include "platform/linux/PanelSurface.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// The X11 half of the backend: listing and capturing windows, drawing panels. Knows nothing of the
+/// toolkit.
+class X11Desktop : public ScreenCaptureBackend {
+ public:
+  struct OrFailure;
+  /// Connects to the display that DISPLAY names. Fails with one line for a person.
+  static OrFailure connect();
+
+  /// A surface that draws the window `window`, made by the toolkit on another connection that has
+  /// been synced since. Main thread.
+  virtual std::unique_ptr<PanelSurface> makePanelSurface(std::uint32_t window) = 0;
+
+  /// Sets the EWMH properties that keep a panel above all windows and on every desktop, out of
+  /// taskbar and pager (`_NET_WM_STATE`, `_NET_WM_DESKTOP`). Before the window is first mapped.
+  virtual void markAsFloatingPanel(std::uint32_t window) = 0;
+  /// Raises the window in its layer (a checked ConfigureWindow), without giving it the focus.
+  virtual void raise(std::uint32_t window) = 0;
+};
+
+struct X11Desktop::OrFailure {
+  std::unique_ptr<X11Desktop> desktop;
+  std::string failure;
+};
+
+/// The display server is gone: writes one line to standard error, once, and ends the process with
+/// status 1 without running destructors. Any thread.
+[[noreturn]] void endProgramDisplayLost();
+
+}  // namespace vistrel::platform::linux_desktop
