@@ -17,7 +17,14 @@ class Control : public View {
  public:
   using View::View;
   /// In points. Asks the backend.
-  Size intrinsicContentSize() const;
+  Size intrinsicContentSize() const override;
+
+ protected:
+  /// To be called when what the size depends on has changed.
+  void invalidateIntrinsicContentSize();
+  /// Sets a field that shows, telling layout and peer when it changes. Defined for this folder.
+  template <class Value>
+  void assign(Value& field, Value value);
 };
 
 /// Text that a person reads and cannot edit.
@@ -174,6 +181,7 @@ class TableView : public Control {
   const Action& doubleAction() const { return doubleAction_; }
   void setDoubleAction(Action action) { doubleAction_ = std::move(action); }
 
+  /// As counted when the data was last reloaded.
   int numberOfRows() const;
   /// Counts the rows anew and drops all cells; a selection beyond the last row goes away.
   void reloadData();
@@ -184,7 +192,6 @@ class TableView : public Control {
 
   /// -1 when nothing is selected.
   int selectedRow() const { return selectedRow_; }
-  void selectRow(int row);
 
   // For peers.
 
@@ -194,6 +201,7 @@ class TableView : public Control {
   void personDidDoubleClick();
 
  private:
+  bool hasRow(int row) const;
   void recycle(std::shared_ptr<View> cell);
 
   std::vector<TableColumn> columns_;

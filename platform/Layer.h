@@ -34,6 +34,7 @@ class Layer {
 
   /// The picture; null shows the background alone.
   const std::shared_ptr<const Image>& contents() const { return contents_; }
+  /// Passed on each time, since an image that was shown before may stand for newer pixels now.
   void setContents(std::shared_ptr<const Image> image);
 
   /// Pixels of `contents` per point.
@@ -49,6 +50,9 @@ class Layer {
 
  private:
   friend class View;
+
+  template <class Value>
+  void assign(Value& field, Value value);
 
   View* view_ = nullptr;  // the one owner, which outlives its layer
   std::optional<Color> backgroundColor_;

@@ -85,6 +85,8 @@ class View : public std::enable_shared_from_this<View> {
   View* hitTest(Point point);
   /// From the content view's unflipped space (`Event::locationInWindow`) to this view's own.
   Point convertFromWindow(Point pointInWindow) const;
+  /// This view's top-left corner seen from its superview's, y downwards.
+  Point originInSuperviewFromTop() const;
   /// This view's frame in its window, origin top-left of the content view, y downwards.
   Rect frameInWindowFromTop() const;
 
@@ -97,6 +99,8 @@ class View : public std::enable_shared_from_this<View> {
   /// Cursor rectangles in this view's coordinates, asked for anew.
   const std::vector<CursorRect>& freshCursorRects();
 
+  /// The size that the view would like to have where constraints leave it open; zero for none.
+  virtual Size intrinsicContentSize() const { return {}; }
   virtual bool isFlipped() const { return false; }
   virtual void layout() {}
   virtual void draw(GraphicsContext& context);
@@ -116,10 +120,9 @@ class View : public std::enable_shared_from_this<View> {
  private:
   friend class Window;
 
-  void setWindowOfTree(Window* window);
   void backingPropertiesChanged();
-  /// The child's coordinate space is ours moved to its frame, mirrored where only one is flipped.
-  Point convertToChild(const View& child, Point point) const;
+  /// From the superview's coordinates (the window's, for a content view) to this view's own.
+  Point convertFromSuperview(Point point) const;
 
   Rect frame_;
   bool hidden_ = false;

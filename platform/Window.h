@@ -133,7 +133,6 @@ class Window : public std::enable_shared_from_this<Window> {
 
  private:
   void adoptFrame(const Rect& frame);
-  void propertiesDidChange();
 
   Rect frame_;
   std::uint64_t styleMask_;

@@ -1,0 +1,68 @@
+#include <algorithm>
+#include <utility>
+
+#include "platform/Controls.h"
+
+namespace vistrel::platform {
+
+void TableView::addTableColumn(TableColumn column) { columns_.push_back(std::move(column)); }
+
+void TableView::setDataSource(std::weak_ptr<TableViewDataSource> dataSource) {
+  dataSource_ = std::move(dataSource);
+  reloadData();
+}
+
+void TableView::setDelegate(std::weak_ptr<TableViewDelegate> delegate) {
+  delegate_ = std::move(delegate);
+  reloadData();
+}
+
+int TableView::numberOfRows() const { return static_cast<int>(cells_.size()); }
+
+void TableView::reloadData() {
+  for (auto& cell : cells_) recycle(std::move(cell));
+  const auto dataSource = dataSource_.lock();
+  const int rows = dataSource ? dataSource->numberOfRows(*this) : 0;
+  cells_.assign(static_cast<std::size_t>(rows), nullptr);
+  if (selectedRow_ >= rows) selectedRow_ = -1;
+  didChange(ViewChange::rows);
+}
+
+void TableView::reloadRows(const std::set<int>& rows) {
+  for (const int row : rows) {
+    if (hasRow(row)) recycle(std::move(cells_[static_cast<std::size_t>(row)]));
+  }
+  didChange(ViewChange::rows);
+}
+
+std::shared_ptr<TableCellView> TableView::reusableView(const std::string& identifier) {
+  const auto found = std::find_if(reusable_.begin(), reusable_.end(), [&](const auto& cell) {
+    return cell->identifier() == identifier;
+  });
+  if (found == reusable_.end()) return nullptr;
+  auto cell = std::move(*found);
+  reusable_.erase(found);
+  return cell;
+}
+
+std::shared_ptr<View> TableView::cellForRow(int row) {
+  const auto delegate = delegate_.lock();
+  if (!hasRow(row) || !delegate || columns_.empty()) return nullptr;
+  auto& cell = cells_[static_cast<std::size_t>(row)];
+  if (!cell) cell = delegate->viewForRow(*this, columns_.front(), row);
+  return cell;
+}
+
+void TableView::personDidSelectRow(int row) { selectedRow_ = hasRow(row) ? row : -1; }
+
+void TableView::personDidDoubleClick() { doubleAction_.send(); }
+
+bool TableView::hasRow(int row) const { return row >= 0 && row < numberOfRows(); }
+
+void TableView::recycle(std::shared_ptr<View> cell) {
+  if (auto reusable = std::dynamic_pointer_cast<TableCellView>(std::move(cell))) {
+    reusable_.push_back(std::move(reusable));
+  }
+}
+
+}  // namespace vistrel::platform
