@@ -1,0 +1,144 @@
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+#include "mirror/BlankTest.h"
+#include "mirror/CaptureSize.h"
+#include "mirror/FrameAcceptance.h"
+#include "mirror/Freshness.h"
+#include "mirror/LiveDotColors.h"
+#include "mirror/WindowMirrorHUDController.h"
+#include "platform/Screen.h"
+
+namespace vistrel {
+
+using platform::Error;
+using platform::ShareableContent;
+using platform::Stream;
+using platform::WindowRecord;
+
+namespace {
+
+WindowRecord windowWithID(const ShareableContent& content, platform::WindowID windowID) {
+  const auto& windows = content.windows;
+  const auto found = std::find_if(windows.begin(), windows.end(), [&](const WindowRecord& window) {
+    return window->windowID == windowID;
+  });
+  return found == windows.end() ? nullptr : *found;
+}
+
+}  // namespace
+
+double WindowMirrorHUDController::panelBackingScale() const {
+  constexpr double scaleWithoutScreen = 2;
+  auto screen = panel_->screen();
+  if (!screen) screen = platform::mainScreen();
+  return screen ? screen->backingScaleFactor : scaleWithoutScreen;
+}
+
+platform::StreamConfiguration WindowMirrorHUDController::streamConfiguration() const {
+  return {.width = captureWidth_.load(),
+          .height = captureHeight_.load(),
+          .minimumFrameInterval = {.value = 1, .timescale = 30},
+          .queueDepth = 6,
+          .showsCursor = true,
+          .scalesToFit = true,
+          .pixelFormat = platform::pixelFormat32BGRA};
+}
+
+void WindowMirrorHUDController::startCapture() {
+  // The panel's screen is main's to ask; the service answers elsewhere.
+  platform::getShareableContent(
+      /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/false,
+      [weak = weak_from_this(), scale = panelBackingScale()](
+          const std::shared_ptr<const ShareableContent>& content, const std::optional<Error>&) {
+        if (const auto self = weak.lock()) self->receiveShareableContent(content.get(), scale);
+      });
+}
+
+void WindowMirrorHUDController::receiveShareableContent(const ShareableContent* content,
+                                                        double backingScale) {
+  const WindowRecord source = content != nullptr ? windowWithID(*content, windowID_) : nullptr;
+  if (!source) return showStatusOnMain("Source window is no longer available.");
+  const CaptureSize size = initialCaptureSize(source->frame.size, backingScale);
+  captureWidth_.store(size.width);
+  captureHeight_.store(size.height);
+  startStream(source);
+}
+
+void WindowMirrorHUDController::startStream(const WindowRecord& source) {
+  auto output = std::make_shared<StreamOutput>(
+      [weak = weak_from_this()](const platform::SampleBuffer& sample) {
+        if (const auto self = weak.lock()) self->handleSample(sample);
+      });
+  auto stream =
+      platform::makeStream({.desktopIndependentWindow = source}, streamConfiguration(), output);
+  if (stream->addStreamOutput(output, platform::StreamOutputType::screen, sampleQueue_)) {
+    return showStatusOnMain("Couldn't attach to the window stream.");
+  }
+  stream_.store(stream);
+  streamOutput_.store(std::move(output));
+  stream->startCapture([self = shared_from_this()](const std::optional<Error>& error) {
+    platform::mainQueue().async([self, error] { self->streamDidStart(error); });
+  });
+}
+
+void WindowMirrorHUDController::streamDidStart(const std::optional<Error>& error) {
+  if (error) {
+    showStatus("Screen Recording permission is required.\n" + error->localizedDescription);
+  } else {
+    statusLabel_->setHidden(true);
+  }
+}
+
+void WindowMirrorHUDController::showStatusOnMain(std::string text) {
+  platform::mainQueue().async([weak = weak_from_this(), text = std::move(text)] {
+    if (const auto self = weak.lock()) self->showStatus(text);
+  });
+}
+
+void WindowMirrorHUDController::stopCapture() {
+  if (const auto stream = stream_.load()) stream->stopCapture([](const std::optional<Error>&) {});
+  stream_.store(nullptr);
+  streamOutput_.store(nullptr);
+}
+
+void WindowMirrorHUDController::handleSample(const platform::SampleBuffer& sample) {
+  assert(sampleQueue_->isCurrent());
+  if (!sample.isValid() || !isCompleteFrame(sample.sampleAttachments())) return;
+  const auto frame = sample.imageBuffer();
+  if (!frame) return;
+  if (lastImage_.load() && isMostlyBlank(*frame)) return;
+  auto image = ciContext_->createImage(frame);
+  if (!image) return;
+  platform::mainQueue().async([weak = weak_from_this(), image = std::move(image)] {
+    if (const auto self = weak.lock()) self->showFrame(image);
+  });
+}
+
+void WindowMirrorHUDController::showFrame(std::shared_ptr<const platform::Image> image) {
+  assert(platform::mainQueue().isCurrent());
+  lastImage_.store(image);
+  if (content_->layer() != nullptr) content_->layer()->setContents(std::move(image));
+  lastFrameAt_ = platform::now();
+  liveDot_->layer()->setBackgroundColor(liveColor);
+  statusLabel_->setHidden(true);
+}
+
+void WindowMirrorHUDController::tickFreshness() {
+  if (isStale(lastFrameAt_, platform::now())) liveDot_->layer()->setBackgroundColor(staleColor);
+}
+
+void WindowMirrorHUDController::updateCaptureResolutionIfNeeded() {
+  const auto stream = stream_.load();
+  const std::int64_t width = captureWidth_.load();
+  if (!stream || width < 1) return;
+  const auto grown =
+      grownCaptureSize(width, panel_->frame().width(), sourcePointSize_, panelBackingScale());
+  if (!grown) return;
+  captureWidth_.store(grown->width);
+  captureHeight_.store(grown->height);
+  stream->updateConfiguration(streamConfiguration(), [](const std::optional<Error>&) {});
+}
+
+}  // namespace vistrel

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "mirror/PanelLayout.h"
+#include "platform/View.h"
+
+namespace vistrel {
+
+/// The handle in a panel's bottom-right corner. Resizing keeps the panel's top-left corner and not
+/// its aspect; the picture is letter-boxed instead.
+class MirrorResizeGrip : public platform::View {
+ public:
+  using View::View;
+
+  /// The smallest panel frame that a resize may make.
+  platform::Size minSize() const { return minSize_; }
+
+  /// A crosshair, since no resize cursor tells that only this corner moves.
+  void resetCursorRects() override;
+  void draw(platform::GraphicsContext& context) override;
+  void mouseDown(const platform::Event& event) override;
+  void mouseDragged(const platform::Event& event) override;
+
+ private:
+  const platform::Size minSize_ = panelMinSize;
+  platform::Point startMouse_;  // screen space
+  platform::Rect startFrame_;   // screen space
+};
+
+}  // namespace vistrel

@@ -1,0 +1,162 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "mirror/MirrorCardView.h"
+#include "mirror/MirrorContentView.h"
+#include "mirror/MirrorPanel.h"
+#include "mirror/MirrorResizeGrip.h"
+#include "mirror/PanelLayout.h"
+#include "mirror/StreamOutput.h"
+#include "platform/Controls.h"
+#include "platform/Dispatch.h"
+#include "platform/Guarded.h"
+#include "platform/Image.h"
+#include "platform/Menu.h"
+#include "platform/ScreenCapture.h"
+
+namespace vistrel {
+
+/// One mirror: the floating panel that shows one window of another program, the views in it, and
+/// the stream that feeds it. Lives on the main thread; only `handleSample` and the answers of the
+/// capture service run elsewhere. Views, callbacks, timer and stream hold it weakly, so whoever
+/// keeps it decides how long it lives.
+class WindowMirrorHUDController : public platform::RepresentedObject,
+                                  public std::enable_shared_from_this<WindowMirrorHUDController> {
+ public:
+  /// Told the source's window number when a person closes the mirror.
+  using OnClosed = std::function<void(platform::WindowID windowID)>;
+
+  WindowMirrorHUDController() = delete;
+  WindowMirrorHUDController(const WindowMirrorHUDController&) = delete;
+  WindowMirrorHUDController& operator=(const WindowMirrorHUDController&) = delete;
+
+  /// Builds the panel of a mirror of `window` and places it, hidden and without capture. `cascade`
+  /// is how many mirrors are open already.
+  static std::shared_ptr<WindowMirrorHUDController> make(const platform::WindowRecord& window,
+                                                         int cascade, OnClosed onClosed);
+
+  /// Orders the panel in without activating the program, and starts capture and the freshness
+  /// timer.
+  void show();
+  /// Stops everything and closes the panel. Does not call `onClosed`.
+  void close();
+  /// Lays out the views for the card's size.
+  void relayout();
+
+  // Commands.
+
+  /// Flips between the full panel and its title bar alone; the top edge stays.
+  void toggleRollUp();
+  /// Closes the mirror as a person's command: `close`, then `onClosed`.
+  void closeClicked();
+  /// Shows a text over the picture, and a red dot, until the next frame.
+  void showStatus(const std::string& text);
+
+  // Capture.
+
+  /// Looks the source up and starts its stream. Stops no stream that runs: see `stopCapture`.
+  void startCapture();
+  void stopCapture();
+  /// Shows a sample unless it is incomplete, or black while a picture is shown. On `sampleQueue`.
+  void handleSample(const platform::SampleBuffer& sample);
+  /// Turns the dot amber once frames have ceased.
+  void tickFreshness();
+  /// Lets the capture size follow a panel that has grown.
+  void updateCaptureResolutionIfNeeded();
+
+  // What it is made of. Main thread, unless said otherwise.
+
+  platform::WindowID windowID() const { return windowID_; }
+  const std::string& sourceTitle() const { return sourceTitle_; }
+  const std::string& appName() const { return appName_; }
+  /// -1 when unknown.
+  std::int32_t sourcePID() const { return sourcePID_; }
+  /// What a list of mirrors calls this one: application, dash, title.
+  std::string displayName() const;
+  const std::shared_ptr<MirrorPanel>& panel() const { return panel_; }
+  const std::shared_ptr<MirrorCardView>& card() const { return card_; }
+  const std::shared_ptr<platform::View>& titleBar() const { return titleBar_; }
+  const std::shared_ptr<platform::ImageView>& brandIcon() const { return brandIcon_; }
+  const std::shared_ptr<platform::Label>& titleLabel() const { return titleLabel_; }
+  const std::shared_ptr<platform::View>& liveDot() const { return liveDot_; }
+  const std::shared_ptr<platform::Button>& closeButton() const { return closeButton_; }
+  const std::shared_ptr<platform::Label>& statusLabel() const { return statusLabel_; }
+  const std::shared_ptr<MirrorContentView>& content() const { return content_; }
+  const std::shared_ptr<MirrorResizeGrip>& grip() const { return grip_; }
+  /// Any thread.
+  std::shared_ptr<platform::Stream> stream() const { return stream_.load(); }
+  /// Any thread.
+  std::shared_ptr<StreamOutput> streamOutput() const { return streamOutput_.load(); }
+  const std::shared_ptr<platform::DispatchQueue>& sampleQueue() const { return sampleQueue_; }
+  /// The last frame shown. Any thread.
+  std::shared_ptr<const platform::Image> lastImage() const { return lastImage_.load(); }
+  bool rolledUp() const { return rolledUp_; }
+  const std::optional<platform::Rect>& frameBeforeRollUp() const { return frameBeforeRollUp_; }
+  platform::Date lastFrameAt() const { return lastFrameAt_; }
+  const std::shared_ptr<platform::Timer>& freshnessTimer() const { return freshnessTimer_; }
+  /// Pixels. Any thread.
+  std::int64_t captureWidth() const { return captureWidth_.load(); }
+  std::int64_t captureHeight() const { return captureHeight_.load(); }
+  double titleBarHeight() const { return panelTitleBarHeight; }
+  /// The source's width over its height.
+  double aspect() const { return aspect_; }
+  /// Points, each side at least 1.
+  platform::Size sourcePointSize() const { return sourcePointSize_; }
+
+ private:
+  WindowMirrorHUDController(const platform::ShareableWindow& window, OnClosed onClosed);
+
+  void buildUI();
+  void buildCard();
+  void buildTitleBar();
+  void buildStatusLabel();
+  void positionInitially(int cascade);
+  void relayoutTitleBar(const PanelLayout& layout);
+
+  double panelBackingScale() const;
+  platform::StreamConfiguration streamConfiguration() const;
+  void receiveShareableContent(const platform::ShareableContent* content, double backingScale);
+  void startStream(const platform::WindowRecord& source);
+  void streamDidStart(const std::optional<platform::Error>& error);
+  void showStatusOnMain(std::string text);
+  void showFrame(std::shared_ptr<const platform::Image> image);
+
+  const platform::WindowID windowID_;
+  const std::string sourceTitle_;
+  const std::string appName_;
+  const std::int32_t sourcePID_;
+  const OnClosed onClosed_;
+  const platform::Size sourcePointSize_;
+  const double aspect_;
+  std::shared_ptr<MirrorPanel> panel_;
+  std::shared_ptr<MirrorCardView> card_;
+  std::shared_ptr<platform::View> titleBar_;
+  std::shared_ptr<platform::ImageView> brandIcon_;
+  std::shared_ptr<platform::Label> titleLabel_;
+  std::shared_ptr<platform::View> liveDot_;
+  std::shared_ptr<platform::Button> closeButton_;
+  std::shared_ptr<platform::Label> statusLabel_;
+  std::shared_ptr<MirrorContentView> content_;
+  std::shared_ptr<MirrorResizeGrip> grip_;
+  const std::shared_ptr<platform::DispatchQueue> sampleQueue_;
+  const std::shared_ptr<platform::ImageContext> ciContext_;  // on sampleQueue_ alone
+  bool rolledUp_ = false;
+  std::optional<platform::Rect> frameBeforeRollUp_;
+  platform::Date lastFrameAt_ = platform::Date::distantPast();
+  std::shared_ptr<platform::Timer> freshnessTimer_;
+
+  // Stored by the capture service's answer, or on main, and read on main; `lastImage_` is stored on
+  // main and read on sampleQueue_.
+  platform::Guarded<std::shared_ptr<platform::Stream>> stream_;
+  platform::Guarded<std::shared_ptr<StreamOutput>> streamOutput_;
+  platform::Guarded<std::int64_t> captureWidth_;
+  platform::Guarded<std::int64_t> captureHeight_;
+  platform::Guarded<std::shared_ptr<const platform::Image>> lastImage_;
+};
+
+}  // namespace vistrel
