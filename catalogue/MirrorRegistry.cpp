@@ -1,0 +1,48 @@
+#include "catalogue/WindowMirrorManager.h"
+
+namespace vistrel {
+
+namespace {
+
+void bringForward(WindowMirrorHUDController& mirror) {
+  if (mirror.rolledUp()) mirror.toggleRollUp();
+  mirror.panel()->orderFrontRegardless();
+}
+
+}  // namespace
+
+const std::shared_ptr<WindowMirrorManager>& WindowMirrorManager::shared() {
+  static const auto& manager = *new std::shared_ptr<WindowMirrorManager>(make());
+  return manager;
+}
+
+std::shared_ptr<WindowMirrorManager> WindowMirrorManager::make() {
+  return platform::ownedByMain(new WindowMirrorManager());
+}
+
+void WindowMirrorManager::mirror(const platform::WindowRecord& window) {
+  const auto open = mirrors_.find(window->windowID);
+  if (open != mirrors_.end()) return bringForward(*open->second);
+  const int cascade = static_cast<int>(mirrors_.size());
+  auto controller = WindowMirrorHUDController::make(
+      window, cascade, [weak = weak_from_this()](platform::WindowID windowID) {
+        if (const auto self = weak.lock()) self->mirrors_.erase(windowID);
+      });
+  mirrors_[window->windowID] = controller;
+  controller->show();
+}
+
+void WindowMirrorManager::closeAll() {
+  for (const auto& [windowID, controller] : mirrors_) controller->close();
+  mirrors_.clear();
+}
+
+void WindowMirrorManager::hideAllAction(const platform::MenuItem& /*sender*/) { closeAll(); }
+
+void WindowMirrorManager::focusFromMenu(const platform::MenuItem& sender) {
+  const auto controller =
+      std::dynamic_pointer_cast<WindowMirrorHUDController>(sender.representedObject());
+  if (controller) bringForward(*controller);
+}
+
+}  // namespace vistrel
