@@ -1,0 +1,38 @@
+#include <cstdio>
+#include <memory>
+
+#include "app/AppDelegate.h"
+#include "platform/Application.h"
+#include "platform/Backend.h"
+#include "platform/Factory.h"
+
+namespace vistrel {
+
+platform::Application* app = nullptr;
+/// Held here because the application object keeps its delegate only weakly.
+std::shared_ptr<AppDelegate> delegate;
+
+namespace {
+
+void runApplication() {
+  app = &platform::Application::shared();
+  app->setActivationPolicy(platform::ActivationPolicy::regular);
+  delegate = std::make_shared<AppDelegate>();
+  app->setDelegate(delegate);
+  app->run();
+}
+
+}  // namespace
+
+}  // namespace vistrel
+
+int main(int argc, char** argv) {
+  const auto [backend, failure] = vistrel::platform::makeBackend(argc, argv);
+  if (!backend) {
+    std::fprintf(stderr, "%s\n", failure.c_str());
+    return 1;
+  }
+  const vistrel::platform::BackendInstallation installation(*backend);
+  vistrel::runApplication();
+  return 0;
+}
