@@ -9,16 +9,16 @@ namespace {
 /// Saves the context's state and puts it back.
 class SavedState {
  public:
-  explicit SavedState(GraphicsContext& context) : context_(context) { context_.save(); }
+  explicit SavedState(TreeGraphicsContext& context) : context_(context) { context_.save(); }
   SavedState(const SavedState&) = delete;
   SavedState& operator=(const SavedState&) = delete;
   ~SavedState() { context_.restore(); }
 
  private:
-  GraphicsContext& context_;
+  TreeGraphicsContext& context_;
 };
 
-void paintLayerBehind(const View& view, GraphicsContext& context) {
+void paintLayerBehind(const View& view, TreeGraphicsContext& context) {
   const Layer* layer = view.layer();
   if (layer == nullptr) return;
   if (layer->contents()) {
@@ -28,13 +28,13 @@ void paintLayerBehind(const View& view, GraphicsContext& context) {
   }
 }
 
-void paintOwnDrawing(View& view, GraphicsContext& context) {
+void paintOwnDrawing(View& view, TreeGraphicsContext& context) {
   const SavedState saved(context);
   if (!view.isFlipped()) context.flip(view.bounds().height());
   view.draw(context);
 }
 
-void paintSubviews(View& view, GraphicsContext& context) {
+void paintSubviews(View& view, TreeGraphicsContext& context) {
   for (const auto& subview : view.subviews()) {
     const SavedState saved(context);
     context.translate(subview->originInSuperviewFromTop());
@@ -42,7 +42,7 @@ void paintSubviews(View& view, GraphicsContext& context) {
   }
 }
 
-void paintBorder(const View& view, GraphicsContext& context) {
+void paintBorder(const View& view, TreeGraphicsContext& context) {
   const Layer* layer = view.layer();
   if (layer == nullptr || layer->borderWidth() <= 0) return;
   context.strokeRoundedRect(view.bounds(), layer->cornerRadius(), layer->borderWidth(),
@@ -51,7 +51,7 @@ void paintBorder(const View& view, GraphicsContext& context) {
 
 }  // namespace
 
-void paint(View& view, GraphicsContext& context) {
+void paint(View& view, TreeGraphicsContext& context) {
   if (view.isHidden()) return;
   const SavedState saved(context);
   if (view.layer() != nullptr && view.layer()->masksToBounds()) {

@@ -40,12 +40,22 @@ struct Path {
   std::vector<std::pair<Point, Point>> segments;
 };
 
-/// What a view draws with. Coordinates are those of the view being drawn; `paint` moves the origin
-/// and flips as it walks down the tree.
+/// What a view draws with. Coordinates are those of the view being drawn.
 class GraphicsContext {
  public:
   virtual ~GraphicsContext() = default;
 
+  virtual void strokePath(const Path& path, double lineWidth, Color color) = 0;
+  /// Text upright in `rect` whichever way y grows, vertically centred.
+  virtual void drawText(const std::string& text, const Rect& rect, const TextStyle& style) = 0;
+  /// A symbol by its name ("rectangle.on.rectangle.angled"), scaled down to fit, in one colour.
+  virtual void drawSymbol(const std::string& name, const Rect& rect, Color tint) = 0;
+};
+
+/// What `paint` needs besides, on backends that have it paint a whole tree: it moves the origin and
+/// flips as it walks down.
+class TreeGraphicsContext : public GraphicsContext {
+ public:
   virtual void save() = 0;
   virtual void restore() = 0;
   virtual void translate(Point origin) = 0;
@@ -57,11 +67,6 @@ class GraphicsContext {
   /// A border of `width` inside `rect`.
   virtual void strokeRoundedRect(const Rect& rect, double cornerRadius, double width,
                                  Color color) = 0;
-  virtual void strokePath(const Path& path, double lineWidth, Color color) = 0;
-  /// Text upright in `rect` whichever way y grows, vertically centred.
-  virtual void drawText(const std::string& text, const Rect& rect, const TextStyle& style) = 0;
-  /// A symbol by its name ("rectangle.on.rectangle.angled"), scaled down to fit, in one colour.
-  virtual void drawSymbol(const std::string& name, const Rect& rect, Color tint) = 0;
   /// Leaves `rect` to the contents of `layer`, over its background colour; what is drawn later lies
   /// over the contents.
   virtual void placeContents(const Layer& layer, const Rect& rect) = 0;
@@ -70,6 +75,6 @@ class GraphicsContext {
 /// Paints `view` and all below it into a context whose origin is the top-left of the view's frame,
 /// y downwards: layer background or contents, own drawing, subviews, border. Hidden views are left
 /// out. Main thread.
-void paint(View& view, GraphicsContext& context);
+void paint(View& view, TreeGraphicsContext& context);
 
 }  // namespace vistrel::platform
