@@ -41,6 +41,18 @@ class PixelBuffer {
                                const std::function<bool(PixelBGRA)>& visit) const = 0;
 };
 
+/// Pixels of 32BGRA in host memory that somebody else keeps, top row first.
+struct HostPixels {
+  const std::uint8_t* base;
+  std::int64_t width;
+  std::int64_t height;
+  std::int64_t bytesPerRow;
+};
+
+/// `PixelBuffer::visitSampleGrid` over pixels in host memory.
+void visitSampleGridInMemory(const HostPixels& pixels, int rows, int columns,
+                             const std::function<bool(PixelBGRA)>& visit);
+
 /// A pixel buffer in host memory.
 class HostPixelBuffer : public PixelBuffer {
  public:
