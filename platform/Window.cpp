@@ -240,4 +240,14 @@ void Window::adoptFrame(const Rect& frame) {
 Panel::Panel(const Rect& contentRect, std::uint64_t styleMask, BackingStore backing, bool defer)
     : Window(Kind::panel, contentRect, styleMask, backing, defer) {}
 
+void Panel::setFloatingPanel(bool floating) {
+  floating_ = floating;
+  peer()->propertiesDidChange();
+}
+
+void Panel::setBecomesKeyOnlyIfNeeded(bool onlyIfNeeded) {
+  becomesKeyOnlyIfNeeded_ = onlyIfNeeded;
+  peer()->propertiesDidChange();
+}
+
 }  // namespace vistrel::platform

@@ -162,9 +162,9 @@ class Panel : public Window {
 
   bool isPanel() const override { return true; }
   bool isFloatingPanel() const { return floating_; }
-  void setFloatingPanel(bool floating) { floating_ = floating; }
+  void setFloatingPanel(bool floating);
   bool becomesKeyOnlyIfNeeded() const { return becomesKeyOnlyIfNeeded_; }
-  void setBecomesKeyOnlyIfNeeded(bool onlyIfNeeded) { becomesKeyOnlyIfNeeded_ = onlyIfNeeded; }
+  void setBecomesKeyOnlyIfNeeded(bool onlyIfNeeded);
 
  private:
   bool floating_ = false;
