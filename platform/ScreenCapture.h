@@ -57,9 +57,9 @@ using ShareableContentCompletion = std::function<void(
     std::shared_ptr<const ShareableContent> content, std::optional<Error> error)>;
 
 /// Asks for the windows that can be captured. The completion comes exactly once, on a queue of the
-/// service's choosing, never on the main thread and never before this call has returned to it; it
-/// also comes when the display server is lost. The service needs nothing from the main thread, so
-/// the main thread may wait for it. Any thread.
+/// service's choosing, never on the main thread and never from within this call; it also comes when
+/// the display server is lost. The service needs nothing from the main thread, so the main thread
+/// may wait for it. Any thread.
 void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
                          ShareableContentCompletion completion);
 
@@ -86,6 +86,7 @@ struct StreamConfiguration {
 
 /// What to capture: one window alone, wherever it is and whatever lies over it.
 struct ContentFilter {
+  /// As listed by the backend that is to capture it, which may keep more in a record than it shows.
   WindowRecord desktopIndependentWindow;
 };
 
@@ -149,7 +150,8 @@ class Stream {
  public:
   virtual ~Stream() = default;
 
-  /// None when the handler was added.
+  /// None when the handler was added. Once, before capture starts; the queue is one of this
+  /// backend's serial ones.
   virtual std::optional<Error> addStreamOutput(
       std::shared_ptr<StreamOutputHandler> handler, StreamOutputType type,
       std::shared_ptr<DispatchQueue> sampleHandlerQueue) = 0;

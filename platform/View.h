@@ -103,6 +103,8 @@ class View : public std::enable_shared_from_this<View> {
   virtual Size intrinsicContentSize() const { return {}; }
   virtual bool isFlipped() const { return false; }
   virtual void layout() {}
+  /// Of views other than controls, those with a layer do not draw: the drawing might take the place
+  /// of the layer's contents.
   virtual void draw(GraphicsContext& context);
   virtual std::unique_ptr<Layer> makeBackingLayer() { return std::make_unique<Layer>(); }
   virtual void viewDidChangeBackingProperties() {}
