@@ -1,0 +1,46 @@
+#include "platform/macos/ScreenCaptureKitBackend.h"
+
+#import <CoreGraphics/CoreGraphics.h>
+#import <ScreenCaptureKit/ScreenCaptureKit.h>
+
+#include <utility>
+
+#include "platform/macos/Conversions.h"
+#include "platform/macos/CoreImageContext.h"
+#include "platform/macos/ScreenCaptureKitStream.h"
+#include "platform/macos/ShareableWindowRecord.h"
+
+namespace vistrel::platform::macos {
+
+bool ScreenCaptureKitBackend::preflightScreenCaptureAccess() {
+  return CGPreflightScreenCaptureAccess();
+}
+
+bool ScreenCaptureKitBackend::requestScreenCaptureAccess() {
+  return CGRequestScreenCaptureAccess();
+}
+
+void ScreenCaptureKitBackend::getShareableContent(bool excludingDesktopWindows,
+                                                  bool onScreenWindowsOnly,
+                                                  ShareableContentCompletion completion) {
+  [SCShareableContent
+      getShareableContentExcludingDesktopWindows:excludingDesktopWindows
+                             onScreenWindowsOnly:onScreenWindowsOnly
+                               completionHandler:^(SCShareableContent* content, NSError* error) {
+                                 completion(content != nil ? shareableContent(content) : nullptr,
+                                            coreError(error));
+                               }];
+}
+
+std::shared_ptr<Stream> ScreenCaptureKitBackend::makeStream(
+    const ContentFilter& filter, const StreamConfiguration& configuration,
+    std::weak_ptr<StreamDelegate> delegate) {
+  return ScreenCaptureKitStream::make(filter, configuration, std::move(delegate));
+}
+
+std::shared_ptr<ImageContext> ScreenCaptureKitBackend::makeImageContext(
+    const ImageContextOptions& options) {
+  return std::make_shared<CoreImageContext>(options);
+}
+
+}  // namespace vistrel::platform::macos
