@@ -1,0 +1,16 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "platform/Controls.h"
+
+namespace vistrel::platform::macos {
+
+/// A new AppKit view of the kind that shows `view`.
+NSView* makeViewPeer(View& view);
+
+/// Gives `realized`, which `makeViewPeer` made for `view`, all of the view's looks: texts, colours,
+/// tooltip, whether it has a layer. Frame and subviews are not among them.
+void applyAppearance(const View& view, NSView* realized);
+
+}  // namespace vistrel::platform::macos

@@ -1,0 +1,181 @@
+#include "platform/macos/PanelPeer.h"
+
+#include <utility>
+
+#include "platform/macos/Conversions.h"
+
+using vistrel::platform::macos::PanelPeer;
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// The panel on screen, and its own delegate.
+@interface VLPanel : NSPanel <NSWindowDelegate>
+/// Set by the peer, and cleared by it before it goes.
+@property(nonatomic, nullable) PanelPeer* peer;
+@end
+
+NS_ASSUME_NONNULL_END
+
+@implementation VLPanel
+
+- (BOOL)canBecomeKeyWindow {
+  return self.peer != nullptr ? self.peer->canBecomeKey() : [super canBecomeKeyWindow];
+}
+
+- (void)windowDidMove:(NSNotification*)__unused notification {
+  if (self.peer != nullptr) self.peer->panelDidChangeFrame();
+}
+
+- (void)windowDidResize:(NSNotification*)__unused notification {
+  if (self.peer != nullptr) self.peer->panelDidChangeFrame();
+}
+
+- (void)windowDidChangeBackingProperties:(NSNotification*)__unused notification {
+  if (self.peer != nullptr) self.peer->panelDidChangeBackingProperties();
+}
+
+- (void)windowWillClose:(NSNotification*)__unused notification {
+  if (self.peer != nullptr) self.peer->panelWillClose();
+}
+
+@end
+
+namespace vistrel::platform::macos {
+
+namespace {
+
+NSAppearance* nsAppearance(Appearance appearance) {
+  return appearance == Appearance::darkAqua
+             ? [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua]
+             : nil;
+}
+
+VLPanel* makePanel(const Window& window) {
+  VLPanel* panel =
+      [[VLPanel alloc] initWithContentRect:cgRect(window.frame())
+                                 styleMask:static_cast<NSWindowStyleMask>(window.styleMask())
+                                   backing:static_cast<NSBackingStoreType>(window.backing())
+                                     defer:NO];
+  // The peer owns the panel; AppKit must not release it a second time.
+  panel.releasedWhenClosed = NO;
+  panel.delegate = panel;
+  return panel;
+}
+
+}  // namespace
+
+/// While it lives, the panel is being told something, and what it reports has to wait. Keeps the
+/// window too: an animated resize runs an event loop, in which the window's last owner may go.
+class PanelPeer::Telling {
+ public:
+  explicit Telling(PanelPeer& peer) : kept_(peer.window_.weak_from_this().lock()), peer_(peer) {
+    ++peer_.tellingDepth_;
+  }
+  Telling(const Telling&) = delete;
+  Telling& operator=(const Telling&) = delete;
+  ~Telling() { --peer_.tellingDepth_; }
+
+ private:
+  std::shared_ptr<Window> kept_;
+  PanelPeer& peer_;
+};
+
+PanelPeer::PanelPeer(Window& window) : window_(window), panel_(makePanel(window)) {
+  panel_.peer = this;
+}
+
+PanelPeer::~PanelPeer() {
+  panel_.peer = nullptr;
+  [panel_ close];
+}
+
+Rect PanelPeer::frameRectForContentRect(const Rect& contentRect) const {
+  return coreRect([panel_ frameRectForContentRect:cgRect(contentRect)]);
+}
+
+Rect PanelPeer::contentRectForFrameRect(const Rect& frame) const {
+  return coreRect([panel_ contentRectForFrameRect:cgRect(frame)]);
+}
+
+void PanelPeer::frameDidChange(bool display, bool animate) {
+  const Telling telling(*this);
+  [panel_ setFrame:cgRect(window_.frame()) display:display animate:animate];
+}
+
+void PanelPeer::propertiesDidChange() {
+  const Telling telling(*this);
+  const auto& panel = static_cast<const Panel&>(window_);
+  panel_.floatingPanel = panel.isFloatingPanel();  // sets a level of its own: before the level
+  panel_.becomesKeyOnlyIfNeeded = panel.becomesKeyOnlyIfNeeded();
+  panel_.level = panel.level();
+  panel_.title = nsString(panel.title());
+  panel_.collectionBehavior = static_cast<NSWindowCollectionBehavior>(panel.collectionBehavior());
+  panel_.hidesOnDeactivate = panel.hidesOnDeactivate();
+  panel_.opaque = panel.isOpaque();
+  panel_.backgroundColor = nsColor(panel.backgroundColor());
+  panel_.hasShadow = panel.hasShadow();
+  panel_.appearance = nsAppearance(panel.appearance());
+  panel_.contentMinSize = cgSize(panel.contentMinSize());
+}
+
+void PanelPeer::contentViewDidChange() {
+  const Telling telling(*this);
+  panel_.contentView = tree_.realize(*window_.contentView());
+}
+
+void PanelPeer::viewDidChange(View& view, ViewChange change) {
+  const Telling telling(*this);
+  tree_.viewDidChange(view, change);
+}
+
+void PanelPeer::orderFrontRegardless() {
+  const Telling telling(*this);
+  [panel_ orderFrontRegardless];
+}
+
+void PanelPeer::makeKeyAndOrderFront() {
+  const Telling telling(*this);
+  [panel_ makeKeyAndOrderFront:nil];
+}
+
+void PanelPeer::orderOut() {
+  const Telling telling(*this);
+  [panel_ orderOut:nil];
+}
+
+void PanelPeer::close() {
+  const Telling telling(*this);
+  [panel_ close];
+}
+
+std::optional<Rect> PanelPeer::adoptAutosavedFrame(const std::string& name) {
+  const Telling telling(*this);
+  const bool restored = [panel_ setFrameUsingName:nsString(name)];
+  [panel_ setFrameAutosaveName:nsString(name)];
+  if (!restored) return std::nullopt;
+  return coreRect(panel_.frame);
+}
+
+void PanelPeer::panelDidChangeFrame() {
+  tellWindow([this](Window& window) { window.peerDidSetFrame(coreRect(panel_.frame)); });
+}
+
+void PanelPeer::panelDidChangeBackingProperties() {
+  tellWindow([](Window& window) { window.peerDidChangeBackingProperties(); });
+}
+
+void PanelPeer::panelWillClose() {
+  if (tellingDepth_ > 0) return;
+  tellWindow([](Window& window) { window.peerDidClose(); });
+}
+
+void PanelPeer::tellWindow(std::function<void(Window&)> report) {
+  const auto window = window_.weak_from_this().lock();
+  if (!window) return;
+  if (tellingDepth_ == 0) return report(*window);
+  mainQueue().async([weak = std::weak_ptr(window), this, report = std::move(report)] {
+    if (weak.lock()) tellWindow(report);
+  });
+}
+
+}  // namespace vistrel::platform::macos

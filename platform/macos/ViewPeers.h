@@ -1,0 +1,33 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <memory>
+
+#include "platform/Controls.h"
+#include "platform/View.h"
+
+// The AppKit views behind the core's views. Each holds its view of the core weakly and does nothing
+// once that is gone. Main thread.
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// A plain view: forwards what AppKit asks and tells.
+@interface VLView : NSView
+- (instancetype)initWithView:(std::weak_ptr<vistrel::platform::View>)view;
+@end
+
+/// A text. Clicks on it belong to the view that it lies in.
+@interface VLLabel : NSTextField
+@end
+
+/// A symbol. Clicks on it belong to the view that it lies in.
+@interface VLImageView : NSImageView
+@end
+
+/// A push button: a click does what a click on the core's button does.
+@interface VLButton : NSButton
+- (instancetype)initWithButton:(std::weak_ptr<vistrel::platform::Button>)button;
+@end
+
+NS_ASSUME_NONNULL_END

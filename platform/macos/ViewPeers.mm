@@ -1,0 +1,152 @@
+#include "platform/macos/ViewPeers.h"
+
+#include <utility>
+
+#include "platform/Window.h"
+#include "platform/macos/AppKitGraphicsContext.h"
+#include "platform/macos/Conversions.h"
+#include "platform/macos/LayerState.h"
+
+using namespace vistrel::platform;
+
+namespace {
+
+Event coreEvent(NSEvent* event, EventType type) {
+  return {type, macos::corePoint(event.locationInWindow), event.modifierFlags,
+          static_cast<int>(event.clickCount)};
+}
+
+/// The core finds the view that was hit by itself; AppKit and the core agree on where views are.
+void sendMouseEvent(const std::weak_ptr<View>& hit, NSEvent* event, EventType type) {
+  const auto view = hit.lock();
+  if (!view) return;
+  if (Window* window = view->window()) window->sendEvent(coreEvent(event, type));
+}
+
+NSCursor* nsCursor(Cursor cursor) {
+  return cursor == Cursor::crosshair ? NSCursor.crosshairCursor : NSCursor.arrowCursor;
+}
+
+}  // namespace
+
+@implementation VLView {
+  std::weak_ptr<View> _view;
+}
+
+- (instancetype)initWithView:(std::weak_ptr<View>)view {
+  self = [super initWithFrame:NSRect()];
+  if (self != nil) _view = std::move(view);
+  return self;
+}
+
+- (BOOL)isFlipped {
+  const auto view = _view.lock();
+  return view && view->isFlipped();
+}
+
+- (void)layout {
+  [super layout];
+  if (const auto view = _view.lock()) view->layoutSubtreeIfNeeded();
+}
+
+- (CALayer*)makeBackingLayer {
+  const auto view = _view.lock();
+  if (!view || !view->wantsLayer()) return [super makeBackingLayer];
+  CALayer* layer = [CALayer layer];
+  macos::applyLayerState(*view->layer(), layer);
+  return layer;
+}
+
+/// A view with a layer of its own never draws: AppKit would put the drawing in place of the layer's
+/// contents.
+- (BOOL)wantsUpdateLayer {
+  const auto view = _view.lock();
+  return view && view->wantsLayer();
+}
+
+- (void)updateLayer {
+  const auto view = _view.lock();
+  CALayer* layer = self.layer;
+  if (view && view->wantsLayer() && layer != nil) macos::applyLayerState(*view->layer(), layer);
+}
+
+- (void)drawRect:(NSRect)__unused dirtyRect {
+  const auto view = _view.lock();
+  if (!view) return;
+  macos::AppKitGraphicsContext context;
+  view->draw(context);
+}
+
+- (void)resetCursorRects {
+  const auto view = _view.lock();
+  if (!view) return;
+  for (const auto& area : view->freshCursorRects()) {
+    [self addCursorRect:macos::cgRect(area.rect) cursor:nsCursor(area.cursor)];
+  }
+}
+
+- (void)mouseDown:(NSEvent*)event {
+  sendMouseEvent(_view, event, EventType::leftMouseDown);
+}
+
+- (void)mouseDragged:(NSEvent*)event {
+  sendMouseEvent(_view, event, EventType::leftMouseDragged);
+}
+
+- (void)mouseUp:(NSEvent*)event {
+  sendMouseEvent(_view, event, EventType::leftMouseUp);
+}
+
+@end
+
+@implementation VLLabel
+
+- (void)mouseDown:(NSEvent*)event {
+  [self.nextResponder mouseDown:event];
+}
+
+- (void)mouseDragged:(NSEvent*)event {
+  [self.nextResponder mouseDragged:event];
+}
+
+- (void)mouseUp:(NSEvent*)event {
+  [self.nextResponder mouseUp:event];
+}
+
+@end
+
+@implementation VLImageView
+
+- (void)mouseDown:(NSEvent*)event {
+  [self.nextResponder mouseDown:event];
+}
+
+- (void)mouseDragged:(NSEvent*)event {
+  [self.nextResponder mouseDragged:event];
+}
+
+- (void)mouseUp:(NSEvent*)event {
+  [self.nextResponder mouseUp:event];
+}
+
+@end
+
+@implementation VLButton {
+  std::weak_ptr<Button> _button;
+}
+
+- (instancetype)initWithButton:(std::weak_ptr<Button>)button {
+  self = [super initWithFrame:NSRect()];
+  if (self != nil) {
+    _button = std::move(button);
+    self.target = self;
+    self.action = @selector(buttonClicked:);
+  }
+  return self;
+}
+
+- (void)buttonClicked:(nullable id)__unused sender {
+  if (const auto button = _button.lock()) button->performClick();
+}
+
+@end
