@@ -1,0 +1,82 @@
+#include "tests/support/InputDriver.h"
+
+#include <stdexcept>
+#include <utility>
+#include <xcb/xtest.h>
+
+namespace vistrel::testbed {
+
+InputDriver::InputDriver(const XConnection& connection) : connection_(&connection) {
+  const auto* extension = xcb_get_extension_data(connection.get(), &xcb_test_id);
+  if (extension == nullptr || extension->present == 0) {
+    throw std::runtime_error("the display server has no XTEST extension");
+  }
+}
+
+void InputDriver::moveTo(Point point) { fake(XCB_MOTION_NOTIFY, 0, point); }
+
+void InputDriver::press(Button button) {
+  fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
+}
+
+void InputDriver::release(Button button) {
+  fake(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
+}
+
+void InputDriver::click(int count, Button button) {
+  for (int i = 0; i < count; ++i) {
+    press(button);
+    release(button);
+  }
+}
+
+void InputDriver::clickAt(Point point, int count, Button button) {
+  moveTo(point);
+  click(count, button);
+}
+
+void InputDriver::drag(Point from, Point to, int steps) {
+  moveTo(from);
+  press();
+  glide(from, to, steps);
+  release();
+}
+
+void InputDriver::glide(Point from, Point to, int steps) {
+  for (int step = 1; step <= steps; ++step) {
+    moveTo({from.x + (to.x - from.x) * step / steps, from.y + (to.y - from.y) * step / steps});
+  }
+}
+
+void InputDriver::type(std::uint32_t keysym) {
+  const std::uint8_t keycode = keycodeOf(keysym);
+  fake(XCB_KEY_PRESS, keycode);
+  fake(XCB_KEY_RELEASE, keycode);
+}
+
+void InputDriver::fake(std::uint8_t event, std::uint8_t detail, Point point) {
+  constexpr std::uint8_t kCoreDevice = 0;
+  xcb_test_fake_input(connection_->get(), event, detail, std::exchange(rest_, 0),
+                      connection_->root(), static_cast<std::int16_t>(point.x),
+                      static_cast<std::int16_t>(point.y), kCoreDevice);
+  connection_->sync();
+}
+
+std::uint8_t InputDriver::keycodeOf(std::uint32_t keysym) const {
+  const xcb_setup_t* setup = xcb_get_setup(connection_->get());
+  const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
+  const XReply<xcb_get_keyboard_mapping_reply_t> reply(xcb_get_keyboard_mapping_reply(
+      connection_->get(), xcb_get_keyboard_mapping(connection_->get(), setup->min_keycode, count),
+      nullptr));
+  if (reply) {
+    const xcb_keysym_t* keysyms = xcb_get_keyboard_mapping_keysyms(reply.get());
+    for (int key = 0; key < count; ++key) {
+      if (keysyms[key * reply->keysyms_per_keycode] == keysym) {
+        return static_cast<std::uint8_t>(setup->min_keycode + key);
+      }
+    }
+  }
+  throw std::runtime_error("no key has this keysym");
+}
+
+}  // namespace vistrel::testbed

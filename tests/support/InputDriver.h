@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+
+#include "tests/support/Rect.h"
+#include "tests/support/XConnection.h"
+
+namespace vistrel::testbed {
+
+/// A person's pointer and keyboard, through the XTEST extension: the server cannot tell them from
+/// real ones. Every call returns once the server has taken the input in; programs get it a little
+/// later.
+class InputDriver {
+ public:
+  /// X's numbers for the buttons.
+  enum class Button : std::uint8_t { left = 1, middle = 2, right = 3 };
+
+  /// `connection` outlives this object. Throws std::runtime_error when the server lacks XTEST.
+  explicit InputDriver(const XConnection& connection);
+
+  void moveTo(Point point);
+  void press(Button button = Button::left);
+  void release(Button button = Button::left);
+  /// Clicks where the pointer is, `count` times as fast as the server takes them.
+  void click(int count = 1, Button button = Button::left);
+  void clickAt(Point point, int count = 1, Button button = Button::left);
+  /// Presses at `from`, moves to `to` in `steps` straight steps, and releases there.
+  void drag(Point from, Point to, int steps = 8);
+  /// Moves from `from` to `to` in `steps` straight steps.
+  void glide(Point from, Point to, int steps);
+
+  /// Types the key that has `keysym` (X11/keysymdef.h) in the server's keyboard mapping. Throws
+  /// std::runtime_error when no key has it.
+  void type(std::uint32_t keysym);
+
+  /// The hand rests: the server holds back the input that follows by so many milliseconds, so that
+  /// two clicks are two and not one double-click.
+  void rest(std::uint32_t milliseconds) { rest_ = milliseconds; }
+
+ private:
+  void fake(std::uint8_t event, std::uint8_t detail, Point point = {});
+  std::uint8_t keycodeOf(std::uint32_t keysym) const;
+
+  const XConnection* connection_;
+  std::uint32_t rest_ = 0;
+};
+
+/// Keysyms that tests type (X11/keysymdef.h).
+inline constexpr std::uint32_t kKeyReturn = 0xff0d;
+inline constexpr std::uint32_t kKeyDown = 0xff54;
+inline constexpr std::uint32_t kKeyEscape = 0xff1b;
+
+}  // namespace vistrel::testbed

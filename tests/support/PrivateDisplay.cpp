@@ -1,0 +1,174 @@
+#include "tests/support/PrivateDisplay.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <poll.h>
+#include <stdexcept>
+#include <string_view>
+#include <unistd.h>
+
+#include "tests/support/XConnection.h"
+
+extern char** environ;
+
+namespace vistrel::testbed {
+namespace {
+
+// What a private session must not take over from the one that the test was started in.
+constexpr std::array<std::string_view, 9> kForeignVariables = {
+    "DISPLAY=", "WAYLAND_DISPLAY=", "XAUTHORITY=", "XDG_", "DBUS_", "SESSION_MANAGER=",
+    "HOME=",    "DESKTOP_",         "QT_"};
+
+bool isForeign(std::string_view variable) {
+  return std::ranges::any_of(kForeignVariables,
+                             [&](std::string_view prefix) { return variable.starts_with(prefix); });
+}
+
+// The first line that a program writes into a pipe, once it is ready; empty when it ended first.
+std::string readLine(const FileDescriptor& descriptor) {
+  std::string line;
+  char character = 0;
+  while (::read(descriptor.get(), &character, 1) == 1 && character != '\n') {
+    line += character;
+  }
+  return line;
+}
+
+[[noreturn]] void failToStart(const std::string& program, const ChildProcess& child) {
+  throw std::runtime_error(program + " did not start: " + child.standardError());
+}
+
+// EWMH 1.5, _NET_SUPPORTING_WM_CHECK: the root window names a window that names itself.
+bool isManaged(const XConnection& connection) {
+  const auto check = connection.numbers(connection.root(), "_NET_SUPPORTING_WM_CHECK");
+  return !check.empty() && connection.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") == check;
+}
+
+// The check window stands before the manager turns to its events, and some managers overlook what
+// came in between until the next event. So it is ready once it has answered a question (EWMH 1.5,
+// _NET_REQUEST_FRAME_EXTENTS), asked anew each time.
+class ReadinessProbe {
+ public:
+  explicit ReadinessProbe(const XConnection& connection)
+      : connection_(connection), window_(xcb_generate_id(connection.get())) {
+    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window_, connection.root(), 0, 0, 1,
+                      1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+  }
+
+  bool isAnswered() const {
+    if (!isManaged(connection_)) {
+      return false;
+    }
+    connection_.sendToManager(window_, "_NET_REQUEST_FRAME_EXTENTS", {});
+    return !connection_.numbers(window_, "_NET_FRAME_EXTENTS").empty();
+  }
+
+ private:
+  const XConnection& connection_;
+  xcb_window_t window_;
+};
+
+}  // namespace
+
+PrivateDisplay::PrivateDisplay(const Options& options) {
+  for (const char* name : {"runtime", "config", "state", "data", "cache"}) {
+    std::filesystem::create_directory(directory_.path() / name);
+  }
+  // The XDG base directory specification asks for a run-time directory of the user alone.
+  std::filesystem::permissions(directory_.path() / "runtime", std::filesystem::perms::owner_all);
+  startServer(options);
+  startBus();
+  if (!options.windowManager.empty()) {
+    startWindowManager(options.windowManager);
+  }
+}
+
+PrivateDisplay::~PrivateDisplay() = default;
+
+std::vector<std::string> PrivateDisplay::sessionVariables() const {
+  const std::string home = directory_.path().string();
+  return {"DISPLAY=" + name_,
+          "DBUS_SESSION_BUS_ADDRESS=" + busAddress_,
+          "HOME=" + home,
+          "XDG_RUNTIME_DIR=" + home + "/runtime",
+          "XDG_CONFIG_HOME=" + home + "/config",
+          "XDG_STATE_HOME=" + home + "/state",
+          "XDG_DATA_HOME=" + home + "/data",
+          "XDG_CACHE_HOME=" + home + "/cache"};
+}
+
+std::vector<std::string> PrivateDisplay::environment() const {
+  std::vector<std::string> variables = sessionVariables();
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    if (!isForeign(*variable)) {
+      variables.emplace_back(*variable);
+    }
+  }
+  return variables;
+}
+
+void PrivateDisplay::adoptEnvironment() const {
+  std::vector<std::string> foreign;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    if (isForeign(*variable)) {
+      const std::string_view text = *variable;
+      foreign.emplace_back(text.substr(0, text.find('=')));
+    }
+  }
+  for (const std::string& name : foreign) {
+    ::unsetenv(name.c_str());
+  }
+  for (const std::string& variable : sessionVariables()) {
+    const auto equals = variable.find('=');
+    ::setenv(variable.substr(0, equals).c_str(), variable.c_str() + equals + 1, 1);
+  }
+}
+
+void PrivateDisplay::startServer(const Options& options) {
+  Pipe pipe = Pipe::open();
+  const std::string size =
+      std::to_string(options.width) + "x" + std::to_string(options.height) + "x24";
+  ChildProcess::Command command{
+      .arguments = {"Xvfb", "-displayfd", std::to_string(pipe.writeEnd.get()), "-screen", "0", size,
+                    "-nolisten", "tcp", "-noreset"},
+      .environment = environment(),
+      .inherited = {pipe.writeEnd.get()}};
+  command.arguments.insert(command.arguments.end(), options.serverArguments.begin(),
+                           options.serverArguments.end());
+  server_ = std::make_unique<ChildProcess>(command);
+  pipe.writeEnd.close();
+  const std::string number = readLine(pipe.readEnd);
+  if (number.empty()) {
+    failToStart("Xvfb", *server_);
+  }
+  name_ = ":" + number;
+}
+
+void PrivateDisplay::startBus() {
+  Pipe pipe = Pipe::open();
+  bus_ = std::make_unique<ChildProcess>(ChildProcess::Command{
+      .arguments = {"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                    "--address=unix:path=" + (directory_.path() / "runtime/bus").string(),
+                    "--print-address=" + std::to_string(pipe.writeEnd.get())},
+      .environment = environment(),
+      .inherited = {pipe.writeEnd.get()}});
+  pipe.writeEnd.close();
+  busAddress_ = readLine(pipe.readEnd);
+  if (busAddress_.empty()) {
+    failToStart("dbus-daemon", *bus_);
+  }
+}
+
+void PrivateDisplay::startWindowManager(const std::string& command) {
+  const XConnection connection(name_);
+  windowManager_ = std::make_unique<ChildProcess>(
+      ChildProcess::Command{.arguments = {command}, .environment = environment()});
+  const ReadinessProbe probe(connection);
+  if (!eventually([&] { return probe.isAnswered() || windowManager_->ending(); }) ||
+      windowManager_->ending()) {
+    failToStart(command, *windowManager_);
+  }
+}
+
+}  // namespace vistrel::testbed

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace vistrel::testbed {
+
+/// A desktop session of a test's own: a display server without a screen (Xvfb, which picks its
+/// number by itself), a window manager, a session bus, and empty directories for whatever programs
+/// store. Everything ends with this object, also when the test failed or was killed.
+class PrivateDisplay {
+ public:
+  struct Options {
+    int width = 1280;
+    int height = 1024;
+    /// A window manager's command; none runs when it is empty.
+    std::string windowManager = "openbox";
+    /// Further arguments of the server.
+    std::vector<std::string> serverArguments = {};
+  };
+
+  /// Returns once the window manager manages. Throws std::runtime_error, with what the programs
+  /// wrote, when one of them does not start.
+  PrivateDisplay() : PrivateDisplay(Options{}) {}
+  explicit PrivateDisplay(const Options& options);
+  ~PrivateDisplay();
+
+  /// As in the environment variable DISPLAY, e.g. ":7".
+  const std::string& name() const { return name_; }
+  /// The environment for programs of this session: this process's own, with the variables that name
+  /// a display, a bus, a toolkit's settings or a place to store things replaced by the session's.
+  std::vector<std::string> environment() const;
+  /// Makes this process itself a program of the session. Before any thread reads the environment.
+  void adoptEnvironment() const;
+  /// Where programs of this session find their home and XDG directories.
+  const std::filesystem::path& home() const { return directory_.path(); }
+
+  /// Ends the server, as when a person logs out.
+  void stopServer() { server_.reset(); }
+
+ private:
+  std::vector<std::string> sessionVariables() const;
+  void startServer(const Options& options);
+  void startBus();
+  void startWindowManager(const std::string& command);
+
+  TemporaryDirectory directory_;
+  std::string name_;
+  std::string busAddress_;
+  std::unique_ptr<ChildProcess> server_;
+  std::unique_ptr<ChildProcess> bus_;
+  std::unique_ptr<ChildProcess> windowManager_;
+};
+
+}  // namespace vistrel::testbed

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tests/support/Picture.h"
+#include "tests/support/Rect.h"
+#include "tests/support/XConnection.h"
+
+namespace vistrel::testbed {
+
+/// Reads what stands on the screen, as a person in front of it would see it (without the pointer).
+class ScreenReader {
+ public:
+  /// `connection` outlives this object.
+  explicit ScreenReader(const XConnection& connection) : connection_(&connection) {}
+
+  /// The part of the root window that lies in `area`; what is off screen is black. Throws
+  /// std::runtime_error when the server is gone.
+  Picture read(Rect area) const;
+  Picture readAll() const;
+  Rgb pixel(Point point) const { return read({point.x, point.y, 1, 1}).at(0, 0); }
+
+ private:
+  const XConnection* connection_;
+};
+
+}  // namespace vistrel::testbed

@@ -1,0 +1,88 @@
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "tests/support/InputDriver.h"
+#include "tests/support/Poll.h"
+#include "tests/support/PrivateDisplay.h"
+#include "tests/support/ScreenReader.h"
+#include "tests/support/TestWindow.h"
+#include "tests/support/XWindows.h"
+
+namespace vistrel::testbed {
+namespace {
+
+TEST(ChildProcess, TellsHowItEndedAndWhatItWrote) {
+  ChildProcess child({.arguments = {"sh", "-c", "echo out; echo err >&2; exit 3"},
+                      .environment = {"PATH=/usr/bin:/bin"}});
+  const auto ending = child.waitForEnd();
+  ASSERT_TRUE(ending.has_value());
+  EXPECT_EQ(ending->exitStatus, 3);
+  EXPECT_EQ(child.standardOutput(), "out\n");
+  EXPECT_EQ(child.standardError(), "err\n");
+}
+
+TEST(PrivateDisplay, LeavesNothingRunning) {
+  std::filesystem::path home;
+  {
+    const PrivateDisplay display;
+    home = display.home();
+    EXPECT_NO_THROW(XConnection{display.name()});
+  }
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD) << "a child process is left";
+  EXPECT_FALSE(std::filesystem::exists(home));
+}
+
+TEST(PrivateDisplay, SaysWhyAManagerDidNotStart) {
+  EXPECT_THROW(PrivateDisplay({.windowManager = "no-such-manager"}), std::runtime_error);
+}
+
+class TestBed : public ::testing::Test {
+ protected:
+  const PrivateDisplay display_;
+  const XConnection connection_{display_.name()};
+  const ScreenReader screen_{connection_};
+};
+
+TEST_F(TestBed, AWindowShowsItsQuadrantsWhereItWasAskedToBe) {
+  const TestWindow window(display_.name(), {.area = {200, 150, 300, 200}});
+  EXPECT_EQ(window.area(), (Rect{200, 150, 300, 200}));
+  const Picture picture = screen_.read(window.area());
+  EXPECT_EQ(picture.at(75, 50), kRed);
+  EXPECT_EQ(picture.at(225, 50), kGreen);
+  EXPECT_EQ(picture.at(75, 150), kBlue);
+  EXPECT_EQ(picture.at(225, 150), kYellow);
+}
+
+TEST_F(TestBed, AWindowMovesResizesHidesAndComesBack) {
+  TestWindow window(display_.name(), {.area = {200, 150, 300, 200}});
+  window.moveTo({400, 300});
+  window.resize(100, 80);
+  EXPECT_EQ(window.area(), (Rect{400, 300, 100, 80}));
+  EXPECT_EQ(screen_.pixel({490, 370}), kYellow);
+  window.minimise();
+  window.map();
+  window.unmap();
+  window.map();
+  window.destroy();
+  EXPECT_FALSE(areaOf(connection_, window.id()).has_value());
+}
+
+TEST_F(TestBed, ThePointerRaisesAWindowByClickingIt) {
+  const TestWindow below(display_.name(), {.area = {100, 100, 300, 200}});
+  TestWindow above(display_.name(), {.area = {150, 150, 300, 200}});
+  above.raiseAbove(below);
+  InputDriver(connection_).clickAt({110, 110});
+  EXPECT_TRUE(eventually([&] { return isAbove(connection_, below.id(), above.id()); }));
+}
+
+TEST_F(TestBed, WindowsAreFoundByTheirProcess) {
+  const TestWindow window(display_.name(), {.title = "Mine", .pid = 4242});
+  const auto found = windowsOfProcess(connection_, 4242);
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(titleOf(connection_, found.front()), "Mine");
+}
+
+}  // namespace
+}  // namespace vistrel::testbed
