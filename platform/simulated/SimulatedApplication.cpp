@@ -1,0 +1,25 @@
+#include "platform/simulated/SimulatedApplication.h"
+
+#include <utility>
+
+namespace vistrel::platform::simulated {
+
+void SimulatedApplication::setDelegate(std::weak_ptr<ApplicationDelegate> delegate) {
+  delegate_ = std::move(delegate);
+}
+
+void SimulatedApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
+  activations_.push_back(ignoringOtherApps);
+}
+
+void SimulatedApplication::run() {
+  if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();
+  dispatch_.turnMainQueue();
+}
+
+bool SimulatedApplication::clickIcon(bool hasVisibleWindows) {
+  const auto delegate = delegate_.lock();
+  return delegate != nullptr && delegate->applicationShouldHandleReopen(hasVisibleWindows);
+}
+
+}  // namespace vistrel::platform::simulated

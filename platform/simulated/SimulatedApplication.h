@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/Application.h"
+#include "platform/simulated/SimulatedDispatch.h"
+
+namespace vistrel::platform::simulated {
+
+/// The application object, which records what it was asked for. Main thread.
+class SimulatedApplication : public Application {
+ public:
+  explicit SimulatedApplication(SimulatedDispatch& dispatch) : dispatch_(dispatch) {}
+
+  std::optional<ActivationPolicy> activationPolicy() const { return activationPolicy_; }
+  /// The argument of each activation, in order.
+  const std::vector<bool>& activations() const { return activations_; }
+  int terminateCount() const { return terminateCount_; }
+  /// A person clicks the program's icon; false when nobody listens.
+  bool clickIcon(bool hasVisibleWindows);
+
+  void setActivationPolicy(ActivationPolicy policy) override { activationPolicy_ = policy; }
+  void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
+  void activateIgnoringOtherApps(bool ignoringOtherApps) override;
+  /// Tells the delegate and returns once what that made ready has run; the test turns on.
+  void run() override;
+  void terminate() override { ++terminateCount_; }
+
+ private:
+  SimulatedDispatch& dispatch_;
+  std::weak_ptr<ApplicationDelegate> delegate_;
+  std::optional<ActivationPolicy> activationPolicy_;
+  std::vector<bool> activations_;
+  int terminateCount_ = 0;
+};
+
+}  // namespace vistrel::platform::simulated

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Backend.h"
+#include "platform/simulated/SimulatedApplication.h"
+#include "platform/simulated/SimulatedCapture.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "platform/simulated/SimulatedDispatch.h"
+#include "platform/simulated/SimulatedWorkspace.h"
+#include "platform/simulated/VirtualTimeDispatch.h"
+
+namespace vistrel::platform::simulated {
+
+enum class Mode {
+  virtualTime,  // one thread, time moves when the test moves it
+  threads,      // queues are threads, time is real
+};
+
+/// A desktop for tests, installed for as long as it lives. Main thread.
+class SimulatedBackend : public Backend {
+ public:
+  explicit SimulatedBackend(Mode mode = Mode::virtualTime);
+  /// Runs what is still queued, so that everything handed to the main queue for destruction goes.
+  ~SimulatedBackend() override;
+
+  SimulatedDispatch& dispatch() override { return *dispatch_; }
+  SimulatedDesktop& windows() override { return desktop_; }
+  SimulatedCapture& screenCapture() override { return capture_; }
+  SimulatedWorkspace& workspace() override { return workspace_; }
+  SimulatedApplication& application() override { return application_; }
+
+  /// Only in `Mode::virtualTime`.
+  VirtualTimeDispatch& virtualTime();
+  void turnMainQueue() { dispatch_->turnMainQueue(); }
+  /// Only in `Mode::virtualTime`.
+  void advance(double seconds) { virtualTime().advance(seconds); }
+  /// Answers all that is held back, and runs everything.
+  void drain();
+
+ private:
+  const BackendInstallation installation_{*this};
+  const std::unique_ptr<SimulatedDispatch> dispatch_;
+  SimulatedDesktop desktop_;
+  SimulatedCapture capture_;
+  SimulatedWorkspace workspace_;
+  SimulatedApplication application_;
+};
+
+}  // namespace vistrel::platform::simulated

@@ -1,0 +1,102 @@
+#include "platform/simulated/SimulatedWindowPeer.h"
+
+#include <algorithm>
+
+#include "platform/simulated/SimulatedDesktop.h"
+
+namespace vistrel::platform::simulated {
+
+std::vector<PeerCall::Kind> WindowHistory::steps() const {
+  std::vector<PeerCall::Kind> kinds;
+  for (const PeerCall& call : calls) {
+    if (call.kind == PeerCall::Kind::viewDidChange) continue;
+    if (call.kind == PeerCall::Kind::propertiesDidChange) continue;
+    kinds.push_back(call.kind);
+  }
+  return kinds;
+}
+
+int WindowHistory::count(PeerCall::Kind kind) const {
+  return static_cast<int>(std::count_if(calls.begin(), calls.end(),
+                                        [kind](const PeerCall& c) { return c.kind == kind; }));
+}
+
+SimulatedWindowPeer::SimulatedWindowPeer(SimulatedDesktop& desktop, Window& window, bool isPanel)
+    : desktop_(desktop), window_(window) {
+  history_->isPanel = isPanel;
+  desktop_.peerWasMade(*this);
+}
+
+SimulatedWindowPeer::~SimulatedWindowPeer() {
+  history_->calls.push_back({.kind = PeerCall::Kind::destroyed});
+  desktop_.peerIsGoing(*this);
+}
+
+PeerCall& SimulatedWindowPeer::record(PeerCall::Kind kind) {
+  history_->calls.push_back({.kind = kind, .frame = window_.frame()});
+  return history_->calls.back();
+}
+
+void SimulatedWindowPeer::saveFrame() {
+  if (!autosaveName_.empty()) desktop_.setSavedFrame(autosaveName_, window_.frame());
+}
+
+double SimulatedWindowPeer::chromeHeight() const {
+  return (window_.styleMask() & styleTitled) != 0 ? titleBarHeight : 0;
+}
+
+Rect SimulatedWindowPeer::frameRectForContentRect(const Rect& contentRect) const {
+  Rect frame = contentRect;
+  frame.size.height += chromeHeight();
+  return frame;
+}
+
+Rect SimulatedWindowPeer::contentRectForFrameRect(const Rect& frame) const {
+  Rect contentRect = frame;
+  contentRect.size.height -= chromeHeight();
+  return contentRect;
+}
+
+void SimulatedWindowPeer::frameDidChange(bool display, bool animate) {
+  PeerCall& call = record(PeerCall::Kind::frameDidChange);
+  call.display = display;
+  call.animate = animate;
+  saveFrame();
+}
+
+void SimulatedWindowPeer::personSetFrame(const Rect& frame) {
+  window_.peerDidSetFrame(frame);
+  saveFrame();
+}
+
+void SimulatedWindowPeer::propertiesDidChange() { record(PeerCall::Kind::propertiesDidChange); }
+
+void SimulatedWindowPeer::contentViewDidChange() { record(PeerCall::Kind::contentViewDidChange); }
+
+void SimulatedWindowPeer::viewDidChange(View& view, ViewChange change) {
+  PeerCall& call = record(PeerCall::Kind::viewDidChange);
+  call.view = &view;
+  call.viewChange = change;
+}
+
+void SimulatedWindowPeer::orderFrontRegardless() {
+  record(PeerCall::Kind::orderFrontRegardless);
+  desktop_.moveToFront(*this);
+}
+
+void SimulatedWindowPeer::makeKeyAndOrderFront() {
+  record(PeerCall::Kind::makeKeyAndOrderFront);
+  desktop_.moveToFront(*this);
+}
+
+void SimulatedWindowPeer::orderOut() { record(PeerCall::Kind::orderOut); }
+
+void SimulatedWindowPeer::close() { record(PeerCall::Kind::close); }
+
+std::optional<Rect> SimulatedWindowPeer::adoptAutosavedFrame(const std::string& name) {
+  record(PeerCall::Kind::adoptAutosavedFrame);
+  autosaveName_ = name;
+  return desktop_.savedFrame(name);
+}
+
+}  // namespace vistrel::platform::simulated

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/Backend.h"
+
+namespace vistrel::platform::simulated {
+
+/// The surroundings of the process, which record what they were asked for. Main thread, except
+/// where Workspace.h and Text.h say otherwise.
+class SimulatedWorkspace : public WorkspaceBackend {
+ public:
+  void setProcessIdentifier(std::int32_t pid) { pid_ = pid; }
+  void setMainBundlePath(std::string path) { bundlePath_ = std::move(path); }
+  /// What `openURL` and `openNewInstance` answer from now on.
+  void setOpensURLs(bool opens) { opensURLs_ = opens; }
+  void setStartsInstances(bool starts) { startsInstances_ = starts; }
+
+  const std::vector<std::string>& openedURLs() const { return openedURLs_; }
+  /// Bundle paths, in order.
+  const std::vector<std::string>& startedInstances() const { return startedInstances_; }
+
+  bool openURL(const std::string& url) override;
+  bool openNewInstance(const std::string& bundlePath) override;
+  std::int32_t processIdentifier() override { return pid_; }
+  std::string mainBundlePath() override { return bundlePath_; }
+  /// Folds the letters of ASCII, Latin-1, Greek and Cyrillic, then compares code points.
+  ComparisonResult localizedCaseInsensitiveCompare(const std::string& a,
+                                                   const std::string& b) override;
+
+ private:
+  std::int32_t pid_ = 4711;
+  std::string bundlePath_ = "/simulated/Vistrel.app";
+  bool opensURLs_ = true;
+  bool startsInstances_ = true;
+  std::vector<std::string> openedURLs_;
+  std::vector<std::string> startedInstances_;
+};
+
+}  // namespace vistrel::platform::simulated
