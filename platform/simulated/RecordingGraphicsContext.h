@@ -29,7 +29,7 @@ struct DrawCommand {
 };
 
 /// Remembers what is drawn.
-class RecordingGraphicsContext : public GraphicsContext {
+class RecordingGraphicsContext : public TreeGraphicsContext {
  public:
   const std::vector<DrawCommand>& commands() const { return commands_; }
 
