@@ -14,7 +14,6 @@ namespace vistrel {
 
 using platform::Error;
 using platform::ShareableContent;
-using platform::Stream;
 using platform::WindowRecord;
 
 namespace {

@@ -18,7 +18,8 @@ void MirrorResizeGrip::draw(platform::GraphicsContext& context) {
   constexpr double inset = 2;
   platform::Path strokes;
   const Rect area = bounds();
-  for (double d = firstStroke; d <= area.width() - inset; d += strokeStep) {
+  for (int i = 0; firstStroke + i * strokeStep <= area.width() - inset; ++i) {
+    const double d = firstStroke + i * strokeStep;
     strokes.segments.push_back({{area.maxX() - d, inset}, {area.maxX() - inset, d}});
   }
   context.strokePath(strokes, 1, platform::Color::white(0.35));

@@ -16,7 +16,6 @@ using platform::Font;
 using platform::FontWeight;
 using platform::Label;
 using platform::LayoutAttribute;
-using platform::LayoutConstraint;
 using platform::TableCellView;
 using platform::View;
 using platform::WindowRecord;

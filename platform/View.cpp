@@ -30,7 +30,7 @@ void View::setToolTip(std::string text) {
   didChange(ViewChange::appearance);
 }
 
-void View::addSubview(std::shared_ptr<View> view) {
+void View::addSubview(const std::shared_ptr<View>& view) {
   view->removeFromSuperview();
   view->superview_ = this;
   subviews_.push_back(view);

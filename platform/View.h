@@ -52,7 +52,7 @@ class View : public std::enable_shared_from_this<View> {
 
   const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
   /// Adds on top of the subviews that are there; takes it from its former superview first.
-  void addSubview(std::shared_ptr<View> view);
+  void addSubview(const std::shared_ptr<View>& view);
   void removeFromSuperview();
   View* superview() const { return superview_; }
   /// Null while the view is in no window.
