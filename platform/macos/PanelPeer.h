@@ -2,9 +2,9 @@
 
 #import <AppKit/AppKit.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "platform/Window.h"
@@ -37,22 +37,24 @@ class PanelPeer final : public WindowPeer {
   // What the AppKit panel tells and asks.
 
   bool canBecomeKey() const { return window_.canBecomeKey(); }
-  void panelDidChangeFrame();
-  void panelDidChangeBackingProperties();
+  enum class Report { frame, backingProperties };
+  /// Passed on to the window: at once, or, while the panel is being told something, which AppKit
+  /// may answer from within the call (a frame that it corrected, a screen of another scale), at a
+  /// later turn of the main queue.
+  void panelDidReport(Report report);
   void panelWillClose();
 
  private:
   class Telling;
 
-  /// Tells the window, unless it is being made or destroyed; at a later turn of the main queue
-  /// while the panel is itself being told something, which AppKit answers at once (a frame that it
-  /// corrected, a screen of another scale).
-  void tellWindow(std::function<void(Window&)> report);
+  void pass(Report report);
+  void passPendingReports();
 
   Window& window_;
   VLPanel* panel_;
   ViewTree tree_;
   int tellingDepth_ = 0;
+  std::set<Report> pendingReports_;
 };
 
 }  // namespace vistrel::platform::macos

@@ -23,15 +23,15 @@ NS_ASSUME_NONNULL_END
 }
 
 - (void)windowDidMove:(NSNotification*)__unused notification {
-  if (self.peer != nullptr) self.peer->panelDidChangeFrame();
+  if (self.peer != nullptr) self.peer->panelDidReport(PanelPeer::Report::frame);
 }
 
 - (void)windowDidResize:(NSNotification*)__unused notification {
-  if (self.peer != nullptr) self.peer->panelDidChangeFrame();
+  if (self.peer != nullptr) self.peer->panelDidReport(PanelPeer::Report::frame);
 }
 
 - (void)windowDidChangeBackingProperties:(NSNotification*)__unused notification {
-  if (self.peer != nullptr) self.peer->panelDidChangeBackingProperties();
+  if (self.peer != nullptr) self.peer->panelDidReport(PanelPeer::Report::backingProperties);
 }
 
 - (void)windowWillClose:(NSNotification*)__unused notification {
@@ -73,7 +73,12 @@ class PanelPeer::Telling {
   }
   Telling(const Telling&) = delete;
   Telling& operator=(const Telling&) = delete;
-  ~Telling() { --peer_.tellingDepth_; }
+  ~Telling() {
+    if (--peer_.tellingDepth_ > 0 || peer_.pendingReports_.empty()) return;
+    mainQueue().async([weak = std::weak_ptr(kept_), &peer = peer_] {
+      if (const auto window = weak.lock()) peer.passPendingReports();
+    });
+  }
 
  private:
   std::shared_ptr<Window> kept_;
@@ -156,26 +161,33 @@ std::optional<Rect> PanelPeer::adoptAutosavedFrame(const std::string& name) {
   return coreRect(panel_.frame);
 }
 
-void PanelPeer::panelDidChangeFrame() {
-  tellWindow([this](Window& window) { window.peerDidSetFrame(coreRect(panel_.frame)); });
-}
-
-void PanelPeer::panelDidChangeBackingProperties() {
-  tellWindow([](Window& window) { window.peerDidChangeBackingProperties(); });
+void PanelPeer::panelDidReport(Report report) {
+  if (tellingDepth_ > 0) {
+    pendingReports_.insert(report);
+  } else {
+    pass(report);
+  }
 }
 
 void PanelPeer::panelWillClose() {
-  if (tellingDepth_ > 0) return;
-  tellWindow([](Window& window) { window.peerDidClose(); });
+  if (tellingDepth_ > 0) return;  // the core closed it
+  if (const auto window = window_.weak_from_this().lock()) window->peerDidClose();
 }
 
-void PanelPeer::tellWindow(std::function<void(Window&)> report) {
+void PanelPeer::pass(Report report) {
   const auto window = window_.weak_from_this().lock();
-  if (!window) return;
-  if (tellingDepth_ == 0) return report(*window);
-  mainQueue().async([weak = std::weak_ptr(window), this, report = std::move(report)] {
-    if (weak.lock()) tellWindow(report);
-  });
+  if (!window) return;  // being made or destroyed
+  switch (report) {
+    case Report::frame:
+      return window->peerDidSetFrame(coreRect(panel_.frame));
+    case Report::backingProperties:
+      return window->peerDidChangeBackingProperties();
+  }
+}
+
+void PanelPeer::passPendingReports() {
+  if (tellingDepth_ > 0) return;  // in an event loop within a call, whose end asks for this again
+  for (const Report report : std::exchange(pendingReports_, {})) pass(report);
 }
 
 }  // namespace vistrel::platform::macos
