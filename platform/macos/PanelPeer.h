@@ -34,10 +34,11 @@ class PanelPeer final : public WindowPeer {
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
 
-  // What the AppKit panel tells and asks.
+  // What the AppKit panel asks and tells.
+
+  enum class Report { frame, backingProperties };
 
   bool canBecomeKey() const { return window_.canBecomeKey(); }
-  enum class Report { frame, backingProperties };
   /// Passed on to the window: at once, or, while the panel is being told something, which AppKit
   /// may answer from within the call (a frame that it corrected, a screen of another scale), at a
   /// later turn of the main queue.

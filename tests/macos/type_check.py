@@ -13,7 +13,8 @@ import sys
 
 import apple_target
 
-WARNINGS = ["-Wall", "-Wextra", "-Werror"]
+WARNINGS = ["-Wall", "-Wextra", "-Wshadow", "-Wold-style-cast", "-Wnon-virtual-dtor",
+            "-Woverloaded-virtual", "-Wextra-semi", "-Werror"]
 
 
 def compiler_complaints(project, source, architecture):
