@@ -17,14 +17,14 @@ struct DrawCommand {
 
   Kind kind;
   Rect rect;  // of a path, its bounds
-  std::optional<Rect> clip = {};
-  Color color = {};  // of text, its style's; of contents, the background
+  std::optional<Rect> clip;
+  Color color;  // of text, its style's; of contents, the background
   double cornerRadius = 0;
   double lineWidth = 0;
-  std::string text = {};  // or the symbol's name
-  TextStyle style = {};
-  Path path = {};
-  std::shared_ptr<const Image> image = {};  // of contents
+  std::string text;  // or the symbol's name
+  TextStyle style;
+  Path path;
+  std::shared_ptr<const Image> image;  // of contents
   ContentsGravity gravity = ContentsGravity::resize;
 };
 

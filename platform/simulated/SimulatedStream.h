@@ -16,7 +16,7 @@ struct StreamCall {
   enum class Kind { addOutput, start, stop, update };
 
   Kind kind;
-  StreamConfiguration configuration = {};            // in force after the call
+  StreamConfiguration configuration;                 // in force after the call
   StreamOutputType type = StreamOutputType::screen;  // of addOutput
 };
 

@@ -29,11 +29,11 @@ struct PeerCall {
   };
 
   Kind kind;
-  Rect frame = {};                            // the window's at that moment
-  bool display = false;                       // of frameDidChange
-  bool animate = false;                       // of frameDidChange
-  const View* view = nullptr;                 // of viewDidChange; for comparing only
-  std::optional<ViewChange> viewChange = {};  // of viewDidChange
+  Rect frame;                            // the window's at that moment
+  bool display = false;                  // of frameDidChange
+  bool animate = false;                  // of frameDidChange
+  const View* view = nullptr;            // of viewDidChange; for comparing only
+  std::optional<ViewChange> viewChange;  // of viewDidChange
 };
 
 /// What one window's peer was told, in order. Outlives the window.
