@@ -49,10 +49,10 @@ std::vector<char*> pointersTo(const std::vector<std::string>& strings) {
 // Between fork and exec, where only async-signal-safe calls are allowed.
 [[noreturn]] void become(char* const* arguments, char* const* environment, int output, int error,
                          const std::vector<int>& inherited, pid_t parent) {
-  constexpr int kCannotExecute = 127;
+  constexpr int cannotExecute = 127;
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);
   if (::getppid() != parent) {
-    ::_exit(kCannotExecute);
+    ::_exit(cannotExecute);
   }
   ::dup2(output, STDOUT_FILENO);
   ::dup2(error, STDERR_FILENO);
@@ -60,7 +60,7 @@ std::vector<char*> pointersTo(const std::vector<std::string>& strings) {
     ::fcntl(descriptor, F_SETFD, 0);
   }
   ::execvpe(arguments[0], arguments, environment);
-  ::_exit(kCannotExecute);
+  ::_exit(cannotExecute);
 }
 
 }  // namespace
@@ -81,9 +81,9 @@ ChildProcess::ChildProcess(const Command& command)
 }
 
 ChildProcess::~ChildProcess() {
-  constexpr std::chrono::seconds kPatience{5};
+  constexpr std::chrono::seconds patience{5};
   sendSignal(SIGTERM);
-  if (!waitForEnd(kPatience)) {
+  if (!waitForEnd(patience)) {
     sendSignal(SIGKILL);
     static_cast<void>(waitForEnd());
   }

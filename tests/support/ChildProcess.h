@@ -42,7 +42,7 @@ class ChildProcess {
   /// How it ended, if it has.
   std::optional<Ending> ending();
   /// Waits for its end; none when it still runs at the deadline.
-  std::optional<Ending> waitForEnd(std::chrono::milliseconds deadline = kGenerousDeadline);
+  std::optional<Ending> waitForEnd(std::chrono::milliseconds deadline = generousDeadline);
   /// Nothing happens once it has ended.
   void sendSignal(int signal);
 

@@ -55,10 +55,10 @@ void InputDriver::type(std::uint32_t keysym) {
 }
 
 void InputDriver::fake(std::uint8_t event, std::uint8_t detail, Point point) {
-  constexpr std::uint8_t kCoreDevice = 0;
+  constexpr std::uint8_t coreDevice = 0;
   xcb_test_fake_input(connection_->get(), event, detail, std::exchange(rest_, 0),
                       connection_->root(), static_cast<std::int16_t>(point.x),
-                      static_cast<std::int16_t>(point.y), kCoreDevice);
+                      static_cast<std::int16_t>(point.y), coreDevice);
   connection_->sync();
 }
 

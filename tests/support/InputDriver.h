@@ -46,8 +46,8 @@ class InputDriver {
 };
 
 /// Keysyms that tests type (X11/keysymdef.h).
-inline constexpr std::uint32_t kKeyReturn = 0xff0d;
-inline constexpr std::uint32_t kKeyDown = 0xff54;
-inline constexpr std::uint32_t kKeyEscape = 0xff1b;
+inline constexpr std::uint32_t keyReturn = 0xff0d;
+inline constexpr std::uint32_t keyDown = 0xff54;
+inline constexpr std::uint32_t keyEscape = 0xff1b;
 
 }  // namespace vistrel::testbed

@@ -5,8 +5,8 @@
 namespace vistrel::testbed {
 
 void letOthersRun() {
-  constexpr int kMilliseconds = 5;
-  ::poll(nullptr, 0, kMilliseconds);
+  constexpr int milliseconds = 5;
+  ::poll(nullptr, 0, milliseconds);
 }
 
 }  // namespace vistrel::testbed

@@ -16,12 +16,12 @@ namespace vistrel::testbed {
 namespace {
 
 // What a private session must not take over from the one that the test was started in.
-constexpr std::array<std::string_view, 9> kForeignVariables = {
+constexpr std::array<std::string_view, 9> foreignVariables = {
     "DISPLAY=", "WAYLAND_DISPLAY=", "XAUTHORITY=", "XDG_", "DBUS_", "SESSION_MANAGER=",
     "HOME=",    "DESKTOP_",         "QT_"};
 
 bool isForeign(std::string_view variable) {
-  return std::ranges::any_of(kForeignVariables,
+  return std::ranges::any_of(foreignVariables,
                              [&](std::string_view prefix) { return variable.starts_with(prefix); });
 }
 

@@ -8,7 +8,7 @@ namespace {
 
 // Depth 24 and 32 visuals keep a pixel in 32 bits: blue, green, red in ascending order where the
 // server is little-endian, as a server on this machine is wherever the tests run.
-constexpr std::size_t kBytesPerPixel = 4;
+constexpr std::size_t bytesPerPixel = 4;
 
 }  // namespace
 
@@ -35,7 +35,7 @@ Picture ScreenReader::read(Rect area) const {
   }
   const std::uint8_t* bytes = xcb_get_image_data(reply.get());
   for (int y = top; y < bottom; ++y) {
-    for (int x = left; x < right; ++x, bytes += kBytesPerPixel) {
+    for (int x = left; x < right; ++x, bytes += bytesPerPixel) {
       picture.at(x - area.x, y - area.y) = {bytes[2], bytes[1], bytes[0]};
     }
   }

@@ -49,10 +49,10 @@ TEST_F(TestBed, AWindowShowsItsQuadrantsWhereItWasAskedToBe) {
   const TestWindow window(display_.name(), {.area = {200, 150, 300, 200}});
   EXPECT_EQ(window.area(), (Rect{200, 150, 300, 200}));
   const Picture picture = screen_.read(window.area());
-  EXPECT_EQ(picture.at(75, 50), kRed);
-  EXPECT_EQ(picture.at(225, 50), kGreen);
-  EXPECT_EQ(picture.at(75, 150), kBlue);
-  EXPECT_EQ(picture.at(225, 150), kYellow);
+  EXPECT_EQ(picture.at(75, 50), red);
+  EXPECT_EQ(picture.at(225, 50), green);
+  EXPECT_EQ(picture.at(75, 150), blue);
+  EXPECT_EQ(picture.at(225, 150), yellow);
 }
 
 TEST_F(TestBed, AWindowMovesResizesHidesAndComesBack) {
@@ -60,7 +60,7 @@ TEST_F(TestBed, AWindowMovesResizesHidesAndComesBack) {
   window.moveTo({400, 300});
   window.resize(100, 80);
   EXPECT_EQ(window.area(), (Rect{400, 300, 100, 80}));
-  EXPECT_EQ(screen_.pixel({490, 370}), kYellow);
+  EXPECT_EQ(screen_.pixel({490, 370}), yellow);
   window.minimise();
   window.map();
   window.unmap();

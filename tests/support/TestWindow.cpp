@@ -26,12 +26,12 @@ std::string hostName() {
 // WM_NORMAL_HINTS (ICCCM 4.1.2.3): the place is the user's choice, and names the window itself
 // rather than its frame.
 std::vector<std::uint32_t> placedExactly(Rect area) {
-  constexpr std::uint32_t kUserPosition = 1;
-  constexpr std::uint32_t kUserSize = 2;
-  constexpr std::uint32_t kWindowGravity = 512;
-  constexpr std::size_t kFields = 18;
-  std::vector<std::uint32_t> hints(kFields);
-  hints[0] = kUserPosition | kUserSize | kWindowGravity;
+  constexpr std::uint32_t userPosition = 1;
+  constexpr std::uint32_t userSize = 2;
+  constexpr std::uint32_t windowGravity = 512;
+  constexpr std::size_t fields = 18;
+  std::vector<std::uint32_t> hints(fields);
+  hints[0] = userPosition | userSize | windowGravity;
   hints[1] = static_cast<std::uint32_t>(area.x);
   hints[2] = static_cast<std::uint32_t>(area.y);
   hints[3] = static_cast<std::uint32_t>(area.width);
@@ -56,11 +56,12 @@ TestWindow::TestWindow(const std::string& display, const Options& options)
       width_(options.area.width),
       height_(options.area.height),
       picture_(options.picture) {
+  const std::uint32_t overrideRedirect = options.managed ? 0 : 1;
   xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, id_, connection_.root(),
                     static_cast<std::int16_t>(options.area.x),
                     static_cast<std::int16_t>(options.area.y), static_cast<std::uint16_t>(width_),
                     static_cast<std::uint16_t>(height_), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                    XCB_COPY_FROM_PARENT, 0, nullptr);
+                    XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &overrideRedirect);
   xcb_create_gc(connection_.get(), pen_, id_, 0, nullptr);
   announce(options);
   show(options.picture);
@@ -169,14 +170,14 @@ void TestWindow::map() {
 }
 
 void TestWindow::minimise() {
-  constexpr std::uint32_t kIconicState = 3;
-  connection_.sendToManager(id_, "WM_CHANGE_STATE", {kIconicState});
+  constexpr std::uint32_t iconicState = 3;
+  connection_.sendToManager(id_, "WM_CHANGE_STATE", {iconicState});
   waitUntil("minimised", [&] { return !isViewable(connection_, id_); });
 }
 
 void TestWindow::raiseAbove(const TestWindow& other) {
-  constexpr std::uint32_t kAbove = XCB_STACK_MODE_ABOVE;
-  xcb_configure_window(connection_.get(), id_, XCB_CONFIG_WINDOW_STACK_MODE, &kAbove);
+  constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+  xcb_configure_window(connection_.get(), id_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
   waitUntil("above the other", [&] { return isAbove(connection_, id_, other.id()); });
 }
 

@@ -20,13 +20,13 @@ struct Quadrants {
   static Quadrants uniform(Rgb colour) { return {colour, colour, colour, colour}; }
 };
 
-inline constexpr Rgb kBlack{0, 0, 0};
-inline constexpr Rgb kWhite{255, 255, 255};
-inline constexpr Rgb kRed{220, 40, 40};
-inline constexpr Rgb kGreen{40, 180, 70};
-inline constexpr Rgb kBlue{50, 80, 220};
-inline constexpr Rgb kYellow{230, 210, 60};
-inline constexpr Quadrants kFourColours{kRed, kGreen, kBlue, kYellow};
+inline constexpr Rgb black{0, 0, 0};
+inline constexpr Rgb white{255, 255, 255};
+inline constexpr Rgb red{220, 40, 40};
+inline constexpr Rgb green{40, 180, 70};
+inline constexpr Rgb blue{50, 80, 220};
+inline constexpr Rgb yellow{230, 210, 60};
+inline constexpr Quadrants fourColours{red, green, blue, yellow};
 
 /// An ordinary window of some program, on a connection of its own. What it shows is its background,
 /// so the server repaints it and nothing has to answer events. All operations return once they have
@@ -39,9 +39,12 @@ class TestWindow {
     std::string application = "Sample";
     /// The area without decorations, in root coordinates.
     Rect area{100, 100, 400, 300};
-    Quadrants picture = kFourColours;
+    Quadrants picture = fourColours;
     /// Whether the window manager draws its frame around it (Motif hints).
     bool decorated = true;
+    /// Whether the window manager has a say at all; a menu's or a screen saver's window has none
+    /// over it (override-redirect) and lies above what is there.
+    bool managed = true;
     /// What _NET_WM_PID says; this process when none is given.
     std::optional<pid_t> pid = std::nullopt;
   };

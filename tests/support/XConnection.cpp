@@ -9,14 +9,14 @@ namespace vistrel::testbed {
 namespace {
 
 // Longer than any property that a test reads, in 32-bit units.
-constexpr std::uint32_t kPropertyLength = 1 << 16;
+constexpr std::uint32_t propertyLength = 1 << 16;
 
 XReply<xcb_get_property_reply_t> property(const XConnection& connection, xcb_window_t window,
                                           std::string_view name) {
   return XReply<xcb_get_property_reply_t>(
       xcb_get_property_reply(connection.get(),
                              xcb_get_property(connection.get(), 0, window, connection.atom(name),
-                                              XCB_ATOM_ANY, 0, kPropertyLength),
+                                              XCB_ATOM_ANY, 0, propertyLength),
                              nullptr));
 }
 
