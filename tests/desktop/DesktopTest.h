@@ -1,0 +1,68 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <memory>
+
+#include "tests/desktop/RunningVistrel.h"
+#include "tests/support/InputDriver.h"
+#include "tests/support/Poll.h"
+#include "tests/support/PrivateDisplay.h"
+#include "tests/support/TestWindow.h"
+#include "tests/support/XWindows.h"
+
+namespace vistrel::testbed {
+
+/// A session with ordinary windows in which the built program runs. Whatever the test does, the
+/// program is still there at its end and has written nothing.
+class DesktopTest : public ::testing::Test {
+ protected:
+  /// Where the first mirror opens, and how far the next one lies from it.
+  static constexpr Point firstPanel{32, 32};
+  static constexpr int cascadeStep = 28;
+  /// A source without decorations whose panel comes to whole numbers: 340 × 196.
+  static constexpr Rect sourceArea{240, 480, 1000, 500};
+
+  void TearDown() override {
+    if (vistrel_) {
+      EXPECT_FALSE(vistrel_->process().ending().has_value()) << "the program ended";
+      EXPECT_EQ(vistrel_->process().standardError(), "");
+      EXPECT_EQ(vistrel_->process().standardOutput(), "");
+    }
+  }
+
+  /// Opens a source window; those that are to be listed come before `startVistrel`.
+  std::unique_ptr<TestWindow> openSource(const TestWindow::Options& options) {
+    return std::make_unique<TestWindow>(display_.name(), options);
+  }
+  std::unique_ptr<TestWindow> openSource() {
+    return openSource({.area = sourceArea, .decorated = false});
+  }
+
+  void startVistrel(const std::vector<std::string>& arguments = {}) {
+    vistrel_ = std::make_unique<RunningVistrel>(display_, connection_, arguments);
+  }
+
+  /// Double-clicks row `row` of the picker, which lists `count` windows, and waits until
+  /// `panelsAfter` panels are on screen; gives the newest.
+  PanelOnScreen mirrorRow(std::size_t row, std::size_t count, std::size_t panelsAfter) {
+    input_.rest(betweenClicks);
+    input_.clickAt(vistrel_->pickerRows(count).at(row).centre(), 2);
+    return vistrel_->panels(panelsAfter).back();
+  }
+  /// Starts the program and mirrors the only source there is.
+  PanelOnScreen mirrorOnlySource() {
+    startVistrel();
+    return mirrorRow(0, 1, 1);
+  }
+
+  /// Long enough that two clicks are no double-click.
+  static constexpr std::uint32_t betweenClicks = 700;
+
+  PrivateDisplay display_;
+  XConnection connection_{display_.name()};
+  ScreenReader screen_{connection_};
+  InputDriver input_{connection_};
+  std::unique_ptr<RunningVistrel> vistrel_;
+};
+
+}  // namespace vistrel::testbed

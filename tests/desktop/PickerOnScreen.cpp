@@ -1,0 +1,81 @@
+#include "tests/desktop/PickerOnScreen.h"
+
+#include <algorithm>
+
+#include "tests/support/XWindows.h"
+
+namespace vistrel::testbed {
+namespace {
+
+// The inside of the list, from the picker's constraints: below the heading and the status line,
+// above the buttons, free of the border and the scroller. The first row's text begins just below.
+constexpr int listLeft = 24;
+constexpr int listRightMargin = 44;
+constexpr int listTop = 66;
+constexpr int listBottomMargin = 62;
+// Lines of pixels without text between a letter and its accent.
+constexpr int largestGapInText = 3;
+constexpr int buttonMiddle = 14 + 12;
+
+bool isUniform(const Picture& picture, int y) {
+  for (int x = 1; x < picture.width(); ++x) {
+    if (picture.at(x, y) != picture.at(0, y)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+bool PickerOnScreen::isOnScreen() const { return isViewable(*connection_, window_); }
+
+Rect PickerOnScreen::area() const { return areaOf(*connection_, window_).value_or(Rect{}); }
+
+std::vector<Rect> PickerOnScreen::rows() const {
+  const Rect window = area();
+  const Rect list{window.x + listLeft, window.y + listTop,
+                  window.width - listLeft - listRightMargin,
+                  window.height - listTop - listBottomMargin};
+  if (list.width <= 0 || list.height <= 0) {
+    return {};
+  }
+  const Picture picture = ScreenReader(*connection_).read(list);
+  std::vector<Rect> rows;
+  for (int y = 0; y < picture.height(); ++y) {
+    if (isUniform(picture, y)) {
+      continue;
+    }
+    const int top = list.y + y;
+    if (rows.empty() || top - (rows.back().y + rows.back().height) > largestGapInText) {
+      rows.push_back({list.x, top, list.width, 0});
+    }
+    rows.back().height = top + 1 - rows.back().y;
+  }
+  return rows;
+}
+
+bool PickerOnScreen::isMarked(Rect row) const {
+  const Picture picture = ScreenReader(*connection_).read(row);
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      const Rgb colour = picture.at(x, y);
+      if (colour.green > colour.red + 60 && colour.green > colour.blue + 40) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
+Point PickerOnScreen::refreshButton() const {
+  const Rect window = area();
+  return {window.x + 18 + 20, window.y + window.height - buttonMiddle};
+}
+
+Point PickerOnScreen::mirrorButton() const {
+  const Rect window = area();
+  return {window.x + window.width - 18 - 20, window.y + window.height - buttonMiddle};
+}
+
+}  // namespace vistrel::testbed

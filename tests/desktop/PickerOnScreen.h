@@ -1,0 +1,35 @@
+#pragma once
+
+#include <vector>
+
+#include "tests/support/ScreenReader.h"
+#include "tests/support/XConnection.h"
+
+namespace vistrel::testbed {
+
+/// The window picker as a person finds it on the screen.
+class PickerOnScreen {
+ public:
+  /// `connection` outlives this object.
+  PickerOnScreen(const XConnection& connection, xcb_window_t window)
+      : connection_(&connection), window_(window) {}
+
+  xcb_window_t id() const { return window_; }
+  bool isOnScreen() const;
+  /// Without decorations; empty once the window is gone.
+  Rect area() const;
+
+  /// The rows of the list as far as they are on screen, top row first: each the area of its text,
+  /// found by looking where the list is not empty.
+  std::vector<Rect> rows() const;
+  /// Whether a row's text is in the green of a mirrored window.
+  bool isMarked(Rect row) const;
+  Point refreshButton() const;
+  Point mirrorButton() const;
+
+ private:
+  const XConnection* connection_;
+  xcb_window_t window_;
+};
+
+}  // namespace vistrel::testbed

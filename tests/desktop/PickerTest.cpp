@@ -1,0 +1,159 @@
+#include "tests/desktop/DesktopTest.h"
+
+namespace vistrel::testbed {
+namespace {
+
+class Picker : public DesktopTest {};
+
+TEST_F(Picker, ADoubleClickOpensAPanelOfTheComputedSizeAtTheComputedPlace) {
+  const auto source = openSource();
+  startVistrel();
+  const PanelOnScreen panel = mirrorRow(0, 1, 1);
+  EXPECT_TRUE(eventually([&] {
+    return panel.area() == PanelOnScreen::computedArea(sourceArea, firstPanel);
+  })) << "size "
+      << panel.area().width << " × " << panel.area().height << " at " << panel.area().x << ", "
+      << panel.area().y;
+}
+
+TEST_F(Picker, ReturnMirrorsTheSelectedRow) {
+  const auto source = openSource();
+  startVistrel();
+  input_.clickAt(vistrel_->pickerRows(1).front().centre());
+  input_.type(keyReturn);
+  const PanelOnScreen panel = vistrel_->panels(1).front();
+  EXPECT_TRUE(eventually(
+      [&] { return panel.area() == PanelOnScreen::computedArea(sourceArea, firstPanel); }));
+}
+
+TEST_F(Picker, ReturnWithoutASelectionDoesNothing) {
+  const auto source = openSource();
+  startVistrel();
+  vistrel_->pickerRows(1);
+  input_.type(keyReturn);
+  // The click comes after the key: had the key opened a panel, this one would be forward already.
+  input_.clickAt(vistrel_->picker().mirrorButton());
+  const PanelOnScreen panel = mirrorRow(0, 1, 1);
+  EXPECT_EQ(panel.area().x, firstPanel.x);
+}
+
+TEST_F(Picker, TheMirrorButtonMirrorsTheSelectedRow) {
+  const auto source = openSource();
+  startVistrel();
+  input_.clickAt(vistrel_->pickerRows(1).front().centre());
+  input_.clickAt(vistrel_->picker().mirrorButton());
+  EXPECT_EQ(vistrel_->panels(1).size(), 1u);
+}
+
+TEST_F(Picker, RowsAreInTheOrderOfProgramsAndTitles) {
+  const auto third = openSource({.title = "a",
+                                 .application = "Zebra",
+                                 .area = sourceArea,
+                                 .picture = Quadrants::uniform(blue)});
+  const auto second = openSource({.title = "b",
+                                  .application = "alpha",
+                                  .area = sourceArea,
+                                  .picture = Quadrants::uniform(green)});
+  const auto first = openSource({.title = "A",
+                                 .application = "alpha",
+                                 .area = sourceArea,
+                                 .picture = Quadrants::uniform(red)});
+  startVistrel();
+  const std::array expected{red, green, blue};
+  for (std::size_t row = 0; row < expected.size(); ++row) {
+    const PanelOnScreen panel = mirrorRow(row, expected.size(), row + 1);
+    EXPECT_TRUE(eventually([&] {
+      return similar(screen_.pixel(panel.contents().at(0.9, 0.9)), expected[row], 6);
+    })) << "row "
+        << row;
+  }
+}
+
+TEST_F(Picker, EachFurtherPanelStepsRightAndDown) {
+  const auto first = openSource({.title = "1", .area = sourceArea, .decorated = false});
+  const auto second = openSource({.title = "2", .area = sourceArea, .decorated = false});
+  startVistrel();
+  mirrorRow(0, 2, 1);
+  const PanelOnScreen panel = mirrorRow(1, 2, 2);
+  const Point stepped{firstPanel.x + cascadeStep, firstPanel.y + cascadeStep};
+  EXPECT_TRUE(
+      eventually([&] { return panel.area() == PanelOnScreen::computedArea(sourceArea, stepped); }));
+}
+
+TEST_F(Picker, TheProgramsOwnWindowsAreNeverListed) {
+  const auto source = openSource();
+  mirrorOnlySource();
+  const auto later = openSource({.title = "Later", .area = {300, 750, 400, 200}});
+  input_.clickAt(vistrel_->picker().refreshButton());
+  EXPECT_EQ(vistrel_->pickerRows(2).size(), 2u);
+}
+
+TEST_F(Picker, AMirroredRowTurnsGreenAndThePickerStays) {
+  const auto source = openSource();
+  startVistrel();
+  const Rect row = vistrel_->pickerRows(1).front();
+  EXPECT_FALSE(vistrel_->picker().isMarked(row));
+  mirrorRow(0, 1, 1);
+  // The selection's colour lies under the row until another window has the list.
+  EXPECT_TRUE(eventually([&] { return vistrel_->picker().isMarked(row); }));
+}
+
+TEST_F(Picker, ASecondRequestBringsTheMirrorForward) {
+  const auto first = openSource({.title = "1", .area = sourceArea, .decorated = false});
+  const auto second = openSource({.title = "2", .area = sourceArea, .decorated = false});
+  startVistrel();
+  const PanelOnScreen lower = mirrorRow(0, 2, 1);
+  const PanelOnScreen upper = mirrorRow(1, 2, 2);
+  EXPECT_TRUE(eventually([&] { return isAbove(connection_, upper.id(), lower.id()); }));
+  mirrorRow(0, 2, 2);
+  EXPECT_TRUE(eventually([&] { return isAbove(connection_, lower.id(), upper.id()); }));
+  EXPECT_EQ(vistrel_->panels().size(), 2u);
+}
+
+TEST_F(Picker, ASecondRequestUnrollsTheMirrorWhereItIs) {
+  const auto source = openSource();
+  const PanelOnScreen panel = mirrorOnlySource();
+  input_.drag(panel.titleBar(), {700, 200});
+  input_.rest(betweenClicks);
+  input_.clickAt({700, 200}, 2);
+  ASSERT_TRUE(eventually([&] { return panel.area().height == PanelOnScreen::titleBarHeight; }));
+  const Rect rolledUp = panel.area();
+  mirrorRow(0, 1, 1);
+  EXPECT_TRUE(eventually([&] {
+    return panel.area() == PanelOnScreen::computedArea(sourceArea, {rolledUp.x, rolledUp.y});
+  }));
+}
+
+TEST_F(Picker, ClosingItLeavesTheMirrorsAlive) {
+  const auto source = openSource();
+  const PanelOnScreen panel = mirrorOnlySource();
+  const PickerOnScreen picker = vistrel_->picker();
+  connection_.sendToManager(picker.id(), "_NET_CLOSE_WINDOW", {0, 2});
+  EXPECT_TRUE(eventually([&] { return !picker.isOnScreen(); }));
+  source->show(Quadrants::uniform(blue));
+  EXPECT_TRUE(eventually([&] { return panel.shows(Quadrants::uniform(blue)); }));
+}
+
+TEST_F(Picker, ItsFrameIsTheSameAfterARestart) {
+  const auto source = openSource();
+  startVistrel();
+  const PickerOnScreen picker = vistrel_->picker();
+  vistrel_->pickerRows(1);
+  const Rect before = picker.area();
+  // The manager's own way to move and resize: gravity of the frame itself, x, y, width, height, as
+  // asked by a person (EWMH 1.5, _NET_MOVERESIZE_WINDOW).
+  constexpr std::uint32_t staticAllFieldsByPerson = 10 | 0xf << 8 | 2 << 12;
+  connection_.sendToManager(picker.id(), "_NET_MOVERESIZE_WINDOW",
+                            {staticAllFieldsByPerson, 50, 90, 600, 500});
+  const Rect moved{50, 90, 600, 500};
+  ASSERT_TRUE(eventually([&] { return picker.area() == moved; }));
+  ASSERT_NE(before, moved);
+  EXPECT_TRUE(eventually([&] {
+    vistrel_.reset();
+    startVistrel();
+    return vistrel_->picker().area() == moved;
+  }));
+}
+
+}  // namespace
+}  // namespace vistrel::testbed

@@ -1,0 +1,86 @@
+#include "tests/desktop/RunningVistrel.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "tests/support/Poll.h"
+#include "tests/support/XWindows.h"
+
+namespace vistrel::testbed {
+namespace {
+
+template <class Condition>
+void waitUntil(const std::string& what, const ChildProcess& process, Condition&& condition) {
+  if (!eventually(condition)) {
+    throw std::runtime_error("no sign of " + what + "; standard error: " + process.standardError());
+  }
+}
+
+}  // namespace
+
+RunningVistrel::RunningVistrel(const PrivateDisplay& display, const XConnection& connection,
+                               const std::vector<std::string>& arguments)
+    : connection_(&connection), process_(command(arguments, display.environment())) {}
+
+ChildProcess::Command RunningVistrel::command(const std::vector<std::string>& arguments,
+                                              std::vector<std::string> environment) {
+  ChildProcess::Command command{.arguments = {VISTREL_PROGRAM},
+                                .environment = std::move(environment)};
+  command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
+  return command;
+}
+
+std::vector<xcb_window_t> RunningVistrel::windowsOnScreen() const {
+  std::vector<xcb_window_t> windows = windowsOfProcess(*connection_, process_.pid());
+  std::erase_if(windows, [&](xcb_window_t window) { return !isViewable(*connection_, window); });
+  return windows;
+}
+
+PickerOnScreen RunningVistrel::picker() const {
+  xcb_window_t picker = XCB_WINDOW_NONE;
+  waitUntil("the picker", process_, [&] {
+    for (const xcb_window_t window : windowsOnScreen()) {
+      if (titleOf(*connection_, window) == "Vistrel") {
+        picker = window;
+      }
+    }
+    return picker != XCB_WINDOW_NONE;
+  });
+  return {*connection_, picker};
+}
+
+std::vector<Rect> RunningVistrel::pickerRows(std::size_t count) const {
+  const PickerOnScreen window = picker();
+  std::vector<Rect> rows;
+  waitUntil(std::to_string(count) + " rows in the picker", process_, [&] {
+    rows = window.rows();
+    return rows.size() == count;
+  });
+  return rows;
+}
+
+std::vector<PanelOnScreen> RunningVistrel::panels() const {
+  std::vector<xcb_window_t> windows = windowsOnScreen();
+  std::erase_if(windows, [&](xcb_window_t window) {
+    return !hasState(*connection_, window, "_NET_WM_STATE_ABOVE");
+  });
+  // A server hands a program its window numbers in ascending order.
+  std::ranges::sort(windows);
+  std::vector<PanelOnScreen> panels;
+  for (const xcb_window_t window : windows) {
+    panels.emplace_back(*connection_, window);
+  }
+  return panels;
+}
+
+std::vector<PanelOnScreen> RunningVistrel::panels(std::size_t count) const {
+  std::vector<PanelOnScreen> found;
+  waitUntil(std::to_string(count) + " panels", process_, [&] {
+    found = panels();
+    return found.size() == count;
+  });
+  return found;
+}
+
+}  // namespace vistrel::testbed

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/desktop/PanelOnScreen.h"
+#include "tests/desktop/PickerOnScreen.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/PrivateDisplay.h"
+#include "tests/support/XConnection.h"
+
+namespace vistrel::testbed {
+
+/// The built program, started on a private display, and its windows.
+class RunningVistrel {
+ public:
+  /// Starts it with these arguments in the display's session. Both outlive this object.
+  RunningVistrel(const PrivateDisplay& display, const XConnection& connection,
+                 const std::vector<std::string>& arguments = {});
+
+  /// How to start the program with `arguments`.
+  static ChildProcess::Command command(const std::vector<std::string>& arguments,
+                                       std::vector<std::string> environment);
+
+  ChildProcess& process() { return process_; }
+  const ChildProcess& process() const { return process_; }
+
+  /// Waits until the picker is on screen. Throws std::runtime_error when it does not come.
+  PickerOnScreen picker() const;
+  /// Waits until the picker lists exactly `count` windows, and gives their rows. Throws
+  /// std::runtime_error when it does not.
+  std::vector<Rect> pickerRows(std::size_t count) const;
+  /// The panels on screen, in the order in which they were opened.
+  std::vector<PanelOnScreen> panels() const;
+  /// Waits until exactly `count` panels are on screen. Throws std::runtime_error when that does not
+  /// happen.
+  std::vector<PanelOnScreen> panels(std::size_t count) const;
+
+ private:
+  std::vector<xcb_window_t> windowsOnScreen() const;
+
+  const XConnection* connection_;
+  ChildProcess process_;
+};
+
+}  // namespace vistrel::testbed
