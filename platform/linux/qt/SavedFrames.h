@@ -1,0 +1,46 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/Geometry.h"
+#include "platform/Screen.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// The text that keeps a frame: four numbers, x, y, width and height, with blanks between and a
+/// line feed at the end.
+std::string textOfFrame(const Rect& frame);
+/// None unless `text` is such a text and the frame could be a window's.
+std::optional<Rect> frameFromText(std::string_view text);
+
+/// Whether a person could get hold of a window there: enough of its top edge lies in the visible
+/// frame of a screen.
+bool isReachable(const Rect& frame, const std::vector<Screen>& screens);
+
+/// Where the program keeps its state, by the XDG base directory specification: `stateHome` (the
+/// value of XDG_STATE_HOME) unless it is empty or relative, else .local/state in `home`.
+std::filesystem::path stateDirectory(const std::string& stateHome, const std::string& home);
+
+/// Frames kept from run to run, one file per name in one directory. What cannot be read or written
+/// is as if there were none.
+class SavedFrames {
+ public:
+  explicit SavedFrames(std::filesystem::path directory) : directory_(std::move(directory)) {}
+
+  std::optional<Rect> load(const std::string& name) const;
+  /// Replaces the file at once: a reader sees the old frame or the new one.
+  void save(const std::string& name, const Rect& frame) const;
+
+ private:
+  /// None for names that are no plain file names.
+  std::optional<std::filesystem::path> fileOf(const std::string& name) const;
+
+  std::filesystem::path directory_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
