@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QPointF>
+#include <cstdint>
+#include <qnamespace.h>
+
+#include "platform/Geometry.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Where the pointer is in screen space; while an event is dispatched, where it was at that event.
+/// Main thread.
+Point pointerLocation();
+
+/// Makes `pointerLocation` answer `position` (desktop space) for as long as this lives.
+class DispatchedPosition {
+ public:
+  explicit DispatchedPosition(QPointF position);
+  DispatchedPosition(const DispatchedPosition&) = delete;
+  DispatchedPosition& operator=(const DispatchedPosition&) = delete;
+  ~DispatchedPosition();
+
+ private:
+  const QPointF position_;
+  const DispatchedPosition* const outer_;
+
+  friend Point pointerLocation();
+};
+
+/// The toolkit's keyboard modifiers as `ModifierFlags`: Control stands in for Command.
+std::uint64_t modifierFlags(Qt::KeyboardModifiers modifiers);
+
+}  // namespace vistrel::platform::linux_desktop
