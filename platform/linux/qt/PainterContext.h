@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QPainter>
+#include <QPalette>
+#include <QRectF>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/GraphicsContext.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Draws with the toolkit's painter, and keeps account of where a layer's contents are to lie and
+/// what was drawn over them. Rectangles that it gives are those of the painter's own untransformed
+/// space: points, origin at the top-left, y downwards.
+class PainterContext final : public TreeGraphicsContext {
+ public:
+  /// System colours are taken in terms of `palette`. `painter` must be fresh and outlive this.
+  PainterContext(QPainter& painter, const QPalette& palette);
+
+  void save() override { painter_.save(); }
+  void restore() override { painter_.restore(); }
+  void translate(Point origin) override { painter_.translate(origin.x, origin.y); }
+  void flip(double height) override;
+  void clipToRoundedRect(const Rect& rect, double cornerRadius) override;
+  void fillRoundedRect(const Rect& rect, double cornerRadius, Color color) override;
+  void strokeRoundedRect(const Rect& rect, double cornerRadius, double width, Color color) override;
+  void strokePath(const Path& path, double lineWidth, Color color) override;
+  void drawText(const std::string& text, const Rect& rect, const TextStyle& style) override;
+  void drawSymbol(const std::string& name, const Rect& rect, Color tint) override;
+  void placeContents(const Layer& layer, const Rect& rect) override;
+
+  struct Contents {
+    const Layer* layer;
+    QRectF rect;
+  };
+  const std::optional<Contents>& contents() const { return contents_; }
+  /// Inside the contents' rectangle.
+  const std::vector<QRectF>& overlays() const { return overlays_; }
+
+ private:
+  QRectF untransformed(const Rect& rect) const;
+  /// The same with its edges on the nearest pixels, so that they are crisp whatever the points.
+  QRectF snapped(const Rect& rect) const;
+  double nearestPixel(double coordinate) const;
+  QColor colorOf(const Color& color) const;
+  void drewOver(const QRectF& untransformedRect);
+  void drewFrameOver(const QRectF& untransformedRect, double cornerRadius, double width);
+
+  QPainter& painter_;
+  const QPalette palette_;
+  std::optional<Contents> contents_;
+  std::vector<QRectF> overlays_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
