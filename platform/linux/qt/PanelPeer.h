@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QRect>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/Window.h"
+#include "platform/linux/PanelSurface.h"
+#include "platform/linux/qt/FrameEchoes.h"
+#include "platform/linux/qt/PanelWindow.h"
+#include "platform/linux/qt/PeerHost.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Shows a borderless panel: one native window that never takes the focus, whose chrome is painted
+/// from the view tree when it changes and composited with the picture by a `PanelSurface`.
+class PanelPeer final : public HostedPeer {
+ public:
+  PanelPeer(Window& window, std::shared_ptr<PeerHost> host);
+  ~PanelPeer() override;
+
+  void frameDidChange(bool display, bool animate) override;
+  void propertiesDidChange() override;
+  void contentViewDidChange() override;
+  void viewDidChange(View& view, ViewChange change) override;
+  void orderFrontRegardless() override;
+  /// As `orderFrontRegardless`: a panel floats without the keyboard.
+  void makeKeyAndOrderFront() override;
+  void orderOut() override;
+  void close() override;
+  std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
+  void retire() override;
+
+ private:
+  struct DeleteLater {
+    void operator()(PanelWindow* native) const;
+  };
+
+  void makeNative();
+  void releaseNative();
+  void place();
+  /// Tells the manager of the minimum size that binds a person's resizing, but of none above
+  /// `largest`: managers hold a program's own requests to it as well.
+  void bindResizing(QSize largest);
+  void nativeWasPlaced();
+  void scheduleRepaint();
+  void repaint();
+  void showContents(std::shared_ptr<const Image> image);
+
+  Window& window_;
+  std::unique_ptr<PanelWindow, DeleteLater> native_;
+  std::unique_ptr<PanelSurface> surface_;  // goes before native_
+  QRect placed_;                           // where native_ is or has been asked to go
+  FrameEchoes echoes_;
+  const Layer* contentsLayer_ = nullptr;  // compared, never followed
+  std::shared_ptr<const Image> shownContents_;
+  bool repaintScheduled_ = false;
+};
+
+}  // namespace vistrel::platform::linux_desktop

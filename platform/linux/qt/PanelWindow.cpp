@@ -1,0 +1,90 @@
+#include "platform/linux/qt/PanelWindow.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QStyleHints>
+#include <utility>
+
+#include "platform/linux/qt/Pointer.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+ClickCounter::Limits clickLimits() {
+  const QStyleHints& hints = *QGuiApplication::styleHints();
+  return {static_cast<std::uint64_t>(hints.mouseDoubleClickInterval()),
+          static_cast<double>(hints.mouseDoubleClickDistance())};
+}
+
+Qt::CursorShape shapeOf(Cursor cursor) {
+  return cursor == Cursor::crosshair ? Qt::CrossCursor : Qt::ArrowCursor;
+}
+
+}  // namespace
+
+PanelWindow::PanelWindow(platform::Window& window, std::function<void()> placed,
+                         std::function<void()> scaleChanged)
+    : window_(&window), placed_(std::move(placed)), scaleChanged_(std::move(scaleChanged)) {
+  QObject::connect(this, &QWindow::screenChanged, this, [this] {
+    if (window_ != nullptr) scaleChanged_();
+  });
+}
+
+void PanelWindow::mousePressEvent(QMouseEvent* event) {
+  tip_.hide();
+  if (event->button() != Qt::LeftButton) return;
+  const QPointF position = event->globalPosition();
+  clicks_.press({position.x(), position.y()}, event->timestamp(), clickLimits());
+  send(EventType::leftMouseDown, *event);
+}
+
+void PanelWindow::mouseMoveEvent(QMouseEvent* event) {
+  if (event->buttons().testFlag(Qt::LeftButton)) return send(EventType::leftMouseDragged, *event);
+  if (event->buttons() == Qt::NoButton) hover(*event);
+}
+
+void PanelWindow::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) send(EventType::leftMouseUp, *event);
+}
+
+void PanelWindow::moveEvent(QMoveEvent* /*event*/) {
+  if (window_ != nullptr) placed_();
+}
+
+void PanelWindow::resizeEvent(QResizeEvent* /*event*/) {
+  if (window_ != nullptr) placed_();
+}
+
+bool PanelWindow::event(QEvent* event) {
+  if (event->type() == QEvent::Leave) tip_.hide();
+  if (event->type() == QEvent::Close) {  // a panel is closed by its own controls alone
+    event->ignore();
+    return true;
+  }
+  return QWindow::event(event);
+}
+
+void PanelWindow::send(EventType type, const QMouseEvent& event) {
+  if (window_ == nullptr) return;
+  const DispatchedPosition dispatched(event.globalPosition());
+  window_->sendEvent({.type = type,
+                      .locationInWindow = locationInWindow(event),
+                      .modifierFlags = modifierFlags(event.modifiers()),
+                      .clickCount = clicks_.count()});
+}
+
+void PanelWindow::hover(const QMouseEvent& event) {
+  if (window_ == nullptr) return;
+  const Point location = locationInWindow(event);
+  const Qt::CursorShape shape = shapeOf(window_->cursorAt(location));
+  if (cursor().shape() != shape) setCursor(shape);
+  tip_.pointerMoved(event.globalPosition().toPoint(), window_->toolTipAt(location));
+}
+
+Point PanelWindow::locationInWindow(const QMouseEvent& event) const {
+  const QPointF position = event.position();
+  return {position.x(), window_->contentView()->frame().height() - position.y()};
+}
+
+}  // namespace vistrel::platform::linux_desktop
