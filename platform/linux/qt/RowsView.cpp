@@ -1,0 +1,112 @@
+#include "platform/linux/qt/RowsView.h"
+
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <cmath>
+
+#include "platform/linux/qt/Colors.h"
+#include "platform/linux/qt/Fonts.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+/// None for cells that are no text.
+std::shared_ptr<Label> labelOf(TableView& table, int row) {
+  const auto cell = std::dynamic_pointer_cast<TableCellView>(table.cellForRow(row));
+  return cell ? cell->textField() : nullptr;
+}
+
+}  // namespace
+
+void RowsModel::reload() {
+  if (rowCount_ == table_.numberOfRows()) {
+    // Keeps what is selected and how far the view is scrolled.
+    if (rowCount_ > 0) emit dataChanged(index(0, 0), index(rowCount_ - 1, 0));
+    return;
+  }
+  beginResetModel();
+  rowCount_ = table_.numberOfRows();
+  endResetModel();
+}
+
+int RowsModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rowCount_;
+}
+
+int RowsModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : 1; }
+
+QVariant RowsModel::data(const QModelIndex& index, int role) const {
+  if (role != Qt::DisplayRole && role != Qt::ForegroundRole && role != Qt::FontRole) return {};
+  const auto label = labelOf(table_, index.row());
+  if (!label) return {};
+  if (role == Qt::DisplayRole) return QString::fromStdString(label->stringValue()).simplified();
+  if (role == Qt::FontRole) return toolkitFont(label->font());
+  return QBrush(resolved(label->textColor(), QGuiApplication::palette()));
+}
+
+void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(option, index);
+  option->state &= ~QStyle::State_HasFocus;
+}
+
+RowsView::RowsView(TableView& table, QWidget* parent)
+    : QTableView(parent), table_(table), rows_(table) {
+  setModel(&rows_);
+  setItemDelegate(&delegate_);
+  setShowGrid(false);
+  setWordWrap(false);
+  setTextElideMode(Qt::ElideRight);
+  setSelectionBehavior(QAbstractItemView::SelectRows);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setTabKeyNavigation(false);  // Tab leaves for the next control
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  horizontalHeader()->setVisible(table.hasHeaderView());
+  horizontalHeader()->setStretchLastSection(true);
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setMinimumSectionSize(1);
+  verticalHeader()->setDefaultSectionSize(static_cast<int>(std::lround(table.rowHeight())));
+  if (!table.tableColumns().empty()) {
+    setAccessibleName(QString::fromStdString(table.tableColumns().front().title));
+  }
+}
+
+void RowsView::reload() {
+  isReloading_ = true;
+  rows_.reload();
+  showSelection();
+  isReloading_ = false;
+}
+
+void RowsView::mouseDoubleClickEvent(QMouseEvent* event) {
+  QTableView::mouseDoubleClickEvent(event);
+  const bool isOnRow = indexAt(event->position().toPoint()).isValid();
+  if (!isAbandoned_ && isOnRow && event->button() == Qt::LeftButton) table_.personDidDoubleClick();
+}
+
+void RowsView::focusInEvent(QFocusEvent* event) {
+  QTableView::focusInEvent(event);
+  // The toolkit goes to the first row without selecting it; the first arrow key would leave it out.
+  if (!selectionModel()->hasSelection()) selectionModel()->clearCurrentIndex();
+}
+
+void RowsView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  QTableView::selectionChanged(selected, deselected);
+  if (isReloading_ || isAbandoned_) return;
+  const QModelIndexList rows = selectionModel()->selectedRows();
+  table_.personDidSelectRow(rows.isEmpty() ? -1 : rows.front().row());
+}
+
+void RowsView::showSelection() {
+  if (table_.selectedRow() < 0) {
+    selectionModel()->clear();
+  } else if (!selectionModel()->isRowSelected(table_.selectedRow())) {
+    selectRow(table_.selectedRow());
+  }
+}
+
+}  // namespace vistrel::platform::linux_desktop

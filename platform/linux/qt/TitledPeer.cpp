@@ -1,0 +1,166 @@
+#include "platform/linux/qt/TitledPeer.h"
+
+#include <utility>
+
+#include "platform/linux/qt/ScreenList.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+/// What a person can shrink a window to that names no minimum of its own: its controls do not run
+/// into one another there.
+constexpr QSize smallestUseful(400, 220);
+constexpr int saveDelayMilliseconds = 300;
+
+}  // namespace
+
+void TitledPeer::DeleteLater::operator()(TitledWindow* native) const {
+  native->abandon();  // one of its own events may be what ends it
+  native->hide();
+  native->deleteLater();
+}
+
+TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host)
+    : HostedPeer(std::move(host)), window_(window) {
+  saving_.setSingleShot(true);
+  saving_.setInterval(saveDelayMilliseconds);
+  QObject::connect(&saving_, &QTimer::timeout, &saving_, [this] { saveFrame(); });
+}
+
+TitledPeer::~TitledPeer() { releaseNative(); }
+
+void TitledPeer::frameDidChange(bool /*display*/, bool /*animate*/) {
+  place();
+  saveFrameSoon();
+}
+
+void TitledPeer::propertiesDidChange() {
+  if (!native_) return;
+  native_->setWindowTitle(QString::fromStdString(window_.title()));
+  bindResizing(placed_.size());
+}
+
+void TitledPeer::contentViewDidChange() { scheduleUpdate(ViewChange::hierarchy); }
+
+void TitledPeer::viewDidChange(View& /*view*/, ViewChange change) { scheduleUpdate(change); }
+
+void TitledPeer::orderFrontRegardless() {
+  if (!host().isOpen()) return;
+  show();
+  native_->raise();
+}
+
+void TitledPeer::makeKeyAndOrderFront() {
+  if (!host().isOpen()) return;
+  show();
+  native_->raise();
+  native_->activateWindow();
+}
+
+void TitledPeer::orderOut() {
+  if (native_) native_->hide();
+}
+
+void TitledPeer::close() { orderOut(); }
+
+std::optional<Rect> TitledPeer::adoptAutosavedFrame(const std::string& name) {
+  const auto saved = host().savedFrames().load(name);
+  return saved && isReachable(*saved, screens()) ? saved : std::nullopt;
+}
+
+void TitledPeer::retire() { releaseNative(); }
+
+void TitledPeer::makeNative() {
+  native_.reset(new TitledWindow(
+      window_, {.placed = [this] { nativeWasPlaced(); },
+                .closed = [this] { nativeWasClosed(); },
+                .scaleChanged = [this] { window_.peerDidChangeBackingProperties(); }}));
+  native_->setWindowTitle(QString::fromStdString(window_.title()));
+  place();
+  native_->widgets().rebuild(*window_.contentView());
+  native_->widgets().focusTable();
+}
+
+void TitledPeer::releaseNative() {
+  if (saving_.isActive()) saveFrame();
+  native_.reset();
+  placed_ = {};
+}
+
+void TitledPeer::show() {
+  if (!native_) makeNative();
+  update();
+  if (native_->isMinimized()) return native_->showNormal();
+  if (!native_->isVisible()) native_->widgets().focusTable();
+  native_->show();
+}
+
+void TitledPeer::place() {
+  if (!native_) return;
+  const QRect wanted = ScreenList::space().toDesktop(window_.frame());
+  if (wanted == placed_) return;
+  bindResizing(wanted.size().boundedTo(placed_.size()));
+  placed_ = wanted;
+  echoes_.asked(wanted);
+  native_->setGeometry(wanted);
+  bindResizing(wanted.size());
+}
+
+void TitledPeer::bindResizing(QSize largest) {
+  const Size asked = window_.contentMinSize();
+  const QSize minimum = QSize(static_cast<int>(asked.width), static_cast<int>(asked.height))
+                            .expandedTo(smallestUseful);
+  native_->setMinimumSize(minimum.boundedTo(largest).expandedTo({0, 0}));
+}
+
+void TitledPeer::nativeWasPlaced() {
+  if (!native_) return;  // while it is being made
+  const QRect geometry = native_->geometry();
+  if (!echoes_.isEcho(geometry) && geometry != placed_) {
+    placed_ = geometry;
+    window_.peerDidSetFrame(ScreenList::space().fromDesktop(geometry));
+    saveFrameSoon();
+  }
+  update();
+}
+
+void TitledPeer::nativeWasClosed() {
+  if (saving_.isActive()) saveFrame();
+  window_.peerDidClose();
+}
+
+void TitledPeer::scheduleUpdate(ViewChange change) {
+  pending_.hierarchy |= change == ViewChange::hierarchy;
+  pending_.appearance |= change == ViewChange::appearance;
+  pending_.rows |= change == ViewChange::rows;
+  if (!native_ || pending_.isScheduled) return;
+  pending_.isScheduled = true;
+  QMetaObject::invokeMethod(
+      native_.get(),
+      [this, native = native_.get()] {
+        if (!native->isAbandoned()) update();
+      },
+      Qt::QueuedConnection);
+}
+
+void TitledPeer::update() {
+  const auto due = std::exchange(pending_, {});
+  window_.layoutIfNeeded();
+  WidgetTree& widgets = native_->widgets();
+  if (due.hierarchy) return widgets.rebuild(*window_.contentView());
+  if (due.appearance) widgets.dress();
+  if (due.rows) widgets.reloadRows();
+  widgets.place();
+}
+
+void TitledPeer::saveFrameSoon() {
+  if (!window_.frameAutosaveName().empty() && host().isOpen()) saving_.start();
+}
+
+void TitledPeer::saveFrame() {
+  saving_.stop();
+  host().savedFrames().save(window_.frameAutosaveName(), window_.frame());
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QRect>
+#include <QTimer>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/Window.h"
+#include "platform/linux/qt/FrameEchoes.h"
+#include "platform/linux/qt/PeerHost.h"
+#include "platform/linux/qt/TitledWindow.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Shows an ordinary window with real widgets. Its frame is the area inside the decoration that the
+/// window manager adds.
+class TitledPeer final : public HostedPeer {
+ public:
+  TitledPeer(Window& window, std::shared_ptr<PeerHost> host);
+  ~TitledPeer() override;
+
+  void frameDidChange(bool display, bool animate) override;
+  void propertiesDidChange() override;
+  void contentViewDidChange() override;
+  void viewDidChange(View& view, ViewChange change) override;
+  void orderFrontRegardless() override;
+  void makeKeyAndOrderFront() override;
+  void orderOut() override;
+  void close() override;
+  std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
+  void retire() override;
+
+ private:
+  struct DeleteLater {
+    void operator()(TitledWindow* native) const;
+  };
+
+  void makeNative();
+  void releaseNative();
+  void show();
+  void place();
+  void bindResizing(QSize largest);
+  void nativeWasPlaced();
+  void nativeWasClosed();
+  void scheduleUpdate(ViewChange change);
+  void update();
+  void saveFrameSoon();
+  void saveFrame();
+
+  Window& window_;
+  std::unique_ptr<TitledWindow, DeleteLater> native_;
+  QRect placed_;  // where native_ is or has been asked to go
+  FrameEchoes echoes_;
+  QTimer saving_;
+  struct {
+    bool isScheduled = false;
+    bool hierarchy = false;
+    bool appearance = false;
+    bool rows = false;
+  } pending_;
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,65 @@
+#include "platform/linux/qt/TitledWindow.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QWindow>
+#include <utility>
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+Qt::WindowFlags flagsOfStyle(std::uint64_t styleMask) {
+  Qt::WindowFlags flags =
+      Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+  if ((styleMask & styleClosable) != 0) flags |= Qt::WindowCloseButtonHint;
+  if ((styleMask & styleMiniaturizable) != 0) flags |= Qt::WindowMinimizeButtonHint;
+  if ((styleMask & styleResizable) != 0) flags |= Qt::WindowMaximizeButtonHint;
+  return flags;
+}
+
+/// The key equivalent of a key press; empty for keys that are none.
+std::string keyEquivalent(const QKeyEvent& event) {
+  const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+  const bool isPlain = (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  return isReturn && isPlain ? "\r" : "";
+}
+
+}  // namespace
+
+TitledWindow::TitledWindow(Window& window, Callbacks callbacks)
+    : QWidget(nullptr, flagsOfStyle(window.styleMask())),
+      window_(&window),
+      callbacks_(std::move(callbacks)),
+      widgets_(*this) {
+  create();
+  QObject::connect(windowHandle(), &QWindow::screenChanged, this, [this] {
+    if (window_ != nullptr) callbacks_.scaleChanged();
+  });
+}
+
+void TitledWindow::moveEvent(QMoveEvent* /*event*/) {
+  if (window_ != nullptr) callbacks_.placed();
+}
+
+void TitledWindow::resizeEvent(QResizeEvent* /*event*/) {
+  if (window_ != nullptr) callbacks_.placed();
+}
+
+void TitledWindow::closeEvent(QCloseEvent* event) {
+  event->accept();
+  if (window_ != nullptr) callbacks_.closed();
+}
+
+void TitledWindow::keyPressEvent(QKeyEvent* event) {
+  const std::string key = keyEquivalent(*event);
+  const bool isTaken = window_ != nullptr && !key.empty() && window_->performKeyEquivalent(key);
+  if (!isTaken) QWidget::keyPressEvent(event);
+}
+
+void TitledWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (window_ != nullptr && event->type() == QEvent::PaletteChange) widgets_.dress();
+}
+
+}  // namespace vistrel::platform::linux_desktop

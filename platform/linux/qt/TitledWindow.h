@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "platform/Window.h"
+#include "platform/linux/qt/WidgetTree.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// The native window of an ordinary window, with the widgets of its views.
+class TitledWindow final : public QWidget {
+ public:
+  struct Callbacks {
+    /// The desktop has given the window a place or size.
+    std::function<void()> placed;
+    /// A person has closed it; it is hidden.
+    std::function<void()> closed;
+    /// Pixels per point have changed.
+    std::function<void()> scaleChanged;
+  };
+
+  TitledWindow(Window& window, Callbacks callbacks);
+
+  WidgetTree& widgets() { return widgets_; }
+  /// The window goes, or does not want to hear of this any more.
+  void abandon() { window_ = nullptr; }
+  bool isAbandoned() const { return window_ == nullptr; }
+
+ protected:
+  void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  Window* window_;
+  const Callbacks callbacks_;
+  WidgetTree widgets_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
