@@ -1,0 +1,58 @@
+#include "platform/linux/qt/AlertBox.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <vector>
+
+#include "platform/linux/qt/PlainText.h"
+#include "platform/linux/qt/Symbols.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+constexpr int iconSize = 48;
+
+/// The first accepts and the last rejects, so that the desktop's style puts them where its people
+/// look for them.
+QMessageBox::ButtonRole roleOf(std::size_t index, std::size_t count) {
+  if (index == 0) return QMessageBox::AcceptRole;
+  return index + 1 == count ? QMessageBox::RejectRole : QMessageBox::ActionRole;
+}
+
+std::vector<QPushButton*> addButtons(const Alert& alert, QMessageBox& box) {
+  std::vector<QPushButton*> buttons;
+  const std::size_t count = alert.buttonTitles.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    buttons.push_back(box.addButton(withoutMnemonics(alert.buttonTitles[i]), roleOf(i, count)));
+  }
+  return buttons;
+}
+
+}  // namespace
+
+int runAlertBox(const Alert& alert) {
+  QMessageBox box;
+  box.setWindowTitle(QStringLiteral("Vistrel"));
+  box.setIconPixmap(applicationIcon().pixmap(iconSize));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(QString::fromStdString(alert.messageText));
+  box.setInformativeText(QString::fromStdString(alert.informativeText));
+  const auto buttons = addButtons(alert, box);
+  if (!buttons.empty()) {
+    box.setDefaultButton(buttons.front());
+    box.setEscapeButton(buttons.back());
+  }
+  box.exec();
+  for (std::size_t i = 0; i < buttons.size(); ++i) {
+    if (box.clickedButton() == buttons[i]) return alertFirstButtonReturn + static_cast<int>(i);
+  }
+  return answerOfClosing(alert);
+}
+
+int answerOfClosing(const Alert& alert) {
+  const auto count = static_cast<int>(alert.buttonTitles.size());
+  return alertFirstButtonReturn + (count > 0 ? count - 1 : 0);
+}
+
+}  // namespace vistrel::platform::linux_desktop

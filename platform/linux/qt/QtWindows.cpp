@@ -1,0 +1,70 @@
+#include "platform/linux/qt/QtWindows.h"
+
+#include <QFontMetricsF>
+#include <QPushButton>
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+#include "platform/Alert.h"
+#include "platform/Controls.h"
+#include "platform/linux/qt/AlertBox.h"
+#include "platform/linux/qt/Fonts.h"
+#include "platform/linux/qt/PanelPeer.h"
+#include "platform/linux/qt/PlainText.h"
+#include "platform/linux/qt/Pointer.h"
+#include "platform/linux/qt/TitledPeer.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+SavedFrames savedFramesOfPerson() {
+  return SavedFrames(stateDirectory(environment("XDG_STATE_HOME"), environment("HOME")));
+}
+
+Size sizeOf(const Label& label) {
+  const QSizeF size =
+      QFontMetricsF(toolkitFont(label.font())).size(0, QString::fromStdString(label.stringValue()));
+  return {std::ceil(size.width()), std::ceil(size.height())};
+}
+
+Size sizeOf(const Button& button) {
+  QPushButton measured(withoutMnemonics(button.title()));
+  measured.setFont(toolkitFont({}));
+  measured.setFlat(!button.isBordered());
+  const QSize size = measured.sizeHint();
+  return {static_cast<double>(size.width()), static_cast<double>(size.height())};
+}
+
+}  // namespace
+
+QtWindows::QtWindows(X11Desktop& desktop)
+    : host_(std::make_shared<PeerHost>(desktop, savedFramesOfPerson())) {}
+
+std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
+  if (isPanel) return std::make_unique<PanelPeer>(window, host_);
+  return std::make_unique<TitledPeer>(window, host_);
+}
+
+Point QtWindows::mouseLocation() { return pointerLocation(); }
+
+Size QtWindows::intrinsicContentSize(const Control& control) {
+  if (const auto* label = dynamic_cast<const Label*>(&control)) return sizeOf(*label);
+  if (const auto* button = dynamic_cast<const Button*>(&control)) return sizeOf(*button);
+  return {};
+}
+
+int QtWindows::runModal(const Alert& alert) {
+  if (!host_->isOpen()) return answerOfClosing(alert);
+  return runAlertBox(alert);
+}
+
+void QtWindows::finish() { host_->close(); }
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/Backend.h"
+#include "platform/linux/X11Desktop.h"
+#include "platform/linux/qt/PeerHost.h"
+#include "platform/linux/qt/ScreenList.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Windows, screens, the pointer, controls' sizes and alerts of the toolkit.
+class QtWindows final : public WindowBackend {
+ public:
+  explicit QtWindows(X11Desktop& desktop);
+
+  std::unique_ptr<WindowPeer> makePeer(Window& window, bool isPanel) override;
+  std::vector<Screen> screens() override { return screens_.all(); }
+  std::optional<Screen> mainScreen() override { return screens_.main(); }
+  Point mouseLocation() override;
+  Size intrinsicContentSize(const Control& control) override;
+  int runModal(const Alert& alert) override;
+
+  /// Takes all windows off the screen, for good; objects that show them may live on.
+  void finish();
+
+ private:
+  ScreenList screens_;
+  std::shared_ptr<PeerHost> host_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
