@@ -1,0 +1,37 @@
+#include "platform/linux/qt/QtApplication.h"
+
+#include <QApplication>
+#include <QWidget>
+#include <utility>
+
+namespace vistrel::platform::linux_desktop {
+
+QtApplication::QtApplication(std::function<void()> ended)
+    : ended_(std::move(ended)), signals_([this] { terminate(); }) {}
+
+void QtApplication::setActivationPolicy(ActivationPolicy /*policy*/) {
+  // Every program with a window is a regular one here.
+}
+
+void QtApplication::setDelegate(std::weak_ptr<ApplicationDelegate> delegate) {
+  delegate_ = std::move(delegate);
+}
+
+void QtApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
+  // A program is active by one of its windows being so.
+  QWidget* active = QApplication::activeWindow();
+  if (ignoringOtherApps && active != nullptr) active->activateWindow();
+}
+
+void QtApplication::run() {
+  if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();
+  if (!isTerminated_) QApplication::exec();
+  ended_();
+}
+
+void QtApplication::terminate() {
+  isTerminated_ = true;
+  QCoreApplication::exit(0);
+}
+
+}  // namespace vistrel::platform::linux_desktop

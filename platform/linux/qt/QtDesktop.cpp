@@ -1,0 +1,85 @@
+#include "platform/linux/qt/QtDesktop.h"
+
+#include <QApplication>
+#include <array>
+
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/qt/QtApplication.h"
+#include "platform/linux/qt/QtDispatch.h"
+#include "platform/linux/qt/QtWindows.h"
+#include "platform/linux/qt/QtWorkspace.h"
+#include "platform/linux/qt/Symbols.h"
+#include "platform/linux/qt/ToolkitMessages.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+/// The toolkit under our settings. What a person passes to the program is not for the toolkit; it
+/// gets the platform and the window class's instance name instead.
+class Toolkit {
+ public:
+  explicit Toolkit(char* programPath)
+      : arguments_{programPath, platform_.data(), xcb_.data(), name_.data(), vistrel_.data()},
+        application_(count_, arguments_.data()) {
+    QCoreApplication::setApplicationName(QStringLiteral("Vistrel"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("vistrel"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setWindowIcon(applicationIcon());
+    const auto* x11 = application_.nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 != nullptr) watchToolkitConnection(x11->connection());
+  }
+  Toolkit(const Toolkit&) = delete;
+  Toolkit& operator=(const Toolkit&) = delete;
+  ~Toolkit() { unwatchToolkitConnection(); }
+
+ private:
+  std::array<char, 10> platform_ = {"-platform"};
+  std::array<char, 4> xcb_ = {"xcb"};
+  std::array<char, 6> name_ = {"-name"};
+  std::array<char, 8> vistrel_ = {"vistrel"};
+  std::array<char*, 6> arguments_;  // the last one null
+  int count_ = 5;
+  QApplication application_;
+};
+
+class StartedQtDesktop final : public QtDesktop {
+ public:
+  StartedQtDesktop(char* programPath, X11Desktop& desktop)
+      : toolkit_(programPath), windows_(desktop), application_([this] { finish(); }) {}
+
+  ~StartedQtDesktop() override {
+    windows_.finish();
+    shutDownSerialQueues();
+  }
+
+  DispatchBackend& dispatch() override { return dispatch_; }
+  WindowBackend& windows() override { return windows_; }
+  WorkspaceBackend& workspace() override { return workspace_; }
+  Application& application() override { return application_; }
+
+ private:
+  /// The event loop has ended, everything else still stands: first the drawing of panels stops,
+  /// then the threads, and last come the blocks that these have left.
+  void finish() {
+    windows_.finish();
+    shutDownSerialQueues();
+    dispatch_.finish();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  Toolkit toolkit_;
+  QtDispatch dispatch_;
+  QtWindows windows_;
+  QtWorkspace workspace_;
+  QtApplication application_;
+};
+
+}  // namespace
+
+std::unique_ptr<QtDesktop> QtDesktop::start(char* programPath, X11Desktop& desktop) {
+  quietenToolkit();
+  return std::make_unique<StartedQtDesktop>(programPath, desktop);
+}
+
+}  // namespace vistrel::platform::linux_desktop
