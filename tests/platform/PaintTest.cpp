@@ -18,8 +18,8 @@ struct FlippedView : View {
   bool isFlipped() const override { return true; }
 };
 
-struct StrokingView : View {
-  using View::View;
+struct StrokingControl : Control {
+  using Control::Control;
   void draw(GraphicsContext& context) override {
     context.strokePath({{{{0, 0}, {10, 5}}}}, 1, Color::white());
   }
@@ -45,7 +45,7 @@ std::vector<DrawCommand::Kind> kinds(const std::vector<DrawCommand>& commands) {
 }
 
 TEST(Paint, GoesFromBackgroundOverOwnDrawingAndSubviewsToTheBorder) {
-  StrokingView view(rect(0, 0, 100, 50));
+  StrokingControl view(rect(0, 0, 100, 50));
   view.setWantsLayer(true);
   view.layer()->setBackgroundColor(Color::black());
   view.layer()->setBorderWidth(1);
@@ -73,7 +73,7 @@ TEST(Paint, PlacesSubviewsOfAFlippedViewFromItsTop) {
 }
 
 TEST(Paint, GivesAnUnflippedViewACoordinateSystemThatRunsUp) {
-  StrokingView view(rect(0, 0, 100, 50));
+  StrokingControl view(rect(0, 0, 100, 50));
   const auto commands = painted(view);
   EXPECT_EQ(commands.front().path.segments.front().first, (Point{0, 50}));
   EXPECT_EQ(commands.front().path.segments.front().second, (Point{10, 45}));

@@ -1,0 +1,9 @@
+#include "tests/contract/SimulatedBed.h"
+
+namespace vistrel::contract {
+
+std::unique_ptr<ContractBed> makeContractBed() {
+  return std::make_unique<SimulatedBed>(platform::simulated::Mode::threads);
+}
+
+}  // namespace vistrel::contract
