@@ -1,0 +1,189 @@
+#include "tests/architecture/IncludeRules.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string_view>
+
+namespace vistrel::architecture {
+namespace {
+
+constexpr std::array<std::string_view, 6> roomsFromTheTop = {"app",    "picker",  "catalogue",
+                                                             "mirror", "parking", "platform"};
+
+/// C++20, without the names that C gives its headers.
+const std::set<std::string_view> standardHeaders = {"algorithm",
+                                                    "any",
+                                                    "array",
+                                                    "atomic",
+                                                    "barrier",
+                                                    "bit",
+                                                    "bitset",
+                                                    "cassert",
+                                                    "cctype",
+                                                    "cerrno",
+                                                    "cfenv",
+                                                    "cfloat",
+                                                    "charconv",
+                                                    "chrono",
+                                                    "cinttypes",
+                                                    "climits",
+                                                    "clocale",
+                                                    "cmath",
+                                                    "codecvt",
+                                                    "compare",
+                                                    "complex",
+                                                    "concepts",
+                                                    "condition_variable",
+                                                    "coroutine",
+                                                    "csetjmp",
+                                                    "csignal",
+                                                    "cstdarg",
+                                                    "cstddef",
+                                                    "cstdint",
+                                                    "cstdio",
+                                                    "cstdlib",
+                                                    "cstring",
+                                                    "ctime",
+                                                    "cuchar",
+                                                    "cwchar",
+                                                    "cwctype",
+                                                    "deque",
+                                                    "exception",
+                                                    "execution",
+                                                    "filesystem",
+                                                    "format",
+                                                    "forward_list",
+                                                    "fstream",
+                                                    "functional",
+                                                    "future",
+                                                    "initializer_list",
+                                                    "iomanip",
+                                                    "ios",
+                                                    "iosfwd",
+                                                    "iostream",
+                                                    "istream",
+                                                    "iterator",
+                                                    "latch",
+                                                    "limits",
+                                                    "list",
+                                                    "locale",
+                                                    "map",
+                                                    "memory",
+                                                    "memory_resource",
+                                                    "mutex",
+                                                    "new",
+                                                    "numbers",
+                                                    "numeric",
+                                                    "optional",
+                                                    "ostream",
+                                                    "queue",
+                                                    "random",
+                                                    "ranges",
+                                                    "ratio",
+                                                    "regex",
+                                                    "scoped_allocator",
+                                                    "semaphore",
+                                                    "set",
+                                                    "shared_mutex",
+                                                    "source_location",
+                                                    "span",
+                                                    "sstream",
+                                                    "stack",
+                                                    "stdexcept",
+                                                    "stop_token",
+                                                    "streambuf",
+                                                    "string",
+                                                    "string_view",
+                                                    "strstream",
+                                                    "syncstream",
+                                                    "system_error",
+                                                    "thread",
+                                                    "tuple",
+                                                    "type_traits",
+                                                    "typeindex",
+                                                    "typeinfo",
+                                                    "unordered_map",
+                                                    "unordered_set",
+                                                    "utility",
+                                                    "valarray",
+                                                    "variant",
+                                                    "vector",
+                                                    "version"};
+
+std::vector<std::string> foldersOf(const std::string& path) {
+  std::vector<std::string> parts;
+  std::istringstream stream(path);
+  for (std::string part; std::getline(stream, part, '/');) parts.push_back(part);
+  parts.pop_back();
+  return parts;
+}
+
+/// Where a file lives. Folders that are missing are empty.
+struct Place {
+  std::optional<std::size_t> room;  // index into roomsFromTheTop
+  std::string backend;              // the folder in platform/
+  std::string half;                 // the folder in the backend
+};
+
+Place placeOf(const std::string& path) {
+  const auto folders = foldersOf(path);
+  Place place;
+  if (folders.empty()) return place;
+  const auto found = std::find(roomsFromTheTop.begin(), roomsFromTheTop.end(), folders[0]);
+  if (found == roomsFromTheTop.end()) return place;
+  place.room = static_cast<std::size_t>(found - roomsFromTheTop.begin());
+  if (folders[0] == "platform" && folders.size() > 1) place.backend = folders[1];
+  if (folders[0] == "platform" && folders.size() > 2) place.half = folders[2];
+  return place;
+}
+
+bool areOppositeHalves(const Place& a, const Place& b) {
+  return a.backend == "linux" && b.backend == "linux" &&
+         ((a.half == "qt" && b.half == "x11") || (a.half == "x11" && b.half == "qt"));
+}
+
+/// The rule that an include breaks, if any.
+std::optional<std::string> brokenRule(const Place& from, const std::string& included,
+                                      bool isQuoted) {
+  const bool isBackend = !from.backend.empty();
+  const Place to = placeOf(included);
+  if (!to.room) {
+    if (isQuoted) return "write includes of our own from the project root";
+    if (!isBackend && !standardHeaders.contains(included)) {
+      return "the core includes the C++ standard library alone";
+    }
+    return std::nullopt;
+  }
+  if (isBackend && to.backend.empty() && *to.room != *from.room) {
+    return "a backend knows nothing of the core";
+  }
+  if (*to.room < *from.room) return "arrows run down only";
+  if (areOppositeHalves(from, to)) return "the halves of a backend do not know each other";
+  if (!to.backend.empty() && to.backend != from.backend) {
+    return "a backend is known to itself alone";
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<Violation> includeViolations(const std::string& file, const std::string& text) {
+  static const std::regex includeLine(R"(^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"])");
+  const Place from = placeOf(file);
+  std::vector<Violation> violations;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    std::smatch match;
+    if (!std::regex_search(line, match, includeLine)) continue;
+    if (auto rule = brokenRule(from, match[2], match[1] == "\"")) {
+      violations.push_back({file, match[2], *rule});
+    }
+  }
+  return violations;
+}
+
+}  // namespace vistrel::architecture
