@@ -13,7 +13,7 @@ namespace vistrel::platform::linux_desktop {
 /// mirror's connection to the display server needs no lock.
 ///
 /// Releasing the last handle ends the thread after the blocks already handed in; the thread is
-/// never joined by itself.
+/// never joined by itself. A block that cannot run any more is dropped, and what it holds with it.
 class SerialQueue : public DispatchQueue, public std::enable_shared_from_this<SerialQueue> {
  public:
   static std::shared_ptr<SerialQueue> make(std::string label, QualityOfService quality);
@@ -22,8 +22,12 @@ class SerialQueue : public DispatchQueue, public std::enable_shared_from_this<Se
   /// library may have read it ahead. On this queue only.
   virtual void watch(int descriptor, std::function<void()> readable) = 0;
   virtual void unwatch(int descriptor) = 0;
-  /// Runs `block` on this queue once the monotonic clock has reached `seconds`. Any thread.
+  /// Runs `block` on this queue once the monotonic clock has reached `monotonicSeconds`; not at all
+  /// if the queue ends before. Any thread.
   virtual void asyncAt(double monotonicSeconds, Block block) = 0;
+  /// What lives with this queue, for whoever needs one thing per queue; empty at first. Released on
+  /// the queue's thread when it ends. On this queue only.
+  virtual std::shared_ptr<void>& attachment() = 0;
 };
 
 /// Seconds of CLOCK_MONOTONIC.
