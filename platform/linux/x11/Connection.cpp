@@ -1,0 +1,139 @@
+#include "platform/linux/x11/Connection.h"
+
+#include <tuple>
+#include <xcb/composite.h>
+#include <xcb/damage.h>
+#include <xcb/render.h>
+#include <xcb/res.h>
+#include <xcb/shape.h>
+#include <xcb/xfixes.h>
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+const xcb_screen_t* screenOf(xcb_connection_t* connection, int number) {
+  auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
+  for (; number > 0 && screen.rem > 1; --number) xcb_screen_next(&screen);
+  return screen.data;
+}
+
+template <class Reply>
+bool isAtLeast(const Reply& reply, std::uint32_t major, std::uint32_t minor) {
+  return reply && std::tuple<std::uint32_t, std::uint32_t>(
+                      reply->major_version, reply->minor_version) >= std::tuple(major, minor);
+}
+
+bool isPresent(xcb_connection_t* connection, xcb_extension_t& extension) {
+  const auto* data = xcb_get_extension_data(connection, &extension);
+  return data && data->present;
+}
+
+std::uint8_t firstEvent(xcb_connection_t* connection, xcb_extension_t& extension) {
+  return xcb_get_extension_data(connection, &extension)->first_event;
+}
+
+bool hasComposite(xcb_connection_t* c) {
+  return isPresent(c, xcb_composite_id) && isAtLeast(replyTo<xcb_composite_query_version_reply>(
+                                                         c, xcb_composite_query_version(c, 0, 4)),
+                                                     0, 4);
+}
+
+bool hasDamage(xcb_connection_t* c) {
+  return isPresent(c, xcb_damage_id) &&
+         isAtLeast(replyTo<xcb_damage_query_version_reply>(c, xcb_damage_query_version(c, 1, 1)), 1,
+                   0);
+}
+
+bool hasFixes(xcb_connection_t* c) {
+  return isPresent(c, xcb_xfixes_id) &&
+         isAtLeast(replyTo<xcb_xfixes_query_version_reply>(c, xcb_xfixes_query_version(c, 4, 0)), 2,
+                   0);
+}
+
+bool hasRender(xcb_connection_t* c) {
+  return isPresent(c, xcb_render_id) &&
+         isAtLeast(replyTo<xcb_render_query_version_reply>(c, xcb_render_query_version(c, 0, 11)),
+                   0, 10);
+}
+
+bool hasClientIds(xcb_connection_t* c) {
+  if (!isPresent(c, xcb_res_id)) return false;
+  const auto version = replyTo<xcb_res_query_version_reply>(c, xcb_res_query_version(c, 1, 2));
+  return version && std::tuple(version->server_major, version->server_minor) >= std::tuple(1, 2);
+}
+
+}  // namespace
+
+std::unique_ptr<Connection> Connection::open() {
+  int number = 0;
+  auto* connection = xcb_connect(nullptr, &number);
+  if (xcb_connection_has_error(connection)) {
+    xcb_disconnect(connection);
+    return nullptr;
+  }
+  return std::unique_ptr<Connection>(new Connection(connection, number));
+}
+
+Connection::Connection(xcb_connection_t* connection, int screenNumber)
+    : connection_(connection),
+      screenNumber_(screenNumber),
+      screen_(screenOf(connection, screenNumber)) {
+  setUpExtensions();
+}
+
+void Connection::setUpExtensions() {
+  for (auto* each : {&xcb_composite_id, &xcb_damage_id, &xcb_xfixes_id, &xcb_render_id, &xcb_res_id,
+                     &xcb_shape_id}) {
+    xcb_prefetch_extension_data(xcb(), each);
+  }
+  // Each version must be asked for even where another is missing: it enables the extension.
+  const bool composite = hasComposite(xcb());
+  const bool damage = hasDamage(xcb());
+  const bool fixes = hasFixes(xcb());
+  const bool render = hasRender(xcb());
+  extensions_.offersClientIds = hasClientIds(xcb());
+  extensions_.offersShapes = isPresent(xcb(), xcb_shape_id);
+  if (damage) extensions_.damageNotify = firstEvent(xcb(), xcb_damage_id) + XCB_DAMAGE_NOTIFY;
+  if (fixes) {
+    const auto first = firstEvent(xcb(), xcb_xfixes_id);
+    extensions_.cursorNotify = first + XCB_XFIXES_CURSOR_NOTIFY;
+    extensions_.selectionNotify = first + XCB_XFIXES_SELECTION_NOTIFY;
+  }
+  if (render) {
+    const auto reply =
+        replyTo<xcb_render_query_pict_formats_reply>(xcb(), xcb_render_query_pict_formats(xcb()));
+    if (reply) formats_ = pictureFormats(*reply);
+  }
+  extensions_.offersCapture = composite && damage && fixes && formats_.opaque != XCB_NONE &&
+                              formats_.translucent != XCB_NONE && formats_.alphaMask != XCB_NONE;
+}
+
+xcb_atom_t Connection::atom(std::string_view name) {
+  const auto known = atoms_.find(name);
+  if (known != atoms_.end()) return known->second;
+  const auto reply = replyTo<xcb_intern_atom_reply>(
+      xcb(), xcb_intern_atom(xcb(), 0, static_cast<std::uint16_t>(name.size()), name.data()));
+  if (!reply) return XCB_ATOM_NONE;
+  return atoms_.emplace(name, reply->atom).first->second;
+}
+
+const std::string& Connection::nameOf(xcb_atom_t atom) {
+  const auto [known, isNew] = atomNames_.try_emplace(atom);
+  if (!isNew) return known->second;
+  const auto reply = replyTo<xcb_get_atom_name_reply>(xcb(), xcb_get_atom_name(xcb(), atom));
+  if (reply) {
+    known->second.assign(xcb_get_atom_name_name(reply.get()),
+                         static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
+  }
+  return known->second;
+}
+
+Event Connection::pollEvent() {
+  Event event(xcb_poll_for_event(xcb()));
+  while (event && event->response_type == 0) event.reset(xcb_poll_for_event(xcb()));
+  return event;
+}
+
+void Connection::sync() { replyTo<xcb_get_input_focus_reply>(xcb(), xcb_get_input_focus(xcb())); }
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <xcb/xcb.h>
+
+#include "platform/linux/x11/PictureFormats.h"
+#include "platform/linux/x11/XcbPointers.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// What the display offers, and the numbers of the events that come with it.
+struct Extensions {
+  /// Composite 0.4, Damage 1.1, XFixes 2, RENDER 0.10: what capture is built of.
+  bool offersCapture = false;
+  /// X-Resource 1.2: the process behind a window.
+  bool offersClientIds = false;
+  bool offersShapes = false;
+  std::uint8_t damageNotify = 0;
+  std::uint8_t cursorNotify = 0;
+  std::uint8_t selectionNotify = 0;
+};
+
+/// A connection to the display that DISPLAY names, with the extensions set up. Used on one thread
+/// at a time.
+class Connection {
+ public:
+  /// Null when the display refuses.
+  static std::unique_ptr<Connection> open();
+
+  xcb_connection_t* xcb() const { return connection_.get(); }
+  xcb_window_t root() const { return screen_->root; }
+  int screenNumber() const { return screenNumber_; }
+  const Extensions& extensions() const { return extensions_; }
+  const PictureFormats& formats() const { return formats_; }
+
+  /// Interned at its first use.
+  xcb_atom_t atom(std::string_view name);
+  /// Empty for a number that is no atom. Asked for at its first use.
+  const std::string& nameOf(xcb_atom_t atom);
+  /// Whether the display server is gone, or has thrown this connection out.
+  bool isLost() const { return xcb_connection_has_error(xcb()) != 0; }
+  int descriptor() const { return xcb_get_file_descriptor(xcb()); }
+  /// The next event that has arrived, null when there is none. Errors of unchecked requests are
+  /// dropped: those requests touch windows of others, which may go at any time.
+  Event pollEvent();
+  void flush() { xcb_flush(xcb()); }
+  /// Waits until the server has carried out everything sent so far.
+  void sync();
+
+ private:
+  struct Disconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+  };
+
+  Connection(xcb_connection_t* connection, int screenNumber);
+  void setUpExtensions();
+
+  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  int screenNumber_;
+  const xcb_screen_t* screen_ = nullptr;
+  Extensions extensions_;
+  PictureFormats formats_;
+  std::map<std::string, xcb_atom_t, std::less<>> atoms_;
+  std::map<xcb_atom_t, std::string> atomNames_;
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <utility>
+#include <xcb/xcb.h>
+
+namespace vistrel::platform::linux_desktop {
+
+struct FreeDeleter {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+/// What libxcb hands out to be released with free().
+template <class T>
+using XcbPointer = std::unique_ptr<T, FreeDeleter>;
+using Event = XcbPointer<xcb_generic_event_t>;
+
+/// The answer to a request, null when it failed. An error is taken in with it.
+template <auto Fetch, class Cookie>
+auto replyTo(xcb_connection_t* connection, Cookie cookie) {
+  return XcbPointer<std::remove_pointer_t<decltype(Fetch(connection, cookie, nullptr))>>(
+      Fetch(connection, cookie, nullptr));
+}
+
+/// A request whose answer is fetched later, so that several can be under way at once. An answer
+/// that nobody fetches is discarded.
+template <auto Fetch, class Cookie>
+class Pending {
+ public:
+  Pending(xcb_connection_t* connection, Cookie cookie) : connection_(connection), cookie_(cookie) {}
+  Pending(Pending&& other) noexcept
+      : connection_(std::exchange(other.connection_, nullptr)), cookie_(other.cookie_) {}
+  Pending& operator=(Pending&& other) = delete;
+  ~Pending() {
+    if (connection_) xcb_discard_reply(connection_, cookie_.sequence);
+  }
+
+  /// Once only.
+  auto fetch() { return replyTo<Fetch>(std::exchange(connection_, nullptr), cookie_); }
+
+ private:
+  xcb_connection_t* connection_;
+  Cookie cookie_;
+};
+
+template <auto Fetch, class Cookie>
+Pending<Fetch, Cookie> pending(xcb_connection_t* connection, Cookie cookie) {
+  return {connection, cookie};
+}
+
+/// Waits for a checked request; the error's code when it failed.
+inline std::optional<std::uint8_t> failureOf(xcb_connection_t* connection,
+                                             xcb_void_cookie_t cookie) {
+  const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
+  return error ? std::optional(error->error_code) : std::nullopt;
+}
+
+/// An event's type without the mark of events that other clients sent.
+inline std::uint8_t typeOf(const xcb_generic_event_t& event) { return event.response_type & 0x7f; }
+
+template <class T>
+const T& eventAs(const xcb_generic_event_t& event) {
+  return reinterpret_cast<const T&>(event);
+}
+
+}  // namespace vistrel::platform::linux_desktop
