@@ -1,0 +1,13 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/linux/x11/Connection.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// The windows of applications, topmost first: the window manager's own list where one runs that
+/// follows EWMH, else what can be found below the root.
+std::vector<xcb_window_t> clientWindows(Connection& connection);
+
+}  // namespace vistrel::platform::linux_desktop

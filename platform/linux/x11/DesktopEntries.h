@@ -1,0 +1,59 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vistrel::platform::linux_desktop {
+
+/// One installed application, as the Desktop Entry Specification describes it.
+struct DesktopEntry {
+  std::string name;  // in the person's language
+  std::string startupWMClass;
+};
+
+/// The suffixes of localized keys for a locale such as "de_AT.UTF-8@euro", best first:
+/// "de_AT@euro", "de_AT", "de@euro", "de".
+std::vector<std::string> localeSuffixes(std::string_view locale);
+
+/// The locale of messages, from the environment.
+std::string messagesLocale();
+
+/// None when the file is no visible application or has no name.
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale);
+
+/// The applications of the XDG data directories. Read again when a directory has changed. One
+/// thread at a time.
+class DesktopEntries {
+ public:
+  /// `dataDirectories`: the most important first.
+  DesktopEntries(std::vector<std::filesystem::path> dataDirectories, std::string locale);
+
+  /// Looks at the directories again.
+  void refresh();
+  /// The application whose desktop file is `id` (without ".desktop"); null when there is none.
+  const DesktopEntry* withId(std::string_view id) const;
+  /// The application that says its windows have this class, or whose id is it, letter case ignored.
+  const DesktopEntry* withWindowClass(std::string_view windowClass) const;
+
+ private:
+  using Stamps = std::map<std::filesystem::path, std::filesystem::file_time_type>;
+
+  Stamps stampsOfDirectories() const;
+  void readAll();
+  void readDirectory(const std::filesystem::path& directory);
+
+  std::vector<std::filesystem::path> dataDirectories_;
+  std::string locale_;
+  Stamps stamps_;
+  std::map<std::string, std::optional<DesktopEntry>, std::less<>> byId_;  // none: a hidden one
+  std::map<std::string, std::string, std::less<>> idByClass_;             // lower case
+};
+
+/// $XDG_DATA_HOME and $XDG_DATA_DIRS with the defaults of the XDG Base Directory Specification.
+std::vector<std::filesystem::path> xdgDataDirectories();
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/ScreenCapture.h"
+#include "platform/linux/SerialQueue.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Lists windows on a thread and a connection of its own, so that nobody who waits for the answer
+/// can hold it up. Any thread.
+class ShareableContentService {
+ public:
+  ShareableContentService();
+
+  /// As `platform::getShareableContent`.
+  void request(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+               ShareableContentCompletion completion);
+
+ private:
+  std::shared_ptr<SerialQueue> queue_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
