@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/linux/x11/MipChain.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// The pointer's picture and where it lies over a source, in the source's pixels.
+struct CursorMark {
+  std::shared_ptr<const Picture> picture;  // transparent outside its edges
+  PixelRect area;
+
+  friend bool operator==(const CursorMark&, const CursorMark&) = default;
+};
+
+/// What differs between two pictures of one source, in the source's pixels.
+struct PictureChanges {
+  /// Other pixels altogether, perhaps of another size.
+  bool everything = false;
+  ChangedRects rects;
+
+  bool empty() const { return !everything && rects.empty(); }
+};
+
+/// The picture that a mirror has accepted last, whatever its source has become since: enough of it
+/// to draw it at any size. Lives on the mirror's queue.
+class PictureStore {
+ public:
+  explicit PictureStore(Connection& connection) : connection_(connection), chain_(connection) {}
+
+  bool hasPicture() const { return chain_.hasPicture(); }
+  PixelSize size() const { return chain_.sourceSize(); }
+  /// What the picture was taken from. That may have other pixels by now.
+  const LivePicture* source() const { return source_.get(); }
+
+  /// Takes the source's pixels over, with the levels that drawing at `sizes` takes. Answers what
+  /// that changed, the cursor included.
+  PictureChanges commit(std::shared_ptr<const LivePicture> source, PictureChanges changes,
+                        CursorMark cursor, const std::vector<PixelSize>& sizes);
+
+  /// Holds the levels that drawing at `sizes` takes. Levels finer than those at hand are copied
+  /// from `unchangedSource`; where that is null, they wait for the next commit.
+  void prepareFor(const std::vector<PixelSize>& sizes, const LivePicture* unchangedSource);
+
+  /// Brings `target`, which shows the picture scaled to `size`, up to date. Answers what changed.
+  ChangedRects redraw(const Picture& target, PixelSize size, const PictureChanges& changes) const;
+
+ private:
+  void drawCursor(const Picture& target, PixelSize size, const PixelRect& area) const;
+
+  Connection& connection_;
+  MipChain chain_;
+  std::shared_ptr<const LivePicture> source_;
+  CursorMark cursor_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
