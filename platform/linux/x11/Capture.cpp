@@ -1,0 +1,101 @@
+#include "platform/linux/x11/Capture.h"
+
+#include <utility>
+
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/FramePacing.h"
+#include "platform/linux/x11/MirrorWorker.h"
+#include "platform/linux/x11/SampleGrid.h"
+#include "platform/linux/x11/WindowFrames.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+void merge(PictureChanges& into, const PictureChanges& changes) {
+  into.everything |= changes.everything;
+  for (const auto& each : changes.rects) into.rects.add(each);
+}
+
+}  // namespace
+
+Capture::Capture(MirrorWorker& worker, std::unique_ptr<SourceWindow> source,
+                 const StreamConfiguration& configuration, Receiver receiver)
+    : worker_(worker),
+      source_(std::move(source)),
+      configuration_(configuration),
+      receiver_(std::move(receiver)),
+      cursor_(worker.connection()) {}
+
+void Capture::setConfiguration(const StreamConfiguration& configuration) {
+  configuration_ = configuration;
+  cursorMayHaveMoved_ = true;
+}
+
+void Capture::handle(const xcb_generic_event_t& event) {
+  source_->handle(event);
+  cursor_.handle(event, *source_);
+  cursorMayHaveMoved_ |= typeOf(event) == XCB_ENTER_NOTIFY || typeOf(event) == XCB_LEAVE_NOTIFY;
+}
+
+void Capture::proceed() {
+  if (ended_) return;
+  source_->refresh();
+  if (source_->isGone()) return fail({"The window has been closed."});
+  if (!source_->isViewable()) return;
+  if (!hasNews() && !cursorMayHaveMoved_ && !cursor_.isFollowing()) return;
+  const double now = monotonicNow();
+  const double due = earliestNextFrame(pace_, interval());
+  if (now < due) return worker_.comeBackAt(due);
+  if (cursorHasMoved() || hasNews()) deliver(now);
+  if (cursor_.isFollowing()) worker_.comeBackAt(now + interval());
+}
+
+double Capture::interval() const {
+  const auto& time = configuration_.minimumFrameInterval;
+  return time.timescale > 0 ? static_cast<double>(time.value) / time.timescale : 0;
+}
+
+bool Capture::cursorHasMoved() {
+  cursorMayHaveMoved_ = false;
+  auto mark = configuration_.showsCursor ? cursor_.markOver(*source_) : CursorMark{};
+  if (mark == cursorMark_) return false;
+  cursorMark_ = std::move(mark);
+  return true;
+}
+
+void Capture::collectChanges() {
+  const auto changes = source_->takeChanges();
+  collectedNews_ |= !changes.empty();
+  merge(uncommitted_, changes);
+}
+
+void Capture::deliver(double now) {
+  pace_ = paceAfterFrame(pace_, interval(), now);
+  collectChanges();
+  collectedNews_ = false;
+  const auto buffer =
+      std::make_shared<WindowPixelBuffer>(weak_from_this(), source_->picture()->size());
+  receiver_.sample(CompleteSample(buffer));
+}
+
+void Capture::fail(const Error& error) {
+  if (std::exchange(ended_, true)) return;
+  receiver_.stopped(error);
+}
+
+bool Capture::isUnchangedSinceCommit() {
+  collectChanges();
+  return uncommitted_.empty();
+}
+
+std::shared_ptr<const Image> Capture::commit() {
+  return worker_.commit(source_->picture(), std::exchange(uncommitted_, {}), cursorMark_);
+}
+
+bool Capture::visitSampleGrid(int rows, int columns,
+                              const std::function<bool(PixelBGRA)>& visit) const {
+  return linux_desktop::visitSampleGrid(worker_.connection(), *source_->picture(), rows, columns,
+                                        visit);
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/linux/x11/PictureStore.h"
+#include "platform/linux/x11/SourceWindow.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// The pointer over one source window. Asks for the pointer's place only while the pointer is
+/// there; no event tells of its movement without getting in the way of other clients.
+class CursorOverlay {
+ public:
+  explicit CursorOverlay(Connection& connection) : connection_(connection) {}
+  CursorOverlay(const CursorOverlay&) = delete;
+  CursorOverlay& operator=(const CursorOverlay&) = delete;
+  ~CursorOverlay() { setFollowing(false); }
+
+  void handle(const xcb_generic_event_t& event, const SourceWindow& source);
+  /// Whether the pointer is over the source, so that its place has to be asked for.
+  bool isFollowing() const { return following_; }
+  /// Where the pointer lies over the source now; empty while it is elsewhere or over a window that
+  /// covers the source.
+  CursorMark markOver(const SourceWindow& source);
+
+ private:
+  void setFollowing(bool following);
+  void readImage();
+
+  Connection& connection_;
+  bool following_ = false;
+  bool imageIsStale_ = true;
+  std::shared_ptr<const Picture> picture_;
+  PixelRect image_;  // around the hot spot
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,147 @@
+#include "platform/linux/x11/MirrorWorker.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vistrel::platform::linux_desktop {
+
+std::shared_ptr<MirrorWorker> MirrorWorker::of(const std::shared_ptr<SerialQueue>& queue) {
+  if (auto worker = existingOf(*queue); worker && !worker->connection_->isLost()) return worker;
+  auto connection = Connection::open();
+  if (!connection) return nullptr;
+  std::shared_ptr<MirrorWorker> worker(new MirrorWorker(queue, std::move(connection)));
+  queue->watch(worker->connection_->descriptor(), [worker = worker.get()] { worker->serve(); });
+  queue->attachment() = worker;
+  return worker;
+}
+
+std::shared_ptr<MirrorWorker> MirrorWorker::existingOf(SerialQueue& queue) {
+  return std::static_pointer_cast<MirrorWorker>(queue.attachment());
+}
+
+MirrorWorker::MirrorWorker(const std::shared_ptr<SerialQueue>& queue,
+                           std::unique_ptr<Connection> connection)
+    : queue_(queue), connection_(std::move(connection)), store_(*connection_) {}
+
+std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window,
+                                                const StreamConfiguration& configuration,
+                                                Capture::Receiver receiver) {
+  if (captureOf(key)) return Error{"The stream is running already."};
+  if (!connection_->extensions().offersCapture) {
+    return Error{"The display server does not offer capturing windows."};
+  }
+  auto source = SourceWindow::open(*connection_, window);
+  if (!source) return Error{"The window is no longer there."};
+  captures_.push_back({key, std::make_shared<Capture>(*this, std::move(source), configuration,
+                                                      std::move(receiver))});
+  return std::nullopt;
+}
+
+Capture* MirrorWorker::captureOf(const void* key) {
+  const auto found = std::find_if(captures_.begin(), captures_.end(),
+                                  [&](const Running& each) { return each.key == key; });
+  return found == captures_.end() ? nullptr : found->capture.get();
+}
+
+void MirrorWorker::stopCapture(const void* key) {
+  std::erase_if(captures_, [&](const Running& each) { return each.key == key; });
+  connection_->flush();
+}
+
+void MirrorWorker::comeBackAt(double seconds) {
+  if (comingBackAt_ && *comingBackAt_ <= seconds) return;
+  const auto queue = queue_.lock();
+  if (!queue) return;
+  comingBackAt_ = seconds;
+  queue->asyncAt(seconds, [worker = weak_from_this()] {
+    const auto strong = worker.lock();
+    if (!strong) return;
+    strong->comingBackAt_.reset();
+    strong->serve();
+  });
+}
+
+void MirrorWorker::serve() {
+  handleEvents();
+  if (connection_->isLost()) return lose();
+  for (const auto& each : captures_) each.capture->proceed();
+  connection_->flush();
+}
+
+void MirrorWorker::handleEvents() {
+  while (const auto event = connection_->pollEvent()) {
+    for (const auto& each : captures_) each.capture->handle(*event);
+    for (auto& each : panels_) each.handle(*event);
+  }
+}
+
+void MirrorWorker::lose() {
+  if (const auto queue = queue_.lock()) queue->unwatch(connection_->descriptor());
+  for (const auto& each : captures_) {
+    each.capture->fail({"The connection to the display server was lost."});
+  }
+  if (onLost_) onLost_();
+}
+
+std::shared_ptr<const Image> MirrorWorker::commit(std::shared_ptr<const LivePicture> picture,
+                                                  PictureChanges changes,
+                                                  const CursorMark& cursor) {
+  auto queue = queue_.lock();
+  if (!queue) return nullptr;
+  // Another window's picture differs altogether.
+  changes.everything |= store_.source() != picture.get();
+  const auto sizes = pictureSizes(picture->size());
+  const auto committed = store_.commit(std::move(picture), std::move(changes), cursor, sizes);
+  for (auto& each : panels_) each.follow(store_, committed);
+  return std::make_shared<CommittedImage>(std::move(queue));
+}
+
+std::vector<PixelSize> MirrorWorker::pictureSizes(PixelSize source) const {
+  std::vector<PixelSize> sizes;
+  for (const auto& each : panels_) {
+    if (const auto size = each.pictureSizeFor(source)) sizes.push_back(*size);
+  }
+  return sizes;
+}
+
+const LivePicture* MirrorWorker::unchangedSource() {
+  for (const auto& each : captures_) {
+    if (each.capture->picture().get() != store_.source()) continue;
+    if (each.capture->isUnchangedSinceCommit()) return store_.source();
+  }
+  return nullptr;
+}
+
+PanelPainter* MirrorWorker::panelOf(xcb_window_t window) {
+  const auto found = std::find_if(panels_.begin(), panels_.end(), [&](const PanelPainter& each) {
+    return each.window() == window;
+  });
+  return found == panels_.end() ? nullptr : &*found;
+}
+
+void MirrorWorker::addPanel(xcb_window_t window) { panels_.emplace_back(*connection_, window); }
+
+void MirrorWorker::removePanel(xcb_window_t window) {
+  panels_.remove_if([&](const PanelPainter& each) { return each.window() == window; });
+  connection_->sync();
+}
+
+void MirrorWorker::setChrome(xcb_window_t window, std::shared_ptr<const PanelChrome> chrome) {
+  auto* const panel = panelOf(window);
+  if (!panel) return;
+  const auto formerSizes = pictureSizes(store_.size());
+  panel->setChrome(std::move(chrome));
+  const auto sizes = pictureSizes(store_.size());
+  if (sizes != formerSizes) store_.prepareFor(sizes, unchangedSource());
+  panel->follow(store_, {});
+  panel->paint();
+}
+
+void MirrorWorker::showPicture(xcb_window_t window, bool shows) {
+  auto* const panel = panelOf(window);
+  if (!panel) return;
+  panel->setShowsPicture(shows);
+  panel->paint();
+}
+
+}  // namespace vistrel::platform::linux_desktop

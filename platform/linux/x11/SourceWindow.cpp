@@ -1,0 +1,207 @@
+#include "platform/linux/x11/SourceWindow.h"
+
+#include <utility>
+#include <xcb/composite.h>
+#include <xcb/damage.h>
+#include <xcb/xfixes.h>
+
+#include "platform/linux/x11/Property.h"
+#include "platform/linux/x11/VisibleFrame.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+constexpr std::uint32_t clientEvents =
+    XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
+constexpr std::uint32_t frameEvents =
+    XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
+
+xcb_void_cookie_t selectEvents(Connection& connection, xcb_window_t window, std::uint32_t mask) {
+  return xcb_change_window_attributes_checked(connection.xcb(), window, XCB_CW_EVENT_MASK, &mask);
+}
+
+PixelRect pixelRect(const xcb_rectangle_t& rect) {
+  return {rect.x, rect.y, rect.width, rect.height};
+}
+
+bool isSentByClient(const xcb_generic_event_t& event) { return (event.response_type & 0x80) != 0; }
+
+}  // namespace
+
+std::unique_ptr<SourceWindow> SourceWindow::open(Connection& connection, xcb_window_t client) {
+  std::unique_ptr<SourceWindow> window(new SourceWindow(connection, client));
+  if (!window->watchClient()) return nullptr;
+  window->refresh();
+  return window;
+}
+
+SourceWindow::SourceWindow(Connection& connection, xcb_window_t client)
+    : connection_(connection), client_(client), region_(connection.xcb()) {
+  xcb_xfixes_create_region(connection_.xcb(), region_.id(), 0, nullptr);
+}
+
+SourceWindow::~SourceWindow() {
+  releaseFrame();
+  xcb_discard_reply(connection_.xcb(), selectEvents(connection_, client_, 0).sequence);
+}
+
+bool SourceWindow::watchClient() {
+  return !failureOf(connection_.xcb(), selectEvents(connection_, client_, clientEvents));
+}
+
+xcb_window_t SourceWindow::topLevel() const {
+  for (xcb_window_t window = client_;;) {
+    const auto tree =
+        replyTo<xcb_query_tree_reply>(connection_.xcb(), xcb_query_tree(connection_.xcb(), window));
+    if (!tree) return XCB_NONE;
+    if (tree->parent == tree->root || tree->parent == XCB_NONE) return window;
+    window = tree->parent;
+  }
+}
+
+void SourceWindow::attachToFrame() {
+  moved_ = false;
+  const auto frame = topLevel();
+  if (frame == frame_ || frame == XCB_NONE) return;
+  releaseFrame();
+  const auto mask = frame == client_ ? clientEvents | frameEvents : frameEvents;
+  const auto selected = selectEvents(connection_, frame, mask);
+  const auto redirected = xcb_composite_redirect_window_checked(connection_.xcb(), frame,
+                                                                XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+  const bool failed = failureOf(connection_.xcb(), selected).has_value();
+  // The frame went while it was being looked up: the client has been told of a new one by then.
+  if (failureOf(connection_.xcb(), redirected) || failed) return;
+  frame_ = frame;
+  damage_ = Damage(connection_.xcb());
+  xcb_damage_create(connection_.xcb(), damage_.id(), frame_, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+  renamed_ = true;
+}
+
+void SourceWindow::releaseFrame() {
+  if (frame_ == XCB_NONE) return;
+  damage_ = {};
+  xcb_composite_unredirect_window(connection_.xcb(), frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+  const std::uint32_t mask = frame_ == client_ ? clientEvents : 0;
+  xcb_change_window_attributes(connection_.xcb(), frame_, XCB_CW_EVENT_MASK, &mask);
+  frame_ = XCB_NONE;
+  viewable_ = false;
+}
+
+void SourceWindow::handle(const xcb_generic_event_t& event) {
+  const auto type = typeOf(event);
+  if (type == connection_.extensions().damageNotify) {
+    const auto& notify = eventAs<xcb_damage_notify_event_t>(event);
+    if (notify.damage == damage_.id()) hasDamage_ = true;
+    return;
+  }
+  // These events carry the window that they are about at the same place.
+  const auto window = eventAs<xcb_map_notify_event_t>(event).window;
+  const bool isClient = window == client_;
+  if (type == XCB_PROPERTY_NOTIFY) {
+    changedProperty(eventAs<xcb_property_notify_event_t>(event));
+  } else if (!isClient && window != frame_) {
+    return;
+  } else if (type == XCB_CONFIGURE_NOTIFY && !isSentByClient(event)) {
+    configured(eventAs<xcb_configure_notify_event_t>(event));
+  } else if (type == XCB_MAP_NOTIFY) {
+    renamed_ = true;
+  } else if (type == XCB_UNMAP_NOTIFY) {
+    viewable_ = false;
+  } else if (type == XCB_REPARENT_NOTIFY) {
+    moved_ = true;
+  } else if (type == XCB_DESTROY_NOTIFY) {
+    gone_ |= isClient;
+    viewable_ = false;
+  }
+}
+
+void SourceWindow::configured(const xcb_configure_notify_event_t& event) {
+  const PixelRect geometry{event.x, event.y, event.width, event.height};
+  if (event.window == frame_) {
+    // A window that only moves keeps its picture.
+    const bool resized =
+        sizeOf(geometry) != sizeOf(frameGeometry_) || event.border_width != frameBorder_;
+    frameGeometry_ = geometry;
+    frameBorder_ = event.border_width;
+    if (!resized) return;
+  }
+  renamed_ = true;
+}
+
+void SourceWindow::changedProperty(const xcb_property_notify_event_t& event) {
+  if (event.window != client_) return;
+  renamed_ |= event.atom == connection_.atom("_NET_FRAME_EXTENTS") ||
+              event.atom == connection_.atom("_GTK_FRAME_EXTENTS");
+}
+
+void SourceWindow::refresh() {
+  if (gone_) return;
+  if (moved_) attachToFrame();
+  if (renamed_ && frame_ != XCB_NONE) nameAgain();
+}
+
+void SourceWindow::nameAgain() {
+  renamed_ = false;
+  const auto attributes = replyTo<xcb_get_window_attributes_reply>(
+      connection_.xcb(), xcb_get_window_attributes(connection_.xcb(), client_));
+  if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE) return;
+  auto picture = namePicture();
+  if (!picture) return;
+  picture_ = std::move(picture);
+  viewable_ = true;
+  changes_ = {true, {}};
+}
+
+std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
+  auto* const xcb = connection_.xcb();
+  const auto attributes =
+      replyTo<xcb_get_window_attributes_reply>(xcb, xcb_get_window_attributes(xcb, frame_));
+  const auto frame = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, frame_));
+  Pixmap pixmap(xcb);
+  const auto named = xcb_composite_name_window_pixmap_checked(xcb, frame_, pixmap.id());
+  if (failureOf(xcb, named) || !attributes || !frame) return nullptr;
+  const auto bounds = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, pixmap.id()));
+  const auto& formats = connection_.formats().opaqueOfVisual;
+  const auto format = formats.find(attributes->visual);
+  if (!bounds || format == formats.end()) return nullptr;
+  frameGeometry_ = {frame->x, frame->y, frame->width, frame->height};
+  frameBorder_ = frame->border_width;
+  const PixelRect whole{0, 0, bounds->width, bounds->height};
+  auto crop = intersection(moved(visibleInFrame(), frameBorder_, frameBorder_), whole);
+  if (isEmpty(crop)) crop = whole;
+  auto picture = makePicture(connection_, pixmap.id(), format->second);
+  return std::make_shared<LivePicture>(LivePicture{std::move(pixmap), std::move(picture), crop});
+}
+
+PixelRect SourceWindow::visibleInFrame() const {
+  auto* const xcb = connection_.xcb();
+  const auto geometry = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, client_));
+  const auto position = replyTo<xcb_translate_coordinates_reply>(
+      xcb, xcb_translate_coordinates(xcb, client_, frame_, 0, 0));
+  if (!geometry || !position) return {};
+  const PixelRect client{position->dst_x, position->dst_y, geometry->width, geometry->height};
+  return visibleFrame(client,
+                      extentsFrom(propertyOf(connection_, client_, "_NET_FRAME_EXTENTS").values()),
+                      extentsFrom(propertyOf(connection_, client_, "_GTK_FRAME_EXTENTS").values()));
+}
+
+PixelRect SourceWindow::inPicture(const PixelRect& inFrame) const {
+  return moved(inFrame, frameBorder_ - picture_->crop.x, frameBorder_ - picture_->crop.y);
+}
+
+PictureChanges SourceWindow::takeChanges() {
+  hasDamage_ = false;
+  if (damage_ && picture_) {
+    xcb_damage_subtract(connection_.xcb(), damage_.id(), XCB_NONE, region_.id());
+    const auto damaged = replyTo<xcb_xfixes_fetch_region_reply>(
+        connection_.xcb(), xcb_xfixes_fetch_region(connection_.xcb(), region_.id()));
+    const auto* rects = damaged ? xcb_xfixes_fetch_region_rectangles(damaged.get()) : nullptr;
+    const int count = damaged ? xcb_xfixes_fetch_region_rectangles_length(damaged.get()) : 0;
+    for (int i = 0; i < count; ++i) {
+      changes_.rects.add(intersection(inPicture(pixelRect(rects[i])), rectOf(picture_->size())));
+    }
+  }
+  return std::exchange(changes_, {});
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "platform/linux/x11/Connection.h"
+#include "platform/linux/x11/LivePicture.h"
+#include "platform/linux/x11/PictureStore.h"
+#include "platform/linux/x11/Resources.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// A window that is being captured: watches it, has the server keep its picture whole wherever the
+/// window is and whatever lies over it, and collects what changes in it. Captured is the frame that
+/// the window manager made around the client's window, cut to what a person sees as the window.
+class SourceWindow {
+ public:
+  /// Null when there is no such window.
+  static std::unique_ptr<SourceWindow> open(Connection& connection, xcb_window_t client);
+  SourceWindow(const SourceWindow&) = delete;
+  SourceWindow& operator=(const SourceWindow&) = delete;
+  ~SourceWindow();
+
+  void handle(const xcb_generic_event_t& event);
+  /// Follows what the events told. To be called once they have all been handled.
+  void refresh();
+
+  bool isGone() const { return gone_; }
+  /// Whether the client draws into the picture; a window that is minimised or on another desktop
+  /// does not.
+  bool isViewable() const { return viewable_; }
+  /// Whether something has changed since `takeChanges`, as far as events tell.
+  bool hasChanges() const { return hasDamage_ || changes_.everything; }
+  /// The window's picture; null until the window has been viewable. Another one after each change
+  /// of size.
+  const std::shared_ptr<const LivePicture>& picture() const { return picture_; }
+  /// What has changed since the last call; asks the server.
+  PictureChanges takeChanges();
+
+  /// The child of the root that holds the client.
+  xcb_window_t frame() const { return frame_; }
+  /// A point in the frame's inside, as a point of the picture.
+  PixelRect inPicture(const PixelRect& inFrame) const;
+
+ private:
+  SourceWindow(Connection& connection, xcb_window_t client);
+
+  bool watchClient();
+  void attachToFrame();
+  void releaseFrame();
+  xcb_window_t topLevel() const;
+  void configured(const xcb_configure_notify_event_t& event);
+  void changedProperty(const xcb_property_notify_event_t& event);
+  void nameAgain();
+  std::shared_ptr<const LivePicture> namePicture();
+  PixelRect visibleInFrame() const;
+
+  Connection& connection_;
+  const xcb_window_t client_;
+  xcb_window_t frame_ = XCB_NONE;
+  Damage damage_;
+  Region region_;
+  std::shared_ptr<const LivePicture> picture_;
+  PictureChanges changes_;
+  PixelRect frameGeometry_;
+  int frameBorder_ = 0;
+  bool hasDamage_ = false;
+  bool viewable_ = false;
+  bool gone_ = false;
+  bool moved_ = true;    // the client may be in another frame
+  bool renamed_ = true;  // the picture has to be named again
+};
+
+}  // namespace vistrel::platform::linux_desktop

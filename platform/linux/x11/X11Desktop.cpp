@@ -1,0 +1,117 @@
+#include "platform/linux/X11Desktop.h"
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/CaptureStream.h"
+#include "platform/linux/x11/Connection.h"
+#include "platform/linux/x11/MirrorWorker.h"
+#include "platform/linux/x11/ShareableContentService.h"
+#include "platform/linux/x11/WindowFrames.h"
+#include "platform/linux/x11/X11PanelSurface.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+std::string displayName() {
+  const char* name = std::getenv("DISPLAY");
+  return name ? name : "";
+}
+
+class XcbDesktop : public X11Desktop {
+ public:
+  explicit XcbDesktop(std::unique_ptr<Connection> connection)
+      : connection_(std::move(connection)),
+        panelQueue_(SerialQueue::make("vistrel.panels", QualityOfService::userInteractive)) {
+    // The panels' connection is there all the time, so it notices that the display is gone.
+    panelQueue_->async([queue = panelQueue_] {
+      const auto worker = MirrorWorker::of(queue);
+      if (!worker) endProgramDisplayLost();
+      worker->setOnLost([] { endProgramDisplayLost(); });
+    });
+  }
+
+  bool preflightScreenCaptureAccess() override {
+    return connection_->extensions().offersCapture && !connection_->isLost();
+  }
+  // The display asks nobody.
+  bool requestScreenCaptureAccess() override { return preflightScreenCaptureAccess(); }
+
+  void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+                           ShareableContentCompletion completion) override {
+    contentService_.request(excludingDesktopWindows, onScreenWindowsOnly, std::move(completion));
+  }
+
+  std::shared_ptr<Stream> makeStream(const ContentFilter& filter,
+                                     const StreamConfiguration& configuration,
+                                     std::weak_ptr<StreamDelegate> delegate) override {
+    const auto& window = filter.desktopIndependentWindow;
+    return std::make_shared<CaptureStream>(window ? window->windowID : 0, configuration,
+                                           std::move(delegate));
+  }
+
+  std::shared_ptr<ImageContext> makeImageContext(const ImageContextOptions&) override {
+    return std::make_shared<WindowImageContext>();
+  }
+
+  std::unique_ptr<PanelSurface> makePanelSurface(std::uint32_t window) override {
+    return std::make_unique<X11PanelSurface>(window, panelQueue_);
+  }
+
+  void markAsFloatingPanel(std::uint32_t window) override;
+  void raise(std::uint32_t window) override;
+
+ private:
+  /// For requests of the main thread, each of which waits for its answer.
+  std::unique_ptr<Connection> connection_;
+  std::shared_ptr<SerialQueue> panelQueue_;
+  ShareableContentService contentService_;
+};
+
+void XcbDesktop::markAsFloatingPanel(std::uint32_t window) {
+  auto& c = *connection_;
+  const std::array<xcb_atom_t, 4> states{
+      c.atom("_NET_WM_STATE_ABOVE"), c.atom("_NET_WM_STATE_STICKY"),
+      c.atom("_NET_WM_STATE_SKIP_TASKBAR"), c.atom("_NET_WM_STATE_SKIP_PAGER")};
+  const std::uint32_t allDesktops = 0xffffffff;
+  xcb_change_property(c.xcb(), XCB_PROP_MODE_REPLACE, window, c.atom("_NET_WM_STATE"),
+                      XCB_ATOM_ATOM, 32, states.size(), states.data());
+  xcb_change_property(c.xcb(), XCB_PROP_MODE_REPLACE, window, c.atom("_NET_WM_DESKTOP"),
+                      XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+  // The toolkit maps the window on a connection of its own, after this.
+  c.sync();
+}
+
+void XcbDesktop::raise(std::uint32_t window) {
+  const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+  // A window that has gone needs no raising.
+  failureOf(connection_->xcb(), xcb_configure_window_checked(connection_->xcb(), window,
+                                                             XCB_CONFIG_WINDOW_STACK_MODE, &above));
+}
+
+}  // namespace
+
+X11Desktop::OrFailure X11Desktop::connect() {
+  auto connection = Connection::open();
+  if (connection) return {std::make_unique<XcbDesktop>(std::move(connection)), {}};
+  const auto name = displayName();
+  if (name.empty()) return {nullptr, "vistrel: no display: DISPLAY is not set"};
+  return {nullptr, "vistrel: cannot connect to the display \"" + name + "\""};
+}
+
+void endProgramDisplayLost() {
+  static std::atomic<bool> isEnding = false;
+  // Whoever comes second must not cut the first one short.
+  while (isEnding.exchange(true)) pause();
+  const std::string line =
+      "vistrel: the connection to display \"" + displayName() + "\" was lost\n";
+  // Nothing is left to do about a line that cannot be written.
+  [[maybe_unused]] const auto written = write(STDERR_FILENO, line.data(), line.size());
+  _exit(1);
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,70 @@
+#include "platform/linux/x11/X11PanelSurface.h"
+
+#include <future>
+#include <utility>
+
+#include "platform/linux/x11/MirrorWorker.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// Runs `block` on a queue and waits for it; returns as well when the queue has ended without it.
+void runAndWait(SerialQueue& queue, Block block) {
+  const auto done = std::make_shared<std::promise<void>>();
+  const auto finished = done->get_future();
+  queue.async([block = std::move(block), done] {
+    block();
+    done->set_value();
+  });
+  finished.wait();
+}
+
+}  // namespace
+
+X11PanelSurface::X11PanelSurface(std::uint32_t window, std::shared_ptr<SerialQueue> homeQueue)
+    : window_(window) {
+  moveTo(std::move(homeQueue));
+}
+
+X11PanelSurface::~X11PanelSurface() { detach(); }
+
+void X11PanelSurface::post(std::function<void(MirrorWorker&)> work) const {
+  if (!queue_) return;
+  queue_->async([queue = queue_, work = std::move(work)] {
+    if (const auto worker = MirrorWorker::of(queue)) work(*worker);
+  });
+}
+
+void X11PanelSurface::moveTo(std::shared_ptr<SerialQueue> queue) {
+  detach();
+  queue_ = std::move(queue);
+  post([window = window_, chrome = chrome_](MirrorWorker& worker) {
+    worker.addPanel(window);
+    if (chrome) worker.setChrome(window, chrome);
+  });
+}
+
+void X11PanelSurface::setChrome(PanelChrome chrome) {
+  chrome_ = std::make_shared<const PanelChrome>(std::move(chrome));
+  post([window = window_, chrome = chrome_](MirrorWorker& worker) {
+    worker.setChrome(window, chrome);
+  });
+}
+
+void X11PanelSurface::setContents(std::shared_ptr<const Image> image) {
+  const auto committed = std::dynamic_pointer_cast<const CommittedImage>(image);
+  if (committed && committed->queue() != queue_) moveTo(committed->queue());
+  post([window = window_, shows = committed != nullptr](MirrorWorker& worker) {
+    worker.showPicture(window, shows);
+  });
+}
+
+void X11PanelSurface::detach() {
+  const auto queue = std::exchange(queue_, nullptr);
+  if (!queue) return;
+  runAndWait(*queue, [queue, window = window_] {
+    if (const auto worker = MirrorWorker::existingOf(*queue)) worker->removePanel(window);
+  });
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "platform/linux/PanelSurface.h"
+#include "platform/linux/SerialQueue.h"
+
+namespace vistrel::platform::linux_desktop {
+
+class MirrorWorker;
+
+/// Draws a panel's window on one queue at a time: on `homeQueue` until a mirror's picture is shown,
+/// from then on where that mirror keeps its picture. Main thread.
+class X11PanelSurface : public PanelSurface {
+ public:
+  X11PanelSurface(std::uint32_t window, std::shared_ptr<SerialQueue> homeQueue);
+  ~X11PanelSurface() override;
+
+  void setChrome(PanelChrome chrome) override;
+  void setContents(std::shared_ptr<const Image> image) override;
+  void detach() override;
+
+ private:
+  void moveTo(std::shared_ptr<SerialQueue> queue);
+  void post(std::function<void(MirrorWorker&)> work) const;
+
+  const std::uint32_t window_;
+  std::shared_ptr<SerialQueue> queue_;  // null once detached
+  std::shared_ptr<const PanelChrome> chrome_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
