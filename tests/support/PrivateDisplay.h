@@ -39,6 +39,8 @@ class PrivateDisplay {
   /// Where programs of this session find their home and XDG directories.
   const std::filesystem::path& home() const { return directory_.path(); }
 
+  /// The server's process, for measuring what it costs.
+  pid_t serverPid() const { return server_->pid(); }
   /// Ends the server, as when a person logs out.
   void stopServer() { server_.reset(); }
 

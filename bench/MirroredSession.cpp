@@ -1,0 +1,54 @@
+#include "bench/MirroredSession.h"
+
+#include <ctime>
+#include <stdexcept>
+#include <string>
+
+#include "tests/support/Poll.h"
+
+namespace vistrel::bench {
+namespace {
+
+double processorSeconds(pid_t pid) {
+  clockid_t clock{};
+  timespec time{};
+  if (::clock_getcpuclockid(pid, &clock) != 0 || ::clock_gettime(clock, &time) != 0) {
+    throw std::runtime_error("a measured process is gone");
+  }
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+}  // namespace
+
+MirroredSession::MirroredSession(int mirrors) {
+  for (int i = 0; i < mirrors; ++i) {
+    // Two digits, so that the picker lists them in this order.
+    sources_.push_back(std::make_unique<testbed::TestWindow>(
+        display_.name(),
+        testbed::TestWindow::Options{
+            .title = std::to_string(10 + i), .area = sourceArea, .decorated = false}));
+  }
+  vistrel_ = std::make_unique<testbed::RunningVistrel>(display_, connection_);
+  testbed::InputDriver hand(connection_);
+  constexpr std::uint32_t betweenClicks = 700;
+  hand.clickAt(vistrel_->pickerRows(sources_.size()).front().centre());
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    hand.rest(betweenClicks);
+    hand.type(testbed::keyReturn);
+    hand.type(testbed::keyDown);
+    panels_ = vistrel_->panels(i + 1);
+  }
+  for (const testbed::PanelOnScreen& panel : panels_) {
+    if (!testbed::eventually([&] { return panel.dot() == testbed::Dot::stale; })) {
+      throw std::runtime_error("a mirror did not come to rest");
+    }
+  }
+}
+
+double MirroredSession::clientSeconds() const {
+  return processorSeconds(vistrel_->process().pid());
+}
+
+double MirroredSession::serverSeconds() const { return processorSeconds(display_.serverPid()); }
+
+}  // namespace vistrel::bench
