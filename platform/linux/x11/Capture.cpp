@@ -11,6 +11,9 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
+/// How often a pointer that rests over the source is looked at, in seconds.
+constexpr double restingLook = 0.1;
+
 void merge(PictureChanges& into, const PictureChanges& changes) {
   into.everything |= changes.everything;
   for (const auto& each : changes.rects) into.rects.add(each);
@@ -46,8 +49,9 @@ void Capture::proceed() {
   const double now = monotonicNow();
   const double due = earliestNextFrame(pace_, interval());
   if (now < due) return worker_.comeBackAt(due);
-  if (cursorHasMoved() || hasNews()) deliver(now);
-  if (cursor_.isFollowing()) worker_.comeBackAt(now + interval());
+  const bool moved = cursorHasMoved();
+  if (moved || hasNews()) deliver(now);
+  if (cursor_.isFollowing()) worker_.comeBackAt(now + (moved ? interval() : restingLook));
 }
 
 double Capture::interval() const {

@@ -28,16 +28,13 @@ void CursorOverlay::setFollowing(bool following) {
 }
 
 CursorMark CursorOverlay::markOver(const SourceWindow& source) {
-  auto* const xcb = connection_.xcb();
-  const auto overRoot = xcb_query_pointer(xcb, connection_.root());
-  const auto overFrame = xcb_query_pointer(xcb, source.frame());
-  const auto inRoot = replyTo<xcb_query_pointer_reply>(xcb, overRoot);
-  const auto inFrame = replyTo<xcb_query_pointer_reply>(xcb, overFrame);
-  const bool isOver = inRoot && inFrame && inRoot->child == source.frame();
+  const auto pointer = replyTo<xcb_query_pointer_reply>(
+      connection_.xcb(), xcb_query_pointer(connection_.xcb(), connection_.root()));
+  const bool isOver = pointer && pointer->child == source.frame();
   setFollowing(isOver);
   if (!isOver) return {};
   if (imageIsStale_) readImage();
-  const auto area = source.inPicture(moved(image_, inFrame->win_x, inFrame->win_y));
+  const auto area = source.inPicture(moved(image_, pointer->root_x, pointer->root_y));
   if (!picture_ || isEmpty(intersection(area, rectOf(source.picture()->size())))) return {};
   return {picture_, area};
 }

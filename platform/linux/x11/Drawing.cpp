@@ -97,6 +97,12 @@ GraphicsContext makeGraphicsContext(Connection& connection, xcb_drawable_t drawa
   return context;
 }
 
+Sampling samplingInto(const PixelRect& place, double sourceWidth, double sourceHeight) {
+  const double scaleX = sourceWidth / place.width;
+  const double scaleY = sourceHeight / place.height;
+  return {scaleX, scaleY, -scaleX * place.x, -scaleY * place.y, Filter::bilinear};
+}
+
 void drawScaled(Connection& connection, const Picture& source, const Sampling& sampling,
                 const Picture& target, const PixelRect& area) {
   compositeSampled(connection, XCB_RENDER_PICT_OP_SRC, source, sampling, XCB_NONE, target, area);

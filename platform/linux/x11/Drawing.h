@@ -41,6 +41,9 @@ struct Sampling {
   Filter filter = Filter::bilinear;
 };
 
+/// Draws a source of that size so that it fills `place`.
+Sampling samplingInto(const PixelRect& place, double sourceWidth, double sourceHeight);
+
 /// Replaces `area` of `target`.
 void drawScaled(Connection& connection, const Picture& source, const Sampling& sampling,
                 const Picture& target, const PixelRect& area);

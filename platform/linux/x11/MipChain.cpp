@@ -56,20 +56,17 @@ void MipChain::fillFinest(const LivePicture& source, const PixelRect& area) {
   drawScaled(connection_, source.picture, sampling, levels_.front().picture, area);
 }
 
-Sampling MipChain::samplingOf(int level, PixelSize size) const {
-  const double pixels = 1 << level;
-  return {sourceSize_.width / pixels / size.width, sourceSize_.height / pixels / size.height, 0, 0,
-          Filter::bilinear};
-}
-
-void MipChain::draw(const Picture& target, PixelSize size, const PixelRect& area) const {
-  const auto blend = levelsFor(sourceSize_, size);
+void MipChain::draw(const Picture& target, const PixelRect& place, const PixelRect& area) const {
+  const auto samplingOf = [&](int number) {
+    const double reduction = 1 << number;
+    return samplingInto(place, sourceSize_.width / reduction, sourceSize_.height / reduction);
+  };
+  const auto blend = levelsFor(sourceSize_, sizeOf(place));
   const int finer = std::clamp(blend.finer, finest_, coarsest());
-  drawScaled(connection_, level(finer).picture, samplingOf(finer, size), target, area);
+  drawScaled(connection_, level(finer).picture, samplingOf(finer), target, area);
   if (blend.coarserWeight <= 0 || finer != blend.finer || finer == coarsest()) return;
   const auto opacity = makeSolid(connection_, Color::black(blend.coarserWeight));
-  blendScaled(connection_, level(finer + 1).picture, samplingOf(finer + 1, size), opacity, target,
-              area);
+  blendScaled(connection_, level(finer + 1).picture, samplingOf(finer + 1), opacity, target, area);
 }
 
 }  // namespace vistrel::platform::linux_desktop

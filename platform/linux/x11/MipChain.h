@@ -35,13 +35,12 @@ class MipChain {
   /// Makes coarser levels and drops those outside the range. Cannot make finer ones.
   void fitTo(LevelRange range);
 
-  /// Draws the picture, scaled to `size`, into `area` of `target`.
-  void draw(const Picture& target, PixelSize size, const PixelRect& area) const;
+  /// Draws the part of the picture in `area` of `target`, where all of it would fill `place`.
+  void draw(const Picture& target, const PixelRect& place, const PixelRect& area) const;
 
  private:
   void addLevel();
   void fillFinest(const LivePicture& source, const PixelRect& area);
-  Sampling samplingOf(int level, PixelSize size) const;
   const Canvas& level(int number) const {
     return levels_[static_cast<std::size_t>(number - finest_)];
   }

@@ -92,7 +92,7 @@ std::shared_ptr<const Image> MirrorWorker::commit(std::shared_ptr<const LivePict
   changes.everything |= store_.source() != picture.get();
   const auto sizes = pictureSizes(picture->size());
   const auto committed = store_.commit(std::move(picture), std::move(changes), cursor, sizes);
-  for (auto& each : panels_) each.follow(store_, committed);
+  for (auto& each : panels_) each.pictureChanged(committed);
   return std::make_shared<CommittedImage>(std::move(queue));
 }
 
@@ -119,7 +119,9 @@ PanelPainter* MirrorWorker::panelOf(xcb_window_t window) {
   return found == panels_.end() ? nullptr : &*found;
 }
 
-void MirrorWorker::addPanel(xcb_window_t window) { panels_.emplace_back(*connection_, window); }
+void MirrorWorker::addPanel(xcb_window_t window) {
+  panels_.emplace_back(*connection_, store_, window);
+}
 
 void MirrorWorker::removePanel(xcb_window_t window) {
   panels_.remove_if([&](const PanelPainter& each) { return each.window() == window; });
@@ -133,7 +135,7 @@ void MirrorWorker::setChrome(xcb_window_t window, std::shared_ptr<const PanelChr
   panel->setChrome(std::move(chrome));
   const auto sizes = pictureSizes(store_.size());
   if (sizes != formerSizes) store_.prepareFor(sizes, unchangedSource());
-  panel->follow(store_, {});
+  panel->pictureChanged({});
   panel->paint();
 }
 

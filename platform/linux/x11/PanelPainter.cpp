@@ -34,8 +34,8 @@ bool sameLayout(const PanelChrome& a, const PanelChrome& b) {
 
 }  // namespace
 
-PanelPainter::PanelPainter(Connection& connection, xcb_window_t window)
-    : connection_(connection), window_(window) {
+PanelPainter::PanelPainter(Connection& connection, const PictureStore& store, xcb_window_t window)
+    : connection_(connection), store_(store), window_(window) {
   auto* const xcb = connection_.xcb();
   const auto geometry = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, window_));
   const auto attributes =
@@ -149,19 +149,14 @@ std::optional<PixelSize> PanelPainter::pictureSizeFor(PixelSize source) const {
   return isEmpty(area) ? std::nullopt : std::optional(sizeOf(area));
 }
 
-void PanelPainter::follow(const PictureStore& store, const PictureChanges& changes) {
-  const auto area = store.hasPicture() ? pictureAreaFor(store.size()) : PixelRect{};
-  auto changesHere = changes;
+void PanelPainter::pictureChanged(const PictureChanges& changes) {
+  const auto area = pictureAreaFor(store_.size());
   if (area != pictureArea_) {
     pictureArea_ = area;
-    picture_ = isEmpty(area) ? Canvas{} : makeOpaqueCanvas(connection_, sizeOf(area));
-    changesHere.everything = true;
-    if (chrome_ && chrome_->contents) dirty_.add(*chrome_->contents);
+    if (chrome_->contents) dirty_.add(*chrome_->contents);
   }
   if (isEmpty(area)) return;
-  for (const auto& each : store.redraw(picture_.picture, picture_.size, changesHere)) {
-    dirty_.add(moved(each, area.x, area.y));
-  }
+  for (const auto& each : store_.changedIn(area, changes)) dirty_.add(each);
 }
 
 void PanelPainter::setShowsPicture(bool shows) {
@@ -182,8 +177,7 @@ void PanelPainter::compose(const PixelRect& area) {
   const auto picture = showsPicture_ ? intersection(area, pictureArea_) : PixelRect{};
   if (picture != area) composeBackground(area);
   if (!isEmpty(picture)) {
-    copyUnscaled(connection_, XCB_RENDER_PICT_OP_SRC, picture_.picture, back_.picture, picture,
-                 pictureArea_.x, pictureArea_.y);
+    store_.draw(back_.picture, pictureArea_, picture);
   }
   composeChrome(area);
   if (hasSmoothCorners()) composeCorners(area);

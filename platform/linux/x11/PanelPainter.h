@@ -15,7 +15,8 @@ namespace vistrel::platform::linux_desktop {
 /// a time draws a window.
 class PanelPainter {
  public:
-  PanelPainter(Connection& connection, xcb_window_t window);
+  /// `store` keeps the picture that the panel shows, and outlives this.
+  PanelPainter(Connection& connection, const PictureStore& store, xcb_window_t window);
   PanelPainter(const PanelPainter&) = delete;
   PanelPainter& operator=(const PanelPainter&) = delete;
   ~PanelPainter();
@@ -24,8 +25,8 @@ class PanelPainter {
   void setChrome(std::shared_ptr<const PanelChrome> chrome);
   /// The size at which a picture of that size is shown; none when there is no room for one.
   std::optional<PixelSize> pictureSizeFor(PixelSize source) const;
-  /// Draws what has changed of the picture. The window shows it at the next `paint`.
-  void follow(const PictureStore& store, const PictureChanges& changes);
+  /// Takes notice that the store's picture has changed. The window shows it at the next `paint`.
+  void pictureChanged(const PictureChanges& changes);
   void setShowsPicture(bool shows);
   /// Brings the window up to date.
   void paint();
@@ -48,6 +49,7 @@ class PanelPainter {
   bool hasSmoothCorners() const { return depth_ == 32 && composited_; }
 
   Connection& connection_;
+  const PictureStore& store_;
   const xcb_window_t window_;
   std::uint8_t depth_ = 24;
   xcb_render_pictformat_t format_ = XCB_NONE;
@@ -59,8 +61,6 @@ class PanelPainter {
   Canvas chromeCanvas_;
   Canvas back_;
   Canvas cornerMask_;
-  /// The picture as large as the panel shows it.
-  Canvas picture_;
   PixelRect pictureArea_;
   bool showsPicture_ = false;
   ChangedRects dirty_;  // what of the back pixmap is yet to be composed

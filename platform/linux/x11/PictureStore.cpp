@@ -51,34 +51,29 @@ void PictureStore::prepareFor(const std::vector<PixelSize>& sizes,
   }
 }
 
-ChangedRects PictureStore::redraw(const Picture& target, PixelSize size,
-                                  const PictureChanges& changes) const {
-  const auto source = chain_.sourceSize();
-  const int coarsest = levelsFor(source, size).coarsest();
-  ChangedRects result;
-  if (changes.everything) result.add(rectOf(size));
-  for (const auto& each : changes.rects) {
-    result.add(changedInTarget(each, source, size, coarsest));
-  }
-  // The cursor can be laid over once only, so it is drawn whole or not at all.
+void PictureStore::draw(const Picture& target, const PixelRect& place,
+                        const PixelRect& area) const {
+  chain_.draw(target, place, area);
+  if (isEmpty(cursor_.area)) return;
+  auto sampling = samplingInto(place, size().width, size().height);
+  sampling.originX -= cursor_.area.x;
+  sampling.originY -= cursor_.area.y;
   const auto cursor =
-      isEmpty(cursor_.area) ? PixelRect{} : changedInTarget(cursor_.area, source, size, 0);
-  const bool meetsCursor = std::any_of(result.begin(), result.end(), [&](const PixelRect& each) {
-    return !isEmpty(intersection(each, cursor));
-  });
-  if (meetsCursor) result.add(cursor);
-  for (const auto& each : result) chain_.draw(target, size, each);
-  if (meetsCursor) drawCursor(target, size, cursor);
-  return result;
+      moved(changedInTarget(cursor_.area, size(), sizeOf(place), 0), place.x, place.y);
+  const auto covered = intersection(cursor, area);
+  if (!isEmpty(covered)) {
+    layOverScaled(connection_, *cursor_.picture, sampling, target, covered);
+  }
 }
 
-void PictureStore::drawCursor(const Picture& target, PixelSize size, const PixelRect& area) const {
-  const auto source = chain_.sourceSize();
-  const Sampling sampling{static_cast<double>(source.width) / size.width,
-                          static_cast<double>(source.height) / size.height,
-                          static_cast<double>(-cursor_.area.x),
-                          static_cast<double>(-cursor_.area.y), Filter::bilinear};
-  layOverScaled(connection_, *cursor_.picture, sampling, target, area);
+ChangedRects PictureStore::changedIn(const PixelRect& place, const PictureChanges& changes) const {
+  ChangedRects result;
+  if (changes.everything) result.add(place);
+  const int coarsest = levelsFor(size(), sizeOf(place)).coarsest();
+  for (const auto& each : changes.rects) {
+    result.add(moved(changedInTarget(each, size(), sizeOf(place), coarsest), place.x, place.y));
+  }
+  return result;
 }
 
 }  // namespace vistrel::platform::linux_desktop

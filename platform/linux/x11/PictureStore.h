@@ -44,12 +44,12 @@ class PictureStore {
   /// from `unchangedSource`; where that is null, they wait for the next commit.
   void prepareFor(const std::vector<PixelSize>& sizes, const LivePicture* unchangedSource);
 
-  /// Brings `target`, which shows the picture scaled to `size`, up to date. Answers what changed.
-  ChangedRects redraw(const Picture& target, PixelSize size, const PictureChanges& changes) const;
+  /// Draws the part of the picture in `area` of `target`, where all of it fills `place`.
+  void draw(const Picture& target, const PixelRect& place, const PixelRect& area) const;
+  /// What of `place` a change has altered.
+  ChangedRects changedIn(const PixelRect& place, const PictureChanges& changes) const;
 
  private:
-  void drawCursor(const Picture& target, PixelSize size, const PixelRect& area) const;
-
   Connection& connection_;
   MipChain chain_;
   std::shared_ptr<const LivePicture> source_;

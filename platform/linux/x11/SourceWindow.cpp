@@ -1,5 +1,6 @@
 #include "platform/linux/x11/SourceWindow.h"
 
+#include <algorithm>
 #include <utility>
 #include <xcb/composite.h>
 #include <xcb/damage.h>
@@ -18,10 +19,6 @@ constexpr std::uint32_t frameEvents =
 
 xcb_void_cookie_t selectEvents(Connection& connection, xcb_window_t window, std::uint32_t mask) {
   return xcb_change_window_attributes_checked(connection.xcb(), window, XCB_CW_EVENT_MASK, &mask);
-}
-
-PixelRect pixelRect(const xcb_rectangle_t& rect) {
-  return {rect.x, rect.y, rect.width, rect.height};
 }
 
 bool isSentByClient(const xcb_generic_event_t& event) { return (event.response_type & 0x80) != 0; }
@@ -185,8 +182,9 @@ PixelRect SourceWindow::visibleInFrame() const {
                       extentsFrom(propertyOf(connection_, client_, "_GTK_FRAME_EXTENTS").values()));
 }
 
-PixelRect SourceWindow::inPicture(const PixelRect& inFrame) const {
-  return moved(inFrame, frameBorder_ - picture_->crop.x, frameBorder_ - picture_->crop.y);
+PixelRect SourceWindow::inPicture(const PixelRect& onRoot) const {
+  // A window's place is that of its border's corner, where the pixmap begins as well.
+  return moved(onRoot, -frameGeometry_.x - picture_->crop.x, -frameGeometry_.y - picture_->crop.y);
 }
 
 PictureChanges SourceWindow::takeChanges() {
@@ -197,11 +195,16 @@ PictureChanges SourceWindow::takeChanges() {
         connection_.xcb(), xcb_xfixes_fetch_region(connection_.xcb(), region_.id()));
     const auto* rects = damaged ? xcb_xfixes_fetch_region_rectangles(damaged.get()) : nullptr;
     const int count = damaged ? xcb_xfixes_fetch_region_rectangles_length(damaged.get()) : 0;
-    for (int i = 0; i < count; ++i) {
-      changes_.rects.add(intersection(inPicture(pixelRect(rects[i])), rectOf(picture_->size())));
-    }
+    std::for_each(rects, rects + count, [this](const auto& each) { addDamage(each); });
   }
   return std::exchange(changes_, {});
+}
+
+void SourceWindow::addDamage(const xcb_rectangle_t& inFrame) {
+  const PixelRect rect{inFrame.x, inFrame.y, inFrame.width, inFrame.height};
+  const auto& crop = picture_->crop;
+  changes_.rects.add(intersection(moved(rect, frameBorder_ - crop.x, frameBorder_ - crop.y),
+                                  rectOf(picture_->size())));
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -39,8 +39,8 @@ class SourceWindow {
 
   /// The child of the root that holds the client.
   xcb_window_t frame() const { return frame_; }
-  /// A point in the frame's inside, as a point of the picture.
-  PixelRect inPicture(const PixelRect& inFrame) const;
+  /// What lies there on the root, in pixels of the picture.
+  PixelRect inPicture(const PixelRect& onRoot) const;
 
  private:
   SourceWindow(Connection& connection, xcb_window_t client);
@@ -54,6 +54,7 @@ class SourceWindow {
   void nameAgain();
   std::shared_ptr<const LivePicture> namePicture();
   PixelRect visibleInFrame() const;
+  void addDamage(const xcb_rectangle_t& inFrame);
 
   Connection& connection_;
   const xcb_window_t client_;
