@@ -33,6 +33,10 @@ class Untransformed {
   QPainter& painter_;
 };
 
+QRectF wholeOf(const QPaintDevice& device) {
+  return QRectF(QPointF(), QSizeF(device.width(), device.height()) / device.devicePixelRatio());
+}
+
 /// A single sign that is no letter and no digit sits in its box by its ink, not by the line of text
 /// that it would belong to.
 bool isLoneSign(const QString& text) {
@@ -52,8 +56,10 @@ void PainterContext::flip(double height) {
 }
 
 void PainterContext::clipToRoundedRect(const Rect& rect, double cornerRadius) {
+  const QRectF area = snapped(rect);
+  if (area == wholeOf(*painter_.device())) return;
   QPainterPath path;
-  path.addRoundedRect(snapped(rect), cornerRadius, cornerRadius);
+  path.addRoundedRect(area, cornerRadius, cornerRadius);
   painter_.setClipPath(painter_.worldTransform().inverted().map(path), Qt::IntersectClip);
 }
 

@@ -23,6 +23,8 @@ class PainterContext final : public TreeGraphicsContext {
   void restore() override { painter_.restore(); }
   void translate(Point origin) override { painter_.translate(origin.x, origin.y); }
   void flip(double height) override;
+  /// Not for the painter's whole device: whoever shows that rounds its corners, and a second time
+  /// would thin their edge.
   void clipToRoundedRect(const Rect& rect, double cornerRadius) override;
   void fillRoundedRect(const Rect& rect, double cornerRadius, Color color) override;
   void strokeRoundedRect(const Rect& rect, double cornerRadius, double width, Color color) override;
