@@ -1,5 +1,7 @@
 #include "platform/linux/qt/AlertBox.h"
 
+#include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <vector>
@@ -12,6 +14,7 @@ namespace vistrel::platform::linux_desktop {
 namespace {
 
 constexpr int iconSize = 48;
+constexpr int textWidth = 360;
 
 /// The first accepts and the last rejects, so that the desktop's style puts them where its people
 /// look for them.
@@ -29,15 +32,26 @@ std::vector<QPushButton*> addButtons(const Alert& alert, QMessageBox& box) {
   return buttons;
 }
 
+void setTexts(const Alert& alert, QMessageBox& box) {
+  box.setWindowTitle(QStringLiteral("Vistrel"));
+  box.setIconPixmap(applicationIcon().pixmap(iconSize));
+  // The toolkit sets both texts in one weight; the message is what a person reads first.
+  box.setTextFormat(Qt::RichText);
+  box.setText(QStringLiteral("<b>") + QString::fromStdString(alert.messageText).toHtmlEscaped() +
+              QStringLiteral("</b>"));
+  box.setInformativeText(QString::fromStdString(alert.informativeText));
+  // The toolkit would break it to the width of the message.
+  if (auto* informative = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+    informative->setTextFormat(Qt::PlainText);
+    informative->setFixedWidth(textWidth);
+  }
+}
+
 }  // namespace
 
 int runAlertBox(const Alert& alert) {
-  QMessageBox box;
-  box.setWindowTitle(QStringLiteral("Vistrel"));
-  box.setIconPixmap(applicationIcon().pixmap(iconSize));
-  box.setTextFormat(Qt::PlainText);
-  box.setText(QString::fromStdString(alert.messageText));
-  box.setInformativeText(QString::fromStdString(alert.informativeText));
+  QMessageBox box(QApplication::activeWindow());
+  setTexts(alert, box);
   const auto buttons = addButtons(alert, box);
   if (!buttons.empty()) {
     box.setDefaultButton(buttons.front());

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QPushButton>
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <string>
@@ -18,6 +19,8 @@
 namespace vistrel::platform::linux_desktop {
 
 namespace {
+
+constexpr double buttonMargin = 14;
 
 std::string environment(const char* name) {
   const char* value = std::getenv(name);
@@ -39,7 +42,10 @@ Size sizeOf(const Button& button) {
   measured.setFont(toolkitFont({}));
   measured.setFlat(!button.isBordered());
   const QSize size = measured.sizeHint();
-  return {static_cast<double>(size.width()), static_cast<double>(size.height())};
+  // Some styles leave long titles hardly any margin.
+  const double titleWidth = QFontMetricsF(measured.font()).horizontalAdvance(measured.text());
+  return {std::ceil(std::max<double>(size.width(), titleWidth + 2 * buttonMargin)),
+          static_cast<double>(size.height())};
 }
 
 }  // namespace
