@@ -37,11 +37,15 @@ std::vector<xcb_window_t> RunningVistrel::windowsOnScreen() const {
   return windows;
 }
 
+bool RunningVistrel::isFloating(xcb_window_t window) const {
+  return hasState(*connection_, window, "_NET_WM_STATE_ABOVE");
+}
+
 PickerOnScreen RunningVistrel::picker() const {
   xcb_window_t picker = XCB_WINDOW_NONE;
   waitUntil("the picker", process_, [&] {
     for (const xcb_window_t window : windowsOnScreen()) {
-      if (titleOf(*connection_, window) == "Vistrel") {
+      if (titleOf(*connection_, window) == "Vistrel" && !isFloating(window)) {
         picker = window;
       }
     }
@@ -62,9 +66,7 @@ std::vector<Rect> RunningVistrel::pickerRows(std::size_t count) const {
 
 std::vector<PanelOnScreen> RunningVistrel::panels() const {
   std::vector<xcb_window_t> windows = windowsOnScreen();
-  std::erase_if(windows, [&](xcb_window_t window) {
-    return !hasState(*connection_, window, "_NET_WM_STATE_ABOVE");
-  });
+  std::erase_if(windows, [&](xcb_window_t window) { return !isFloating(window); });
   // A server hands a program its window numbers in ascending order.
   std::ranges::sort(windows);
   std::vector<PanelOnScreen> panels;

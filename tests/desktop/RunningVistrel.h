@@ -38,6 +38,8 @@ class RunningVistrel {
 
  private:
   std::vector<xcb_window_t> windowsOnScreen() const;
+  /// What sets a panel apart from the picker; their titles need not.
+  bool isFloating(xcb_window_t window) const;
 
   const XConnection* connection_;
   ChildProcess process_;

@@ -134,41 +134,65 @@ bool follows(const XConnection& connection, xcb_window_t source, const PanelOnSc
   return true;
 }
 
-PanelOnScreen mirrorRow(const RunningVistrel& vistrel, InputDriver& hand, std::size_t row,
-                        std::size_t panelsAfter) {
-  constexpr std::uint32_t betweenClicks = 700;
-  const Point at = vistrel.pickerRows(demoSources.size()).at(row).centre();
-  hand.rest(betweenClicks);
-  hand.clickAt(at, 2);
-  return vistrel.panels(panelsAfter).back();
-}
-
-bool run(const std::filesystem::path& picture) {
-  const PrivateDisplay display({.width = 1440, .height = 900});
-  const XConnection connection(display.name());
-  paintDesktop(connection);
-  std::vector<std::unique_ptr<ChildProcess>> sources;
-  xcb_window_t tide = XCB_WINDOW_NONE;
-  for (const Source& source : demoSources) {
-    sources.push_back(startSource(display, source));
-    tide = windowOf(connection, *sources.back());
+/// A session with ordinary windows, and a person who mirrors them.
+class Demo {
+ public:
+  Demo() {
+    paintDesktop(connection_);
+    for (const Source& source : demoSources) {
+      sources_.push_back(startSource(display_, source));
+      newestSource_ = windowOf(connection_, *sources_.back());
+    }
   }
 
-  const RunningVistrel vistrel(display, connection);
-  InputDriver hand(connection);
-  mirrorRow(vistrel, hand, builderRow, 1);
-  const PanelOnScreen mirror = mirrorRow(vistrel, hand, tideRow, 2);
-  std::cout << "Double-clicked a row of the picker: a panel mirrors the window.\n";
-  const Point from = mirror.titleBar();
-  hand.drag(from, {from.x + 250, from.y + 40}, 40);
+  /// Whether the mirror followed its source.
+  bool run() {
+    vistrel_ = std::make_unique<RunningVistrel>(display_, connection_);
+    mirrorRow(builderRow, 1);
+    const PanelOnScreen mirror = mirrorRow(tideRow, 2);
+    std::cout << "Double-clicked rows of the picker: panels mirror the windows.\n";
+    const Point from = mirror.titleBar();
+    hand_.drag(from, {from.x + 250, from.y + 40}, 40);
+    // In the open, so that what it shows can be compared.
+    constexpr std::uint32_t byPerson = 2;
+    connection_.sendToManager(newestSource_, "_NET_ACTIVE_WINDOW", {byPerson});
+    const bool followed = follows(connection_, newestSource_, mirror);
+    std::cout << (followed ? "The mirror's pixels followed the source's.\n"
+                           : "The mirror's pixels did not follow the source's.\n");
+    return followed;
+  }
 
-  // The pointer rests where the panel was dragged to; the source lies in the open for comparison.
-  connection.sendToManager(tide, "_NET_ACTIVE_WINDOW", {2, 0, 0});
-  const bool followed = follows(connection, tide, mirror);
-  std::cout << (followed ? "The mirror's pixels followed the source's.\n"
-                         : "The mirror's pixels did not follow the source's.\n");
-  ScreenReader(connection).readAll().savePng(picture);
-  std::cout << "The screen is saved as " << picture.string() << ".\n";
+  void savePicture(const std::filesystem::path& file) const {
+    ScreenReader(connection_).readAll().savePng(file);
+    std::cout << "The screen is saved as " << file.string() << ".\n";
+  }
+
+ private:
+  PanelOnScreen mirrorRow(std::size_t row, std::size_t panelsAfter) {
+    constexpr std::uint32_t betweenClicks = 700;
+    const Point at = vistrel_->pickerRows(demoSources.size()).at(row).centre();
+    hand_.rest(betweenClicks);
+    hand_.clickAt(at, 2);
+    return vistrel_->panels(panelsAfter).back();
+  }
+
+  const PrivateDisplay display_{{.width = 1440, .height = 900}};
+  const XConnection connection_{display_.name()};
+  InputDriver hand_{connection_};
+  std::vector<std::unique_ptr<ChildProcess>> sources_;
+  xcb_window_t newestSource_ = XCB_WINDOW_NONE;
+  std::unique_ptr<RunningVistrel> vistrel_;
+};
+
+bool show(const std::filesystem::path& picture) {
+  Demo demo;
+  bool followed = false;
+  try {
+    followed = demo.run();
+  } catch (const std::exception& failure) {
+    std::cerr << "The demo failed: " << failure.what() << '\n';
+  }
+  demo.savePicture(picture);
   return followed;
 }
 
@@ -181,9 +205,9 @@ int main(int argc, char** argv) {
     return EXIT_FAILURE;
   }
   try {
-    return vistrel::testbed::run(argv[1]) ? EXIT_SUCCESS : EXIT_FAILURE;
+    return vistrel::testbed::show(argv[1]) ? EXIT_SUCCESS : EXIT_FAILURE;
   } catch (const std::exception& failure) {
-    std::cerr << "The demo failed: " << failure.what() << '\n';
+    std::cerr << "The demo cannot be shown: " << failure.what() << '\n';
     return EXIT_FAILURE;
   }
 }
