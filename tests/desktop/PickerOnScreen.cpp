@@ -17,6 +17,14 @@ constexpr int listBottomMargin = 62;
 constexpr int largestGapInText = 3;
 constexpr int buttonMiddle = 14 + 12;
 
+/// Whether the picker is painted yet: its list stands out against the margin beside it, which what
+/// lies under the window does not do just there.
+bool showsList(const ScreenReader& screen, Rect window) {
+  constexpr int inMargin = listLeft / 2;
+  const int middle = window.y + window.height / 2;
+  return screen.pixel({window.x + inMargin, middle}) != screen.pixel({window.x + listLeft, middle});
+}
+
 bool isUniform(const Picture& picture, int y) {
   for (int x = 1; x < picture.width(); ++x) {
     if (picture.at(x, y) != picture.at(0, y)) {
@@ -37,10 +45,11 @@ std::vector<Rect> PickerOnScreen::rows() const {
   const Rect list{window.x + listLeft, window.y + listTop,
                   window.width - listLeft - listRightMargin,
                   window.height - listTop - listBottomMargin};
-  if (list.width <= 0 || list.height <= 0) {
+  const ScreenReader screen(*connection_);
+  if (list.width <= 0 || list.height <= 0 || !showsList(screen, window)) {
     return {};
   }
-  const Picture picture = ScreenReader(*connection_).read(list);
+  const Picture picture = screen.read(list);
   std::vector<Rect> rows;
   for (int y = 0; y < picture.height(); ++y) {
     if (isUniform(picture, y)) {
@@ -52,7 +61,8 @@ std::vector<Rect> PickerOnScreen::rows() const {
     }
     rows.back().height = top + 1 - rows.back().y;
   }
-  return rows;
+  // While the manager still places the window, what was read may not be where it is now.
+  return area() == window ? rows : std::vector<Rect>{};
 }
 
 bool PickerOnScreen::isMarked(Rect row) const {
