@@ -1,6 +1,7 @@
 #include <atomic>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 
 #include "tests/contract/ContractTest.h"
 
@@ -104,6 +105,7 @@ class StreamContract : public ContractTest {
  protected:
   std::shared_ptr<Stream> streamOf(const SourceWindow& source) {
     const auto record = listed(source.id());
+    if (!record) throw std::runtime_error("the source is not listed");
     auto stream = platform::makeStream({.desktopIndependentWindow = record},
                                        {.width = static_cast<std::int64_t>(record->frame.width()),
                                         .height = static_cast<std::int64_t>(record->frame.height()),
