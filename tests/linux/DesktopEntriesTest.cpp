@@ -1,0 +1,128 @@
+#include <chrono>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <string>
+
+#include "platform/linux/x11/DesktopEntries.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(LocaleSuffixes, goFromTheMostSpecificToTheLanguage) {
+  EXPECT_THAT(localeSuffixes("de_AT.UTF-8@euro"),
+              ElementsAre("de_AT@euro", "de_AT", "de@euro", "de"));
+  EXPECT_THAT(localeSuffixes("de_AT.UTF-8"), ElementsAre("de_AT", "de"));
+  EXPECT_THAT(localeSuffixes("fr"), ElementsAre("fr"));
+}
+
+TEST(LocaleSuffixes, areNoneWithoutALanguage) {
+  for (const auto* locale : {"", "C", "C.UTF-8", "POSIX"}) {
+    EXPECT_THAT(localeSuffixes(locale), IsEmpty()) << locale;
+  }
+}
+
+constexpr auto files = R"(# A comment
+[Desktop Entry]
+Type=Application
+Name=Files
+Name[de]=Dateien
+Name[de_AT] = Akten
+StartupWMClass=Org.Files
+
+[Desktop Action new]
+Name=New Window
+)";
+
+TEST(DesktopEntry, isNamedInThePersonsLanguage) {
+  EXPECT_EQ(parseDesktopEntry(files, "de_DE.UTF-8")->name, "Dateien");
+  EXPECT_EQ(parseDesktopEntry(files, "de_AT.UTF-8")->name, "Akten");
+  EXPECT_EQ(parseDesktopEntry(files, "fr_FR.UTF-8")->name, "Files");
+  EXPECT_EQ(parseDesktopEntry(files, "C")->name, "Files");
+}
+
+TEST(DesktopEntry, saysWhichClassItsWindowsHave) {
+  EXPECT_EQ(parseDesktopEntry(files, "C")->startupWMClass, "Org.Files");
+}
+
+TEST(DesktopEntry, isNoneForLinksHiddenOnesAndThoseWithoutAName) {
+  EXPECT_FALSE(parseDesktopEntry("[Desktop Entry]\nType=Link\nName=x\n", "C"));
+  EXPECT_FALSE(parseDesktopEntry("[Desktop Entry]\nType=Application\nName=x\nHidden=true\n", "C"));
+  EXPECT_FALSE(parseDesktopEntry("[Desktop Entry]\nType=Application\n", "C"));
+  EXPECT_FALSE(parseDesktopEntry("", "C"));
+}
+
+TEST(DesktopEntry, hasItsEscapesUndone) {
+  const auto entry =
+      parseDesktopEntry("[Desktop Entry]\nType=Application\nName=a\\sb\\\\c\xFF\r\n", "C");
+  EXPECT_EQ(entry->name, "a b\\c\uFFFD");
+}
+
+class DesktopEntriesTest : public testing::Test {
+ protected:
+  void install(const std::string& data, const std::string& file, const std::string& text) {
+    const auto path = directory_.path() / data / "applications" / file;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path) << "[Desktop Entry]\nType=Application\n" << text;
+  }
+
+  DesktopEntries entries() {
+    DesktopEntries result({directory_.path() / "home", directory_.path() / "system"}, "C");
+    result.refresh();
+    return result;
+  }
+
+  testbed::TemporaryDirectory directory_;
+};
+
+TEST_F(DesktopEntriesTest, areFoundByTheirIdWithFoldersInIt) {
+  install("system", "kde/okular.desktop", "Name=Okular\n");
+  EXPECT_EQ(entries().withId("kde-okular")->name, "Okular");
+  EXPECT_EQ(entries().withId("okular"), nullptr);
+}
+
+TEST_F(DesktopEntriesTest, areFoundByTheirWindowsClassWhateverItsLetterCase) {
+  install("system", "org.files.desktop", "Name=Files\nStartupWMClass=FilesWindow\n");
+  EXPECT_EQ(entries().withWindowClass("fileswindow")->name, "Files");
+  EXPECT_EQ(entries().withWindowClass("Org.Files")->name, "Files");
+  EXPECT_EQ(entries().withWindowClass(""), nullptr);
+}
+
+TEST_F(DesktopEntriesTest, goByTheirOwnWordOnTheClassFirst) {
+  install("system", "term.desktop", "Name=Plain\n");
+  install("system", "zterm.desktop", "Name=Fancy\nStartupWMClass=term\n");
+  EXPECT_EQ(entries().withWindowClass("term")->name, "Fancy");
+}
+
+TEST_F(DesktopEntriesTest, ofThePersonGoBeforeThoseOfTheSystem) {
+  install("system", "edit.desktop", "Name=System's\n");
+  install("home", "edit.desktop", "Name=Mine\n");
+  EXPECT_EQ(entries().withId("edit")->name, "Mine");
+}
+
+TEST_F(DesktopEntriesTest, canBeHiddenByThePerson) {
+  install("system", "edit.desktop", "Name=System's\n");
+  install("home", "edit.desktop", "Name=Mine\nHidden=true\n");
+  EXPECT_EQ(entries().withId("edit"), nullptr);
+  EXPECT_EQ(entries().withWindowClass("edit"), nullptr);
+}
+
+TEST_F(DesktopEntriesTest, installedLaterAreFoundAfterARefresh) {
+  install("system", "first.desktop", "Name=First\n");
+  auto all = entries();
+  install("system", "second.desktop", "Name=Second\n");
+  const auto applications = directory_.path() / "system" / "applications";
+  // Clocks of file systems may be coarse.
+  std::filesystem::last_write_time(
+      applications, std::filesystem::last_write_time(applications) + std::chrono::seconds(5));
+  all.refresh();
+  EXPECT_EQ(all.withId("second")->name, "Second");
+}
+
+TEST_F(DesktopEntriesTest, areNoneWithoutDirectories) { EXPECT_EQ(entries().withId("x"), nullptr); }
+
+}  // namespace
+}  // namespace vistrel::platform::linux_desktop
