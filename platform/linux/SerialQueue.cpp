@@ -5,6 +5,7 @@
 #include <cmath>
 #include <ctime>
 #include <deque>
+#include <future>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -280,6 +281,17 @@ std::shared_ptr<SerialQueue> SerialQueue::make(std::string label, QualityOfServi
   auto loop = std::make_shared<QueueLoop>(std::move(label), quality);
   Threads::shared().start(loop);
   return std::make_shared<QueueHandle>(std::move(loop));
+}
+
+void asyncAndWait(SerialQueue& queue, Block block) {
+  // Dropped with the block, the promise ends the waiting too.
+  auto done = std::make_shared<std::promise<void>>();
+  const auto finished = done->get_future();
+  queue.async([block = std::move(block), done = std::move(done)] {
+    block();
+    done->set_value();
+  });
+  finished.wait();
 }
 
 double monotonicNow() {

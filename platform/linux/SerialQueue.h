@@ -30,6 +30,10 @@ class SerialQueue : public DispatchQueue, public std::enable_shared_from_this<Se
   virtual std::shared_ptr<void>& attachment() = 0;
 };
 
+/// Runs `block` on another queue and waits for it; returns as well when the queue ends without
+/// having run it.
+void asyncAndWait(SerialQueue& queue, Block block);
+
 /// Seconds of CLOCK_MONOTONIC.
 double monotonicNow();
 

@@ -170,6 +170,21 @@ TEST(SerialQueue, releasesItsAttachmentOnItsOwnThread) {
   EXPECT_EQ(releasingThread.get_future().get(), expected);
 }
 
+TEST(SerialQueue, canBeWaitedFor) {
+  const auto queue = makeQueue();
+  bool ran = false;
+  asyncAndWait(*queue, [&] { ran = true; });
+  EXPECT_TRUE(ran);
+}
+
+TEST(SerialQueue, holdsNobodyUpWhoWaitsForItAfterTheShutDown) {
+  const auto queue = makeQueue();
+  shutDownSerialQueues();
+  bool ran = false;
+  asyncAndWait(*queue, [&] { ran = true; });
+  EXPECT_FALSE(ran);
+}
+
 TEST(SerialQueue, beginsNothingAfterTheShutDown) {
   const auto queue = makeQueue();
   std::atomic<int> late = 0;

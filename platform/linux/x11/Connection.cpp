@@ -1,5 +1,6 @@
 #include "platform/linux/x11/Connection.h"
 
+#include <mutex>
 #include <tuple>
 #include <xcb/composite.h>
 #include <xcb/damage.h>
@@ -65,6 +66,9 @@ bool hasClientIds(xcb_connection_t* c) {
 }  // namespace
 
 std::unique_ptr<Connection> Connection::open() {
+  // libXau keeps the name of the authority file in static memory.
+  static std::mutex opening;
+  const std::lock_guard lock(opening);
   int number = 0;
   auto* connection = xcb_connect(nullptr, &number);
   if (xcb_connection_has_error(connection)) {

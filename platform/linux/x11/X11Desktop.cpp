@@ -27,9 +27,10 @@ class XcbDesktop : public X11Desktop {
   explicit XcbDesktop(std::unique_ptr<Connection> connection)
       : connection_(std::move(connection)),
         panelQueue_(SerialQueue::make("vistrel.panels", QualityOfService::userInteractive)) {
-    // The panels' connection is there all the time, so it notices that the display is gone.
-    panelQueue_->async([queue = panelQueue_] {
-      const auto worker = MirrorWorker::of(queue);
+    // The panels' connection is there all the time, so it notices that the display is gone. It is
+    // opened before the toolkit opens its own: libXau must not be entered twice.
+    asyncAndWait(*panelQueue_, [this] {
+      const auto worker = MirrorWorker::of(panelQueue_);
       if (!worker) endProgramDisplayLost();
       worker->setOnLost([] { endProgramDisplayLost(); });
     });

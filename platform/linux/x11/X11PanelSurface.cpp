@@ -1,25 +1,10 @@
 #include "platform/linux/x11/X11PanelSurface.h"
 
-#include <future>
 #include <utility>
 
 #include "platform/linux/x11/MirrorWorker.h"
 
 namespace vistrel::platform::linux_desktop {
-namespace {
-
-/// Runs `block` on a queue and waits for it; returns as well when the queue has ended without it.
-void runAndWait(SerialQueue& queue, Block block) {
-  const auto done = std::make_shared<std::promise<void>>();
-  const auto finished = done->get_future();
-  queue.async([block = std::move(block), done] {
-    block();
-    done->set_value();
-  });
-  finished.wait();
-}
-
-}  // namespace
 
 X11PanelSurface::X11PanelSurface(std::uint32_t window, std::shared_ptr<SerialQueue> homeQueue)
     : window_(window) {
@@ -62,7 +47,7 @@ void X11PanelSurface::setContents(std::shared_ptr<const Image> image) {
 void X11PanelSurface::detach() {
   const auto queue = std::exchange(queue_, nullptr);
   if (!queue) return;
-  runAndWait(*queue, [queue, window = window_] {
+  asyncAndWait(*queue, [queue, window = window_] {
     if (const auto worker = MirrorWorker::existingOf(*queue)) worker->removePanel(window);
   });
 }
