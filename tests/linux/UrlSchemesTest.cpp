@@ -1,0 +1,62 @@
+#include <fstream>
+#include <gtest/gtest.h>
+
+#include "platform/linux/qt/UrlSchemes.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+TEST(SchemeOf, IsWhatStandsBeforeTheColonInLowerCase) {
+  EXPECT_EQ(schemeOf("https://example.org/"), "https");
+  EXPECT_EQ(schemeOf("MailTo:ann@example.org"), "mailto");
+  EXPECT_EQ(schemeOf("x-apple.systempreferences:com.apple.preference.security"),
+            "x-apple.systempreferences");
+}
+
+TEST(SchemeOf, IsEmptyWhereNoneIsWellFormed) {
+  for (const char* url : {"", "https", ":", "://", "1a:b", "a b:c", "ü:x", "x-scheme/handler=:"}) {
+    EXPECT_EQ(schemeOf(url), "") << url;
+  }
+}
+
+class SchemeHandlers : public ::testing::Test {
+ protected:
+  void write(const char* file, const char* text) {
+    const auto path = directory_.path() / file;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path) << text;
+  }
+
+  bool isServed(const char* scheme) {
+    const auto lists = handlerLists({directory_.path() / "config"}, {directory_.path() / "data"});
+    return isSchemeServed(scheme, lists);
+  }
+
+  testbed::TemporaryDirectory directory_;
+};
+
+TEST_F(SchemeHandlers, NothingIsServedWithoutLists) { EXPECT_FALSE(isServed("https")); }
+
+TEST_F(SchemeHandlers, APersonsChoiceServes) {
+  write("config/mimeapps.list", "[Default Applications]\nx-scheme-handler/https=b.desktop\n");
+  EXPECT_TRUE(isServed("https"));
+  EXPECT_FALSE(isServed("http"));
+  EXPECT_FALSE(isServed(""));
+}
+
+TEST_F(SchemeHandlers, AnInstalledProgramServes) {
+  write("data/applications/mimeinfo.cache", "[MIME Cache]\nx-scheme-handler/irc=chat.desktop;\n");
+  EXPECT_TRUE(isServed("irc"));
+}
+
+TEST_F(SchemeHandlers, ARemovedOrEmptyAssociationDoesNotServe) {
+  write("config/mimeapps.list",
+        "[Removed Associations]\nx-scheme-handler/irc=chat.desktop;\n"
+        "[Default Applications]\nx-scheme-handler/https=\n");
+  EXPECT_FALSE(isServed("irc"));
+  EXPECT_FALSE(isServed("https"));
+}
+
+}  // namespace
+}  // namespace vistrel::platform::linux_desktop
