@@ -140,8 +140,9 @@ QRectF PainterContext::untransformed(const Rect& rect) const {
 
 QRectF PainterContext::snapped(const Rect& rect) const {
   const QRectF area = untransformed(rect);
-  return {QPointF(nearestPixel(area.left()), nearestPixel(area.top())),
-          QPointF(nearestPixel(area.right()), nearestPixel(area.bottom()))};
+  const QRectF crisp(QPointF(nearestPixel(area.left()), nearestPixel(area.top())),
+                     QPointF(nearestPixel(area.right()), nearestPixel(area.bottom())));
+  return crisp & wholeOf(*painter_.device());
 }
 
 double PainterContext::nearestPixel(double coordinate) const {

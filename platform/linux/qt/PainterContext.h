@@ -43,7 +43,8 @@ class PainterContext final : public TreeGraphicsContext {
 
  private:
   QRectF untransformed(const Rect& rect) const;
-  /// The same with its edges on the nearest pixels, so that they are crisp whatever the points.
+  /// The same with its edges on the nearest pixels of the device, so that they are crisp whatever
+  /// the points.
   QRectF snapped(const Rect& rect) const;
   double nearestPixel(double coordinate) const;
   QColor colorOf(const Color& color) const;
