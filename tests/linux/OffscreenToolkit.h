@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QGuiApplication>
+#include <array>
+
+namespace vistrel::platform::linux_desktop {
+
+/// The toolkit without a display, for what needs its fonts. One at a time, for a whole process.
+class OffscreenToolkit {
+ public:
+  /// Makes it on first use.
+  static void start() { static OffscreenToolkit toolkit; }
+
+ private:
+  OffscreenToolkit() : application_(count_, arguments_.data()) {}
+
+  std::array<char, 6> name_ = {"tests"};
+  std::array<char, 10> option_ = {"-platform"};
+  std::array<char, 10> platform_ = {"offscreen"};
+  std::array<char*, 4> arguments_ = {name_.data(), option_.data(), platform_.data(), nullptr};
+  int count_ = 3;
+  QGuiApplication application_;
+};
+
+}  // namespace vistrel::platform::linux_desktop

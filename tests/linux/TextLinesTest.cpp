@@ -1,0 +1,71 @@
+#include <QFontMetricsF>
+#include <gtest/gtest.h>
+
+#include "platform/linux/qt/Fonts.h"
+#include "tests/linux/OffscreenToolkit.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+constexpr double unlimited = 100000;
+
+class TextLines : public ::testing::Test {
+ protected:
+  void SetUp() override { OffscreenToolkit::start(); }
+
+  double widthOf(const QString& text) const {
+    return QFontMetricsF(toolkitFont(Font{11})).horizontalAdvance(text);
+  }
+
+  const TextStyle oneLine_{.font = {11}, .color = {}};
+  const TextStyle threeLines_{.font = {11},
+                              .color = {},
+                              .lineBreakMode = LineBreakMode::wordWrapping,
+                              .maximumNumberOfLines = 3};
+};
+
+TEST_F(TextLines, TextThatFitsStaysAsItIs) {
+  EXPECT_EQ(linesOf("Editor — Draft", oneLine_, {unlimited, 16}), QStringList{"Editor — Draft"});
+}
+
+TEST_F(TextLines, TextTooLongIsCutAtItsTail) {
+  const QStringList lines = linesOf("A title that is far too long", oneLine_, {90, 16});
+  ASSERT_EQ(lines.size(), 1);
+  EXPECT_TRUE(lines[0].startsWith("A title"));
+  EXPECT_TRUE(lines[0].endsWith("…"));
+  EXPECT_LE(widthOf(lines[0]), 90);
+}
+
+TEST_F(TextLines, ATitleWithLineFeedsIsOneLine) {
+  EXPECT_EQ(linesOf("one\ntwo\tthree", oneLine_, {unlimited, 16}), QStringList{"one two three"});
+}
+
+TEST_F(TextLines, WordsAreWrappedAndNotBroken) {
+  const double width = widthOf("Source window is") + 2;
+  EXPECT_EQ(linesOf("Source window is no longer available.", threeLines_, {width, 48}),
+            (QStringList{"Source window is", "no longer", "available."}));
+}
+
+TEST_F(TextLines, ALineFeedBreaksTheLine) {
+  EXPECT_EQ(linesOf("Permission is required.\nThe reason.", threeLines_, {unlimited, 48}),
+            (QStringList{"Permission is required.", "The reason."}));
+}
+
+TEST_F(TextLines, TheLastLineAllowedIsCutAtItsTail) {
+  const double width = widthOf("one two") + 2;
+  const QStringList lines = linesOf("one two one two one two one two", threeLines_, {width, 48});
+  ASSERT_EQ(lines.size(), 3);
+  EXPECT_EQ(lines[1], "one two");
+  EXPECT_TRUE(lines[2].endsWith("…"));
+  EXPECT_LE(widthOf(lines[2]), width);
+}
+
+TEST_F(TextLines, NoMoreLinesThanTheAreaHolds) {
+  EXPECT_EQ(linesOf("one\ntwo\nthree", threeLines_, {unlimited, 30}).size(), 2);
+  TextStyle asManyAsFit = threeLines_;
+  asManyAsFit.maximumNumberOfLines = 0;
+  EXPECT_EQ(linesOf("1\n2\n3\n4", asManyAsFit, {unlimited, 600}).size(), 4);
+}
+
+}  // namespace
+}  // namespace vistrel::platform::linux_desktop
