@@ -1,7 +1,10 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <iostream>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "tests/desktop/RunningVistrel.h"
 #include "tests/support/InputDriver.h"
@@ -23,6 +26,9 @@ class DesktopTest : public ::testing::Test {
   static constexpr Rect sourceArea{240, 480, 1000, 500};
 
   void TearDown() override {
+    if (HasFailure()) {
+      saveScreen();
+    }
     if (vistrel_) {
       EXPECT_FALSE(vistrel_->process().ending().has_value()) << "the program ended";
       EXPECT_EQ(vistrel_->process().standardError(), "");
@@ -53,6 +59,19 @@ class DesktopTest : public ::testing::Test {
   PanelOnScreen mirrorOnlySource() {
     startVistrel();
     return mirrorRow(0, 1, 1);
+  }
+
+  /// For whoever looks into a failure: what the screen showed at its end.
+  void saveScreen() const {
+    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+    const std::string file =
+        std::string("failed/") + test->test_suite_name() + "." + test->name() + ".png";
+    try {
+      screen_.readAll().savePng(file);
+      std::cerr << "The screen is saved as " << file << ".\n";
+    } catch (const std::exception& failure) {
+      std::cerr << "The screen cannot be saved: " << failure.what() << '\n';
+    }
   }
 
   /// Long enough that two clicks are no double-click.

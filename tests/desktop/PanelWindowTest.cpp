@@ -13,11 +13,13 @@ class PanelWindow : public DesktopTest {
   }
 };
 
+// A manager takes the states that it does not know off again, such as "sticky", which being on
+// every desktop then stands for.
 TEST_F(PanelWindow, FloatsOnEveryDesktopAndStaysOutOfTheTaskbar) {
   const auto source = openSource();
   const PanelOnScreen panel = mirrorOnlySource();
-  for (const char* state : {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_STICKY",
-                            "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
+  for (const char* state :
+       {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
     EXPECT_TRUE(eventually([&] { return hasState(connection_, panel.id(), state); })) << state;
   }
   EXPECT_EQ(connection_.numbers(panel.id(), "_NET_WM_DESKTOP"), std::vector{everyDesktop});

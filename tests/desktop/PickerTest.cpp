@@ -89,13 +89,16 @@ TEST_F(Picker, TheProgramsOwnWindowsAreNeverListed) {
 }
 
 TEST_F(Picker, AMirroredRowTurnsGreenAndThePickerStays) {
-  const auto source = openSource();
+  const auto first = openSource({.title = "1", .area = sourceArea, .decorated = false});
+  const auto second = openSource({.title = "2", .area = sourceArea, .decorated = false});
   startVistrel();
-  const Rect row = vistrel_->pickerRows(1).front();
-  EXPECT_FALSE(vistrel_->picker().isMarked(row));
-  mirrorRow(0, 1, 1);
-  // The selection's colour lies under the row until another window has the list.
-  EXPECT_TRUE(eventually([&] { return vistrel_->picker().isMarked(row); }));
+  mirrorRow(0, 2, 1);
+  // The selection's own colours give way when another row is selected.
+  const std::vector<Rect> rows = vistrel_->pickerRows(2);
+  input_.rest(betweenClicks);
+  input_.clickAt(rows[1].centre());
+  EXPECT_TRUE(eventually([&] { return vistrel_->picker().isMarked(rows[0]); }));
+  EXPECT_FALSE(vistrel_->picker().isMarked(rows[1]));
 }
 
 TEST_F(Picker, ASecondRequestBringsTheMirrorForward) {

@@ -105,22 +105,32 @@ void TestWindow::show(const Quadrants& picture) {
                     static_cast<std::uint16_t>(width_), static_cast<std::uint16_t>(height_));
   const int middleX = width_ / 2;
   const int middleY = height_ / 2;
-  paint({0, 0, middleX, middleY}, picture.topLeft);
-  paint({middleX, 0, width_ - middleX, middleY}, picture.topRight);
-  paint({0, middleY, middleX, height_ - middleY}, picture.bottomLeft);
-  paint({middleX, middleY, width_ - middleX, height_ - middleY}, picture.bottomRight);
+  draw({0, 0, middleX, middleY}, picture.topLeft);
+  draw({middleX, 0, width_ - middleX, middleY}, picture.topRight);
+  draw({0, middleY, middleX, height_ - middleY}, picture.bottomLeft);
+  draw({middleX, middleY, width_ - middleX, height_ - middleY}, picture.bottomRight);
+  present({0, 0, width_, height_});
 }
 
 void TestWindow::paint(Rect part, Rgb colour) {
+  draw(part, colour);
+  present(part);
+}
+
+void TestWindow::draw(Rect part, Rgb colour) {
   const std::uint32_t pixel = pixelOf(colour);
   const xcb_rectangle_t rectangle{
       static_cast<std::int16_t>(part.x), static_cast<std::int16_t>(part.y),
       static_cast<std::uint16_t>(part.width), static_cast<std::uint16_t>(part.height)};
   xcb_change_gc(connection_.get(), pen_, XCB_GC_FOREGROUND, &pixel);
   xcb_poly_fill_rectangle(connection_.get(), surface_, pen_, 1, &rectangle);
+}
+
+void TestWindow::present(Rect part) {
   xcb_change_window_attributes(connection_.get(), id_, XCB_CW_BACK_PIXMAP, &surface_);
-  xcb_clear_area(connection_.get(), 0, id_, rectangle.x, rectangle.y, rectangle.width,
-                 rectangle.height);
+  xcb_clear_area(connection_.get(), 0, id_, static_cast<std::int16_t>(part.x),
+                 static_cast<std::int16_t>(part.y), static_cast<std::uint16_t>(part.width),
+                 static_cast<std::uint16_t>(part.height));
   connection_.sync();
 }
 

@@ -60,7 +60,7 @@ class TestWindow {
   /// Without decorations, in root coordinates.
   Rect area() const;
 
-  /// Repaints all of it.
+  /// Repaints all of it at one stroke.
   void show(const Quadrants& picture);
   /// Repaints a part of it, in its own coordinates.
   void paint(Rect part, Rgb colour);
@@ -80,7 +80,8 @@ class TestWindow {
 
  private:
   void announce(const Options& options) const;
-  void useAsBackground();
+  void draw(Rect part, Rgb colour);
+  void present(Rect part);
 
   XConnection connection_;
   xcb_window_t id_;
