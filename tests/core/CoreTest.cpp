@@ -40,6 +40,16 @@ void MirrorTest::showMirror() {
   desktop_.turnMainQueue();
 }
 
+platform::StreamConfiguration MirrorTest::configurationOf(std::int64_t width, std::int64_t height) {
+  return {.width = width,
+          .height = height,
+          .minimumFrameInterval = {1, 30},
+          .queueDepth = 6,
+          .showsCursor = true,
+          .scalesToFit = true,
+          .pixelFormat = 0x42475241};
+}
+
 void MirrorTest::deliver(Frame frame) {
   stream()->deliver(std::move(frame));
   desktop_.turnMainQueue();

@@ -62,6 +62,9 @@ class MirrorTest : public CoreTest {
   /// Makes the mirror of an ordinary source, shows it, and lets its stream start.
   void showMirror();
 
+  /// What a mirror's stream is to be configured with at a size in pixels.
+  static platform::StreamConfiguration configurationOf(std::int64_t width, std::int64_t height);
+
   /// Delivers a frame to the mirror's last stream and lets it be handled.
   void deliver(Frame frame);
   void deliverPicture() { deliver({.image = brightPixels()}); }

@@ -166,6 +166,16 @@ TEST_F(RollUpTest, HidesEverythingBelowTheTitleBar) {
   EXPECT_TRUE(mirror_->statusLabel()->isHidden());
 }
 
+TEST_F(RollUpTest, HidesAndShowsAlsoWhenTheFrameStaysAsItIs) {
+  mirror_->panel()->setFrame(rect(100, 670, 340, 26), true);
+  for (const bool hidden : {true, false}) {
+    mirror_->toggleRollUp();
+    desktop_.turnMainQueue();
+    EXPECT_EQ(mirror_->panel()->frame(), rect(100, 670, 340, 26));
+    EXPECT_EQ(mirror_->content()->isHidden(), hidden);
+  }
+}
+
 TEST_F(RollUpTest, KeepsThePlaceAndWidthOfNowWhenItComesBack) {
   mirror_->toggleRollUp();
   windows().moveWindow(*mirror_->panel(), rect(7, 300, 500, 26));

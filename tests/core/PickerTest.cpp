@@ -229,6 +229,7 @@ TEST_F(PickerTest, MirrorsTheSelectedRowAndMarksIt) {
   openSource("Browser", "Start Page");
   openSource("Notes", "b");
   reload();
+  EXPECT_THAT(rows(), ElementsAre("Browser — Start Page", "Notes — b"));
   picker_->window()->makeKeyAndOrderFront();
   picker_->tableView()->personDidSelectRow(0);
   picker_->mirrorSelected();

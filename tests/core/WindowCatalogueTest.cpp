@@ -43,10 +43,13 @@ TEST_F(WindowCatalogueTest, FetchesTheListInOrderOnMainLater) {
 }
 
 TEST_F(WindowCatalogueTest, FetchingLeavesTheCacheAlone) {
-  openSource();
+  openSource("App", "old");
+  manager_->refreshWindowsBlocking(0.7);
+  openSource("App", "new");
   fetch();
   desktop_.turnMainQueue();
-  EXPECT_THAT(manager_->cachedWindows(), IsEmpty());
+  EXPECT_EQ(fetched_.back().size(), 2U);
+  EXPECT_EQ(titlesOf(manager_->cachedWindows()), Titles{"old"});
 }
 
 TEST_F(WindowCatalogueTest, LeavesOutTheProgramsOwnWindows) {

@@ -127,7 +127,7 @@ class RandomWindows {
   explicit RandomWindows(unsigned seed) : random_(seed) {}
 
   std::vector<WindowRecord> some() {
-    std::vector<WindowRecord> windows(below(30));
+    std::vector<WindowRecord> windows(below(300));
     WindowID id = 1;
     for (auto& record : windows) record = one(id++);
     return windows;
@@ -185,7 +185,7 @@ std::vector<WindowRecord> naively(const std::vector<WindowRecord>& windows) {
 
 TEST_F(MirrorWorthyWindowsTest, AgreesWithANaiveModelForRandomWindows) {
   RandomWindows random(17);
-  for (int round = 0; round < 2000; ++round) {
+  for (int round = 0; round < 300; ++round) {
     const auto windows = random.some();
     ASSERT_EQ(mirrorWorthyWindows(windows, ownProcess), naively(windows)) << "round " << round;
   }
@@ -193,7 +193,7 @@ TEST_F(MirrorWorthyWindowsTest, AgreesWithANaiveModelForRandomWindows) {
 
 TEST_F(MirrorWorthyWindowsTest, ChangesNothingInAListThatItMade) {
   RandomWindows random(19);
-  for (int round = 0; round < 500; ++round) {
+  for (int round = 0; round < 100; ++round) {
     const auto once = mirrorWorthyWindows(random.some(), ownProcess);
     ASSERT_EQ(mirrorWorthyWindows(once, ownProcess), once);
   }
