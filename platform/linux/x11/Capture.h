@@ -34,6 +34,9 @@ class Capture : public std::enable_shared_from_this<Capture> {
   /// The display server is lost.
   void fail(const Error& error);
 
+  /// Ends the capture, which keeps quiet from now on.
+  std::unique_ptr<SourceWindow> takeSource() { return std::move(source_); }
+
   const std::shared_ptr<const LivePicture>& picture() const { return source_->picture(); }
   /// Whether the picture still is what was taken over last; asks the server.
   bool isUnchangedSinceCommit();

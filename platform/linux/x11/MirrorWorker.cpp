@@ -30,11 +30,20 @@ std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window
   if (!connection_->extensions().offersCapture) {
     return Error{"The display server does not offer capturing windows."};
   }
-  auto source = SourceWindow::open(*connection_, window);
+  auto source = openSource(window);
   if (!source) return Error{"The window is no longer there."};
   captures_.push_back({key, std::make_shared<Capture>(*this, std::move(source), configuration,
                                                       std::move(receiver))});
   return std::nullopt;
+}
+
+std::unique_ptr<SourceWindow> MirrorWorker::openSource(WindowID window) {
+  auto resting = std::move(restingSource_);
+  if (!resting || resting->client() != window || resting->isGone()) {
+    return SourceWindow::open(*connection_, window);
+  }
+  resting->renew();
+  return resting;
 }
 
 Capture* MirrorWorker::captureOf(const void* key) {
@@ -44,8 +53,10 @@ Capture* MirrorWorker::captureOf(const void* key) {
 }
 
 void MirrorWorker::stopCapture(const void* key) {
+  auto* const capture = captureOf(key);
+  if (!capture) return;
+  restingSource_ = capture->takeSource();
   std::erase_if(captures_, [&](const Running& each) { return each.key == key; });
-  connection_->flush();
 }
 
 void MirrorWorker::comeBackAt(double seconds) {
@@ -71,6 +82,7 @@ void MirrorWorker::serve() {
 void MirrorWorker::handleEvents() {
   while (const auto event = connection_->pollEvent()) {
     for (const auto& each : captures_) each.capture->handle(*event);
+    if (restingSource_) restingSource_->handle(*event);
     for (auto& each : panels_) each.handle(*event);
   }
 }

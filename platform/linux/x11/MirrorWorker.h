@@ -61,6 +61,8 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
 
   MirrorWorker(const std::shared_ptr<SerialQueue>& queue, std::unique_ptr<Connection> connection);
 
+  /// Null when there is no such window.
+  std::unique_ptr<SourceWindow> openSource(WindowID window);
   void handleEvents();
   void lose();
   PanelPainter* panelOf(xcb_window_t window);
@@ -72,6 +74,9 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   std::unique_ptr<Connection> connection_;
   PictureStore store_;
   std::vector<Running> captures_;
+  /// The source of the stream that was stopped last. Releasing a covered window would cost what is
+  /// covered, until the window is drawn again; and a mirror that is refreshed starts with it again.
+  std::unique_ptr<SourceWindow> restingSource_;
   std::list<PanelPainter> panels_;
   std::optional<double> comingBackAt_;
 };

@@ -21,6 +21,9 @@ class SourceWindow {
   SourceWindow& operator=(const SourceWindow&) = delete;
   ~SourceWindow();
 
+  xcb_window_t client() const { return client_; }
+  /// Takes the picture anew, as if the window had just been opened.
+  void renew() { renamed_ = true; }
   void handle(const xcb_generic_event_t& event);
   /// Follows what the events told. To be called once they have all been handled.
   void refresh();

@@ -3,6 +3,7 @@
 #include <array>
 #include <atomic>
 #include <cstdlib>
+#include <fcntl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -20,6 +21,30 @@ namespace {
 std::string displayName() {
   const char* name = std::getenv("DISPLAY");
   return name ? name : "";
+}
+
+/// Keeps standard error shut while it lives. For libxcb, which writes there why a display refuses.
+class ShutStandardError {
+ public:
+  ShutStandardError() : kept_(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0)) {
+    const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    dup2(nothing, STDERR_FILENO);
+    close(nothing);
+  }
+  ShutStandardError(const ShutStandardError&) = delete;
+  ShutStandardError& operator=(const ShutStandardError&) = delete;
+  ~ShutStandardError() {
+    dup2(kept_, STDERR_FILENO);
+    close(kept_);
+  }
+
+ private:
+  int kept_;
+};
+
+std::unique_ptr<Connection> openQuietly() {
+  const ShutStandardError shut;
+  return Connection::open();
 }
 
 class XcbDesktop : public X11Desktop {
@@ -97,7 +122,7 @@ void XcbDesktop::raise(std::uint32_t window) {
 }  // namespace
 
 X11Desktop::OrFailure X11Desktop::connect() {
-  auto connection = Connection::open();
+  auto connection = openQuietly();
   if (connection) return {std::make_unique<XcbDesktop>(std::move(connection)), {}};
   const auto name = displayName();
   if (name.empty()) return {nullptr, "vistrel: no display: DISPLAY is not set"};
