@@ -30,14 +30,13 @@ std::vector<std::uint8_t> discCoverage(int radius, std::size_t stride) {
 }
 
 std::vector<PixelRect> roundedRows(PixelSize size, int radius) {
-  const int rounded = std::clamp(radius, 0, std::min(size.width, size.height) / 2);
   std::vector<PixelRect> rows;
   const auto addRow = [&](int y, int indented) {
     rows.push_back({indented, y, size.width - 2 * indented, 1});
   };
-  for (int row = 0; row < rounded; ++row) addRow(row, indent(rounded, row));
-  rows.push_back({0, rounded, size.width, size.height - 2 * rounded});
-  for (int row = rounded - 1; row >= 0; --row) addRow(size.height - 1 - row, indent(rounded, row));
+  for (int row = 0; row < radius; ++row) addRow(row, indent(radius, row));
+  rows.push_back({0, radius, size.width, size.height - 2 * radius});
+  for (int row = radius - 1; row >= 0; --row) addRow(size.height - 1 - row, indent(radius, row));
   return rows;
 }
 

@@ -13,7 +13,8 @@ namespace vistrel::platform::linux_desktop {
 /// Rows are `stride` bytes long.
 std::vector<std::uint8_t> discCoverage(int radius, std::size_t stride);
 
-/// A rounded rectangle at the origin as whole pixels: rectangles from the top down.
+/// A rounded rectangle at the origin as whole pixels: rectangles from the top down. The radius is
+/// at most half of either side.
 std::vector<PixelRect> roundedRows(PixelSize size, int radius);
 
 }  // namespace vistrel::platform::linux_desktop

@@ -15,6 +15,16 @@ namespace {
 
 PixelSize sizeOfChrome(const PanelChrome& chrome) { return {chrome.width, chrome.height}; }
 
+/// The radius that fits.
+int cornerRadiusOf(const PanelChrome& chrome) {
+  return std::clamp(chrome.cornerRadius, 0, std::min(chrome.width, chrome.height) / 2);
+}
+
+/// EWMH: a compositing manager owns this selection as long as it runs.
+xcb_atom_t compositorSelection(Connection& connection) {
+  return connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()));
+}
+
 /// The rows that differ between two chromes of the same size.
 std::pair<int, int> differingRows(const PanelChrome& a, const PanelChrome& b) {
   const auto differs = std::mismatch(a.pixels.begin(), a.pixels.end(), b.pixels.begin());
@@ -61,20 +71,17 @@ void PanelPainter::selectEvents() {
   xcb_change_window_attributes(connection_.xcb(), window_,
                                XCB_CW_BACK_PIXMAP | XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK,
                                values.data());
-  const std::string selection = "_NET_WM_CM_S" + std::to_string(connection_.screenNumber());
   xcb_xfixes_select_selection_input(connection_.xcb(), connection_.root(),
-                                    connection_.atom(selection),
+                                    compositorSelection(connection_),
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
 }
 
 bool PanelPainter::isComposited() {
-  // EWMH: a compositing manager owns this selection as long as it runs.
-  const auto selection =
-      connection_.atom("_NET_WM_CM_S" + std::to_string(connection_.screenNumber()));
   const auto owner = replyTo<xcb_get_selection_owner_reply>(
-      connection_.xcb(), xcb_get_selection_owner(connection_.xcb(), selection));
+      connection_.xcb(),
+      xcb_get_selection_owner(connection_.xcb(), compositorSelection(connection_)));
   return owner && owner->owner != XCB_NONE;
 }
 
@@ -91,12 +98,12 @@ void PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
   const auto former = std::exchange(chrome_, std::move(chrome));
   if (former && sameLayout(*former, *chrome_)) {
     const auto [first, count] = differingRows(*former, *chrome_);
-    uploadRows(first, count);
+    if (count > 0) uploadRows(first, count);
     return;
   }
   if (back_.size != sizeOfChrome(*chrome_)) resize(sizeOfChrome(*chrome_));
   overlays_ = mergedWhereOverlapping(chrome_->overlays);
-  if (!former || former->cornerRadius != chrome_->cornerRadius) makeCornerMask();
+  makeCornerMask();
   uploadRows(0, chrome_->height);
   shapeWindow();
 }
@@ -115,12 +122,14 @@ void PanelPainter::uploadRows(int first, int count) {
 }
 
 void PanelPainter::makeCornerMask() {
-  const int side = 2 * chrome_->cornerRadius;
+  const int radius = cornerRadiusOf(*chrome_);
+  const int side = 2 * radius;
+  if (cornerMask_.size == PixelSize{side, side}) return;
   cornerMask_ = {};
   if (side == 0) return;
   cornerMask_ = makeCanvas(connection_, 8, connection_.formats().alphaMask, {side, side});
   const std::size_t stride = (static_cast<std::size_t>(side) + 3) / 4 * 4;
-  const auto coverage = discCoverage(chrome_->cornerRadius, stride);
+  const auto coverage = discCoverage(radius, stride);
   putRows(connection_, cornerMask_.pixmap, 8, side, 0, side, coverage.data(), stride);
 }
 
@@ -132,7 +141,7 @@ void PanelPainter::shapeWindow() {
     return;
   }
   std::vector<xcb_rectangle_t> rows;
-  for (const auto& each : roundedRows(sizeOfChrome(*chrome_), chrome_->cornerRadius)) {
+  for (const auto& each : roundedRows(sizeOfChrome(*chrome_), cornerRadiusOf(*chrome_))) {
     rows.push_back(wireRect(each));
   }
   xcb_shape_rectangles(connection_.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
@@ -202,7 +211,7 @@ void PanelPainter::composeChrome(const PixelRect& area) {
 }
 
 void PanelPainter::composeCorners(const PixelRect& area) {
-  const int radius = chrome_->cornerRadius;
+  const int radius = cornerRadiusOf(*chrome_);
   if (radius == 0) return;
   const int right = back_.size.width - radius;
   const int bottom = back_.size.height - radius;

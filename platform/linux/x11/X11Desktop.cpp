@@ -56,8 +56,7 @@ class XcbDesktop : public X11Desktop {
     // opened before the toolkit opens its own: libXau must not be entered twice.
     asyncAndWait(*panelQueue_, [this] {
       const auto worker = MirrorWorker::of(panelQueue_);
-      if (!worker) endProgramDisplayLost();
-      worker->setOnLost([] { endProgramDisplayLost(); });
+      if (worker) worker->setOnLost([] { endProgramDisplayLost(); });
     });
   }
 
