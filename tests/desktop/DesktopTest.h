@@ -61,6 +61,12 @@ class DesktopTest : public ::testing::Test {
     return mirrorRow(0, 1, 1);
   }
 
+  /// The window that the manager has given the keyboard to (EWMH 1.5, _NET_ACTIVE_WINDOW).
+  xcb_window_t activeWindow() const {
+    const auto active = connection_.numbers(connection_.root(), "_NET_ACTIVE_WINDOW");
+    return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
+  }
+
   /// For whoever looks into a failure: what the screen showed at its end.
   void saveScreen() const {
     const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();

@@ -16,8 +16,11 @@ class PanelGesture : public DesktopTest {
     EXPECT_TRUE(eventually([&] { return panel.area() == computed; }));
     return panel;
   }
-  bool becomes(const PanelOnScreen& panel, Rect area) {
-    return eventually([&] { return panel.area() == area; });
+  ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
+    if (eventually([&] { return panel.area() == area; })) {
+      return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << panel.area() << " instead of " << area;
   }
 
   std::unique_ptr<TestWindow> source_;
@@ -47,6 +50,7 @@ TEST_F(PanelGesture, ADoubleClickThatMovesByThreePointsStillRollsUp) {
   const Rect start = panel.area();
   const Point at = panel.titleBar();
   input_.clickAt(at);
+  input_.rest(InputDriver::betweenPresses);
   input_.press();
   input_.moveTo({at.x + 2, at.y + 1});
   input_.release();
@@ -58,6 +62,7 @@ TEST_F(PanelGesture, ADoubleClickThatMovesByFourPointsIsADrag) {
   const Rect start = panel.area();
   const Point at = panel.titleBar();
   input_.clickAt(at);
+  input_.rest(InputDriver::betweenPresses);
   input_.press();
   input_.moveTo({at.x + 2, at.y + 2});
   input_.release();

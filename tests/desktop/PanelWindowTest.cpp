@@ -5,13 +5,7 @@ namespace {
 
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 
-class PanelWindow : public DesktopTest {
- protected:
-  xcb_window_t activeWindow() const {
-    const auto active = connection_.numbers(connection_.root(), "_NET_ACTIVE_WINDOW");
-    return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
-  }
-};
+class PanelWindow : public DesktopTest {};
 
 // A manager takes the states that it does not know off again, such as "sticky", which being on
 // every desktop then stands for.

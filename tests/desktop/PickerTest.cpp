@@ -3,7 +3,15 @@
 namespace vistrel::testbed {
 namespace {
 
-class Picker : public DesktopTest {};
+class Picker : public DesktopTest {
+ protected:
+  /// Types once the picker has the keyboard.
+  void typeIntoPicker(std::uint32_t keysym) {
+    const xcb_window_t picker = vistrel_->picker().id();
+    ASSERT_TRUE(eventually([&] { return activeWindow() == picker; }));
+    input_.type(keysym);
+  }
+};
 
 TEST_F(Picker, ADoubleClickOpensAPanelOfTheComputedSizeAtTheComputedPlace) {
   const auto source = openSource();
@@ -11,16 +19,14 @@ TEST_F(Picker, ADoubleClickOpensAPanelOfTheComputedSizeAtTheComputedPlace) {
   const PanelOnScreen panel = mirrorRow(0, 1, 1);
   EXPECT_TRUE(eventually([&] {
     return panel.area() == PanelOnScreen::computedArea(sourceArea, firstPanel);
-  })) << "size "
-      << panel.area().width << " × " << panel.area().height << " at " << panel.area().x << ", "
-      << panel.area().y;
+  })) << panel.area();
 }
 
 TEST_F(Picker, ReturnMirrorsTheSelectedRow) {
   const auto source = openSource();
   startVistrel();
   input_.clickAt(vistrel_->pickerRows(1).front().centre());
-  input_.type(keyReturn);
+  typeIntoPicker(keyReturn);
   const PanelOnScreen panel = vistrel_->panels(1).front();
   EXPECT_TRUE(eventually(
       [&] { return panel.area() == PanelOnScreen::computedArea(sourceArea, firstPanel); }));
@@ -30,7 +36,7 @@ TEST_F(Picker, ReturnWithoutASelectionDoesNothing) {
   const auto source = openSource();
   startVistrel();
   vistrel_->pickerRows(1);
-  input_.type(keyReturn);
+  typeIntoPicker(keyReturn);
   // The click comes after the key: had the key opened a panel, this one would be forward already.
   input_.clickAt(vistrel_->picker().mirrorButton());
   const PanelOnScreen panel = mirrorRow(0, 1, 1);

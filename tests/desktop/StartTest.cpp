@@ -97,10 +97,7 @@ TEST_F(Start, ArgumentsThatAreNoOptionsOfItsOwnMeanNothing) {
 TEST_F(Start, ThePickerHasTheFocusAndItsComputedSize) {
   startVistrel();
   const PickerOnScreen picker = vistrel_->picker();
-  EXPECT_TRUE(eventually([&] {
-    const auto active = connection_.numbers(connection_.root(), "_NET_ACTIVE_WINDOW");
-    return active == std::vector{picker.id()};
-  }));
+  EXPECT_TRUE(eventually([&] { return activeWindow() == picker.id(); }));
   EXPECT_EQ(picker.area().width, 460);
   EXPECT_EQ(picker.area().height, 420);
 }

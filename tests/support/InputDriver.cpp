@@ -24,8 +24,6 @@ void InputDriver::release(Button button) {
 }
 
 void InputDriver::click(int count, Button button) {
-  // Two presses within one millisecond of the server's clock are no double-click to toolkits.
-  constexpr std::uint32_t betweenPresses = 20;
   for (int i = 0; i < count; ++i) {
     if (i > 0) rest(betweenPresses);
     press(button);

@@ -21,7 +21,10 @@ class InputDriver {
   void moveTo(Point point);
   void press(Button button = Button::left);
   void release(Button button = Button::left);
-  /// Clicks where the pointer is, `count` times as fast as the server takes them.
+  /// Two presses within one millisecond of the server's clock are no double-click to toolkits.
+  static constexpr std::uint32_t betweenPresses = 20;
+
+  /// Clicks where the pointer is, `count` times, fast enough for a double-click.
   void click(int count = 1, Button button = Button::left);
   void clickAt(Point point, int count = 1, Button button = Button::left);
   /// Presses at `from`, moves to `to` in `steps` straight steps, and releases there.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ostream>
+
 namespace vistrel::testbed {
 
 /// Pixels, y downwards.
@@ -24,6 +26,10 @@ struct Rect {
   }
 
   friend bool operator==(const Rect&, const Rect&) = default;
+  /// As GoogleTest prints it.
+  friend std::ostream& operator<<(std::ostream& stream, const Rect& rect) {
+    return stream << rect.width << " x " << rect.height << " at " << rect.x << ", " << rect.y;
+  }
 };
 
 }  // namespace vistrel::testbed
