@@ -30,7 +30,7 @@ struct Source {
 };
 
 const std::vector<Source> demoSources{
-    {"notes", {930, 90, 420, 240}}, {"log", {60, 520, 560, 330}}, {"tide", {700, 420, 700, 420}}};
+    {"notes", {1000, 60, 400, 220}}, {"log", {40, 560, 480, 300}}, {"tide", {450, 330, 950, 530}}};
 // The picker sorts by program: Builder, Notes, Tide.
 constexpr std::size_t tideRow = 2;
 constexpr std::size_t builderRow = 0;
@@ -152,13 +152,13 @@ class Demo {
     const PanelOnScreen mirror = mirrorRow(tideRow, 2);
     std::cout << "Double-clicked rows of the picker: panels mirror the windows.\n";
     const Point from = mirror.titleBar();
-    hand_.drag(from, {from.x + 250, from.y + 40}, 40);
+    hand_.drag(from, {from.x + 240, from.y - 20}, 40);
     // In the open, so that what it shows can be compared.
-    constexpr std::uint32_t byPerson = 2;
-    connection_.sendToManager(newestSource_, "_NET_ACTIVE_WINDOW", {byPerson});
+    activate(newestSource_);
     const bool followed = follows(connection_, newestSource_, mirror);
     std::cout << (followed ? "The mirror's pixels followed the source's.\n"
                            : "The mirror's pixels did not follow the source's.\n");
+    activate(vistrel_->picker().id());
     return followed;
   }
 
@@ -168,6 +168,18 @@ class Demo {
   }
 
  private:
+  // Brings a window to the front, as a taskbar does (EWMH 1.5, _NET_ACTIVE_WINDOW).
+  void activate(xcb_window_t window) {
+    constexpr std::uint32_t byPerson = 2;
+    connection_.sendToManager(window, "_NET_ACTIVE_WINDOW", {byPerson});
+    const bool isActive = eventually([&] {
+      return connection_.numbers(connection_.root(), "_NET_ACTIVE_WINDOW") == std::vector{window};
+    });
+    if (!isActive) {
+      throw std::runtime_error("a window did not come to the front");
+    }
+  }
+
   PanelOnScreen mirrorRow(std::size_t row, std::size_t panelsAfter) {
     constexpr std::uint32_t betweenClicks = 700;
     const Point at = vistrel_->pickerRows(demoSources.size()).at(row).centre();

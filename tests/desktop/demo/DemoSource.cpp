@@ -27,10 +27,11 @@ struct Kind {
 // One wave: a sine that wanders to the left, filled down to the bottom.
 QPainterPath wave(QSize size, double level, double height, double length, double phase) {
   QPainterPath path(QPointF(0, size.height()));
-  for (int x = 0; x <= size.width(); x += 4) {
+  constexpr int step = 4;
+  for (int x = 0; x < size.width() + step; x += step) {
     path.lineTo(x, level * size.height() + height * std::sin(x / length + phase));
   }
-  path.lineTo(size.width(), size.height());
+  path.lineTo(size.width() + step, size.height());
   path.closeSubpath();
   return path;
 }
