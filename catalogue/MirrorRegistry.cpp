@@ -1,3 +1,5 @@
+#include <cassert>
+
 #include "catalogue/WindowMirrorManager.h"
 
 namespace vistrel {
@@ -21,6 +23,7 @@ std::shared_ptr<WindowMirrorManager> WindowMirrorManager::make() {
 }
 
 void WindowMirrorManager::mirror(const platform::WindowRecord& window) {
+  assert(platform::mainQueue().isCurrent());
   const auto open = mirrors_.find(window->windowID);
   if (open != mirrors_.end()) return bringForward(*open->second);
   const int cascade = static_cast<int>(mirrors_.size());
@@ -33,6 +36,7 @@ void WindowMirrorManager::mirror(const platform::WindowRecord& window) {
 }
 
 void WindowMirrorManager::closeAll() {
+  assert(platform::mainQueue().isCurrent());
   for (const auto& [windowID, controller] : mirrors_) controller->close();
   mirrors_.clear();
 }

@@ -125,10 +125,12 @@ void WindowMirrorHUDController::showFrame(std::shared_ptr<const platform::Image>
 }
 
 void WindowMirrorHUDController::tickFreshness() {
+  assert(platform::mainQueue().isCurrent());
   if (isStale(lastFrameAt_, platform::now())) liveDot_->layer()->setBackgroundColor(staleColor);
 }
 
 void WindowMirrorHUDController::updateCaptureResolutionIfNeeded() {
+  assert(platform::mainQueue().isCurrent());
   const auto stream = stream_.load();
   const std::int64_t width = captureWidth_.load();
   if (!stream || width < 1) return;

@@ -1,3 +1,5 @@
+#include <cassert>
+
 #include "mirror/LiveDotColors.h"
 #include "mirror/RollUpFrames.h"
 #include "mirror/WindowMirrorHUDController.h"
@@ -23,6 +25,7 @@ void WindowMirrorHUDController::closeClicked() {
 }
 
 void WindowMirrorHUDController::showStatus(const std::string& text) {
+  assert(platform::mainQueue().isCurrent());
   statusLabel_->setStringValue(text);
   statusLabel_->setHidden(false);
   liveDot_->layer()->setBackgroundColor(errorColor);

@@ -1,5 +1,6 @@
 #include "mirror/WindowMirrorHUDController.h"
 
+#include <cassert>
 #include <utility>
 
 #include "mirror/Freshness.h"
@@ -184,6 +185,7 @@ void WindowMirrorHUDController::relayoutTitleBar(const PanelLayout& layout) {
 }
 
 void WindowMirrorHUDController::show() {
+  assert(platform::mainQueue().isCurrent());
   panel_->orderFrontRegardless();
   card_->setNeedsLayout();
   startCapture();
@@ -194,6 +196,7 @@ void WindowMirrorHUDController::show() {
 }
 
 void WindowMirrorHUDController::close() {
+  assert(platform::mainQueue().isCurrent());
   if (freshnessTimer_) freshnessTimer_->invalidate();
   freshnessTimer_ = nullptr;
   stopCapture();
