@@ -5,7 +5,6 @@
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/FramePacing.h"
 #include "platform/linux/x11/MirrorWorker.h"
-#include "platform/linux/x11/SampleGrid.h"
 #include "platform/linux/x11/WindowFrames.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -13,11 +12,6 @@ namespace {
 
 /// How often a pointer that rests over the source is looked at, in seconds.
 constexpr double restingLook = 0.1;
-
-void merge(PictureChanges& into, const PictureChanges& changes) {
-  into.everything |= changes.everything;
-  for (const auto& each : changes.rects) into.rects.add(each);
-}
 
 }  // namespace
 
@@ -27,6 +21,7 @@ Capture::Capture(MirrorWorker& worker, std::unique_ptr<SourceWindow> source,
       source_(std::move(source)),
       configuration_(configuration),
       receiver_(std::move(receiver)),
+      grid_(worker.connection()),
       cursor_(worker.connection()) {}
 
 void Capture::setConfiguration(const StreamConfiguration& configuration) {
@@ -69,14 +64,14 @@ bool Capture::cursorHasMoved() {
 
 void Capture::collectChanges() {
   const auto changes = source_->takeChanges();
-  collectedNews_ |= !changes.empty();
-  merge(uncommitted_, changes);
+  uncommitted_.everything |= changes.everything;
+  for (const auto& each : changes.rects) uncommitted_.rects.add(each);
 }
 
 void Capture::deliver(double now) {
   pace_ = paceAfterFrame(pace_, interval(), now);
-  collectChanges();
-  collectedNews_ = false;
+  owesFrame_ = false;
+  source_->askForChanges();
   const auto buffer =
       std::make_shared<WindowPixelBuffer>(weak_from_this(), source_->picture()->size());
   receiver_.sample(CompleteSample(buffer));
@@ -88,18 +83,16 @@ void Capture::fail(const Error& error) {
 }
 
 bool Capture::isUnchangedSinceCommit() {
+  // Asking takes the news away without a frame.
+  owesFrame_ |= source_->hasChanges();
+  source_->askForChanges();
   collectChanges();
   return uncommitted_.empty();
 }
 
 std::shared_ptr<const Image> Capture::commit() {
+  collectChanges();
   return worker_.commit(source_->picture(), std::exchange(uncommitted_, {}), cursorMark_);
-}
-
-bool Capture::visitSampleGrid(int rows, int columns,
-                              const std::function<bool(PixelBGRA)>& visit) const {
-  return linux_desktop::visitSampleGrid(worker_.connection(), *source_->picture(), rows, columns,
-                                        visit);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -7,6 +7,7 @@
 
 #include "platform/ScreenCapture.h"
 #include "platform/linux/x11/CursorOverlay.h"
+#include "platform/linux/x11/SampleGrid.h"
 #include "platform/linux/x11/SourceWindow.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -43,11 +44,13 @@ class Capture : public std::enable_shared_from_this<Capture> {
   /// Takes the picture over as it is now.
   std::shared_ptr<const Image> commit();
   /// As `PixelBuffer::visitSampleGrid`.
-  bool visitSampleGrid(int rows, int columns, const std::function<bool(PixelBGRA)>& visit) const;
+  bool visitSampleGrid(int rows, int columns, const std::function<bool(PixelBGRA)>& visit) {
+    return grid_.visit(*source_->picture(), rows, columns, visit);
+  }
 
  private:
   /// Whether the picture has changed since the last frame handed out.
-  bool hasNews() const { return source_->hasChanges() || collectedNews_; }
+  bool hasNews() const { return source_->hasChanges() || owesFrame_; }
   bool cursorHasMoved();
   void collectChanges();
   void deliver(double now);
@@ -57,11 +60,12 @@ class Capture : public std::enable_shared_from_this<Capture> {
   std::unique_ptr<SourceWindow> source_;
   StreamConfiguration configuration_;
   Receiver receiver_;
+  SampleGrid grid_;
   CursorOverlay cursor_;
   CursorMark cursorMark_;  // as of the last frame handed out
   bool cursorMayHaveMoved_ = true;
   PictureChanges uncommitted_;
-  bool collectedNews_ = false;  // some of `uncommitted_` has been in no frame yet
+  bool owesFrame_ = false;  // there was news that no frame has been handed out for
   double pace_ = 0;
   bool ended_ = false;
 };

@@ -28,14 +28,15 @@ Sampling samplingOfGrid(const PixelRect& crop, int rows, int columns) {
   return {x.scale, y.scale, x.origin, y.origin, Filter::nearest};
 }
 
-bool visitSampleGrid(Connection& connection, const LivePicture& picture, int rows, int columns,
-                     const std::function<bool(PixelBGRA)>& visit) {
-  const auto samples = makeOpaqueCanvas(connection, {columns, rows});
-  drawScaled(connection, picture.picture, samplingOfGrid(picture.crop, rows, columns),
-             samples.picture, rectOf(samples.size));
+bool SampleGrid::visit(const LivePicture& picture, int rows, int columns,
+                       const std::function<bool(PixelBGRA)>& visit) {
+  const PixelSize size{columns, rows};
+  if (samples_.size != size) samples_ = makeOpaqueCanvas(connection_, size);
+  drawScaled(connection_, picture.picture, samplingOfGrid(picture.crop, rows, columns),
+             samples_.picture, rectOf(size));
   const auto image = replyTo<xcb_get_image_reply>(
-      connection.xcb(),
-      xcb_get_image(connection.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, samples.pixmap.id(), 0, 0,
+      connection_.xcb(),
+      xcb_get_image(connection_.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, samples_.pixmap.id(), 0, 0,
                     static_cast<std::uint16_t>(columns), static_cast<std::uint16_t>(rows), ~0u));
   if (!image) return false;
   const auto* bytes = xcb_get_image_data(image.get());

@@ -12,8 +12,18 @@ namespace vistrel::platform::linux_desktop {
 /// a picture of `columns` × `rows` pixels.
 Sampling samplingOfGrid(const PixelRect& crop, int rows, int columns);
 
-/// As `PixelBuffer::visitSampleGrid`: the server picks the samples, nothing else crosses over.
-bool visitSampleGrid(Connection& connection, const LivePicture& picture, int rows, int columns,
-                     const std::function<bool(PixelBGRA)>& visit);
+/// Reads samples of pictures: the server picks them, nothing else crosses over.
+class SampleGrid {
+ public:
+  explicit SampleGrid(Connection& connection) : connection_(connection) {}
+
+  /// As `PixelBuffer::visitSampleGrid`.
+  bool visit(const LivePicture& picture, int rows, int columns,
+             const std::function<bool(PixelBGRA)>& visit);
+
+ private:
+  Connection& connection_;
+  Canvas samples_;
+};
 
 }  // namespace vistrel::platform::linux_desktop

@@ -4,7 +4,6 @@
 #include <utility>
 #include <xcb/composite.h>
 #include <xcb/damage.h>
-#include <xcb/xfixes.h>
 
 #include "platform/linux/x11/Property.h"
 #include "platform/linux/x11/VisibleFrame.h"
@@ -146,6 +145,7 @@ void SourceWindow::nameAgain() {
   if (!picture) return;
   picture_ = std::move(picture);
   viewable_ = true;
+  hasNewPicture_ = true;
   changes_ = {true, {}};
 }
 
@@ -187,24 +187,33 @@ PixelRect SourceWindow::inPicture(const PixelRect& onRoot) const {
   return moved(onRoot, -frameGeometry_.x - picture_->crop.x, -frameGeometry_.y - picture_->crop.y);
 }
 
-PictureChanges SourceWindow::takeChanges() {
+void SourceWindow::askForChanges() {
+  collectDamage();
   hasDamage_ = false;
-  if (damage_ && picture_) {
-    xcb_damage_subtract(connection_.xcb(), damage_.id(), XCB_NONE, region_.id());
-    const auto damaged = replyTo<xcb_xfixes_fetch_region_reply>(
-        connection_.xcb(), xcb_xfixes_fetch_region(connection_.xcb(), region_.id()));
-    const auto* rects = damaged ? xcb_xfixes_fetch_region_rectangles(damaged.get()) : nullptr;
-    const int count = damaged ? xcb_xfixes_fetch_region_rectangles_length(damaged.get()) : 0;
-    std::for_each(rects, rects + count, [this](const auto& each) { addDamage(each); });
-  }
-  return std::exchange(changes_, {});
+  hasNewPicture_ = false;
+  if (!damage_ || !picture_) return;
+  auto* const xcb = connection_.xcb();
+  xcb_damage_subtract(xcb, damage_.id(), XCB_NONE, region_.id());
+  asked_.emplace(xcb, xcb_xfixes_fetch_region(xcb, region_.id()));
 }
 
-void SourceWindow::addDamage(const xcb_rectangle_t& inFrame) {
-  const PixelRect rect{inFrame.x, inFrame.y, inFrame.width, inFrame.height};
+void SourceWindow::collectDamage() {
+  if (!asked_) return;
+  const auto damaged = asked_->fetch();
+  asked_.reset();
+  if (!damaged) return;
+  const auto* rects = xcb_xfixes_fetch_region_rectangles(damaged.get());
+  const int count = xcb_xfixes_fetch_region_rectangles_length(damaged.get());
   const auto& crop = picture_->crop;
-  changes_.rects.add(intersection(moved(rect, frameBorder_ - crop.x, frameBorder_ - crop.y),
-                                  rectOf(picture_->size())));
+  std::for_each(rects, rects + count, [&](const xcb_rectangle_t& each) {
+    const PixelRect inPixmap{each.x + frameBorder_, each.y + frameBorder_, each.width, each.height};
+    changes_.rects.add(intersection(moved(inPixmap, -crop.x, -crop.y), rectOf(picture_->size())));
+  });
+}
+
+PictureChanges SourceWindow::takeChanges() {
+  collectDamage();
+  return std::exchange(changes_, {});
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <xcb/xfixes.h>
 
 #include "platform/linux/x11/Connection.h"
 #include "platform/linux/x11/LivePicture.h"
@@ -32,12 +33,14 @@ class SourceWindow {
   /// Whether the client draws into the picture; a window that is minimised or on another desktop
   /// does not.
   bool isViewable() const { return viewable_; }
-  /// Whether something has changed since `takeChanges`, as far as events tell.
-  bool hasChanges() const { return hasDamage_ || changes_.everything; }
+  /// Whether something has changed since `askForChanges`, as far as events tell.
+  bool hasChanges() const { return hasDamage_ || hasNewPicture_; }
   /// The window's picture; null until the window has been viewable. Another one after each change
   /// of size.
   const std::shared_ptr<const LivePicture>& picture() const { return picture_; }
-  /// What has changed since the last call; asks the server.
+  /// Asks the server what has changed so far. It need not be waited for before it is needed.
+  void askForChanges();
+  /// What had changed when it was last asked for, and is not taken yet.
   PictureChanges takeChanges();
 
   /// The child of the root that holds the client.
@@ -57,7 +60,7 @@ class SourceWindow {
   void nameAgain();
   std::shared_ptr<const LivePicture> namePicture();
   PixelRect visibleInFrame() const;
-  void addDamage(const xcb_rectangle_t& inFrame);
+  void collectDamage();
 
   Connection& connection_;
   const xcb_window_t client_;
@@ -66,9 +69,11 @@ class SourceWindow {
   Region region_;
   std::shared_ptr<const LivePicture> picture_;
   PictureChanges changes_;
+  std::optional<Pending<xcb_xfixes_fetch_region_reply, xcb_xfixes_fetch_region_cookie_t>> asked_;
   PixelRect frameGeometry_;
   int frameBorder_ = 0;
   bool hasDamage_ = false;
+  bool hasNewPicture_ = false;
   bool viewable_ = false;
   bool gone_ = false;
   bool moved_ = true;    // the client may be in another frame
