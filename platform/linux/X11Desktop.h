@@ -22,7 +22,8 @@ class X11Desktop : public ScreenCaptureBackend {
   virtual std::unique_ptr<PanelSurface> makePanelSurface(std::uint32_t window) = 0;
 
   /// Sets the EWMH properties that keep a panel above all windows and on every desktop, out of
-  /// taskbar and pager (`_NET_WM_STATE`, `_NET_WM_DESKTOP`). Before the window is first mapped.
+  /// taskbar and pager (`_NET_WM_STATE`, `_NET_WM_DESKTOP`), and from then on keeps it above
+  /// full-screen windows too. Each time before the window is mapped.
   virtual void markAsFloatingPanel(std::uint32_t window) = 0;
   /// Raises the window in its layer (a checked ConfigureWindow), without giving it the focus.
   virtual void raise(std::uint32_t window) = 0;

@@ -10,6 +10,7 @@
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/CaptureStream.h"
 #include "platform/linux/x11/Connection.h"
+#include "platform/linux/x11/FullScreenFollower.h"
 #include "platform/linux/x11/MirrorWorker.h"
 #include "platform/linux/x11/ShareableContentService.h"
 #include "platform/linux/x11/WindowFrames.h"
@@ -94,6 +95,7 @@ class XcbDesktop : public X11Desktop {
   /// For requests of the main thread, each of which waits for its answer.
   std::unique_ptr<Connection> connection_;
   std::shared_ptr<SerialQueue> panelQueue_;
+  std::shared_ptr<FullScreenFollower> fullScreens_;  // made with the first panel
   ShareableContentService contentService_;
 };
 
@@ -109,6 +111,9 @@ void XcbDesktop::markAsFloatingPanel(std::uint32_t window) {
                       XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
   // The toolkit maps the window on a connection of its own, after this.
   c.sync();
+  if (!fullScreens_) fullScreens_ = FullScreenFollower::on(panelQueue_);
+  if (!fullScreens_) return;
+  panelQueue_->async([follower = fullScreens_, window] { follower->add(window); });
 }
 
 void XcbDesktop::raise(std::uint32_t window) {

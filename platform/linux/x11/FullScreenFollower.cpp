@@ -1,0 +1,123 @@
+#include "platform/linux/x11/FullScreenFollower.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/x11/Property.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+void selectEvents(Connection& connection, xcb_window_t window, std::uint32_t mask) {
+  xcb_change_window_attributes(connection.xcb(), window, XCB_CW_EVENT_MASK, &mask);
+}
+
+bool isFullScreen(Connection& connection, xcb_window_t window) {
+  const auto states = propertyOf(connection, window, "_NET_WM_STATE").values();
+  const auto fullScreen = connection.atom("_NET_WM_STATE_FULLSCREEN");
+  return std::find(states.begin(), states.end(), fullScreen) != states.end();
+}
+
+/// ICCCM, 4.1.3.1.
+bool isMinimised(Connection& connection, xcb_window_t window) {
+  constexpr std::uint32_t iconicState = 3;
+  return propertyOf(connection, window, "WM_STATE").firstValue() == iconicState;
+}
+
+}  // namespace
+
+std::shared_ptr<FullScreenFollower> FullScreenFollower::on(
+    const std::shared_ptr<SerialQueue>& queue) {
+  auto connection = Connection::open();
+  if (!connection) return nullptr;
+  std::shared_ptr<FullScreenFollower> follower(new FullScreenFollower(std::move(connection)));
+  queue->async([queue = queue.get(), follower] {
+    queue->watch(follower->connection_->descriptor(), [queue, follower] {
+      if (follower->connection_->isLost())
+        return queue->unwatch(follower->connection_->descriptor());
+      follower->serve();
+    });
+    follower->followActiveWindow();
+  });
+  return follower;
+}
+
+FullScreenFollower::FullScreenFollower(std::unique_ptr<Connection> connection)
+    : connection_(std::move(connection)) {
+  selectEvents(*connection_, connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+}
+
+void FullScreenFollower::add(xcb_window_t panel) {
+  if (!panels_.insert(panel).second) return;
+  selectEvents(*connection_, panel,
+               XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE);
+  if (fullScreen_ != XCB_WINDOW_NONE) attach(panel);
+  connection_->flush();
+}
+
+void FullScreenFollower::serve() {
+  while (const auto event = connection_->pollEvent()) handle(*event);
+  connection_->flush();
+}
+
+void FullScreenFollower::handle(const xcb_generic_event_t& event) {
+  if (typeOf(event) == XCB_PROPERTY_NOTIFY) {
+    changedProperty(eventAs<xcb_property_notify_event_t>(event));
+  } else if (typeOf(event) == XCB_DESTROY_NOTIFY) {
+    panels_.erase(eventAs<xcb_destroy_notify_event_t>(event).window);
+  }
+}
+
+void FullScreenFollower::changedProperty(const xcb_property_notify_event_t& event) {
+  if (event.window == connection_->root()) {
+    if (event.atom == connection_->atom("_NET_ACTIVE_WINDOW")) followActiveWindow();
+  } else if (event.window == active_) {
+    if (event.atom == connection_->atom("_NET_WM_STATE")) followState();
+  } else if (event.atom == connection_->atom("WM_STATE")) {
+    restoreMinimised();
+  }
+}
+
+void FullScreenFollower::followActiveWindow() {
+  const xcb_window_t active =
+      propertyOf(*connection_, connection_->root(), "_NET_ACTIVE_WINDOW").firstValue().value_or(0);
+  if (active == active_) return;
+  watchActive(XCB_EVENT_MASK_NO_EVENT);
+  active_ = active;
+  watchActive(XCB_EVENT_MASK_PROPERTY_CHANGE);
+  followState();
+}
+
+void FullScreenFollower::watchActive(std::uint32_t mask) {
+  if (active_ == XCB_WINDOW_NONE || panels_.contains(active_)) return;
+  selectEvents(*connection_, active_, mask);
+}
+
+void FullScreenFollower::followState() {
+  const xcb_window_t fullScreen =
+      isFullScreen(*connection_, active_) ? active_ : xcb_window_t{XCB_WINDOW_NONE};
+  if (fullScreen == fullScreen_) return;
+  fullScreen_ = fullScreen;
+  for (const xcb_window_t panel : panels_) attach(panel);
+  restoreMinimised();
+}
+
+void FullScreenFollower::attach(xcb_window_t panel) {
+  if (fullScreen_ == XCB_WINDOW_NONE) {
+    xcb_delete_property(connection_->xcb(), panel, XCB_ATOM_WM_TRANSIENT_FOR);
+  } else {
+    xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, panel, XCB_ATOM_WM_TRANSIENT_FOR,
+                        XCB_ATOM_WINDOW, 32, 1, &fullScreen_);
+  }
+}
+
+void FullScreenFollower::restoreMinimised() {
+  // Managers minimise a window with its transients, and bring a transient back with its window: so
+  // only panels that are free again are brought back (ICCCM, 4.1.4: by mapping them).
+  if (fullScreen_ != XCB_WINDOW_NONE) return;
+  for (const xcb_window_t panel : panels_) {
+    if (isMinimised(*connection_, panel)) xcb_map_window(connection_->xcb(), panel);
+  }
+}
+
+}  // namespace vistrel::platform::linux_desktop
