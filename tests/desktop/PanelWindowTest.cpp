@@ -4,8 +4,20 @@ namespace vistrel::testbed {
 namespace {
 
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
+/// Who asks, in messages to the manager (EWMH, "Source indication in requests").
+constexpr std::uint32_t byPerson = 2;
 
-class PanelWindow : public DesktopTest {};
+class PanelWindow : public DesktopTest {
+ protected:
+  auto openFullScreen() {
+    auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
+    constexpr std::uint32_t add = 1;
+    connection_.sendToManager(film->id(), "_NET_WM_STATE",
+                              {add, connection_.atom("_NET_WM_STATE_FULLSCREEN"), 0, byPerson});
+    EXPECT_TRUE(eventually([&] { return film->area() == Rect{0, 0, 1280, 1024}; }));
+    return film;
+  }
+};
 
 // A manager takes the states that it does not know off again, such as "sticky", which being on
 // every desktop then stands for.
@@ -38,14 +50,33 @@ TEST_F(PanelWindow, StaysWhenThePersonGoesToAnotherDesktop) {
 TEST_F(PanelWindow, LiesAboveAFullScreenWindow) {
   const auto source = openSource();
   const PanelOnScreen panel = mirrorOnlySource();
-  const auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
-  constexpr std::uint32_t add = 1;
-  constexpr std::uint32_t byPerson = 2;
-  connection_.sendToManager(film->id(), "_NET_WM_STATE",
-                            {add, connection_.atom("_NET_WM_STATE_FULLSCREEN"), 0, byPerson});
-  ASSERT_TRUE(eventually([&] { return film->area() == Rect{0, 0, 1280, 1024}; }));
+  const auto film = openFullScreen();
   EXPECT_TRUE(eventually([&] { return isAbove(connection_, panel.id(), film->id()); }));
   EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+}
+
+TEST_F(PanelWindow, OpensAboveAFullScreenWindow) {
+  const auto source = openSource();
+  startVistrel();
+  input_.clickAt(vistrel_->pickerRows(1).front().centre());
+  const auto film = openFullScreen();
+  connection_.sendToManager(vistrel_->picker().id(), "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
+  input_.clickAt(vistrel_->picker().mirrorButton());
+  const PanelOnScreen panel = vistrel_->panels(1).front();
+  connection_.sendToManager(film->id(), "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
+  EXPECT_TRUE(eventually([&] { return isAbove(connection_, panel.id(), film->id()); }));
+}
+
+TEST_F(PanelWindow, StaysWhenAFullScreenWindowIsMinimised) {
+  const auto source = openSource();
+  const PanelOnScreen panel = mirrorOnlySource();
+  const auto film = openFullScreen();
+  ASSERT_TRUE(eventually([&] { return isAbove(connection_, panel.id(), film->id()); }));
+  constexpr std::uint32_t iconicState = 3;
+  connection_.sendToManager(film->id(), "WM_CHANGE_STATE", {iconicState});
+  ASSERT_TRUE(eventually([&] { return !isViewable(connection_, film->id()); }));
+  EXPECT_TRUE(eventually([&] { return panel.isOnScreen() && panel.shows(fourColours); }));
+  EXPECT_FALSE(isViewable(connection_, film->id()));
 }
 
 TEST_F(PanelWindow, NeverTakesTheFocus) {
