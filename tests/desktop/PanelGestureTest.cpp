@@ -16,6 +16,12 @@ class PanelGesture : public DesktopTest {
     EXPECT_TRUE(eventually([&] { return panel.area() == computed; }));
     return panel;
   }
+  // The second press moves before it ends.
+  void doubleClickThatMoves(Point from, Point to) {
+    input_.clickAt(from);
+    input_.rest(InputDriver::betweenPresses);
+    input_.drag(from, to, 1);
+  }
   ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
     if (eventually([&] { return panel.area() == area; })) {
       return ::testing::AssertionSuccess();
@@ -49,11 +55,7 @@ TEST_F(PanelGesture, ADoubleClickThatMovesByThreePointsStillRollsUp) {
   const PanelOnScreen panel = openPanel();
   const Rect start = panel.area();
   const Point at = panel.titleBar();
-  input_.clickAt(at);
-  input_.rest(InputDriver::betweenPresses);
-  input_.press();
-  input_.moveTo({at.x + 2, at.y + 1});
-  input_.release();
+  doubleClickThatMoves(at, {at.x + 2, at.y + 1});
   EXPECT_TRUE(becomes(panel, {start.x + 2, start.y + 1, start.width, rolledUp}));
 }
 
@@ -61,11 +63,7 @@ TEST_F(PanelGesture, ADoubleClickThatMovesByFourPointsIsADrag) {
   const PanelOnScreen panel = openPanel();
   const Rect start = panel.area();
   const Point at = panel.titleBar();
-  input_.clickAt(at);
-  input_.rest(InputDriver::betweenPresses);
-  input_.press();
-  input_.moveTo({at.x + 2, at.y + 2});
-  input_.release();
+  doubleClickThatMoves(at, {at.x + 2, at.y + 2});
   // A later drag ends only after everything before it was handled.
   input_.rest(betweenClicks);
   input_.drag(at, {at.x + 50, at.y + 40});
