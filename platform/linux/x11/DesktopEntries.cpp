@@ -96,8 +96,8 @@ std::string contentsOf(const fs::path& file) {
   return contents.str();
 }
 
-/// The id that the specification makes of a path below "applications": "kde/foo.desktop" is
-/// "kde-foo".
+/// The id that the Desktop Entry Specification makes of a path below "applications":
+/// "kde/foo.desktop" is "kde-foo".
 std::string idOf(const fs::path& file, const fs::path& directory) {
   auto id = file.lexically_relative(directory).generic_string();
   id.resize(id.size() - fileSuffix.size());
