@@ -32,6 +32,7 @@ std::vector<std::filesystem::path> handlerLists(
     const std::vector<std::filesystem::path>& configDirectories,
     const std::vector<std::filesystem::path>& dataDirectories) {
   std::vector<std::filesystem::path> lists;
+  lists.reserve(configDirectories.size() + 2 * dataDirectories.size());
   for (const auto& directory : configDirectories) lists.push_back(directory / "mimeapps.list");
   for (const auto& directory : dataDirectories) {
     lists.push_back(directory / "applications/mimeapps.list");

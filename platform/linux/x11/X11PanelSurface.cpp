@@ -11,7 +11,7 @@ X11PanelSurface::X11PanelSurface(std::uint32_t window, std::shared_ptr<SerialQue
   moveTo(std::move(homeQueue));
 }
 
-X11PanelSurface::~X11PanelSurface() { detach(); }
+X11PanelSurface::~X11PanelSurface() { X11PanelSurface::detach(); }
 
 void X11PanelSurface::post(std::function<void(MirrorWorker&)> work) const {
   if (!queue_) return;
@@ -21,7 +21,7 @@ void X11PanelSurface::post(std::function<void(MirrorWorker&)> work) const {
 }
 
 void X11PanelSurface::moveTo(std::shared_ptr<SerialQueue> queue) {
-  detach();
+  X11PanelSurface::detach();
   queue_ = std::move(queue);
   post([window = window_, chrome = chrome_](MirrorWorker& worker) {
     worker.addPanel(window);
