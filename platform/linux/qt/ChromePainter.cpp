@@ -15,7 +15,7 @@ namespace {
 /// An image over `pixels`, which it does not own.
 QImage imageOver(PanelChrome& chrome, double pixelsPerPoint) {
   QImage image(reinterpret_cast<uchar*>(chrome.pixels.data()), chrome.width, chrome.height,
-               chrome.width * static_cast<int>(sizeof(std::uint32_t)),
+               chrome.width * qsizetype{sizeof(std::uint32_t)},
                QImage::Format_ARGB32_Premultiplied);
   image.setDevicePixelRatio(pixelsPerPoint);
   image.fill(Qt::transparent);

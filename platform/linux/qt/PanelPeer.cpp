@@ -22,21 +22,17 @@ bool isShown(const View& view) {
 }
 
 QString nativeTitle(const Window& window) {
-  const QString name = QStringLiteral("Vistrel");
-  if (window.title().empty()) return name;
-  return name + QStringLiteral(" — ") + QString::fromStdString(window.title());
+  if (window.title().empty()) return QStringLiteral("Vistrel");
+  return QStringLiteral("Vistrel — ") + QString::fromStdString(window.title());
 }
 
 }  // namespace
 
-void PanelPeer::DeleteLater::operator()(PanelWindow* native) const {
-  native->abandon();  // one of its own events may be what ends it
-  native->hide();
-  native->deleteLater();
-}
-
 PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host)
-    : HostedPeer(std::move(host)), window_(window) {}
+    : HostedPeer(std::move(host)), window_(window) {
+  repaint_.setSingleShot(true);
+  QObject::connect(&repaint_, &QTimer::timeout, &repaint_, [this] { repaint(); });
+}
 
 PanelPeer::~PanelPeer() { releaseNative(); }
 
@@ -45,7 +41,7 @@ void PanelPeer::frameDidChange(bool /*display*/, bool /*animate*/) { place(); }
 void PanelPeer::propertiesDidChange() {
   if (!native_) return;
   native_->setTitle(nativeTitle(window_));
-  bindResizing(placed_.size());
+  bindResizing(*native_, wholePoints(window_.contentMinSize()), placed_.current().size());
 }
 
 void PanelPeer::contentViewDidChange() { scheduleRepaint(); }
@@ -112,52 +108,35 @@ void PanelPeer::releaseNative() {
   placed_ = {};
   contentsLayer_ = nullptr;
   shownContents_.reset();
-  repaintScheduled_ = false;
+  repaint_.stop();
 }
 
 void PanelPeer::place() {
   if (!native_) return;
-  const QRect wanted = ScreenList::space().toDesktop(window_.frame());
-  if (wanted == placed_) return;
-  if (wanted.size() != placed_.size()) scheduleRepaint();
-  bindResizing(wanted.size().boundedTo(placed_.size()));
-  placed_ = wanted;
-  echoes_.asked(wanted);
-  native_->setGeometry(wanted);
-  bindResizing(wanted.size());
-}
-
-void PanelPeer::bindResizing(QSize largest) {
-  const Size minimum = window_.contentMinSize();
-  native_->setMinimumSize(
-      QSize(static_cast<int>(minimum.width), static_cast<int>(minimum.height)).boundedTo(largest));
+  const QRect from = placed_.current();
+  const QRect to = ScreenList::space().toDesktop(window_.frame());
+  if (!placed_.ask(to)) return;
+  if (to.size() != from.size()) scheduleRepaint();
+  placeNative(*native_, from, to, wholePoints(window_.contentMinSize()));
 }
 
 void PanelPeer::nativeWasPlaced() {
   const QRect geometry = native_->geometry();
-  if (echoes_.isEcho(geometry) || geometry == placed_) return;
-  placed_ = geometry;
-  bindResizing(placed_.size());
+  if (!placed_.isMovedTo(geometry)) return;
+  bindResizing(*native_, wholePoints(window_.contentMinSize()), geometry.size());
   scheduleRepaint();
   window_.peerDidSetFrame(ScreenList::space().fromDesktop(geometry));
 }
 
 void PanelPeer::scheduleRepaint() {
-  if (!native_ || repaintScheduled_) return;
-  repaintScheduled_ = true;
-  QMetaObject::invokeMethod(
-      native_.get(),
-      [this, native = native_.get()] {
-        if (!native->isAbandoned()) repaint();
-      },
-      Qt::QueuedConnection);
+  if (native_) repaint_.start();
 }
 
 void PanelPeer::repaint() {
-  repaintScheduled_ = false;
+  repaint_.stop();
   window_.layoutIfNeeded();
   const double pixelsPerPoint = native_->devicePixelRatio();
-  const PixelRect area = toPixels(QRectF(QPointF(), placed_.size()), pixelsPerPoint);
+  const PixelRect area = toPixels(QRectF(QPointF(), placed_.current().size()), pixelsPerPoint);
   auto painted = paintChrome(*window_.contentView(), area.width, area.height, pixelsPerPoint);
   surface_->setChrome(std::move(painted.chrome));
   contentsLayer_ = painted.contentsLayer;

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <QRect>
+#include <QTimer>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/Window.h"
 #include "platform/linux/PanelSurface.h"
-#include "platform/linux/qt/FrameEchoes.h"
+#include "platform/linux/qt/NativeWindow.h"
 #include "platform/linux/qt/PanelWindow.h"
 #include "platform/linux/qt/PeerHost.h"
+#include "platform/linux/qt/PlacedFrame.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -33,29 +34,21 @@ class PanelPeer final : public HostedPeer {
   void retire() override;
 
  private:
-  struct DeleteLater {
-    void operator()(PanelWindow* native) const;
-  };
-
   void makeNative();
   void releaseNative();
   void place();
-  /// Tells the manager of the minimum size that binds a person's resizing, but of none above
-  /// `largest`: managers hold a program's own requests to it as well.
-  void bindResizing(QSize largest);
   void nativeWasPlaced();
   void scheduleRepaint();
   void repaint();
   void showContents(std::shared_ptr<const Image> image);
 
   Window& window_;
-  std::unique_ptr<PanelWindow, DeleteLater> native_;
+  OwnedNative<PanelWindow> native_;
   std::unique_ptr<PanelSurface> surface_;  // goes before native_
-  QRect placed_;                           // where native_ is or has been asked to go
-  FrameEchoes echoes_;
-  const Layer* contentsLayer_ = nullptr;  // compared, never followed
+  PlacedFrame placed_;                     // of native_
+  const Layer* contentsLayer_ = nullptr;   // compared, never followed
   std::shared_ptr<const Image> shownContents_;
-  bool repaintScheduled_ = false;
+  QTimer repaint_;  // runs out at the next turn of the event loop
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -19,7 +19,6 @@ class PanelWindow final : public QWindow {
 
   /// The panel goes, or does not want to hear of this window any more.
   void abandon() { window_ = nullptr; }
-  bool isAbandoned() const { return window_ == nullptr; }
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;

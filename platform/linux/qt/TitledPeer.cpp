@@ -15,17 +15,13 @@ constexpr int saveDelayMilliseconds = 300;
 
 }  // namespace
 
-void TitledPeer::DeleteLater::operator()(TitledWindow* native) const {
-  native->abandon();  // one of its own events may be what ends it
-  native->hide();
-  native->deleteLater();
-}
-
 TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host)
     : HostedPeer(std::move(host)), window_(window) {
   saving_.setSingleShot(true);
   saving_.setInterval(saveDelayMilliseconds);
   QObject::connect(&saving_, &QTimer::timeout, &saving_, [this] { saveFrame(); });
+  update_.setSingleShot(true);
+  QObject::connect(&update_, &QTimer::timeout, &update_, [this] { update(); });
 }
 
 TitledPeer::~TitledPeer() { releaseNative(); }
@@ -38,7 +34,7 @@ void TitledPeer::frameDidChange(bool /*display*/, bool /*animate*/) {
 void TitledPeer::propertiesDidChange() {
   if (!native_) return;
   native_->setWindowTitle(QString::fromStdString(window_.title()));
-  bindResizing(placed_.size());
+  bindResizing(*native_, minimumSize(), placed_.current().size());
 }
 
 void TitledPeer::contentViewDidChange() { scheduleUpdate(ViewChange::hierarchy); }
@@ -84,6 +80,7 @@ void TitledPeer::makeNative() {
 
 void TitledPeer::releaseNative() {
   if (saving_.isActive()) saveFrame();
+  update_.stop();
   native_.reset();
   placed_ = {};
 }
@@ -98,27 +95,19 @@ void TitledPeer::show() {
 
 void TitledPeer::place() {
   if (!native_) return;
-  const QRect wanted = ScreenList::space().toDesktop(window_.frame());
-  if (wanted == placed_) return;
-  bindResizing(wanted.size().boundedTo(placed_.size()));
-  placed_ = wanted;
-  echoes_.asked(wanted);
-  native_->setGeometry(wanted);
-  bindResizing(wanted.size());
+  const QRect from = placed_.current();
+  const QRect to = ScreenList::space().toDesktop(window_.frame());
+  if (placed_.ask(to)) placeNative(*native_, from, to, minimumSize());
 }
 
-void TitledPeer::bindResizing(QSize largest) {
-  const Size asked = window_.contentMinSize();
-  const QSize minimum = QSize(static_cast<int>(asked.width), static_cast<int>(asked.height))
-                            .expandedTo(smallestUseful);
-  native_->setMinimumSize(minimum.boundedTo(largest).expandedTo({0, 0}));
+QSize TitledPeer::minimumSize() const {
+  return wholePoints(window_.contentMinSize()).expandedTo(smallestUseful);
 }
 
 void TitledPeer::nativeWasPlaced() {
   if (!native_) return;  // while it is being made
   const QRect geometry = native_->geometry();
-  if (!echoes_.isEcho(geometry) && geometry != placed_) {
-    placed_ = geometry;
+  if (placed_.isMovedTo(geometry)) {
     window_.peerDidSetFrame(ScreenList::space().fromDesktop(geometry));
     saveFrameSoon();
   }
@@ -134,17 +123,11 @@ void TitledPeer::scheduleUpdate(ViewChange change) {
   pending_.hierarchy |= change == ViewChange::hierarchy;
   pending_.appearance |= change == ViewChange::appearance;
   pending_.rows |= change == ViewChange::rows;
-  if (!native_ || pending_.isScheduled) return;
-  pending_.isScheduled = true;
-  QMetaObject::invokeMethod(
-      native_.get(),
-      [this, native = native_.get()] {
-        if (!native->isAbandoned()) update();
-      },
-      Qt::QueuedConnection);
+  if (native_) update_.start();
 }
 
 void TitledPeer::update() {
+  update_.stop();
   const auto due = std::exchange(pending_, {});
   window_.layoutIfNeeded();
   WidgetTree& widgets = native_->widgets();

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <QRect>
 #include <QTimer>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/Window.h"
-#include "platform/linux/qt/FrameEchoes.h"
+#include "platform/linux/qt/NativeWindow.h"
 #include "platform/linux/qt/PeerHost.h"
+#include "platform/linux/qt/PlacedFrame.h"
 #include "platform/linux/qt/TitledWindow.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -32,15 +32,11 @@ class TitledPeer final : public HostedPeer {
   void retire() override;
 
  private:
-  struct DeleteLater {
-    void operator()(TitledWindow* native) const;
-  };
-
   void makeNative();
   void releaseNative();
   void show();
   void place();
-  void bindResizing(QSize largest);
+  QSize minimumSize() const;
   void nativeWasPlaced();
   void nativeWasClosed();
   void scheduleUpdate(ViewChange change);
@@ -49,12 +45,11 @@ class TitledPeer final : public HostedPeer {
   void saveFrame();
 
   Window& window_;
-  std::unique_ptr<TitledWindow, DeleteLater> native_;
-  QRect placed_;  // where native_ is or has been asked to go
-  FrameEchoes echoes_;
+  OwnedNative<TitledWindow> native_;
+  PlacedFrame placed_;  // of native_
   QTimer saving_;
+  QTimer update_;  // runs out at the next turn of the event loop
   struct {
-    bool isScheduled = false;
     bool hierarchy = false;
     bool appearance = false;
     bool rows = false;

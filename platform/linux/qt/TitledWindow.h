@@ -25,7 +25,6 @@ class TitledWindow final : public QWidget {
   WidgetTree& widgets() { return widgets_; }
   /// The window goes, or does not want to hear of this any more.
   void abandon() { window_ = nullptr; }
-  bool isAbandoned() const { return window_ == nullptr; }
 
  protected:
   void moveEvent(QMoveEvent* event) override;

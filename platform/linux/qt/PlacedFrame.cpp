@@ -1,4 +1,4 @@
-#include "platform/linux/qt/FrameEchoes.h"
+#include "platform/linux/qt/PlacedFrame.h"
 
 #include <algorithm>
 
@@ -12,17 +12,25 @@ constexpr std::size_t mostUnderWay = 64;
 
 }  // namespace
 
-void FrameEchoes::asked(const QRect& frame) {
+bool PlacedFrame::ask(const QRect& frame) {
+  if (frame == current_) return false;
+  current_ = frame;
   underWay_.push_back(frame);
   if (underWay_.size() > mostUnderWay) underWay_.pop_front();
+  return true;
 }
 
-bool FrameEchoes::isEcho(const QRect& frame) {
+bool PlacedFrame::isMovedTo(const QRect& frame) {
+  if (confirms(frame)) return false;
+  underWay_.clear();
+  if (frame == current_) return false;
+  current_ = frame;
+  return true;
+}
+
+bool PlacedFrame::confirms(const QRect& frame) {
   const auto found = std::find(underWay_.begin(), underWay_.end(), frame);
-  if (found == underWay_.end()) {
-    underWay_.clear();
-    return false;
-  }
+  if (found == underWay_.end()) return false;
   // Managers answer in order and may leave out frames that a newer one has overtaken.
   underWay_.erase(underWay_.begin(), found + 1);
   return true;

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QRect>
+#include <deque>
+
+namespace vistrel::platform::linux_desktop {
+
+/// Where a native window is in desktop space, as last asked for by code or as someone else has
+/// decided. Tells the window manager's confirmations from moves that a person or the manager made:
+/// during a drag several frames are under way at once, and a confirmation of an older one must not
+/// pull the model back.
+class PlacedFrame {
+ public:
+  /// Null before the first frame.
+  const QRect& current() const { return current_; }
+  /// Code wants the window at `frame`; false when it is there or on its way.
+  bool ask(const QRect& frame);
+  /// The desktop says that the window is at `frame`; whether someone other than code has put it
+  /// there. If so, nothing that was asked before is waited for.
+  bool isMovedTo(const QRect& frame);
+
+ private:
+  bool confirms(const QRect& frame);
+
+  QRect current_;
+  std::deque<QRect> underWay_;  // oldest first
+};
+
+}  // namespace vistrel::platform::linux_desktop

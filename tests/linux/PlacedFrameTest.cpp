@@ -1,0 +1,58 @@
+#include <gtest/gtest.h>
+
+#include "platform/linux/qt/PlacedFrame.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+const QRect a(0, 0, 100, 100);
+const QRect b(10, 0, 100, 100);
+const QRect c(20, 0, 100, 100);
+const QRect elsewhere(500, 300, 100, 100);
+
+TEST(PlacedFrame, AFrameIsAskedForOnce) {
+  PlacedFrame placed;
+  EXPECT_TRUE(placed.ask(a));
+  EXPECT_FALSE(placed.ask(a));
+  EXPECT_EQ(placed.current(), a);
+}
+
+TEST(PlacedFrame, NoConfirmationOfAFrameUnderWayIsAMove) {
+  PlacedFrame placed;
+  for (const QRect& frame : {a, b, c}) placed.ask(frame);
+  for (const QRect& frame : {a, b, c}) EXPECT_FALSE(placed.isMovedTo(frame));
+  EXPECT_EQ(placed.current(), c);
+}
+
+TEST(PlacedFrame, AFrameThatANewerOneHasOvertakenIsNotWaitedFor) {
+  PlacedFrame placed;
+  for (const QRect& frame : {a, b, c}) placed.ask(frame);
+  EXPECT_FALSE(placed.isMovedTo(c));
+  EXPECT_TRUE(placed.isMovedTo(a));
+}
+
+TEST(PlacedFrame, APersonsMoveIsTakenOver) {
+  PlacedFrame placed;
+  placed.ask(a);
+  EXPECT_FALSE(placed.isMovedTo(a));
+  EXPECT_TRUE(placed.isMovedTo(elsewhere));
+  EXPECT_EQ(placed.current(), elsewhere);
+  EXPECT_FALSE(placed.isMovedTo(elsewhere));
+  EXPECT_FALSE(placed.ask(elsewhere));
+}
+
+TEST(PlacedFrame, NothingIsWaitedForOnceSomeoneElseHasDecided) {
+  PlacedFrame placed;
+  placed.ask(a);
+  EXPECT_TRUE(placed.isMovedTo(elsewhere));
+  EXPECT_TRUE(placed.isMovedTo(a));
+}
+
+TEST(PlacedFrame, AWindowThatIsNeverAnsweredCostsBoundedMemory) {
+  PlacedFrame placed;
+  for (int x = 0; x < 1000; ++x) placed.ask(QRect(x, 0, 100, 100));
+  EXPECT_TRUE(placed.isMovedTo(QRect(0, 0, 100, 100)));
+}
+
+}  // namespace
+}  // namespace vistrel::platform::linux_desktop
