@@ -31,6 +31,16 @@ TEST(PlacedFrame, AFrameThatANewerOneHasOvertakenIsNotWaitedFor) {
   EXPECT_TRUE(placed.isMovedTo(a));
 }
 
+TEST(PlacedFrame, AConfirmationThatIsRepeatedAfterTheNextRequestIsNoMove) {
+  PlacedFrame placed;
+  placed.ask(a);
+  EXPECT_FALSE(placed.isMovedTo(a));
+  placed.ask(b);
+  EXPECT_FALSE(placed.isMovedTo(a));
+  EXPECT_EQ(placed.current(), b);
+  EXPECT_FALSE(placed.isMovedTo(b));
+}
+
 TEST(PlacedFrame, APersonsMoveIsTakenOver) {
   PlacedFrame placed;
   placed.ask(a);

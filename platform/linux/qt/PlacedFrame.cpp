@@ -1,6 +1,7 @@
 #include "platform/linux/qt/PlacedFrame.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vistrel::platform::linux_desktop {
 
@@ -21,7 +22,10 @@ bool PlacedFrame::ask(const QRect& frame) {
 }
 
 bool PlacedFrame::isMovedTo(const QRect& frame) {
-  if (confirms(frame)) return false;
+  // Managers say a frame more than once (ICCCM 4.1.5 has them send what the server tells as well),
+  // the later time perhaps when the next one is on its way.
+  const bool isRepeated = frame == std::exchange(told_, frame);
+  if (confirms(frame) || (isRepeated && !underWay_.empty())) return false;
   underWay_.clear();
   if (frame == current_) return false;
   current_ = frame;

@@ -23,6 +23,7 @@ class PlacedFrame {
   bool confirms(const QRect& frame);
 
   QRect current_;
+  QRect told_;                  // what the desktop said last
   std::deque<QRect> underWay_;  // oldest first
 };
 
