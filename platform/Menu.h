@@ -64,7 +64,6 @@ class MenuItem {
   const std::string& keyEquivalent() const { return keyEquivalent_; }
   bool isEnabled() const { return enabled_; }
   void setEnabled(bool enabled) { enabled_ = enabled; }
-  bool state() const { return state_; }
   const std::shared_ptr<RepresentedObject>& representedObject() const { return representedObject_; }
   void setRepresentedObject(std::shared_ptr<RepresentedObject> object) {
     representedObject_ = std::move(object);
@@ -75,7 +74,6 @@ class MenuItem {
   MenuAction action_;
   std::string keyEquivalent_;
   bool enabled_ = true;
-  bool state_ = false;
   std::shared_ptr<RepresentedObject> representedObject_;
 };
 

@@ -291,7 +291,6 @@ TEST_F(FocusMenuTest, ListsMirrorsAsPlainItems) {
   manager_->menuNeedsUpdate(menu_);
   const MenuItem& item = *menu_.items().front();
   EXPECT_TRUE(item.isEnabled());
-  EXPECT_FALSE(item.state());
   EXPECT_EQ(item.keyEquivalent(), "");
   EXPECT_EQ(item.action().selector(), "focusFromMenu:");
   EXPECT_EQ(item.action().target(), manager_);

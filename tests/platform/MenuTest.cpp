@@ -17,10 +17,9 @@ struct FillingDelegate : MenuDelegate {
   }
 };
 
-TEST(MenuItem, IsEnabledAndOffAtFirst) {
+TEST(MenuItem, IsEnabledAndStandsForNothingAtFirst) {
   const MenuItem item("Title", MenuAction(), "n");
   EXPECT_TRUE(item.isEnabled());
-  EXPECT_FALSE(item.state());
   EXPECT_EQ(item.keyEquivalent(), "n");
   EXPECT_EQ(item.representedObject(), nullptr);
 }
