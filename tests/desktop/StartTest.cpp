@@ -58,7 +58,8 @@ TEST_F(Start, WithADisplayThatRefusesItSaysSoAndEnds) {
   }
   const std::string file = (directory.path() / "authority").string();
   std::ofstream(file, std::ios::binary) << entry;
-  const PrivateDisplay closed({.windowManager = "", .serverArguments = {"-auth", file}});
+  const PrivateDisplay closed(
+      {.windowManager = WindowManager::none, .serverArguments = {"-auth", file}});
   ASSERT_THROW(XConnection{closed.name()}, std::runtime_error);
   ChildProcess process(
       RunningVistrel::command({}, withDisplay(closed.environment(), closed.name())));

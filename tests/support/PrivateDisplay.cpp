@@ -79,7 +79,7 @@ PrivateDisplay::PrivateDisplay(const Options& options) {
   std::filesystem::permissions(directory_.path() / "runtime", std::filesystem::perms::owner_all);
   startServer(options);
   startBus();
-  if (!options.windowManager.empty()) {
+  if (options.windowManager != WindowManager::none) {
     startWindowManager(options.windowManager);
   }
 }
@@ -160,14 +160,16 @@ void PrivateDisplay::startBus() {
   }
 }
 
-void PrivateDisplay::startWindowManager(const std::string& command) {
+void PrivateDisplay::startWindowManager(WindowManager manager) {
   const XConnection connection(name_);
-  windowManager_ = std::make_unique<ChildProcess>(
-      ChildProcess::Command{.arguments = {command}, .environment = environment()});
+  ChildProcess::Command command{.arguments = commandOf(manager), .environment = environment()};
+  // Else toolkits start an accessibility bus for the manager's own menus.
+  command.environment.emplace_back("NO_AT_BRIDGE=1");
+  windowManager_ = std::make_unique<ChildProcess>(command);
   const ReadinessProbe probe(connection);
   if (!eventually([&] { return probe.isAnswered() || windowManager_->ending(); }) ||
       windowManager_->ending()) {
-    failToStart(command, *windowManager_);
+    failToStart(command.arguments.front(), *windowManager_);
   }
 }
 

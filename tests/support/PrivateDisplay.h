@@ -6,6 +6,7 @@
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/WindowManager.h"
 
 namespace vistrel::testbed {
 
@@ -17,8 +18,7 @@ class PrivateDisplay {
   struct Options {
     int width = 1280;
     int height = 1024;
-    /// A window manager's command; none runs when it is empty.
-    std::string windowManager = "openbox";
+    WindowManager windowManager = WindowManager::openbox;
     /// Further arguments of the server.
     std::vector<std::string> serverArguments = {};
   };
@@ -48,7 +48,7 @@ class PrivateDisplay {
   std::vector<std::string> sessionVariables() const;
   void startServer(const Options& options);
   void startBus();
-  void startWindowManager(const std::string& command);
+  void startWindowManager(WindowManager manager);
 
   TemporaryDirectory directory_;
   std::string name_;

@@ -34,9 +34,24 @@ TEST(PrivateDisplay, LeavesNothingRunning) {
   EXPECT_FALSE(std::filesystem::exists(home));
 }
 
-TEST(PrivateDisplay, SaysWhyAManagerDidNotStart) {
-  EXPECT_THROW(PrivateDisplay({.windowManager = "no-such-manager"}), std::runtime_error);
+TEST(PrivateDisplay, SaysWhyAServerDidNotStart) {
+  EXPECT_THROW(PrivateDisplay({.serverArguments = {"-no-such-option"}}), std::runtime_error);
 }
+
+class PrivateDisplayWith : public ::testing::TestWithParam<WindowManager> {};
+
+TEST_P(PrivateDisplayWith, HasItsManagerFrameAWindow) {
+  const PrivateDisplay display({.windowManager = GetParam()});
+  const XConnection connection(display.name());
+  const TestWindow window(display.name(), {.area = {200, 150, 300, 200}});
+  EXPECT_TRUE(eventually([&] {
+    const auto extents = frameExtentsOf(connection, window.id());
+    return extents && extents->top > 0;
+  }));
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, PrivateDisplayWith, ::testing::ValuesIn(windowManagers),
+                         [](const auto& test) { return std::string(nameOf(test.param)); });
 
 class TestBed : public ::testing::Test {
  protected:
