@@ -25,6 +25,10 @@ void Control::assign(Value& field, Value value) {
   didChange(ViewChange::appearance);
 }
 
+Label::Label(std::string text) : text_(std::move(text)) {
+  setAccessibilityRole(AccessibilityRole::staticText);
+}
+
 void Label::setStringValue(std::string text) { assign(text_, std::move(text)); }
 void Label::setFont(Font font) { assign(style_.font, font); }
 void Label::setTextColor(Color color) { assign(style_.color, color); }
@@ -35,7 +39,9 @@ void Label::setMaximumNumberOfLines(int lines) { assign(style_.maximumNumberOfLi
 void Label::draw(GraphicsContext& context) { context.drawText(text_, bounds(), style_); }
 
 Button::Button(std::string title, Action action)
-    : title_(std::move(title)), action_(std::move(action)) {}
+    : title_(std::move(title)), action_(std::move(action)) {
+  setAccessibilityRole(AccessibilityRole::button);
+}
 
 void Button::setTitle(std::string title) { assign(title_, std::move(title)); }
 void Button::setBordered(bool bordered) { assign(bordered_, bordered); }
@@ -51,6 +57,17 @@ void Button::setAttributedTitle(std::string title, TextStyle style) {
 void Button::performClick() {
   if (!isHidden()) action_.send();
 }
+
+std::string Button::accessibilityLabel() const {
+  const std::string label = View::accessibilityLabel();
+  return label.empty() ? title_ : label;
+}
+
+std::vector<AccessibilityAction> Button::accessibilityActions() const {
+  return {AccessibilityAction::press};
+}
+
+void Button::accessibilityPerform(AccessibilityAction /*action*/) { performClick(); }
 
 void Button::draw(GraphicsContext& context) {
   TextStyle style = attributedStyle_.value_or(TextStyle{.font = {}, .color = Color::label()});
@@ -70,6 +87,12 @@ void Button::mouseDragged(const Event& event) { setHighlighted(isInside(event));
 void Button::mouseUp(const Event& event) {
   setHighlighted(false);
   if (isInside(event)) performClick();
+}
+
+ImageView::ImageView() { setAccessibilityRole(AccessibilityRole::image); }
+
+std::string ImageView::accessibilityLabel() const {
+  return image_ ? image_->accessibilityDescription : "";
 }
 
 void ImageView::setImage(SymbolImage image) {

@@ -30,7 +30,7 @@ class Control : public View {
 /// Text that a person reads and cannot edit.
 class Label : public Control {
  public:
-  explicit Label(std::string text = {}) : text_(std::move(text)) {}
+  explicit Label(std::string text = {});
 
   const std::string& stringValue() const { return text_; }
   void setStringValue(std::string text);
@@ -48,6 +48,7 @@ class Label : public Control {
   const std::string& identifier() const { return identifier_; }
   void setIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
 
+  std::string accessibilityLabel() const override { return text_; }
   void draw(GraphicsContext& context) override;
 
  private:
@@ -61,8 +62,7 @@ enum class BezelStyle { rounded = 1 };
 
 class Button : public Control {
  public:
-  Button() = default;
-  Button(std::string title, Action action);
+  explicit Button(std::string title = {}, Action action = {});
 
   const std::string& title() const { return title_; }
   void setTitle(std::string title);
@@ -83,6 +83,10 @@ class Button : public Control {
   /// What a click does: sends the action, unless the button is hidden.
   void performClick();
 
+  /// The title unless a label was set.
+  std::string accessibilityLabel() const override;
+  std::vector<AccessibilityAction> accessibilityActions() const override;
+  void accessibilityPerform(AccessibilityAction action) override;
   void draw(GraphicsContext& context) override;
   /// A press follows the pointer and clicks when it is released inside.
   void mouseDown(const Event& event) override;
@@ -116,6 +120,8 @@ enum class ImageScaling { proportionallyDown = 0 };
 
 class ImageView : public Control {
  public:
+  ImageView();
+
   const std::optional<SymbolImage>& image() const { return image_; }
   void setImage(SymbolImage image);
   Color contentTintColor() const { return contentTintColor_; }
@@ -123,6 +129,8 @@ class ImageView : public Control {
   ImageScaling imageScaling() const { return imageScaling_; }
   void setImageScaling(ImageScaling scaling);
 
+  /// The image's description.
+  std::string accessibilityLabel() const override;
   void draw(GraphicsContext& context) override;
 
  private:

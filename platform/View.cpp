@@ -30,6 +30,16 @@ void View::setToolTip(std::string text) {
   didChange(ViewChange::appearance);
 }
 
+bool View::isHiddenOrHasHiddenAncestor() const {
+  return hidden_ || (superview_ != nullptr && superview_->isHiddenOrHasHiddenAncestor());
+}
+
+void View::setAccessibilityLabel(std::string label) {
+  if (label == accessibilityLabel_) return;
+  accessibilityLabel_ = std::move(label);
+  didChange(ViewChange::appearance);
+}
+
 void View::addSubview(const std::shared_ptr<View>& view) {
   view->removeFromSuperview();
   view->superview_ = this;

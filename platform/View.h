@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Accessibility.h"
 #include "platform/Cursor.h"
 #include "platform/Event.h"
 #include "platform/Geometry.h"
@@ -22,7 +23,7 @@ class Window;
 enum class ViewChange {
   geometry,       // frame or hidden state
   hierarchy,      // subviews came or went
-  appearance,     // text, colour, title, tooltip, layer colours
+  appearance,     // text, colour, title, tooltip, layer colours, what a screen reader says
   layerContents,  // the layer's picture
   rows,           // a table's rows
 };
@@ -47,6 +48,8 @@ class View : public std::enable_shared_from_this<View> {
 
   bool isHidden() const { return hidden_; }
   void setHidden(bool hidden);
+  /// Whether nobody can see the view, because of it or because of a view that holds it.
+  bool isHiddenOrHasHiddenAncestor() const;
   const std::string& toolTip() const { return toolTip_; }
   void setToolTip(std::string text);
 
@@ -99,6 +102,15 @@ class View : public std::enable_shared_from_this<View> {
   /// Cursor rectangles in this view's coordinates, asked for anew.
   const std::vector<CursorRect>& freshCursorRects();
 
+  AccessibilityRole accessibilityRole() const { return accessibilityRole_; }
+  void setAccessibilityRole(AccessibilityRole role) { accessibilityRole_ = role; }
+  /// What a screen reader calls the view; a content view's label names its window.
+  virtual std::string accessibilityLabel() const { return accessibilityLabel_; }
+  void setAccessibilityLabel(std::string label);
+  virtual std::vector<AccessibilityAction> accessibilityActions() const { return {}; }
+  /// Does one of `accessibilityActions()`.
+  virtual void accessibilityPerform(AccessibilityAction /*action*/) {}
+
   /// The size that the view would like to have where constraints leave it open; zero for none.
   virtual Size intrinsicContentSize() const { return {}; }
   virtual bool isFlipped() const { return false; }
@@ -131,6 +143,8 @@ class View : public std::enable_shared_from_this<View> {
   bool framesSetByCode_ = true;
   bool needsLayout_ = true;
   std::string toolTip_;
+  AccessibilityRole accessibilityRole_ = AccessibilityRole::none;
+  std::string accessibilityLabel_;
   std::vector<std::shared_ptr<View>> subviews_;
   View* superview_ = nullptr;
   Window* window_ = nullptr;  // set in a content view alone

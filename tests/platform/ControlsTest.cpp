@@ -98,6 +98,30 @@ TEST_F(ControlsTest, ChangedTextLaysOutItsConstrainedNeighbourhood) {
   EXPECT_EQ(label->frame().width(), 2 * before);
 }
 
+TEST_F(ControlsTest, SayWhatTheyShowToAScreenReader) {
+  const Label label("text");
+  EXPECT_EQ(label.accessibilityRole(), AccessibilityRole::staticText);
+  EXPECT_EQ(label.accessibilityLabel(), "text");
+  EXPECT_EQ(button_->accessibilityRole(), AccessibilityRole::button);
+  EXPECT_EQ(button_->accessibilityLabel(), "OK");
+  button_->setAccessibilityLabel("Agree");
+  EXPECT_EQ(button_->accessibilityLabel(), "Agree");
+  ImageView image;
+  EXPECT_EQ(image.accessibilityRole(), AccessibilityRole::image);
+  EXPECT_EQ(image.accessibilityLabel(), "");
+  image.setImage({.name = "symbol", .accessibilityDescription = "A symbol"});
+  EXPECT_EQ(image.accessibilityLabel(), "A symbol");
+}
+
+TEST_F(ControlsTest, AScreenReadersPressClicksTheButtonUnlessItIsHidden) {
+  EXPECT_EQ(button_->accessibilityActions(), std::vector{AccessibilityAction::press});
+  button_->accessibilityPerform(AccessibilityAction::press);
+  EXPECT_EQ(counter_->clicks, 1);
+  button_->setHidden(true);
+  button_->accessibilityPerform(AccessibilityAction::press);
+  EXPECT_EQ(counter_->clicks, 1);
+}
+
 TEST_F(ControlsTest, ScrollViewHoldsOneDocumentView) {
   ScrollView scrollView;
   const auto first = std::make_shared<TableView>();

@@ -49,6 +49,30 @@ TEST(ViewTree, TakesAViewFromItsFormerSuperview) {
   EXPECT_EQ(view->superview(), second.get());
 }
 
+TEST(ViewTree, HidesWhatAHiddenViewHolds) {
+  const auto grandparent = std::make_shared<View>();
+  const auto parent = std::make_shared<View>();
+  const auto view = std::make_shared<View>();
+  grandparent->addSubview(parent);
+  parent->addSubview(view);
+  EXPECT_FALSE(view->isHiddenOrHasHiddenAncestor());
+  grandparent->setHidden(true);
+  EXPECT_TRUE(view->isHiddenOrHasHiddenAncestor());
+  EXPECT_FALSE(view->isHidden());
+  grandparent->setHidden(false);
+  view->setHidden(true);
+  EXPECT_TRUE(view->isHiddenOrHasHiddenAncestor());
+  EXPECT_FALSE(parent->isHiddenOrHasHiddenAncestor());
+}
+
+TEST(ViewTree, MeansNothingToAScreenReaderUnlessItIsTold) {
+  View view;
+  EXPECT_EQ(view.accessibilityRole(), AccessibilityRole::none);
+  EXPECT_EQ(view.accessibilityLabel(), "");
+  EXPECT_TRUE(view.accessibilityActions().empty());
+  view.accessibilityPerform(AccessibilityAction::press);
+}
+
 TEST(ViewTree, RemovingAViewHeldByTheTreeAloneLetsItGo) {
   const auto parent = std::make_shared<View>();
   parent->addSubview(std::make_shared<View>());
