@@ -120,13 +120,13 @@ void WindowMirrorHUDController::showFrame(std::shared_ptr<const platform::Image>
   lastImage_.store(image);
   if (content_->layer() != nullptr) content_->layer()->setContents(std::move(image));
   lastFrameAt_ = platform::now();
-  liveDot_->layer()->setBackgroundColor(liveColor);
+  setLiveDot(liveState);
   statusLabel_->setHidden(true);
 }
 
 void WindowMirrorHUDController::tickFreshness() {
   assert(platform::mainQueue().isCurrent());
-  if (isStale(lastFrameAt_, platform::now())) liveDot_->layer()->setBackgroundColor(staleColor);
+  if (isStale(lastFrameAt_, platform::now())) setLiveDot(staleState);
 }
 
 void WindowMirrorHUDController::updateCaptureResolutionIfNeeded() {

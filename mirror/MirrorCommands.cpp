@@ -28,7 +28,7 @@ void WindowMirrorHUDController::showStatus(const std::string& text) {
   assert(platform::mainQueue().isCurrent());
   statusLabel_->setStringValue(text);
   statusLabel_->setHidden(false);
-  liveDot_->layer()->setBackgroundColor(errorColor);
+  setLiveDot(errorState);
 }
 
 }  // namespace vistrel

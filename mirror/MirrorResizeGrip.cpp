@@ -6,9 +6,23 @@
 
 namespace vistrel {
 
+using platform::AccessibilityAction;
+using platform::AccessibilityRole;
 using platform::Event;
 using platform::Point;
 using platform::Rect;
+
+namespace {
+
+/// How much wider and taller one step makes a panel. Points.
+constexpr double accessibilityStep = 40;
+
+}  // namespace
+
+MirrorResizeGrip::MirrorResizeGrip(const Rect& frame) : View(frame) {
+  setAccessibilityRole(AccessibilityRole::growArea);
+  setAccessibilityLabel("Resize");
+}
 
 void MirrorResizeGrip::resetCursorRects() { addCursorRect(bounds(), platform::Cursor::crosshair); }
 
@@ -31,13 +45,27 @@ void MirrorResizeGrip::mouseDown(const Event& /*event*/) {
 }
 
 void MirrorResizeGrip::mouseDragged(const Event& /*event*/) {
+  const Point mouse = Event::mouseLocation();
+  resizePanel(startFrame_, mouse.x - startMouse_.x, startMouse_.y - mouse.y);
+}
+
+std::vector<AccessibilityAction> MirrorResizeGrip::accessibilityActions() const {
+  return {AccessibilityAction::increment, AccessibilityAction::decrement};
+}
+
+void MirrorResizeGrip::accessibilityPerform(AccessibilityAction action) {
+  if (window() == nullptr) return;
+  const double step =
+      action == AccessibilityAction::increment ? accessibilityStep : -accessibilityStep;
+  resizePanel(window()->frame(), step, step);
+}
+
+void MirrorResizeGrip::resizePanel(const Rect& start, double wider, double taller) {
   platform::Window* panel = window();
   if (panel == nullptr) return;
-  const Point mouse = Event::mouseLocation();
-  const double width = std::max(startFrame_.width() + (mouse.x - startMouse_.x), minSize_.width);
-  const double height = std::max(startFrame_.height() - (mouse.y - startMouse_.y), minSize_.height);
-  panel->setFrame(platform::rect(startFrame_.minX(), startFrame_.maxY() - height, width, height),
-                  true);
+  const double width = std::max(start.width() + wider, minSize_.width);
+  const double height = std::max(start.height() + taller, minSize_.height);
+  panel->setFrame(platform::rect(start.minX(), start.maxY() - height, width, height), true);
 }
 
 }  // namespace vistrel

@@ -9,7 +9,7 @@ namespace vistrel {
 /// its aspect; the picture is letter-boxed instead.
 class MirrorResizeGrip : public platform::View {
  public:
-  using View::View;
+  explicit MirrorResizeGrip(const platform::Rect& frame = {});
 
   /// The smallest panel frame that a resize may make.
   platform::Size minSize() const { return minSize_; }
@@ -19,8 +19,14 @@ class MirrorResizeGrip : public platform::View {
   void draw(platform::GraphicsContext& context) override;
   void mouseDown(const platform::Event& event) override;
   void mouseDragged(const platform::Event& event) override;
+  /// For those who cannot drag: a step larger and a step smaller.
+  std::vector<platform::AccessibilityAction> accessibilityActions() const override;
+  void accessibilityPerform(platform::AccessibilityAction action) override;
 
  private:
+  /// Makes the panel that wider (to the right) and taller (downwards) than it was at `start`.
+  void resizePanel(const platform::Rect& start, double wider, double taller);
+
   const platform::Size minSize_ = panelMinSize;
   platform::Point startMouse_;  // screen space
   platform::Rect startFrame_;   // screen space

@@ -9,6 +9,7 @@
 
 namespace vistrel {
 
+using platform::AccessibilityRole;
 using platform::Color;
 using platform::Font;
 using platform::FontWeight;
@@ -87,6 +88,8 @@ void WindowMirrorHUDController::buildUI() {
   buildCard();
   panel_->setContentView(card_);
   content_->setWantsLayer(true);
+  content_->setAccessibilityRole(AccessibilityRole::image);
+  content_->setAccessibilityLabel(displayName());
   card_->addSubview(content_);
   buildTitleBar();
   buildStatusLabel();
@@ -100,6 +103,7 @@ void WindowMirrorHUDController::buildCard() {
   card_->layer()->setBorderWidth(1);
   card_->layer()->setBorderColor(Color::white(0.18));
   card_->layer()->setBackgroundColor(Color::black());
+  card_->setAccessibilityLabel(displayName());
   card_->onDoubleClick = [weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->toggleRollUp();
   };
@@ -124,7 +128,8 @@ void WindowMirrorHUDController::buildTitleBar() {
 
   liveDot_->setWantsLayer(true);
   liveDot_->layer()->setCornerRadius(4);
-  liveDot_->layer()->setBackgroundColor(liveColor);
+  liveDot_->setAccessibilityRole(AccessibilityRole::image);
+  setLiveDot(liveState);
   titleBar_->addSubview(liveDot_);
 
   titleLabel_->setFont(Font{11, FontWeight::semibold});
@@ -137,6 +142,7 @@ void WindowMirrorHUDController::buildTitleBar() {
   closeButton_->setBordered(false);
   closeButton_->setAttributedTitle(
       "✕", {.font = Font{12, FontWeight::bold}, .color = Color::white(0.75)});
+  closeButton_->setAccessibilityLabel("Close");
   closeButton_->setAction(
       {"closeClicked", weak_from_this(), &WindowMirrorHUDController::closeClicked});
   titleBar_->addSubview(closeButton_);
@@ -149,6 +155,7 @@ void WindowMirrorHUDController::buildStatusLabel() {
   statusLabel_->setLineBreakMode(platform::LineBreakMode::wordWrapping);
   statusLabel_->setMaximumNumberOfLines(3);
   statusLabel_->setHidden(true);
+  statusLabel_->setAccessibilityRole(AccessibilityRole::status);
   card_->addSubview(statusLabel_);
 }
 
@@ -182,6 +189,11 @@ void WindowMirrorHUDController::relayoutTitleBar(const PanelLayout& layout) {
   liveDot_->setFrame(layout.liveDot);
   closeButton_->setFrame(layout.closeButton);
   titleLabel_->setFrame(layout.titleLabel);
+}
+
+void WindowMirrorHUDController::setLiveDot(const LiveDotState& state) {
+  liveDot_->layer()->setBackgroundColor(state.color);
+  liveDot_->setAccessibilityLabel(state.accessibilityLabel);
 }
 
 void WindowMirrorHUDController::show() {

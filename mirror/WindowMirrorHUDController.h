@@ -21,6 +21,8 @@
 
 namespace vistrel {
 
+struct LiveDotState;
+
 /// One mirror: the floating panel that shows one window of another program, the views in it, and
 /// the stream that feeds it. Lives on the main thread; only `handleSample` and the answers of the
 /// capture service run elsewhere. Views, callbacks, timer and stream hold it weakly, so whoever
@@ -117,6 +119,7 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   void buildStatusLabel();
   void positionInitially(int cascade);
   void relayoutTitleBar(const PanelLayout& layout);
+  void setLiveDot(const LiveDotState& state);
 
   double panelBackingScale() const;
   platform::StreamConfiguration streamConfiguration() const;

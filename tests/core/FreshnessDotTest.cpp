@@ -43,6 +43,15 @@ TEST_F(FreshnessDotTest, TurnsGreenWithTheNextFrame) {
   EXPECT_EQ(dot(), liveColor);
 }
 
+TEST_F(FreshnessDotTest, IsNamedForThoseWhoCannotSeeItsColour) {
+  deliverPicture();
+  EXPECT_EQ(mirror_->liveDot()->accessibilityLabel(), "Live");
+  desktop_.advance(5);
+  EXPECT_EQ(mirror_->liveDot()->accessibilityLabel(), "Not updating");
+  mirror_->showStatus("Something went wrong.");
+  EXPECT_EQ(mirror_->liveDot()->accessibilityLabel(), "Error");
+}
+
 TEST_F(FreshnessDotTest, ShowsNoTextWhenItTurnsAmber) {
   desktop_.advance(5);
   EXPECT_EQ(status(), "");

@@ -169,6 +169,21 @@ TEST_F(MirrorPanelTest, OffersACloseButton) {
   EXPECT_EQ(button.action().target(), mirror_);
 }
 
+TEST_F(MirrorPanelTest, NamesWhatOnlyEyesCouldTell) {
+  using enum platform::AccessibilityRole;
+  makeMirror(openSource("Mail", "Inbox"));
+  EXPECT_EQ(mirror_->card()->accessibilityRole(), none);
+  EXPECT_EQ(mirror_->card()->accessibilityLabel(), "Mail — Inbox");
+  EXPECT_EQ(mirror_->content()->accessibilityRole(), image);
+  EXPECT_EQ(mirror_->content()->accessibilityLabel(), "Mail — Inbox");
+  EXPECT_EQ(mirror_->brandIcon()->accessibilityLabel(), "Vistrel");
+  EXPECT_EQ(mirror_->liveDot()->accessibilityRole(), image);
+  EXPECT_EQ(mirror_->closeButton()->accessibilityLabel(), "Close");
+  EXPECT_EQ(mirror_->statusLabel()->accessibilityRole(), status);
+  EXPECT_EQ(mirror_->grip()->accessibilityRole(), growArea);
+  EXPECT_EQ(mirror_->grip()->accessibilityLabel(), "Resize");
+}
+
 TEST_F(MirrorPanelTest, HidesItsStatusAtFirst) {
   makeMirror(sized(900, 600));
   const platform::Label& label = *mirror_->statusLabel();

@@ -11,6 +11,7 @@
 namespace vistrel {
 namespace {
 
+using platform::AccessibilityAction;
 using platform::Event;
 using platform::simulated::RecordingGraphicsContext;
 
@@ -222,6 +223,26 @@ TEST_F(GripTest, ResizesNothingOutsideAWindow) {
   MirrorResizeGrip loose;
   loose.mouseDown(Event{});
   loose.mouseDragged(Event{});
+}
+
+TEST_F(GripTest, StepsLargerAndSmallerForAScreenReader) {
+  EXPECT_THAT(grip_->accessibilityActions(),
+              ElementsAre(AccessibilityAction::increment, AccessibilityAction::decrement));
+  grip_->accessibilityPerform(AccessibilityAction::increment);
+  EXPECT_EQ(panel_->frame(), rect(100, 160, 340, 240));
+  grip_->accessibilityPerform(AccessibilityAction::decrement);
+  EXPECT_EQ(panel_->frame(), panelFrame);
+}
+
+TEST_F(GripTest, StepsNoSmallerThanItsMinimum) {
+  for (int step = 0; step < 10; ++step) {
+    grip_->accessibilityPerform(AccessibilityAction::decrement);
+  }
+  EXPECT_EQ(panel_->frame(), rect(100, 280, 160, 120));
+}
+
+TEST_F(GripTest, StepsNothingOutsideAWindow) {
+  MirrorResizeGrip().accessibilityPerform(AccessibilityAction::increment);
 }
 
 using Segments = std::vector<std::pair<Point, Point>>;
