@@ -52,5 +52,6 @@ class InputDriver {
 inline constexpr std::uint32_t keyReturn = 0xff0d;
 inline constexpr std::uint32_t keyDown = 0xff54;
 inline constexpr std::uint32_t keyEscape = 0xff1b;
+inline constexpr std::uint32_t keyTab = 0xff09;
 
 }  // namespace vistrel::testbed

@@ -31,6 +31,8 @@ class PrivateDisplay {
 
   /// As in the environment variable DISPLAY, e.g. ":7".
   const std::string& name() const { return name_; }
+  /// Where the session's bus listens, as in DBUS_SESSION_BUS_ADDRESS.
+  const std::string& busAddress() const { return busAddress_; }
   /// The environment for programs of this session: this process's own, with the variables that name
   /// a display, a bus, a toolkit's settings or a place to store things replaced by the session's.
   std::vector<std::string> environment() const;

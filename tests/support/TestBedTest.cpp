@@ -1,7 +1,9 @@
 #include <cerrno>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include "tests/support/AccessibilityBus.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
@@ -11,6 +13,12 @@
 
 namespace vistrel::testbed {
 namespace {
+
+// A process that has ended and that nobody has waited for has no command line.
+bool isRunning(pid_t pid) {
+  std::ifstream commandLine("/proc/" + std::to_string(pid) + "/cmdline");
+  return commandLine.get() != std::ifstream::traits_type::eof();
+}
 
 TEST(ChildProcess, TellsHowItEndedAndWhatItWrote) {
   ChildProcess child({.arguments = {"sh", "-c", "echo out; echo err >&2; exit 3"},
@@ -32,6 +40,17 @@ TEST(PrivateDisplay, LeavesNothingRunning) {
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD) << "a child process is left";
   EXPECT_FALSE(std::filesystem::exists(home));
+}
+
+TEST(AccessibilityBus, EndsWithItsSession) {
+  pid_t launcher = 0;
+  {
+    const PrivateDisplay display;
+    const AccessibilityBus screenReader(display);
+    launcher = screenReader.launcherPid();
+    EXPECT_TRUE(isRunning(launcher));
+  }
+  EXPECT_TRUE(eventually([&] { return !isRunning(launcher); }));
 }
 
 TEST(PrivateDisplay, SaysWhyAServerDidNotStart) {
