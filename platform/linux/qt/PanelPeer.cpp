@@ -14,13 +14,6 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-bool isShown(const View& view) {
-  for (const View* v = &view; v != nullptr; v = v->superview()) {
-    if (v->isHidden()) return false;
-  }
-  return true;
-}
-
 QString nativeTitle(const Window& window) {
   if (window.title().empty()) return QStringLiteral("Vistrel");
   return QStringLiteral("Vistrel — ") + QString::fromStdString(window.title());
@@ -48,7 +41,7 @@ void PanelPeer::contentViewDidChange() { scheduleRepaint(); }
 
 void PanelPeer::viewDidChange(View& view, ViewChange change) {
   if (change != ViewChange::layerContents) return scheduleRepaint();
-  if (!surface_ || !isShown(view)) return;
+  if (!surface_ || view.isHiddenOrHasHiddenAncestor()) return;
   const auto& contents = view.layer()->contents();
   if (view.layer() == contentsLayer_ && contents) return showContents(contents);
   scheduleRepaint();  // an opening for the picture comes or goes
@@ -135,6 +128,7 @@ void PanelPeer::scheduleRepaint() {
 void PanelPeer::repaint() {
   repaint_.stop();
   window_.layoutIfNeeded();
+  native_->reportToScreenReaders();
   const double pixelsPerPoint = native_->devicePixelRatio();
   const PixelRect area = toPixels(QRectF(QPointF(), placed_.current().size()), pixelsPerPoint);
   auto painted = paintChrome(*window_.contentView(), area.width, area.height, pixelsPerPoint);

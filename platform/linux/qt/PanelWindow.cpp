@@ -5,7 +5,9 @@
 #include <QStyleHints>
 #include <utility>
 
+#include "platform/linux/qt/PanelAccessible.h"
 #include "platform/linux/qt/Pointer.h"
+#include "platform/linux/qt/ScreenReaders.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -30,6 +32,26 @@ PanelWindow::PanelWindow(platform::Window& window, std::function<void()> placed,
     if (window_ != nullptr) scaleChanged_();
   });
 }
+
+void PanelWindow::abandon() {
+  announce(QAccessible::ObjectDestroyed);
+  window_ = nullptr;
+}
+
+void PanelWindow::reportToScreenReaders() {
+  if (auto* accessible = heardAccessible<PanelAccessible>(*this)) accessible->reportChanges();
+}
+
+QAccessibleInterface* PanelWindow::accessibleRoot() const {
+  return QAccessible::queryAccessibleInterface(const_cast<PanelWindow*>(this));
+}
+
+void PanelWindow::showEvent(QShowEvent* /*event*/) {
+  announce(QAccessible::ObjectCreated);
+  announce(QAccessible::ObjectShow);
+}
+
+void PanelWindow::hideEvent(QHideEvent* /*event*/) { announce(QAccessible::ObjectHide); }
 
 void PanelWindow::mousePressEvent(QMouseEvent* event) {
   tip_.hide();
@@ -63,6 +85,11 @@ bool PanelWindow::event(QEvent* event) {
     return true;
   }
   return QWindow::event(event);
+}
+
+void PanelWindow::announce(QAccessible::Event event) {
+  auto* accessible = heardAccessible<PanelAccessible>(*this);
+  if (accessible != nullptr && accessible->isValid()) report(*accessible, event);
 }
 
 void PanelWindow::send(EventType type, const QMouseEvent& event) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAccessible>
 #include <QWindow>
 #include <functional>
 
@@ -18,9 +19,17 @@ class PanelWindow final : public QWindow {
               std::function<void()> scaleChanged);
 
   /// The panel goes, or does not want to hear of this window any more.
-  void abandon() { window_ = nullptr; }
+  void abandon();
+  /// Null once abandoned.
+  platform::Window* panel() const { return window_; }
+
+  /// Tells screen readers, if there are any, what has changed in the panel's views.
+  void reportToScreenReaders();
+  QAccessibleInterface* accessibleRoot() const override;
 
  protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -29,6 +38,7 @@ class PanelWindow final : public QWindow {
   bool event(QEvent* event) override;
 
  private:
+  void announce(QAccessible::Event event);
   void send(EventType type, const QMouseEvent& event);
   void hover(const QMouseEvent& event);
   Point locationInWindow(const QMouseEvent& event) const;

@@ -8,6 +8,7 @@
 #include "platform/linux/qt/QtDispatch.h"
 #include "platform/linux/qt/QtWindows.h"
 #include "platform/linux/qt/QtWorkspace.h"
+#include "platform/linux/qt/ScreenReaders.h"
 #include "platform/linux/qt/Symbols.h"
 #include "platform/linux/qt/ToolkitMessages.h"
 
@@ -26,6 +27,7 @@ class Toolkit {
     QGuiApplication::setDesktopFileName(QStringLiteral("vistrel"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(applicationIcon());
+    installAccessibles();
     const auto* x11 = application_.nativeInterface<QNativeInterface::QX11Application>();
     if (x11 != nullptr) watchToolkitConnection(x11->connection());
   }

@@ -1,12 +1,13 @@
 #include "platform/linux/qt/RowsView.h"
 
 #include <QGuiApplication>
-#include <QHeaderView>
 #include <QMouseEvent>
 #include <cmath>
 
 #include "platform/linux/qt/Colors.h"
 #include "platform/linux/qt/Fonts.h"
+#include "platform/linux/qt/RowsAccessible.h"
+#include "platform/linux/qt/ScreenReaders.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -23,7 +24,7 @@ std::shared_ptr<Label> labelOf(TableView& table, int row) {
 void RowsModel::reload() {
   if (rowCount_ == table_.numberOfRows()) {
     // Keeps what is selected and how far the view is scrolled.
-    if (rowCount_ > 0) emit dataChanged(index(0, 0), index(rowCount_ - 1, 0));
+    if (rowCount_ > 0) emit dataChanged(index(0), index(rowCount_ - 1));
     return;
   }
   beginResetModel();
@@ -35,8 +36,6 @@ int RowsModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : rowCount_;
 }
 
-int RowsModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : 1; }
-
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole && role != Qt::ForegroundRole && role != Qt::FontRole) return {};
   const auto label = labelOf(table_, index.row());
@@ -46,30 +45,29 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
   return QBrush(resolved(label->textColor(), QGuiApplication::palette()));
 }
 
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
+                            const QModelIndex& /*index*/) const {
+  return {0, height_};
+}
+
 void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
   option->state &= ~QStyle::State_HasFocus;
 }
 
 RowsView::RowsView(TableView& table, QWidget* parent)
-    : QTableView(parent), table_(table), rows_(table) {
+    : QListView(parent),
+      table_(table),
+      rows_(table),
+      delegate_(static_cast<int>(std::lround(table.rowHeight()))) {
   setModel(&rows_);
   setItemDelegate(&delegate_);
-  setShowGrid(false);
-  setWordWrap(false);
+  setUniformItemSizes(true);
   setTextElideMode(Qt::ElideRight);
-  setSelectionBehavior(QAbstractItemView::SelectRows);
   setSelectionMode(QAbstractItemView::SingleSelection);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
-  setTabKeyNavigation(false);  // Tab leaves for the next control
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  horizontalHeader()->setVisible(table.hasHeaderView());
-  horizontalHeader()->setStretchLastSection(true);
-  verticalHeader()->hide();
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  verticalHeader()->setMinimumSectionSize(1);
-  verticalHeader()->setDefaultSectionSize(static_cast<int>(std::lround(table.rowHeight())));
   if (!table.tableColumns().empty()) {
     setAccessibleName(QString::fromStdString(table.tableColumns().front().title));
   }
@@ -80,22 +78,27 @@ void RowsView::reload() {
   rows_.reload();
   showSelection();
   isReloading_ = false;
+  if (auto* accessible = heardAccessible<RowsAccessible>(*this)) accessible->reportChanges();
+}
+
+void RowsView::pressSelectedRow() {
+  if (!isAbandoned_) table_.personDidDoubleClick();
 }
 
 void RowsView::mouseDoubleClickEvent(QMouseEvent* event) {
-  QTableView::mouseDoubleClickEvent(event);
+  QListView::mouseDoubleClickEvent(event);
   const bool isOnRow = indexAt(event->position().toPoint()).isValid();
-  if (!isAbandoned_ && isOnRow && event->button() == Qt::LeftButton) table_.personDidDoubleClick();
+  if (isOnRow && event->button() == Qt::LeftButton) pressSelectedRow();
 }
 
 void RowsView::focusInEvent(QFocusEvent* event) {
-  QTableView::focusInEvent(event);
+  QListView::focusInEvent(event);
   // The toolkit goes to the first row without selecting it; the first arrow key would leave it out.
   if (!selectionModel()->hasSelection()) selectionModel()->clearCurrentIndex();
 }
 
 void RowsView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
-  QTableView::selectionChanged(selected, deselected);
+  QListView::selectionChanged(selected, deselected);
   if (isReloading_ || isAbandoned_) return;
   const QModelIndexList rows = selectionModel()->selectedRows();
   table_.personDidSelectRow(rows.isEmpty() ? -1 : rows.front().row());
@@ -105,7 +108,7 @@ void RowsView::showSelection() {
   if (table_.selectedRow() < 0) {
     selectionModel()->clear();
   } else if (!selectionModel()->isRowSelected(table_.selectedRow())) {
-    selectRow(table_.selectedRow());
+    setCurrentIndex(rowAt(table_.selectedRow()));
   }
 }
 

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <QAbstractTableModel>
+#include <QAbstractListModel>
+#include <QListView>
 #include <QStyledItemDelegate>
-#include <QTableView>
 
 #include "platform/Controls.h"
 
 namespace vistrel::platform::linux_desktop {
 
-/// A table's rows as the toolkit's views read them: one column of texts in their colours.
-class RowsModel final : public QAbstractTableModel {
+/// A table's rows as the toolkit's views read them: texts in their colours.
+class RowsModel final : public QAbstractListModel {
  public:
   explicit RowsModel(TableView& table) : table_(table) {}
 
@@ -17,7 +17,6 @@ class RowsModel final : public QAbstractTableModel {
   void reload();
 
   int rowCount(const QModelIndex& parent = {}) const override;
-  int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
@@ -27,18 +26,30 @@ class RowsModel final : public QAbstractTableModel {
 
 /// Draws a row without a frame of its own for the keyboard, since the selection shows where it is.
 class RowDelegate final : public QStyledItemDelegate {
+ public:
+  explicit RowDelegate(int height) : height_(height) {}
+
+  /// Rows are as wide as the list.
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+ private:
+  const int height_;
 };
 
-/// The widget of a table: no header, no grid, one whole row selected at most.
-class RowsView final : public QTableView {
+/// The widget of a table with one column: no header, one row selected at most.
+class RowsView final : public QListView {
  public:
   /// `table` outlives this, or `abandon` is called.
   RowsView(TableView& table, QWidget* parent);
 
   /// The table's rows or its selection have changed.
   void reload();
+  QModelIndex rowAt(int row) const { return rows_.index(row); }
+  /// What a double-click does to the row that is selected.
+  void pressSelectedRow();
   /// Nothing is passed on any more.
   void abandon() { isAbandoned_ = true; }
 

@@ -35,13 +35,6 @@ void dressButton(const Button& button, QPushButton& widget) {
   widget.setDefault(button.keyEquivalent() == "\r");
 }
 
-bool isHiddenInTree(const View& view) {
-  for (const View* v = &view; v != nullptr; v = v->superview()) {
-    if (v->isHidden()) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 void WidgetTree::rebuild(const View& contentView) {
@@ -66,7 +59,7 @@ void WidgetTree::dress() {
 void WidgetTree::place() {
   for (const auto& [view, widget] : realised_) {
     widget->setGeometry(wholePoints(view->frameInWindowFromTop()));
-    widget->setVisible(!isHiddenInTree(*view));
+    widget->setVisible(!view->isHiddenOrHasHiddenAncestor());
   }
 }
 
