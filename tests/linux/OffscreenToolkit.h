@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <array>
 
 namespace vistrel::platform::linux_desktop {
 
-/// The toolkit without a display, for what needs its fonts. One at a time, for a whole process.
+/// The toolkit without a display, for what needs its fonts or widgets. One at a time, for a whole
+/// process.
 class OffscreenToolkit {
  public:
   /// Makes it on first use.
@@ -19,7 +20,7 @@ class OffscreenToolkit {
   std::array<char, 10> platform_ = {"offscreen"};
   std::array<char*, 4> arguments_ = {name_.data(), option_.data(), platform_.data(), nullptr};
   int count_ = 3;
-  QGuiApplication application_;
+  QApplication application_;
 };
 
 }  // namespace vistrel::platform::linux_desktop
