@@ -12,7 +12,7 @@ enum class AccessibilityRole {
   growArea,  // resizes its window
 };
 
-/// What such people can do to a view. Without a pointer these are all there is to dragging.
+/// What such people do to a view instead of clicking or dragging it.
 enum class AccessibilityAction { press, increment, decrement };
 
 }  // namespace vistrel::platform

@@ -30,6 +30,7 @@ void applyButton(const Button& button, NSButton* target) {
   target.bordered = button.isBordered();
   target.bezelStyle = static_cast<NSBezelStyle>(button.bezelStyle());
   target.keyEquivalent = nsString(button.keyEquivalent());
+  target.accessibilityLabel = nsString(button.accessibilityLabel());
   if (button.attributedStyle()) {
     target.attributedTitle = attributedTitle(button.title(), *button.attributedStyle());
   } else {
@@ -50,6 +51,30 @@ void applyImageView(const ImageView& view, NSImageView* target) {
   target.image = view.image() ? symbolImage(*view.image()) : nil;
   target.contentTintColor = nsColor(view.contentTintColor());
   target.imageScaling = static_cast<NSImageScaling>(view.imageScaling());
+}
+
+/// None for what AppKit's own controls tell of themselves.
+NSAccessibilityRole nsAccessibilityRole(AccessibilityRole role) {
+  switch (role) {
+    case AccessibilityRole::image:
+      return NSAccessibilityImageRole;
+    case AccessibilityRole::growArea:
+      return NSAccessibilityGrowAreaRole;
+    case AccessibilityRole::none:
+    case AccessibilityRole::staticText:
+    case AccessibilityRole::status:
+    case AccessibilityRole::button:
+      return nil;
+  }
+  return nil;
+}
+
+/// AppKit passes plain views over unless told that they mean something.
+void applyPlainView(const View& view, NSView* target) {
+  const NSAccessibilityRole role = nsAccessibilityRole(view.accessibilityRole());
+  target.accessibilityElement = role != nil;
+  target.accessibilityRole = role;
+  target.accessibilityLabel = nsString(view.accessibilityLabel());
 }
 
 }  // namespace
@@ -73,6 +98,8 @@ void applyAppearance(const View& view, NSView* realized) {
     applyButton(*button, static_cast<NSButton*>(realized));
   } else if (const auto* image = dynamic_cast<const ImageView*>(&view)) {
     applyImageView(*image, static_cast<NSImageView*>(realized));
+  } else {
+    applyPlainView(view, realized);
   }
   realized.needsDisplay = YES;
 }

@@ -126,6 +126,7 @@ void PanelPeer::propertiesDidChange() {
 void PanelPeer::contentViewDidChange() {
   const Telling telling(*this);
   panel_.contentView = tree_.realize(*window_.contentView());
+  panel_.accessibilityLabel = nsString(window_.contentView()->accessibilityLabel());
 }
 
 void PanelPeer::viewDidChange(View& view, ViewChange change) {

@@ -1,5 +1,6 @@
 #include "platform/macos/ViewPeers.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/Window.h"
@@ -21,6 +22,20 @@ void sendMouseEvent(const std::weak_ptr<View>& hit, NSEvent* event, EventType ty
   const auto view = hit.lock();
   if (!view) return;
   if (Window* window = view->window()) window->sendEvent(coreEvent(event, type));
+}
+
+/// `view` may be null.
+bool offers(const View* view, AccessibilityAction action) {
+  if (view == nullptr) return false;
+  const auto actions = view->accessibilityActions();
+  return std::find(actions.begin(), actions.end(), action) != actions.end();
+}
+
+bool perform(const std::weak_ptr<View>& asked, AccessibilityAction action) {
+  const auto view = asked.lock();
+  if (!offers(view.get(), action)) return false;
+  view->accessibilityPerform(action);
+  return true;
 }
 
 NSCursor* nsCursor(Cursor cursor) {
@@ -83,6 +98,24 @@ NSCursor* nsCursor(Cursor cursor) {
   for (const auto& area : view->freshCursorRects()) {
     [self addCursorRect:macos::cgRect(area.rect) cursor:nsCursor(area.cursor)];
   }
+}
+
+- (BOOL)accessibilityPerformIncrement {
+  return perform(_view, AccessibilityAction::increment);
+}
+
+- (BOOL)accessibilityPerformDecrement {
+  return perform(_view, AccessibilityAction::decrement);
+}
+
+- (BOOL)isAccessibilitySelectorAllowed:(SEL)selector {
+  if (selector == @selector(accessibilityPerformIncrement)) {
+    return offers(_view.lock().get(), AccessibilityAction::increment);
+  }
+  if (selector == @selector(accessibilityPerformDecrement)) {
+    return offers(_view.lock().get(), AccessibilityAction::decrement);
+  }
+  return [super isAccessibilitySelectorAllowed:selector];
 }
 
 - (void)mouseDown:(NSEvent*)event {

@@ -142,6 +142,22 @@ typedef NSString* NSImageHintKey;
              hints:(nullable NSDictionary<NSImageHintKey, id>*)hints;
 @end
 
+typedef NSString* NSAccessibilityRole;
+
+extern "C" {
+extern NSAccessibilityRole const NSAccessibilityImageRole;
+extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
+}
+
+@protocol NSAccessibility <NSObject>
+@property(getter=isAccessibilityElement) BOOL accessibilityElement;
+@property(nullable, copy) NSAccessibilityRole accessibilityRole;
+@property(nullable, copy) NSString* accessibilityLabel;
+- (BOOL)accessibilityPerformIncrement;
+- (BOOL)accessibilityPerformDecrement;
+- (BOOL)isAccessibilitySelectorAllowed:(SEL)selector;
+@end
+
 @interface NSResponder : NSObject
 @property(nullable, assign) NSResponder* nextResponder;
 - (void)mouseDown:(NSEvent*)event;
@@ -149,7 +165,7 @@ typedef NSString* NSImageHintKey;
 - (void)mouseUp:(NSEvent*)event;
 @end
 
-@interface NSView : NSResponder
+@interface NSView : NSResponder <NSAccessibility>
 - (instancetype)initWithFrame:(NSRect)frameRect;
 @property NSRect frame;
 @property(getter=isHidden) BOOL hidden;
@@ -205,7 +221,7 @@ typedef NSString* NSImageHintKey;
 - (void)windowWillClose:(NSNotification*)notification;
 @end
 
-@interface NSWindow : NSResponder
+@interface NSWindow : NSResponder <NSAccessibility>
 - (instancetype)initWithContentRect:(NSRect)contentRect
                           styleMask:(NSWindowStyleMask)style
                             backing:(NSBackingStoreType)backingStoreType
