@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 
 #include "tests/desktop/DesktopTest.h"
 #include "tests/support/AccessibilityBus.h"
@@ -147,6 +148,19 @@ TEST_F(Accessibility, AClosedPanelIsGoneForAScreenReaderThatHoldsIt) {
   }
   EXPECT_TRUE(eventually([&] { return isTold(program(), "ChildrenChanged remove", -1); }));
   EXPECT_EQ(program().all("frame").size(), 1u);
+}
+
+TEST_F(Accessibility, TheProgramEndsInOrderUnderAScreenReader) {
+  const auto source = openSource();
+  startReading(1);
+  pressRow(0);
+  EXPECT_EQ(program().all("grip").size(), 1u);
+  const std::unique_ptr<RunningVistrel> ended = std::move(vistrel_);
+  ended->process().sendSignal(SIGTERM);
+  const auto ending = ended->process().waitForEnd();
+  ASSERT_TRUE(ending.has_value());
+  EXPECT_EQ(ending->exitStatus, 0);
+  EXPECT_EQ(ended->process().standardError(), "");
 }
 
 TEST_F(Accessibility, TheGripResizesInStepsDownToTheMinimum) {

@@ -87,10 +87,9 @@ std::vector<ViewAccessible*> PanelAccessible::children() const {
 }
 
 ViewAccessible* PanelAccessible::accessibleOf(View& view) const {
-  auto& self = const_cast<PanelAccessible&>(*this);
   auto& id = ids_[view.weak_from_this()];
   if (id == 0) {
-    id = QAccessible::registerAccessibleInterface(new ViewAccessible(self, view.weak_from_this()));
+    id = QAccessible::registerAccessibleInterface(new ViewAccessible(*this, view.weak_from_this()));
   }
   return static_cast<ViewAccessible*>(QAccessible::accessibleInterface(id));
 }

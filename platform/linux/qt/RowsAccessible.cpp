@@ -45,9 +45,8 @@ int RowsAccessible::indexOfChild(const QAccessibleInterface* child) const {
 }
 
 RowAccessible* RowsAccessible::rowAt(int row) const {
-  auto& self = const_cast<RowsAccessible&>(*this);
   auto& id = ids_[row];
-  if (id == 0) id = QAccessible::registerAccessibleInterface(new RowAccessible(self, row));
+  if (id == 0) id = QAccessible::registerAccessibleInterface(new RowAccessible(*this, row));
   return static_cast<RowAccessible*>(QAccessible::accessibleInterface(id));
 }
 
@@ -55,7 +54,7 @@ void RowsAccessible::forgetRows() {
   for (const auto& [row, id] : std::exchange(ids_, {})) QAccessible::deleteAccessibleInterface(id);
 }
 
-RowAccessible::RowAccessible(RowsAccessible& rows, int row)
+RowAccessible::RowAccessible(const RowsAccessible& rows, int row)
     : rows_(rows), row_(row), toldName_(text(QAccessible::Name)) {}
 
 void RowAccessible::reportChanges() {
@@ -64,6 +63,10 @@ void RowAccessible::reportChanges() {
 }
 
 bool RowAccessible::isValid() const { return row_ < rows_.childCount(); }
+
+QAccessibleInterface* RowAccessible::parent() const {
+  return QAccessible::queryAccessibleInterface(rows_.view());
+}
 
 QString RowAccessible::text(QAccessible::Text kind) const {
   if (!isValid() || kind != QAccessible::Name) return {};

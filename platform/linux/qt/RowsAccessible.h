@@ -37,7 +37,7 @@ class RowsAccessible final : public QAccessibleWidget {
 class RowAccessible final : public QAccessibleInterface, public QAccessibleActionInterface {
  public:
   /// `rows` owns this.
-  RowAccessible(RowsAccessible& rows, int row);
+  RowAccessible(const RowsAccessible& rows, int row);
 
   int row() const { return row_; }
   /// Sends the row's text if it has become another.
@@ -46,7 +46,7 @@ class RowAccessible final : public QAccessibleInterface, public QAccessibleActio
   bool isValid() const override;
   QObject* object() const override { return nullptr; }
   QWindow* window() const override { return rows_.window(); }
-  QAccessibleInterface* parent() const override { return &rows_; }
+  QAccessibleInterface* parent() const override;
   QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
   QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
   int childCount() const override { return 0; }
@@ -63,7 +63,7 @@ class RowAccessible final : public QAccessibleInterface, public QAccessibleActio
   QStringList keyBindingsForAction(const QString& /*name*/) const override { return {}; }
 
  private:
-  RowsAccessible& rows_;
+  const RowsAccessible& rows_;
   const int row_;
   QString toldName_;
 };

@@ -1,5 +1,6 @@
 #include "platform/linux/qt/ViewAccessible.h"
 
+#include <QWindow>
 #include <utility>
 
 #include "platform/linux/qt/PanelAccessible.h"
@@ -41,7 +42,7 @@ const QString& toolkitName(AccessibilityAction action) {
 
 }  // namespace
 
-ViewAccessible::ViewAccessible(PanelAccessible& panel, std::weak_ptr<View> view)
+ViewAccessible::ViewAccessible(const PanelAccessible& panel, std::weak_ptr<View> view)
     : panel_(panel), view_(std::move(view)), told_(current()) {}
 
 void ViewAccessible::reportChanges() {
@@ -58,7 +59,9 @@ bool ViewAccessible::isValid() const { return view() != nullptr; }
 
 QWindow* ViewAccessible::window() const { return panel_.window(); }
 
-QAccessibleInterface* ViewAccessible::parent() const { return &panel_; }
+QAccessibleInterface* ViewAccessible::parent() const {
+  return QAccessible::queryAccessibleInterface(panel_.window());
+}
 
 QString ViewAccessible::text(QAccessible::Text kind) const {
   const auto view = this->view();

@@ -13,7 +13,7 @@ class PanelAccessible;
 class ViewAccessible final : public QAccessibleInterface, public QAccessibleActionInterface {
  public:
   /// `panel` owns this.
-  ViewAccessible(PanelAccessible& panel, std::weak_ptr<View> view);
+  ViewAccessible(const PanelAccessible& panel, std::weak_ptr<View> view);
 
   /// Sends what has become of the view since the last time.
   void reportChanges();
@@ -48,7 +48,7 @@ class ViewAccessible final : public QAccessibleInterface, public QAccessibleActi
   std::shared_ptr<View> view() const;
   Told current() const;
 
-  PanelAccessible& panel_;
+  const PanelAccessible& panel_;
   const std::weak_ptr<View> view_;
   Told told_;
 };
