@@ -7,20 +7,12 @@
 
 #include "platform/Color.h"
 #include "platform/Image.h"
+#include "platform/linux/PixelRect.h"
 
 namespace vistrel::platform::linux_desktop {
 
-/// Pixels, origin at the top-left of the panel's window, y downwards.
-struct PixelRect {
-  int x = 0;
-  int y = 0;
-  int width = 0;
-  int height = 0;
-
-  friend bool operator==(const PixelRect&, const PixelRect&) = default;
-};
-
-/// Everything of a panel except the mirrored picture, painted from its view tree.
+/// Everything of a panel except the mirrored picture, painted from its view tree. Rectangles have
+/// their origin at the top-left of the panel's window.
 struct PanelChrome {
   /// The panel's size in pixels.
   int width = 0;

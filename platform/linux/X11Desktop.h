@@ -6,6 +6,7 @@
 
 #include "platform/Backend.h"
 #include "platform/linux/PanelSurface.h"
+#include "platform/linux/ScreenLayout.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -16,6 +17,9 @@ class X11Desktop : public ScreenCaptureBackend {
   struct OrFailure;
   /// Connects to the display that DISPLAY names. Fails with one line for a person.
   static OrFailure connect();
+
+  /// Where windows' pixels are in points: the frames of lists asked for from now on. Main thread.
+  virtual void setScreenLayout(ScreenLayout layout) = 0;
 
   /// A surface that draws the window `window`, made by the toolkit on another connection that has
   /// been synced since. Main thread.

@@ -8,9 +8,6 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-const std::vector<Screen> oneScreen = {
-    {.frame = rect(0, 0, 1440, 900), .visibleFrame = rect(0, 25, 1440, 850)}};
-
 TEST(FrameText, ComesBackAsItWas) {
   for (const Rect& frame : {rect(0, 0, 460, 420), rect(-12.5, 700.25, 460.125, 1)}) {
     EXPECT_EQ(frameFromText(textOfFrame(frame)), frame);
@@ -30,26 +27,6 @@ TEST(FrameText, FramesThatNoWindowCanHaveAreNoFrames) {
                            "0 0 99999 400\n", "0 -1e300 300 400\n"}) {
     EXPECT_EQ(frameFromText(text), std::nullopt) << text;
   }
-}
-
-TEST(Reachable, AWindowIsWhoseTopEdgeShowsEnough) {
-  EXPECT_TRUE(isReachable(rect(490, 240, 460, 420), oneScreen));
-  EXPECT_TRUE(isReachable(rect(-380, 240, 460, 420), oneScreen)) << "80 points of it show";
-  EXPECT_TRUE(isReachable(rect(490, -371, 460, 420), oneScreen)) << "24 points of it show";
-}
-
-TEST(Reachable, AWindowIsNotWhoseTopEdgeIsOutOfReach) {
-  EXPECT_FALSE(isReachable(rect(-381, 240, 460, 420), oneScreen));
-  EXPECT_FALSE(isReachable(rect(490, -372, 460, 420), oneScreen));
-  EXPECT_FALSE(isReachable(rect(490, 600, 460, 420), oneScreen)) << "its top edge is above";
-  EXPECT_FALSE(isReachable(rect(2000, 240, 460, 420), oneScreen));
-  EXPECT_FALSE(isReachable(rect(490, 240, 460, 420), {}));
-}
-
-TEST(Reachable, AWindowMaySpanScreensIfOneShowsEnough) {
-  auto screens = oneScreen;
-  screens.push_back({.frame = rect(1440, 0, 800, 600), .visibleFrame = rect(1440, 0, 800, 600)});
-  EXPECT_TRUE(isReachable(rect(1400, 100, 460, 420), screens));
 }
 
 TEST(StateDirectory, FollowsTheBaseDirectorySpecification) {

@@ -6,7 +6,7 @@
 
 #include "platform/linux/qt/Colors.h"
 #include "platform/linux/qt/PainterContext.h"
-#include "platform/linux/qt/ScreenSpace.h"
+#include "platform/linux/qt/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 

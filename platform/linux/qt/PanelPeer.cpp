@@ -1,5 +1,6 @@
 #include "platform/linux/qt/PanelPeer.h"
 
+#include <QScreen>
 #include <QSurfaceFormat>
 #include <QVariant>
 #include <algorithm>
@@ -8,7 +9,10 @@
 
 #include "platform/linux/qt/ChromePainter.h"
 #include "platform/linux/qt/PanelProperties.h"
+#include "platform/linux/qt/Reach.h"
+#include "platform/linux/qt/RootPlace.h"
 #include "platform/linux/qt/ScreenList.h"
+#include "platform/linux/qt/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -34,7 +38,7 @@ void PanelPeer::frameDidChange(bool /*display*/, bool /*animate*/) { place(); }
 void PanelPeer::propertiesDidChange() {
   if (!native_) return;
   native_->setTitle(nativeTitle(window_));
-  bindResizing(*native_, wholePoints(window_.contentMinSize()), placed_.current().size());
+  bindResizing(*native_, wholePoints(window_.contentMinSize()), askedGeometry().size());
 }
 
 void PanelPeer::contentViewDidChange() { scheduleRepaint(); }
@@ -74,11 +78,7 @@ void PanelPeer::retire() { releaseNative(); }
 
 void PanelPeer::makeNative() {
   native_.reset(new PanelWindow(
-      window_, [this] { nativeWasPlaced(); },
-      [this] {
-        window_.peerDidChangeBackingProperties();
-        scheduleRepaint();
-      }));
+      window_, {.placed = [this] { nativeWasPlaced(); }, .released = [this] { place(); }}));
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);
   native_->setFormat(format);
@@ -99,6 +99,8 @@ void PanelPeer::releaseNative() {
   surface_.reset();
   native_.reset();
   placed_ = {};
+  monitor_ = {};
+  toldBackingScale_ = 0;
   contentsLayer_ = nullptr;
   shownContents_.reset();
   repaint_.stop();
@@ -106,19 +108,65 @@ void PanelPeer::releaseNative() {
 
 void PanelPeer::place() {
   if (!native_) return;
-  const QRect from = placed_.current();
-  const QRect to = ScreenList::space().toDesktop(window_.frame());
-  if (!placed_.ask(to)) return;
-  if (to.size() != from.size()) scheduleRepaint();
-  placeNative(*native_, from, to, wholePoints(window_.contentMinSize()));
+  const ScreenLayout layout = ScreenList::layout();
+  const Rect frame = layout.flipped(window_.frame());
+  // A panel that is dragged belongs to the monitor under the pointer, whichever holds most of it:
+  // else it would change its scale while the pointer is elsewhere, and slip from under it.
+  const auto pointer = native_->heldAt();
+  placeOn(pointer ? layout.at(*pointer) : layout.holding(frame), frame);
+}
+
+void PanelPeer::placeOn(const LaidOutMonitor& monitor, const Rect& frame) {
+  belongTo(monitor);
+  const auto [geometry, pixels] = toolkitPlace(monitor.toPixels(frame), *native_->screen());
+  const QSize formerSize = placed_.current().size();
+  const QRect formerGeometry = askedGeometry();
+  if (!placed_.ask(pixels)) return;
+  if (pixels.size() != formerSize) scheduleRepaint();
+  placeNative(*native_, formerGeometry, geometry, wholePoints(window_.contentMinSize()));
+}
+
+QRect PanelPeer::askedGeometry() const {
+  return ToolkitScreen::of(*native_->screen()).fromPixels(pixelRect(placed_.current()));
+}
+
+void PanelPeer::belongTo(const LaidOutMonitor& monitor) {
+  const bool isRescaled = monitor.monitor.pixelsPerPoint != monitor_.monitor.pixelsPerPoint;
+  monitor_ = monitor;
+  if (isRescaled) {
+    native_->setPixelsPerPoint(monitor.monitor.pixelsPerPoint);
+    scheduleRepaint();
+  }
+  const double backingScale = window_.backingScaleFactor();
+  if (std::exchange(toldBackingScale_, backingScale) == backingScale) return;
+  window_.peerDidChangeBackingProperties();
 }
 
 void PanelPeer::nativeWasPlaced() {
-  const QRect geometry = native_->geometry();
-  if (!placed_.isMovedTo(geometry)) return;
-  bindResizing(*native_, wholePoints(window_.contentMinSize()), geometry.size());
+  if (native_->handle() == nullptr) return;  // while it is being made
+  const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
+  const QSize formerSize = placed_.current().size();
+  if (!pixels || !placed_.isMovedTo(toolkitRect(*pixels))) return;
+  const ScreenLayout layout = ScreenList::layout();
+  // Whoever moves it, it takes another monitor's scale only when it has left its own altogether:
+  // its size changes with the scale, and must not carry it back.
+  const bool isOnItsOwn = toolkitRect(monitor_.monitor.pixels).intersects(placed_.current());
+  const LaidOutMonitor monitor = isOnItsOwn ? monitor_ : layout.holding(*pixels);
+  Rect frame = monitor.toPoints(*pixels);
+  if (placed_.current().size() == formerSize) frame.size = window_.frame().size;
   scheduleRepaint();
-  window_.peerDidSetFrame(ScreenList::space().fromDesktop(geometry));
+  window_.peerDidSetFrame(layout.flipped(frame));
+  placeOn(monitor, frame);
+  bindResizing(*native_, wholePoints(window_.contentMinSize()), askedGeometry().size());
+}
+
+void PanelPeer::screensDidChange() {
+  if (!native_) return;
+  const ScreenLayout layout = ScreenList::layout();
+  const PixelRect pixels = pixelRect(placed_.current());
+  const Rect frame{layout.toPoints(pixels).origin, window_.frame().size};
+  window_.peerDidSetFrame(broughtIntoReach(layout.flipped(frame), screens()));
+  place();
 }
 
 void PanelPeer::scheduleRepaint() {
@@ -129,9 +177,9 @@ void PanelPeer::repaint() {
   repaint_.stop();
   window_.layoutIfNeeded();
   native_->reportToScreenReaders();
-  const double pixelsPerPoint = native_->devicePixelRatio();
-  const PixelRect area = toPixels(QRectF(QPointF(), placed_.current().size()), pixelsPerPoint);
-  auto painted = paintChrome(*window_.contentView(), area.width, area.height, pixelsPerPoint);
+  const QSize size = placed_.current().size();
+  auto painted = paintChrome(*window_.contentView(), size.width(), size.height(),
+                             monitor_.monitor.pixelsPerPoint);
   surface_->setChrome(std::move(painted.chrome));
   contentsLayer_ = painted.contentsLayer;
   if (contentsLayer_ != nullptr) showContents(contentsLayer_->contents());

@@ -7,6 +7,7 @@
 
 #include "platform/Window.h"
 #include "platform/linux/PanelSurface.h"
+#include "platform/linux/ScreenLayout.h"
 #include "platform/linux/qt/NativeWindow.h"
 #include "platform/linux/qt/PanelWindow.h"
 #include "platform/linux/qt/PeerHost.h"
@@ -32,11 +33,17 @@ class PanelPeer final : public HostedPeer {
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
   void retire() override;
+  void screensDidChange() override;
 
  private:
   void makeNative();
   void releaseNative();
   void place();
+  /// `frame` in global display space.
+  void placeOn(const LaidOutMonitor& monitor, const Rect& frame);
+  /// As the toolkit has it, or will have once the desktop has done what was asked.
+  QRect askedGeometry() const;
+  void belongTo(const LaidOutMonitor& monitor);
   void nativeWasPlaced();
   void scheduleRepaint();
   void repaint();
@@ -45,7 +52,9 @@ class PanelPeer final : public HostedPeer {
   Window& window_;
   OwnedNative<PanelWindow> native_;
   std::unique_ptr<PanelSurface> surface_;  // goes before native_
-  PlacedFrame placed_;                     // of native_
+  PlacedFrame placed_;                     // of native_, in pixels of the root window
+  LaidOutMonitor monitor_;                 // by whose scale native_ is placed and drawn
+  double toldBackingScale_ = 0;            // what the views know
   const Layer* contentsLayer_ = nullptr;   // compared, never followed
   std::shared_ptr<const Image> shownContents_;
   QTimer repaint_;  // runs out at the next turn of the event loop

@@ -2,12 +2,14 @@
 
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QStyleHints>
 #include <utility>
 
 #include "platform/linux/qt/PanelAccessible.h"
 #include "platform/linux/qt/Pointer.h"
 #include "platform/linux/qt/ScreenReaders.h"
+#include "platform/linux/qt/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -25,13 +27,8 @@ Qt::CursorShape shapeOf(Cursor cursor) {
 
 }  // namespace
 
-PanelWindow::PanelWindow(platform::Window& window, std::function<void()> placed,
-                         std::function<void()> scaleChanged)
-    : window_(&window), placed_(std::move(placed)), scaleChanged_(std::move(scaleChanged)) {
-  QObject::connect(this, &QWindow::screenChanged, this, [this] {
-    if (window_ != nullptr) scaleChanged_();
-  });
-}
+PanelWindow::PanelWindow(platform::Window& window, Callbacks callbacks)
+    : window_(&window), callbacks_(std::move(callbacks)) {}
 
 void PanelWindow::abandon() {
   announce(QAccessible::ObjectDestroyed);
@@ -67,15 +64,18 @@ void PanelWindow::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void PanelWindow::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) send(EventType::leftMouseUp, *event);
+  if (event->button() != Qt::LeftButton) return;
+  send(EventType::leftMouseUp, *event);
+  heldAt_.reset();
+  if (window_ != nullptr) callbacks_.released();
 }
 
 void PanelWindow::moveEvent(QMoveEvent* /*event*/) {
-  if (window_ != nullptr) placed_();
+  if (window_ != nullptr) callbacks_.placed();
 }
 
 void PanelWindow::resizeEvent(QResizeEvent* /*event*/) {
-  if (window_ != nullptr) placed_();
+  if (window_ != nullptr) callbacks_.placed();
 }
 
 bool PanelWindow::event(QEvent* event) {
@@ -94,7 +94,10 @@ void PanelWindow::announce(QAccessible::Event event) {
 
 void PanelWindow::send(EventType type, const QMouseEvent& event) {
   if (window_ == nullptr) return;
-  const DispatchedPosition dispatched(event.globalPosition());
+  const Point pixel =
+      pixelOf(event.globalPosition(), ToolkitScreen::of(*screen()), toolkitScreens());
+  const DispatchedPosition dispatched(pixel);
+  heldAt_ = pixel;
   window_->sendEvent({.type = type,
                       .locationInWindow = locationInWindow(event),
                       .modifierFlags = modifierFlags(event.modifiers()),
@@ -110,7 +113,7 @@ void PanelWindow::hover(const QMouseEvent& event) {
 }
 
 Point PanelWindow::locationInWindow(const QMouseEvent& event) const {
-  const QPointF position = event.position();
+  const QPointF position = event.position() * devicePixelRatio() / pixelsPerPoint_;
   return {position.x(), window_->contentView()->frame().height() - position.y()};
 }
 

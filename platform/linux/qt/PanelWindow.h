@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QWindow>
 #include <functional>
+#include <optional>
 
 #include "platform/Window.h"
 #include "platform/linux/qt/ClickCounter.h"
@@ -13,10 +14,20 @@ namespace vistrel::platform::linux_desktop {
 /// The native window of a panel. Takes the pointer to the panel's views; draws nothing itself.
 class PanelWindow final : public QWindow {
  public:
-  /// Calls `placed` whenever the desktop has given the window a place or size, `scaleChanged` when
-  /// it has come to a screen with another number of pixels per point.
-  PanelWindow(platform::Window& window, std::function<void()> placed,
-              std::function<void()> scaleChanged);
+  struct Callbacks {
+    /// The desktop has given the window a place or size.
+    std::function<void()> placed;
+    /// The pointer that held the window has let go of it.
+    std::function<void()> released;
+  };
+
+  PanelWindow(platform::Window& window, Callbacks callbacks);
+
+  /// How large the panel's views are drawn, which is how places in it are counted.
+  void setPixelsPerPoint(double pixelsPerPoint) { pixelsPerPoint_ = pixelsPerPoint; }
+  /// Where the pointer is, as a pixel of the root window, while it holds the panel, perhaps to drag
+  /// it.
+  std::optional<Point> heldAt() const { return heldAt_; }
 
   /// The panel goes, or does not want to hear of this window any more.
   void abandon();
@@ -44,8 +55,9 @@ class PanelWindow final : public QWindow {
   Point locationInWindow(const QMouseEvent& event) const;
 
   platform::Window* window_;  // the base class has another thing of that name
-  const std::function<void()> placed_;
-  const std::function<void()> scaleChanged_;
+  const Callbacks callbacks_;
+  double pixelsPerPoint_ = 1;
+  std::optional<Point> heldAt_;
   ClickCounter clicks_;
   HoverTip tip_;
 };

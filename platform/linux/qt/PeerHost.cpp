@@ -10,6 +10,10 @@ HostedPeer::HostedPeer(std::shared_ptr<PeerHost> host) : host_(std::move(host)) 
 
 HostedPeer::~HostedPeer() { host_->peers_.erase(this); }
 
+void PeerHost::screensDidChange() {
+  for (HostedPeer* peer : peers_) peer->screensDidChange();
+}
+
 void PeerHost::close() {
   isOpen_ = false;
   for (HostedPeer* peer : peers_) peer->retire();

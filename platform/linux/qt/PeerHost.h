@@ -22,6 +22,8 @@ class HostedPeer : public WindowPeer {
 
   /// Gives up everything of the toolkit and of the display server.
   virtual void retire() = 0;
+  /// Monitors have come, gone, moved or changed their size or scale.
+  virtual void screensDidChange() = 0;
 
  protected:
   PeerHost& host() const { return *host_; }
@@ -42,6 +44,7 @@ class PeerHost {
   X11Desktop& desktop() const { return desktop_; }
   const SavedFrames& savedFrames() const { return savedFrames_; }
 
+  void screensDidChange();
   /// Retires all peers, for good.
   void close();
 

@@ -1,9 +1,12 @@
 #include "platform/linux/qt/Pointer.h"
 
 #include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
 
 #include "platform/Event.h"
 #include "platform/linux/qt/ScreenList.h"
+#include "platform/linux/qt/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -11,14 +14,22 @@ namespace {
 
 const DispatchedPosition* innermost = nullptr;  // main thread
 
+Point pointerPixel() {
+  const QPointF position = QCursor::pos();
+  const QScreen* primary = QGuiApplication::primaryScreen();
+  if (primary == nullptr) return {position.x(), position.y()};
+  return pixelOf(position, ToolkitScreen::of(*primary), toolkitScreens());
+}
+
 }  // namespace
 
 Point pointerLocation() {
-  const QPointF position = innermost != nullptr ? innermost->position_ : QPointF(QCursor::pos());
-  return ScreenList::space().fromDesktop(position);
+  const ScreenLayout layout = ScreenList::layout();
+  const Point pixel = innermost != nullptr ? innermost->pixel_ : pointerPixel();
+  return layout.flipped(layout.at(pixel).toPoints(pixel));
 }
 
-DispatchedPosition::DispatchedPosition(QPointF position) : position_(position), outer_(innermost) {
+DispatchedPosition::DispatchedPosition(Point pixel) : pixel_(pixel), outer_(innermost) {
   innermost = this;
 }
 

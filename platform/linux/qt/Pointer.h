@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPointF>
 #include <cstdint>
 #include <qnamespace.h>
 
@@ -12,16 +11,16 @@ namespace vistrel::platform::linux_desktop {
 /// Main thread.
 Point pointerLocation();
 
-/// Makes `pointerLocation` answer `position` (desktop space) for as long as this lives.
+/// Makes `pointerLocation` answer where `pixel` of the root window is, for as long as this lives.
 class DispatchedPosition {
  public:
-  explicit DispatchedPosition(QPointF position);
+  explicit DispatchedPosition(Point pixel);
   DispatchedPosition(const DispatchedPosition&) = delete;
   DispatchedPosition& operator=(const DispatchedPosition&) = delete;
   ~DispatchedPosition();
 
  private:
-  const QPointF position_;
+  const Point pixel_;
   const DispatchedPosition* const outer_;
 
   friend Point pointerLocation();

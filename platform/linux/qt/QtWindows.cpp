@@ -51,7 +51,16 @@ Size sizeOf(const Button& button) {
 }  // namespace
 
 QtWindows::QtWindows(X11Desktop& desktop)
-    : host_(std::make_shared<PeerHost>(desktop, savedFramesOfPerson())) {}
+    : host_(std::make_shared<PeerHost>(desktop, savedFramesOfPerson())),
+      screens_([this] { screensDidChange(); }) {
+  desktop.setScreenLayout(ScreenList::layout());
+}
+
+void QtWindows::screensDidChange() {
+  if (!host_->isOpen()) return;
+  host_->desktop().setScreenLayout(ScreenList::layout());
+  host_->screensDidChange();
+}
 
 std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
   if (isPanel) return std::make_unique<PanelPeer>(window, host_);

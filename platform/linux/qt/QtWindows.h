@@ -27,8 +27,10 @@ class QtWindows final : public WindowBackend {
   void finish();
 
  private:
-  ScreenList screens_;
+  void screensDidChange();
+
   std::shared_ptr<PeerHost> host_;
+  ScreenList screens_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -15,9 +15,6 @@ namespace {
 /// X11 positions and sizes are 16-bit.
 constexpr double farthest = 32767;
 constexpr qint64 longestFile = 200;
-/// The part of a title bar that a pointer needs to drag a window by.
-constexpr double graspWidth = 80;
-constexpr double graspHeight = 24;
 
 std::optional<double> takeNumber(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -56,15 +53,6 @@ std::optional<Rect> frameFromText(std::string_view text) {
   const auto [x, y, width, height] = numbers;
   if (text != "\n" || width < 1 || height < 1) return std::nullopt;
   return rect(x, y, width, height);
-}
-
-bool isReachable(const Rect& frame, const std::vector<Screen>& screens) {
-  const double height = std::min(graspHeight, frame.height());
-  const Rect topEdge = rect(frame.minX(), frame.maxY() - height, frame.width(), height);
-  return std::any_of(screens.begin(), screens.end(), [&](const Screen& screen) {
-    const Rect shown = intersection(topEdge, screen.visibleFrame);
-    return shown.width() >= std::min(graspWidth, frame.width()) && shown.height() >= height;
-  });
 }
 
 std::filesystem::path stateDirectory(const std::string& stateHome, const std::string& home) {

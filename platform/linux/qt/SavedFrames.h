@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "platform/Geometry.h"
-#include "platform/Screen.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -17,10 +16,6 @@ namespace vistrel::platform::linux_desktop {
 std::string textOfFrame(const Rect& frame);
 /// None unless `text` is such a text and the frame could be a window's.
 std::optional<Rect> frameFromText(std::string_view text);
-
-/// Whether a person could get hold of a window there: enough of its top edge lies in the visible
-/// frame of a screen.
-bool isReachable(const Rect& frame, const std::vector<Screen>& screens);
 
 /// Where the program keeps its state, by the XDG base directory specification: `stateHome` (the
 /// value of XDG_STATE_HOME) unless it is empty or relative, else .local/state in `home`.

@@ -6,37 +6,46 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/linux/qt/ToolkitSpace.h"
+
 namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-Screen valueOf(const QScreen& screen, const ScreenSpace& space) {
-  return {space.fromDesktop(screen.geometry()), space.fromDesktop(screen.availableGeometry()),
-          screen.devicePixelRatio()};
-}
-
-std::vector<Screen> currentScreens() {
+/// The primary one first.
+std::vector<const QScreen*> toolkitScreensInOrder() {
   const QScreen* primary = QGuiApplication::primaryScreen();
-  if (primary == nullptr) return {};
-  const ScreenSpace space(primary->geometry());
-  std::vector<Screen> screens = {valueOf(*primary, space)};
+  std::vector<const QScreen*> screens;
+  if (primary != nullptr) screens.push_back(primary);
   for (const QScreen* screen : QGuiApplication::screens()) {
-    if (screen != primary) screens.push_back(valueOf(*screen, space));
+    if (screen != primary) screens.push_back(screen);
   }
   return screens;
 }
 
-std::optional<Screen> currentMainScreen() {
-  const QScreen* primary = QGuiApplication::primaryScreen();
-  if (primary == nullptr) return std::nullopt;
+Screen valueOf(const QScreen& screen, const LaidOutMonitor& monitor, const ScreenLayout& layout) {
+  const QRect whole = screen.geometry();
+  const QRect available = screen.availableGeometry().translated(-whole.topLeft());
+  const Rect visible =
+      rect(monitor.points.minX() + available.x(), monitor.points.minY() + available.y(),
+           available.width(), available.height());
+  return {layout.flipped(monitor.points), layout.flipped(intersection(visible, monitor.points)),
+          screen.devicePixelRatio()};
+}
+
+/// The key window's screen, else the primary one, which is the first.
+std::size_t mainOf(const std::vector<const QScreen*>& screens) {
   const QWindow* key = QGuiApplication::focusWindow();
-  const QScreen* main = key != nullptr && key->screen() != nullptr ? key->screen() : primary;
-  return valueOf(*main, ScreenSpace(primary->geometry()));
+  const auto found =
+      std::find(screens.begin(), screens.end(), key == nullptr ? nullptr : key->screen());
+  return found == screens.end() ? 0 : static_cast<std::size_t>(found - screens.begin());
 }
 
 }  // namespace
 
-ScreenList::ScreenList() {
+ScreenList::ScreenList(std::function<void()> changed) : layout_(layout()) {
+  changed_.setSingleShot(true);
+  QObject::connect(&changed_, &QTimer::timeout, &context_, std::move(changed));
   for (QScreen* screen : QGuiApplication::screens()) watch(screen);
   QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &context_, [this](QScreen* screen) {
     watch(screen);
@@ -68,9 +77,13 @@ std::optional<Screen> ScreenList::main() const {
   return main_;
 }
 
-ScreenSpace ScreenList::space() {
-  const QScreen* primary = QGuiApplication::primaryScreen();
-  return ScreenSpace(primary == nullptr ? QRect() : primary->geometry());
+ScreenLayout ScreenList::layout() {
+  std::vector<Monitor> monitors;
+  for (const QScreen* each : toolkitScreensInOrder()) {
+    const auto screen = ToolkitScreen::of(*each);
+    monitors.push_back({screen.pixels(), screen.pixelsPerPoint});
+  }
+  return ScreenLayout(monitors);
 }
 
 void ScreenList::watch(QScreen* screen) {
@@ -81,11 +94,17 @@ void ScreenList::watch(QScreen* screen) {
 }
 
 void ScreenList::refresh() {
-  auto all = currentScreens();
-  auto main = currentMainScreen();
+  const auto screens = toolkitScreensInOrder();
+  auto current = layout();
+  std::vector<Screen> all;
+  for (std::size_t i = 0; i < screens.size(); ++i) {
+    all.push_back(valueOf(*screens[i], current.monitors()[i], current));
+  }
+  if (current != layout_) changed_.start();
+  layout_ = std::move(current);
   const std::lock_guard lock(mutex_);
   all_ = std::move(all);
-  main_ = main;
+  main_ = all_.empty() ? std::nullopt : std::optional(all_[mainOf(screens)]);
 }
 
 }  // namespace vistrel::platform::linux_desktop

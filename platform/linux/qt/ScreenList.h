@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <vector>
 
 #include "platform/Screen.h"
-#include "platform/linux/qt/ScreenSpace.h"
+#include "platform/linux/ScreenLayout.h"
 
 class QScreen;
 
@@ -15,8 +17,9 @@ namespace vistrel::platform::linux_desktop {
 /// The toolkit's screens as values in screen space, in a copy that any thread may read.
 class ScreenList {
  public:
-  /// Main thread.
-  ScreenList();
+  /// Calls `changed` whenever monitors have come, gone, moved or changed their size or scale; once
+  /// for all that happens in one turn of the event loop. Main thread.
+  explicit ScreenList(std::function<void()> changed);
 
   /// The primary one first. Any thread.
   std::vector<Screen> all() const;
@@ -24,13 +27,15 @@ class ScreenList {
   std::optional<Screen> main() const;
 
   /// As of now. Main thread.
-  static ScreenSpace space();
+  static ScreenLayout layout();
 
  private:
   void watch(QScreen* screen);
   void refresh();
 
   QObject context_;  // ends what is connected to it
+  QTimer changed_;   // runs out at the next turn of the event loop
+  ScreenLayout layout_;
   mutable std::mutex mutex_;
   std::vector<Screen> all_;     // guarded by mutex_
   std::optional<Screen> main_;  // guarded by mutex_

@@ -1,8 +1,12 @@
 #include "platform/linux/qt/TitledPeer.h"
 
+#include <QScreen>
 #include <utility>
 
+#include "platform/linux/qt/Reach.h"
+#include "platform/linux/qt/RootPlace.h"
 #include "platform/linux/qt/ScreenList.h"
+#include "platform/linux/qt/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -34,7 +38,7 @@ void TitledPeer::frameDidChange(bool /*display*/, bool /*animate*/) {
 void TitledPeer::propertiesDidChange() {
   if (!native_) return;
   native_->setWindowTitle(QString::fromStdString(window_.title()));
-  bindResizing(*native_, minimumSize(), placed_.current().size());
+  bindResizing(*native_, minimumSize(), askedGeometry().size());
 }
 
 void TitledPeer::contentViewDidChange() { scheduleUpdate(ViewChange::hierarchy); }
@@ -95,9 +99,16 @@ void TitledPeer::show() {
 
 void TitledPeer::place() {
   if (!native_) return;
-  const QRect from = placed_.current();
-  const QRect to = ScreenList::space().toDesktop(window_.frame());
-  if (placed_.ask(to)) placeNative(*native_, from, to, minimumSize());
+  const ScreenLayout layout = ScreenList::layout();
+  const Rect frame = layout.flipped(window_.frame());
+  const auto [geometry, pixels] =
+      toolkitPlace(layout.holding(frame).toPixels(frame), *native_->screen());
+  const QRect formerGeometry = askedGeometry();
+  if (placed_.ask(pixels)) placeNative(*native_, formerGeometry, geometry, minimumSize());
+}
+
+QRect TitledPeer::askedGeometry() const {
+  return ToolkitScreen::of(*native_->screen()).fromPixels(pixelRect(placed_.current()));
 }
 
 QSize TitledPeer::minimumSize() const {
@@ -106,12 +117,26 @@ QSize TitledPeer::minimumSize() const {
 
 void TitledPeer::nativeWasPlaced() {
   if (!native_) return;  // while it is being made
-  const QRect geometry = native_->geometry();
-  if (placed_.isMovedTo(geometry)) {
-    window_.peerDidSetFrame(ScreenList::space().fromDesktop(geometry));
+  const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
+  if (pixels && placed_.isMovedTo(toolkitRect(*pixels))) {
+    const ScreenLayout layout = ScreenList::layout();
+    // The widgets are as large as the toolkit says.
+    const Rect frame{
+        layout.toPoints(*pixels).origin,
+        {static_cast<double>(native_->width()), static_cast<double>(native_->height())}};
+    window_.peerDidSetFrame(layout.flipped(frame));
     saveFrameSoon();
   }
   update();
+}
+
+void TitledPeer::screensDidChange() {
+  if (!native_) return;
+  const ScreenLayout layout = ScreenList::layout();
+  const PixelRect pixels = pixelRect(placed_.current());
+  const Rect frame{layout.toPoints(pixels).origin, window_.frame().size};
+  window_.peerDidSetFrame(broughtIntoReach(layout.flipped(frame), screens()));
+  place();
 }
 
 void TitledPeer::nativeWasClosed() {

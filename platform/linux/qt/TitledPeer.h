@@ -30,12 +30,14 @@ class TitledPeer final : public HostedPeer {
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
   void retire() override;
+  void screensDidChange() override;
 
  private:
   void makeNative();
   void releaseNative();
   void show();
   void place();
+  QRect askedGeometry() const;
   QSize minimumSize() const;
   void nativeWasPlaced();
   void nativeWasClosed();
@@ -46,7 +48,7 @@ class TitledPeer final : public HostedPeer {
 
   Window& window_;
   OwnedNative<TitledWindow> native_;
-  PlacedFrame placed_;  // of native_
+  PlacedFrame placed_;  // of native_, in pixels of the root window
   QTimer saving_;
   QTimer update_;  // runs out at the next turn of the event loop
   struct {

@@ -11,6 +11,7 @@ namespace {
 struct Lister {
   std::unique_ptr<Connection> connection;
   ApplicationNames names;
+  ScreenLayout layout;
 
   /// False when the display refuses.
   bool connect() {
@@ -29,8 +30,8 @@ void answer(Lister& lister, bool excludingDesktopWindows, bool onScreenWindowsOn
             const ShareableContentCompletion& completion) {
   const Error noAnswer{"The display server does not answer."};
   if (!lister.connect()) return completion(nullptr, noAnswer);
-  auto content =
-      listWindows(*lister.connection, lister.names, excludingDesktopWindows, onScreenWindowsOnly);
+  auto content = listWindows(*lister.connection, lister.names, lister.layout,
+                             excludingDesktopWindows, onScreenWindowsOnly);
   if (lister.connection->isLost()) return completion(nullptr, noAnswer);
   completion(std::move(content), std::nullopt);
 }
@@ -39,6 +40,12 @@ void answer(Lister& lister, bool excludingDesktopWindows, bool onScreenWindowsOn
 
 ShareableContentService::ShareableContentService()
     : queue_(SerialQueue::make("vistrel.windows", QualityOfService::standard)) {}
+
+void ShareableContentService::setScreenLayout(ScreenLayout layout) {
+  queue_->async([queue = queue_, layout = std::move(layout)]() mutable {
+    listerOf(*queue).layout = std::move(layout);
+  });
+}
 
 void ShareableContentService::request(bool excludingDesktopWindows, bool onScreenWindowsOnly,
                                       ShareableContentCompletion completion) {

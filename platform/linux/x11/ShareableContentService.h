@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/ScreenCapture.h"
+#include "platform/linux/ScreenLayout.h"
 #include "platform/linux/SerialQueue.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -13,6 +14,8 @@ class ShareableContentService {
  public:
   ShareableContentService();
 
+  /// By which the frames of windows are given in points.
+  void setScreenLayout(ScreenLayout layout);
   /// As `platform::getShareableContent`.
   void request(bool excludingDesktopWindows, bool onScreenWindowsOnly,
                ShareableContentCompletion completion);

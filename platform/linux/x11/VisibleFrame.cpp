@@ -30,10 +30,4 @@ PixelRect visibleFrame(const PixelRect& client, const Extents& decoration, const
   return isEmpty(visible) ? decorated : visible;
 }
 
-Rect globalFrame(const PixelRect& inRoot) {
-  constexpr double backingScale = 1;
-  return rect(inRoot.x / backingScale, inRoot.y / backingScale, inRoot.width / backingScale,
-              inRoot.height / backingScale);
-}
-
 }  // namespace vistrel::platform::linux_desktop

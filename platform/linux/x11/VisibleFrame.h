@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/Geometry.h"
 #include "platform/linux/x11/PixelGeometry.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -25,8 +24,5 @@ Extents extentsFrom(const std::vector<std::uint32_t>& property);
 /// (`_NET_FRAME_EXTENTS`), less the shadow that a client draws inside itself
 /// (`_GTK_FRAME_EXTENTS`). In the space of `client`.
 PixelRect visibleFrame(const PixelRect& client, const Extents& decoration, const Extents& shadow);
-
-/// Root coordinates in pixels as global display space in points. The backing scale is 1 here.
-Rect globalFrame(const PixelRect& inRoot);
 
 }  // namespace vistrel::platform::linux_desktop

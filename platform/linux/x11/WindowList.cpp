@@ -95,7 +95,8 @@ std::shared_ptr<const SharedApplication> applicationOf(const ApplicationNames& n
 }
 
 /// Null for a window that has gone, or that shows nothing by its class.
-WindowRecord recordOf(Connection& connection, const ApplicationNames& names, WindowQuery& query) {
+WindowRecord recordOf(Connection& connection, const ApplicationNames& names,
+                      const ScreenLayout& layout, WindowQuery& query) {
   const auto attributes = query.attributes.fetch();
   const auto geometry = query.geometry.fetch();
   const auto position = query.position.fetch();
@@ -105,8 +106,9 @@ WindowRecord recordOf(Connection& connection, const ApplicationNames& names, Win
   record->windowID = query.window;
   record->title = titleOf(connection, query);
   const PixelRect client{position->dst_x, position->dst_y, geometry->width, geometry->height};
-  record->frame = globalFrame(visibleFrame(client, extentsFrom(query.decoration.fetch().values()),
-                                           extentsFrom(query.shadow.fetch().values())));
+  record->frame =
+      layout.toPoints(visibleFrame(client, extentsFrom(query.decoration.fetch().values()),
+                                   extentsFrom(query.shadow.fetch().values())));
   record->owningApplication = applicationOf(names, query);
   record->isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
   record->windowLayer = layerOf(connection, query, attributes->override_redirect != 0);
@@ -116,6 +118,7 @@ WindowRecord recordOf(Connection& connection, const ApplicationNames& names, Win
 }  // namespace
 
 std::shared_ptr<const ShareableContent> listWindows(Connection& connection, ApplicationNames& names,
+                                                    const ScreenLayout& layout,
                                                     bool excludingDesktopWindows,
                                                     bool onScreenWindowsOnly) {
   names.refresh();
@@ -123,7 +126,7 @@ std::shared_ptr<const ShareableContent> listWindows(Connection& connection, Appl
   for (const auto window : clientWindows(connection)) queries.emplace_back(connection, window);
   auto content = std::make_shared<ShareableContent>();
   for (auto& query : queries) {
-    auto record = recordOf(connection, names, query);
+    auto record = recordOf(connection, names, layout, query);
     if (!record || (onScreenWindowsOnly && !record->isOnScreen)) continue;
     if (excludingDesktopWindows && record->windowLayer == layerDesktop) continue;
     content->windows.push_back(std::move(record));

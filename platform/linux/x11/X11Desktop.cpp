@@ -84,6 +84,10 @@ class XcbDesktop : public X11Desktop {
     return std::make_shared<WindowImageContext>();
   }
 
+  void setScreenLayout(ScreenLayout layout) override {
+    contentService_.setScreenLayout(std::move(layout));
+  }
+
   std::unique_ptr<PanelSurface> makePanelSurface(std::uint32_t window) override {
     return std::make_unique<X11PanelSurface>(window, panelQueue_);
   }
