@@ -25,6 +25,11 @@ class DesktopTest : public ::testing::Test {
   /// A source without decorations whose panel comes to whole numbers: 340 × 196.
   static constexpr Rect sourceArea{240, 480, 1000, 500};
 
+  DesktopTest() = default;
+  /// In a session of other options, whose monitors have `scale` pixels to a point.
+  explicit DesktopTest(const PrivateDisplay::Options& options, double scale = 1)
+      : display_(options), scale_(scale) {}
+
   void TearDown() override {
     if (HasFailure()) {
       saveScreen();
@@ -45,7 +50,7 @@ class DesktopTest : public ::testing::Test {
   }
 
   void startVistrel(const std::vector<std::string>& arguments = {}) {
-    vistrel_ = std::make_unique<RunningVistrel>(display_, connection_, arguments);
+    vistrel_ = std::make_unique<RunningVistrel>(display_, connection_, arguments, scale_);
   }
 
   /// Double-clicks row `row` of the picker, which lists `count` windows, and waits until
@@ -84,6 +89,7 @@ class DesktopTest : public ::testing::Test {
   static constexpr std::uint32_t betweenClicks = 700;
 
   PrivateDisplay display_;
+  const double scale_ = 1;
   XConnection connection_{display_.name()};
   ScreenReader screen_{connection_};
   InputDriver input_{connection_};

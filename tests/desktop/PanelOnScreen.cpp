@@ -27,29 +27,35 @@ bool PanelOnScreen::isOnScreen() const { return isViewable(*connection_, window_
 
 Rect PanelOnScreen::area() const { return areaOf(*connection_, window_).value_or(Rect{}); }
 
+int PanelOnScreen::pixels(double points) const {
+  return static_cast<int>(std::lround(points * scale_));
+}
+
 Point PanelOnScreen::titleBar() const {
   const Rect panel = area();
-  return {panel.x + panel.width / 2, panel.y + titleBarHeight / 2};
+  return {panel.x + panel.width / 2, panel.y + pixels(titleBarHeight) / 2};
 }
 
 Point PanelOnScreen::closeButton() const {
   const Rect panel = area();
-  return {panel.x + panel.width - 15, panel.y + titleBarHeight / 2};
+  return {panel.x + panel.width - pixels(15), panel.y + pixels(titleBarHeight) / 2};
 }
 
 Point PanelOnScreen::grip() const {
   const Rect panel = area();
-  return {panel.x + panel.width - 8, panel.y + panel.height - 8};
+  return {panel.x + panel.width - pixels(8), panel.y + panel.height - pixels(8)};
 }
 
 Rect PanelOnScreen::contents() const {
   const Rect panel = area();
-  return {panel.x, panel.y + titleBarHeight, panel.width, panel.height - titleBarHeight};
+  const int titleBar = pixels(titleBarHeight);
+  return {panel.x, panel.y + titleBar, panel.width, panel.height - titleBar};
 }
 
 Dot PanelOnScreen::dot() const {
   const Rect panel = area();
-  const Rgb colour = ScreenReader(*connection_).pixel({panel.x + 34, panel.y + titleBarHeight / 2});
+  const Rgb colour = ScreenReader(*connection_)
+                         .pixel({panel.x + pixels(34), panel.y + pixels(titleBarHeight) / 2});
   if (similar(colour, liveColour, tolerance)) {
     return Dot::live;
   }

@@ -18,9 +18,9 @@ class PanelOnScreen {
   /// at the source's aspect ratio under the title bar.
   static Rect computedArea(Rect source, Point origin);
 
-  /// `connection` outlives this object.
-  PanelOnScreen(const XConnection& connection, xcb_window_t window)
-      : connection_(&connection), window_(window) {}
+  /// `connection` outlives this object. The panel is on a monitor with `scale` pixels to a point.
+  PanelOnScreen(const XConnection& connection, xcb_window_t window, double scale = 1)
+      : connection_(&connection), window_(window), scale_(scale) {}
 
   xcb_window_t id() const { return window_; }
   bool isOnScreen() const;
@@ -41,8 +41,11 @@ class PanelOnScreen {
   bool shows(const Quadrants& expected) const;
 
  private:
+  int pixels(double points) const;
+
   const XConnection* connection_;
   xcb_window_t window_;
+  double scale_;
 };
 
 }  // namespace vistrel::testbed

@@ -1,6 +1,7 @@
 #include "tests/desktop/PickerOnScreen.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "tests/support/XWindows.h"
 
@@ -13,17 +14,9 @@ constexpr int listLeft = 24;
 constexpr int listRightMargin = 44;
 constexpr int listTop = 66;
 constexpr int listBottomMargin = 62;
-// Lines of pixels without text between a letter and its accent.
+// Lines without text between a letter and its accent.
 constexpr int largestGapInText = 3;
 constexpr int buttonMiddle = 14 + 12;
-
-/// Whether the picker is painted yet: its list stands out against the margin beside it, which what
-/// lies under the window does not do just there.
-bool showsList(const ScreenReader& screen, Rect window) {
-  constexpr int inMargin = listLeft / 2;
-  const int middle = window.y + window.height / 2;
-  return screen.pixel({window.x + inMargin, middle}) != screen.pixel({window.x + listLeft, middle});
-}
 
 bool isUniform(const Picture& picture, int y) {
   for (int x = 1; x < picture.width(); ++x) {
@@ -40,15 +33,34 @@ bool PickerOnScreen::isOnScreen() const { return isViewable(*connection_, window
 
 Rect PickerOnScreen::area() const { return areaOf(*connection_, window_).value_or(Rect{}); }
 
+int PickerOnScreen::pixels(int points) const {
+  return static_cast<int>(std::lround(points * scale_));
+}
+
+Rect PickerOnScreen::list() const {
+  const Rect window = area();
+  return {window.x + pixels(listLeft), window.y + pixels(listTop),
+          window.width - pixels(listLeft + listRightMargin),
+          window.height - pixels(listTop + listBottomMargin)};
+}
+
+/// Whether the picker is painted yet: its list stands out against the margin beside it, which what
+/// lies under the window does not do just there.
+bool PickerOnScreen::showsList() const {
+  const ScreenReader screen(*connection_);
+  const Rect window = area();
+  const int middle = window.y + window.height / 2;
+  return screen.pixel({window.x + pixels(listLeft / 2), middle}) !=
+         screen.pixel({window.x + pixels(listLeft), middle});
+}
+
 std::vector<Rect> PickerOnScreen::rows() const {
   const Rect window = area();
-  const Rect list{window.x + listLeft, window.y + listTop,
-                  window.width - listLeft - listRightMargin,
-                  window.height - listTop - listBottomMargin};
-  const ScreenReader screen(*connection_);
-  if (list.width <= 0 || list.height <= 0 || !showsList(screen, window)) {
+  const Rect list = this->list();
+  if (list.width <= 0 || list.height <= 0 || !showsList()) {
     return {};
   }
+  const ScreenReader screen(*connection_);
   const Picture picture = screen.read(list);
   std::vector<Rect> rows;
   for (int y = 0; y < picture.height(); ++y) {
@@ -56,7 +68,7 @@ std::vector<Rect> PickerOnScreen::rows() const {
       continue;
     }
     const int top = list.y + y;
-    if (rows.empty() || top - (rows.back().y + rows.back().height) > largestGapInText) {
+    if (rows.empty() || top - (rows.back().y + rows.back().height) > pixels(largestGapInText)) {
       rows.push_back({list.x, top, list.width, 0});
     }
     rows.back().height = top + 1 - rows.back().y;
@@ -80,12 +92,13 @@ bool PickerOnScreen::isMarked(Rect row) const {
 
 Point PickerOnScreen::refreshButton() const {
   const Rect window = area();
-  return {window.x + 18 + 20, window.y + window.height - buttonMiddle};
+  return {window.x + pixels(18 + 20), window.y + window.height - pixels(buttonMiddle)};
 }
 
 Point PickerOnScreen::mirrorButton() const {
   const Rect window = area();
-  return {window.x + window.width - 18 - 20, window.y + window.height - buttonMiddle};
+  return {window.x + window.width - pixels(18 + 20),
+          window.y + window.height - pixels(buttonMiddle)};
 }
 
 }  // namespace vistrel::testbed

@@ -10,9 +10,9 @@ namespace vistrel::testbed {
 /// The window picker as a person finds it on the screen.
 class PickerOnScreen {
  public:
-  /// `connection` outlives this object.
-  PickerOnScreen(const XConnection& connection, xcb_window_t window)
-      : connection_(&connection), window_(window) {}
+  /// `connection` outlives this object. The picker is on a monitor with `scale` pixels to a point.
+  PickerOnScreen(const XConnection& connection, xcb_window_t window, double scale = 1)
+      : connection_(&connection), window_(window), scale_(scale) {}
 
   xcb_window_t id() const { return window_; }
   bool isOnScreen() const;
@@ -28,8 +28,13 @@ class PickerOnScreen {
   Point mirrorButton() const;
 
  private:
+  int pixels(int points) const;
+  Rect list() const;
+  bool showsList() const;
+
   const XConnection* connection_;
   xcb_window_t window_;
+  double scale_;
 };
 
 }  // namespace vistrel::testbed

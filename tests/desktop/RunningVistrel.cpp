@@ -20,8 +20,10 @@ void waitUntil(const std::string& what, const ChildProcess& process, Condition&&
 }  // namespace
 
 RunningVistrel::RunningVistrel(const PrivateDisplay& display, const XConnection& connection,
-                               const std::vector<std::string>& arguments)
-    : connection_(&connection), process_(command(arguments, display.environment())) {}
+                               const std::vector<std::string>& arguments, double scale)
+    : connection_(&connection),
+      scale_(scale),
+      process_(command(arguments, display.environment())) {}
 
 ChildProcess::Command RunningVistrel::command(const std::vector<std::string>& arguments,
                                               std::vector<std::string> environment) {
@@ -51,7 +53,7 @@ PickerOnScreen RunningVistrel::picker() const {
     }
     return picker != XCB_WINDOW_NONE;
   });
-  return {*connection_, picker};
+  return {*connection_, picker, scale_};
 }
 
 std::vector<Rect> RunningVistrel::pickerRows(std::size_t count) const {
@@ -71,7 +73,7 @@ std::vector<PanelOnScreen> RunningVistrel::panels() const {
   std::ranges::sort(windows);
   std::vector<PanelOnScreen> panels;
   for (const xcb_window_t window : windows) {
-    panels.emplace_back(*connection_, window);
+    panels.emplace_back(*connection_, window, scale_);
   }
   return panels;
 }

@@ -14,9 +14,10 @@ namespace vistrel::testbed {
 /// The built program, started on a private display, and its windows.
 class RunningVistrel {
  public:
-  /// Starts it with these arguments in the display's session. Both outlive this object.
+  /// Starts it with these arguments in the display's session. Both outlive this object. Its windows
+  /// are looked at as ones of `scale` pixels to a point.
   RunningVistrel(const PrivateDisplay& display, const XConnection& connection,
-                 const std::vector<std::string>& arguments = {});
+                 const std::vector<std::string>& arguments = {}, double scale = 1);
 
   /// How to start the program with `arguments`.
   static ChildProcess::Command command(const std::vector<std::string>& arguments,
@@ -42,6 +43,7 @@ class RunningVistrel {
   bool isFloating(xcb_window_t window) const;
 
   const XConnection* connection_;
+  double scale_;
   ChildProcess process_;
 };
 

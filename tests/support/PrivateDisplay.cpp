@@ -71,7 +71,7 @@ class ReadinessProbe {
 
 }  // namespace
 
-PrivateDisplay::PrivateDisplay(const Options& options) {
+PrivateDisplay::PrivateDisplay(const Options& options) : variables_(options.variables) {
   for (const char* name : {"runtime", "config", "state", "data", "cache"}) {
     std::filesystem::create_directory(directory_.path() / name);
   }
@@ -88,14 +88,16 @@ PrivateDisplay::~PrivateDisplay() = default;
 
 std::vector<std::string> PrivateDisplay::sessionVariables() const {
   const std::string home = directory_.path().string();
-  return {"DISPLAY=" + name_,
-          "DBUS_SESSION_BUS_ADDRESS=" + busAddress_,
-          "HOME=" + home,
-          "XDG_RUNTIME_DIR=" + home + "/runtime",
-          "XDG_CONFIG_HOME=" + home + "/config",
-          "XDG_STATE_HOME=" + home + "/state",
-          "XDG_DATA_HOME=" + home + "/data",
-          "XDG_CACHE_HOME=" + home + "/cache"};
+  std::vector<std::string> variables{"DISPLAY=" + name_,
+                                     "DBUS_SESSION_BUS_ADDRESS=" + busAddress_,
+                                     "HOME=" + home,
+                                     "XDG_RUNTIME_DIR=" + home + "/runtime",
+                                     "XDG_CONFIG_HOME=" + home + "/config",
+                                     "XDG_STATE_HOME=" + home + "/state",
+                                     "XDG_DATA_HOME=" + home + "/data",
+                                     "XDG_CACHE_HOME=" + home + "/cache"};
+  variables.insert(variables.end(), variables_.begin(), variables_.end());
+  return variables;
 }
 
 std::vector<std::string> PrivateDisplay::environment() const {

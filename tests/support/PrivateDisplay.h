@@ -21,6 +21,8 @@ class PrivateDisplay {
     WindowManager windowManager = WindowManager::openbox;
     /// Further arguments of the server.
     std::vector<std::string> serverArguments = {};
+    /// Further variables of the session's programs, as a person's login sets them: "NAME=value".
+    std::vector<std::string> variables = {};
   };
 
   /// Returns once the window manager manages. Throws std::runtime_error, with what the programs
@@ -52,6 +54,7 @@ class PrivateDisplay {
   void startBus();
   void startWindowManager(WindowManager manager);
 
+  const std::vector<std::string> variables_;
   TemporaryDirectory directory_;
   std::string name_;
   std::string busAddress_;

@@ -1,0 +1,163 @@
+#include <cmath>
+
+#include "tests/desktop/DesktopTest.h"
+#include "tests/support/Monitors.h"
+
+namespace vistrel::testbed {
+namespace {
+
+int scaled(double points, double scale) { return static_cast<int>(std::lround(points * scale)); }
+
+Rect scaled(Rect points, double scale) {
+  return {scaled(points.x, scale), scaled(points.y, scale), scaled(points.width, scale),
+          scaled(points.height, scale)};
+}
+
+::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
+  if (eventually([&] { return panel.area() == area; })) {
+    return ::testing::AssertionSuccess();
+  }
+  return ::testing::AssertionFailure() << panel.area() << " instead of " << area;
+}
+
+/// One monitor whose person likes things large.
+class Scaled : public DesktopTest, public ::testing::WithParamInterface<const char*> {
+ protected:
+  Scaled()
+      : DesktopTest({.width = 2600,
+                     .height = 1800,
+                     .variables = {std::string("QT_SCALE_FACTOR=") + GetParam()}},
+                    std::stod(GetParam())) {}
+
+  /// A source without decorations of so many points.
+  std::unique_ptr<TestWindow> openSourceOf(const std::string& title, Rect points) {
+    return openSource({.title = title, .area = scaled(points, scale_), .decorated = false});
+  }
+};
+
+TEST_P(Scaled, PointsAreNotPixels) {
+  const auto source = openSourceOf("Document", {180, 260, 1000, 500});
+  const auto smallest = openSourceOf("Smallest", {20, 500, 80, 60});
+  const auto tooSmall = openSourceOf("Too small", {20, 400, 79, 60});
+  startVistrel();
+  const PanelOnScreen panel = mirrorRow(0, 2, 1);
+  EXPECT_TRUE(becomes(panel, scaled(Rect{32, 32, 340, 196}, scale_)));
+  EXPECT_TRUE(eventually([&] { return panel.shows(fourColours) && panel.dot() == Dot::live; }));
+
+  const Point bar = panel.titleBar();
+  input_.drag(bar, {bar.x + 301, bar.y + 117});
+  Rect area = scaled(Rect{32, 32, 340, 196}, scale_);
+  const auto nearTo = [&](int x, int y) {
+    return eventually([&] {
+      // The toolkit places windows on whole points.
+      return std::abs(panel.area().x - x) < scale_ && std::abs(panel.area().y - y) < scale_;
+    });
+  };
+  EXPECT_TRUE(nearTo(area.x + 301, area.y + 117)) << panel.area();
+
+  area = panel.area();
+  const Point grip = panel.grip();
+  input_.rest(betweenClicks);
+  input_.drag(grip, {grip.x + scaled(60, scale_), grip.y + scaled(40, scale_)});
+  EXPECT_TRUE(becomes(panel, {area.x, area.y, scaled(400, scale_), scaled(236, scale_)}));
+  EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+  input_.drag(panel.grip(), {area.x - 200, area.y - 200});
+  EXPECT_TRUE(becomes(panel, {area.x, area.y, scaled(160, scale_), scaled(120, scale_)}));
+  input_.clickAt(panel.titleBar(), 2);
+  EXPECT_TRUE(becomes(panel, {area.x, area.y, scaled(160, scale_), scaled(26, scale_)}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Factors, Scaled, ::testing::Values("1.5", "2"),
+                         [](const auto& parameters) {
+                           return std::string(parameters.param) == "2" ? "Two" : "OneAndAHalf";
+                         });
+
+/// Two monitors side by side, of different scales.
+class MixedScales : public DesktopTest {
+ protected:
+  static constexpr Rect left{0, 0, 1200, 1000};
+  static constexpr Rect right{1200, 0, 1200, 1000};
+
+  explicit MixedScales(const std::string& factors = "left=1;right=2", double scaleOfLeft = 1)
+      : DesktopTest(
+            {.width = 2400, .height = 1000, .variables = {"QT_SCREEN_SCALE_FACTORS=" + factors}},
+            scaleOfLeft) {
+    monitors_.setPrimary("left", left);
+    monitors_.set("right", right);
+  }
+
+  PanelOnScreen onRight(const PanelOnScreen& panel) const {
+    return {connection_, panel.id(), 3 - scale_};
+  }
+  /// Drags the panel by its title bar from one monitor to the other and looks, all the way, whether
+  /// it stays under the pointer; `before` and `after` are the monitors' scales.
+  void dragAcross(const PanelOnScreen& panel, double before, double after, int step) {
+    const Rect start = panel.area();
+    const Point from = PanelOnScreen(connection_, panel.id(), before).titleBar();
+    const double heldX = (from.x - start.x) / before;
+    const double heldY = (from.y - start.y) / before;
+    input_.moveTo(from);
+    input_.press();
+    for (int i = 1; i <= 20; ++i) {
+      const Point pointer{from.x + i * step, from.y + i * 3};
+      input_.moveTo(pointer);
+      const bool isLeft = pointer.x < right.x;
+      const double scale = isLeft == (step > 0) ? before : after;
+      const auto isHeld = [&] {
+        const Rect area = panel.area();
+        return std::abs(pointer.x - area.x - heldX * scale) <= scale &&
+               std::abs(pointer.y - area.y - heldY * scale) <= scale &&
+               area.width == scaled(start.width / before, scale);
+      };
+      EXPECT_TRUE(eventually(isHeld))
+          << "step " << i << ", pointer " << pointer.x << ", " << pointer.y << ": " << panel.area();
+    }
+    input_.release();
+  }
+
+  Monitors monitors_{connection_};
+};
+
+TEST_F(MixedScales, ASourceIsMeasuredInPointsOfItsOwnMonitor) {
+  const auto source = openSource({.area = {1300, 300, 1000, 500}, .decorated = false});
+  const PanelOnScreen panel = mirrorOnlySource();
+  EXPECT_TRUE(becomes(panel, {32, 32, 220, 136}));
+  EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+}
+
+TEST_F(MixedScales, APanelKeepsItsPointsOnItsWayToAnotherMonitorAndBack) {
+  const auto source = openSource();
+  const PanelOnScreen panel = mirrorOnlySource();
+  EXPECT_TRUE(becomes(panel, {32, 32, 340, 196}));
+  input_.drag(panel.titleBar(), {900, 100});
+  dragAcross(panel, 1, 2, 40);
+  EXPECT_TRUE(eventually([&] { return panel.area().height == 392; })) << panel.area();
+  EXPECT_TRUE(eventually([&] { return onRight(panel).shows(fourColours); }));
+  EXPECT_TRUE(eventually([&] { return onRight(panel).dot() == Dot::live; }));
+  input_.rest(betweenClicks);
+  dragAcross(panel, 2, 1, -50);
+  EXPECT_TRUE(eventually([&] { return panel.area().height == 196; })) << panel.area();
+  EXPECT_TRUE(eventually([&] { return panel.shows(fourColours) && panel.dot() == Dot::live; }));
+}
+
+class FineMonitorFirst : public MixedScales {
+ protected:
+  FineMonitorFirst() : MixedScales("left=2;right=1", 2) {}
+};
+
+TEST_F(FineMonitorFirst, APanelKeepsItsPointsOnItsWayToAnotherMonitorAndBack) {
+  const auto source = openSource();
+  const PanelOnScreen panel = mirrorOnlySource();
+  EXPECT_TRUE(becomes(panel, {64, 64, 440, 272}));
+  input_.drag(panel.titleBar(), {900, 100});
+  dragAcross(panel, 2, 1, 40);
+  EXPECT_TRUE(eventually([&] { return panel.area().height == 136; })) << panel.area();
+  EXPECT_TRUE(eventually([&] { return onRight(panel).shows(fourColours); }));
+  input_.rest(betweenClicks);
+  dragAcross(panel, 1, 2, -50);
+  EXPECT_TRUE(eventually([&] { return panel.area().height == 272; })) << panel.area();
+  EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+}
+
+}  // namespace
+}  // namespace vistrel::testbed
