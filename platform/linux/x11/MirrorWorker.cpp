@@ -73,18 +73,25 @@ void MirrorWorker::comeBackAt(double seconds) {
 }
 
 void MirrorWorker::serve() {
-  handleEvents();
-  if (connection_->isLost()) return lose();
-  for (const auto& each : captures_) each.capture->proceed();
-  connection_->flush();
+  // What is done about events waits for answers. Further events come in with those, and nothing
+  // would tell of them any more.
+  for (bool mayHaveMore = true; mayHaveMore;) {
+    mayHaveMore = handleEvents();
+    if (connection_->isLost()) return lose();
+    for (const auto& each : captures_) each.capture->proceed();
+    connection_->flush();
+  }
 }
 
-void MirrorWorker::handleEvents() {
+bool MirrorWorker::handleEvents() {
+  bool hadAny = false;
   while (const auto event = connection_->pollEvent()) {
+    hadAny = true;
     for (const auto& each : captures_) each.capture->handle(*event);
     if (restingSource_) restingSource_->handle(*event);
     for (auto& each : panels_) each.handle(*event);
   }
+  return hadAny;
 }
 
 void MirrorWorker::lose() {

@@ -63,7 +63,8 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
 
   /// Null when there is no such window.
   std::unique_ptr<SourceWindow> openSource(WindowID window);
-  void handleEvents();
+  /// Whether there were any.
+  bool handleEvents();
   void lose();
   PanelPainter* panelOf(xcb_window_t window);
   std::vector<PixelSize> pictureSizes(PixelSize source) const;
