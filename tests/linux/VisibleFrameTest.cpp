@@ -17,6 +17,11 @@ TEST(VisibleFrame, leavesTheClientsOwnShadowOut) {
   EXPECT_EQ(visibleFrame({0, 0, 300, 200}, {}, {26, 26, 23, 29}), (PixelRect{26, 23, 248, 148}));
 }
 
+TEST(VisibleFrame, includesAShadowThatTheManagersDecorationSurrounds) {
+  EXPECT_EQ(visibleFrame({1, 20, 300, 200}, {1, 1, 20, 4}, {26, 26, 23, 29}),
+            (PixelRect{0, 0, 302, 224}));
+}
+
 TEST(VisibleFrame, ignoresAShadowThatLeavesNothing) {
   EXPECT_EQ(visibleFrame({0, 0, 30, 20}, {}, {20, 20, 5, 5}), (PixelRect{0, 0, 30, 20}));
 }

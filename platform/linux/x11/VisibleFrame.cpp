@@ -24,10 +24,11 @@ Extents extentsFrom(const std::vector<std::uint32_t>& property) {
 }
 
 PixelRect visibleFrame(const PixelRect& client, const Extents& decoration, const Extents& shadow) {
-  const auto decorated = grown(client, decoration);
-  const auto visible = grown(decorated, {-shadow.left, -shadow.right, -shadow.top, -shadow.bottom});
+  // A frame around a window that draws a shadow shows that too.
+  if (decoration != Extents{}) return grown(client, decoration);
+  const auto visible = grown(client, {-shadow.left, -shadow.right, -shadow.top, -shadow.bottom});
   // Shadows wider than the window itself are a client's mistake.
-  return isEmpty(visible) ? decorated : visible;
+  return isEmpty(visible) ? client : visible;
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -23,6 +23,8 @@ struct WindowQuery {
         attributes(c.xcb(), xcb_get_window_attributes(c.xcb(), client)),
         geometry(c.xcb(), xcb_get_geometry(c.xcb(), client)),
         position(c.xcb(), xcb_translate_coordinates(c.xcb(), client, c.root(), 0, 0)),
+        tree(c.xcb(), xcb_query_tree(c.xcb(), client)),
+        state(c, client, "WM_STATE"),
         name(c, client, "_NET_WM_NAME"),
         legacyName(c, client, "WM_NAME"),
         type(c, client, "_NET_WM_WINDOW_TYPE"),
@@ -36,6 +38,8 @@ struct WindowQuery {
   Pending<xcb_get_window_attributes_reply, xcb_get_window_attributes_cookie_t> attributes;
   Pending<xcb_get_geometry_reply, xcb_get_geometry_cookie_t> geometry;
   Pending<xcb_translate_coordinates_reply, xcb_translate_coordinates_cookie_t> position;
+  Pending<xcb_query_tree_reply, xcb_query_tree_cookie_t> tree;
+  PropertyRequest state;
   PropertyRequest name;
   PropertyRequest legacyName;
   PropertyRequest type;
@@ -72,6 +76,21 @@ WindowLayer layerOf(Connection& connection, WindowQuery& query, bool overrideRed
   return overrideRedirect ? layerPopUp : layerOrdinary;
 }
 
+/// Whether the window is there for a person to see. Some managers leave a window mapped that they
+/// have minimised or moved to another desktop; its state tells (ICCCM 4.1.3.1).
+bool isOnScreen(WindowQuery& query, const xcb_get_window_attributes_reply_t& attributes) {
+  constexpr std::uint32_t iconic = 3;
+  return attributes.map_state == XCB_MAP_STATE_VIEWABLE &&
+         query.state.fetch().firstValue() != iconic;
+}
+
+/// None for a window without a frame, whatever a manager has left on it.
+Extents decorationOf(WindowQuery& query) {
+  const auto tree = query.tree.fetch();
+  const bool hasFrame = tree && tree->parent != tree->root;
+  return hasFrame ? extentsFrom(query.decoration.fetch().values()) : Extents{};
+}
+
 ApplicationHints hintsOf(WindowQuery& query) {
   ApplicationHints hints;
   hints.gtkApplicationId = repairedUtf8(upToNull(query.gtkApplicationId.fetch().bytes()));
@@ -106,11 +125,10 @@ WindowRecord recordOf(Connection& connection, const ApplicationNames& names,
   record->windowID = query.window;
   record->title = titleOf(connection, query);
   const PixelRect client{position->dst_x, position->dst_y, geometry->width, geometry->height};
-  record->frame =
-      layout.toPoints(visibleFrame(client, extentsFrom(query.decoration.fetch().values()),
-                                   extentsFrom(query.shadow.fetch().values())));
+  record->frame = layout.toPoints(
+      visibleFrame(client, decorationOf(query), extentsFrom(query.shadow.fetch().values())));
   record->owningApplication = applicationOf(names, query);
-  record->isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+  record->isOnScreen = isOnScreen(query, *attributes);
   record->windowLayer = layerOf(connection, query, attributes->override_redirect != 0);
   return record;
 }
