@@ -97,6 +97,9 @@ void Connection::setUpExtensions() {
   const bool render = hasRender(xcb());
   extensions_.offersClientIds = hasClientIds(xcb());
   extensions_.offersShapes = isPresent(xcb(), xcb_shape_id);
+  if (extensions_.offersShapes) {
+    extensions_.shapeNotify = firstEvent(xcb(), xcb_shape_id) + XCB_SHAPE_NOTIFY;
+  }
   if (damage) extensions_.damageNotify = firstEvent(xcb(), xcb_damage_id) + XCB_DAMAGE_NOTIFY;
   if (fixes) {
     const auto first = firstEvent(xcb(), xcb_xfixes_id);

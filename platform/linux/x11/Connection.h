@@ -19,6 +19,7 @@ struct Extensions {
   /// X-Resource 1.2: the process behind a window.
   bool offersClientIds = false;
   bool offersShapes = false;
+  std::uint8_t shapeNotify = 0;
   std::uint8_t damageNotify = 0;
   std::uint8_t cursorNotify = 0;
   std::uint8_t selectionNotify = 0;

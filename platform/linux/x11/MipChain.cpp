@@ -53,7 +53,14 @@ void MipChain::fillFinest(const LivePicture& source, const PixelRect& area) {
   const double scale = 1 << finest_;
   const Sampling sampling{scale, scale, static_cast<double>(source.crop.x),
                           static_cast<double>(source.crop.y), Filter::bilinear};
-  drawScaled(connection_, source.picture, sampling, levels_.front().picture, area);
+  const auto& finest = levels_.front();
+  drawScaled(connection_, source.picture, sampling, finest.picture, area);
+  for (auto outside : source.outside) {
+    // A pixel that is partly outside would be mixed with what must not be seen.
+    if (finest_ == 1) outside = changedInNextLevel(outside, finest.size);
+    const auto covered = intersection(outside, area);
+    if (!isEmpty(covered)) fill(connection_, finest.picture, Color::black(1), covered);
+  }
 }
 
 void MipChain::draw(const Picture& target, const PixelRect& place, const PixelRect& area) const {

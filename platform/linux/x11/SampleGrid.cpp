@@ -40,8 +40,14 @@ bool SampleGrid::visit(const LivePicture& picture, int rows, int columns,
                     static_cast<std::uint16_t>(columns), static_cast<std::uint16_t>(rows), ~0u));
   if (!image) return false;
   const auto* bytes = xcb_get_image_data(image.get());
+  const auto place = [](int i, int samples, int length) {
+    return i * (length - 1) / (samples - 1);
+  };
   for (int i = 0; i < rows * columns; ++i, bytes += 4) {
-    if (!visit({bytes[0], bytes[1], bytes[2], 0xff})) break;
+    const bool outside = picture.isOutside(place(i % columns, columns, picture.size().width),
+                                           place(i / columns, rows, picture.size().height));
+    const PixelBGRA pixel{bytes[0], bytes[1], bytes[2], 0xff};
+    if (!visit(outside ? PixelBGRA{0, 0, 0, 0xff} : pixel)) break;
   }
   return true;
 }

@@ -1,9 +1,11 @@
 #include "platform/linux/x11/SourceWindow.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <xcb/composite.h>
 #include <xcb/damage.h>
+#include <xcb/shape.h>
 
 #include "platform/linux/x11/Property.h"
 #include "platform/linux/x11/VisibleFrame.h"
@@ -18,6 +20,28 @@ constexpr std::uint32_t frameEvents =
 
 xcb_void_cookie_t selectEvents(Connection& connection, xcb_window_t window, std::uint32_t mask) {
   return xcb_change_window_attributes_checked(connection.xcb(), window, XCB_CW_EVENT_MASK, &mask);
+}
+
+/// For windows that may have gone: nobody waits for the answer.
+void watchShape(Connection& connection, xcb_window_t window, bool watched) {
+  if (!connection.extensions().offersShapes) return;
+  const auto cookie = xcb_shape_select_input_checked(connection.xcb(), window, watched);
+  xcb_discard_reply(connection.xcb(), cookie.sequence);
+}
+
+std::vector<PixelRect> rectsOf(const xcb_xfixes_fetch_region_reply_t& region) {
+  const auto* rects = xcb_xfixes_fetch_region_rectangles(&region);
+  std::vector<PixelRect> result;
+  std::transform(rects, rects + xcb_xfixes_fetch_region_rectangles_length(&region),
+                 std::back_inserter(result), [](const xcb_rectangle_t& each) {
+                   return PixelRect{each.x, each.y, each.width, each.height};
+                 });
+  return result;
+}
+
+/// Some managers roll a window up by its frame alone, which leaves the client a pixel or two.
+bool isRolledUp(const PixelRect& client, const PixelRect& frame) {
+  return 2 * intersection(client, frame).height < client.height;
 }
 
 bool isSentByClient(const xcb_generic_event_t& event) { return (event.response_type & 0x80) != 0; }
@@ -70,6 +94,7 @@ void SourceWindow::attachToFrame() {
   frame_ = frame;
   damage_ = Damage(connection_.xcb());
   xcb_damage_create(connection_.xcb(), damage_.id(), frame_, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+  watchShape(connection_, frame_, true);
   renamed_ = true;
 }
 
@@ -77,6 +102,7 @@ void SourceWindow::releaseFrame() {
   if (frame_ == XCB_NONE) return;
   damage_ = {};
   xcb_composite_unredirect_window(connection_.xcb(), frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+  watchShape(connection_, frame_, false);
   const std::uint32_t mask = frame_ == client_ ? clientEvents : 0;
   xcb_change_window_attributes(connection_.xcb(), frame_, XCB_CW_EVENT_MASK, &mask);
   frame_ = XCB_NONE;
@@ -88,6 +114,11 @@ void SourceWindow::handle(const xcb_generic_event_t& event) {
   if (type == connection_.extensions().damageNotify) {
     const auto& notify = eventAs<xcb_damage_notify_event_t>(event);
     if (notify.damage == damage_.id()) hasDamage_ = true;
+    return;
+  }
+  if (type == connection_.extensions().shapeNotify) {
+    const auto& notify = eventAs<xcb_shape_notify_event_t>(event);
+    renamed_ |= notify.affected_window == frame_ && notify.shape_kind == XCB_SHAPE_SK_BOUNDING;
     return;
   }
   // These events carry the window that they are about at the same place.
@@ -142,9 +173,9 @@ void SourceWindow::nameAgain() {
       connection_.xcb(), xcb_get_window_attributes(connection_.xcb(), client_));
   if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE) return;
   auto picture = namePicture();
+  viewable_ = picture != nullptr;
   if (!picture) return;
   picture_ = std::move(picture);
-  viewable_ = true;
   hasNewPicture_ = true;
   changes_ = {true, {}};
 }
@@ -163,23 +194,50 @@ std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
   if (!bounds || format == formats.end()) return nullptr;
   frameGeometry_ = {frame->x, frame->y, frame->width, frame->height};
   frameBorder_ = frame->border_width;
+  const auto visible = visibleInFrame();
+  if (!visible) return nullptr;
   const PixelRect whole{0, 0, bounds->width, bounds->height};
-  auto crop = intersection(moved(visibleInFrame(), frameBorder_, frameBorder_), whole);
+  auto crop = intersection(moved(*visible, frameBorder_, frameBorder_), whole);
   if (isEmpty(crop)) crop = whole;
   auto picture = makePicture(connection_, pixmap.id(), format->second);
-  return std::make_shared<LivePicture>(LivePicture{std::move(pixmap), std::move(picture), crop});
+  return std::make_shared<LivePicture>(
+      LivePicture{std::move(pixmap), std::move(picture), crop, outsideShape(crop)});
 }
 
-PixelRect SourceWindow::visibleInFrame() const {
+std::vector<PixelRect> SourceWindow::outsideShape(const PixelRect& crop) const {
+  auto* const xcb = connection_.xcb();
+  const Region region(xcb);
+  const auto bounds = wireRect(moved(crop, -frameBorder_, -frameBorder_));
+  xcb_discard_reply(xcb, xcb_xfixes_create_region_from_window_checked(xcb, region.id(), frame_,
+                                                                      XCB_SHAPE_SK_BOUNDING)
+                             .sequence);
+  xcb_xfixes_invert_region(xcb, region.id(), bounds, region.id());
+  const auto outside =
+      replyTo<xcb_xfixes_fetch_region_reply>(xcb, xcb_xfixes_fetch_region(xcb, region.id()));
+  if (!outside) return {};
+  auto rects = rectsOf(*outside);
+  for (auto& each : rects) each = inCrop(each, crop);
+  return rects;
+}
+
+std::optional<PixelRect> SourceWindow::visibleInFrame() const {
   auto* const xcb = connection_.xcb();
   const auto geometry = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, client_));
   const auto position = replyTo<xcb_translate_coordinates_reply>(
       xcb, xcb_translate_coordinates(xcb, client_, frame_, 0, 0));
-  if (!geometry || !position) return {};
+  if (!geometry || !position) return std::nullopt;
   const PixelRect client{position->dst_x, position->dst_y, geometry->width, geometry->height};
-  return visibleFrame(client,
-                      extentsFrom(propertyOf(connection_, client_, "_NET_FRAME_EXTENTS").values()),
-                      extentsFrom(propertyOf(connection_, client_, "_GTK_FRAME_EXTENTS").values()));
+  if (isRolledUp(client, rectOf(sizeOf(frameGeometry_)))) return std::nullopt;
+  const auto extents = [&](const char* property) {
+    return extentsFrom(propertyOf(connection_, client_, property).values());
+  };
+  // A manager may have left extents on a window that it has taken out of its frame.
+  const auto decoration = frame_ == client_ ? Extents{} : extents("_NET_FRAME_EXTENTS");
+  return visibleFrame(client, decoration, extents("_GTK_FRAME_EXTENTS"));
+}
+
+PixelRect SourceWindow::inCrop(const PixelRect& inFrame, const PixelRect& crop) const {
+  return moved(inFrame, frameBorder_ - crop.x, frameBorder_ - crop.y);
 }
 
 PixelRect SourceWindow::inPicture(const PixelRect& onRoot) const {
@@ -202,13 +260,9 @@ void SourceWindow::collectDamage() {
   const auto damaged = asked_->fetch();
   asked_.reset();
   if (!damaged) return;
-  const auto* rects = xcb_xfixes_fetch_region_rectangles(damaged.get());
-  const int count = xcb_xfixes_fetch_region_rectangles_length(damaged.get());
-  const auto& crop = picture_->crop;
-  std::for_each(rects, rects + count, [&](const xcb_rectangle_t& each) {
-    const PixelRect inPixmap{each.x + frameBorder_, each.y + frameBorder_, each.width, each.height};
-    changes_.rects.add(intersection(moved(inPixmap, -crop.x, -crop.y), rectOf(picture_->size())));
-  });
+  for (const auto& each : rectsOf(*damaged)) {
+    changes_.rects.add(intersection(inCrop(each, picture_->crop), rectOf(picture_->size())));
+  }
 }
 
 PictureChanges SourceWindow::takeChanges() {

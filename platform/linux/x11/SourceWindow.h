@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 #include <xcb/xfixes.h>
 
 #include "platform/linux/x11/Connection.h"
@@ -59,7 +60,10 @@ class SourceWindow {
   void changedProperty(const xcb_property_notify_event_t& event);
   void nameAgain();
   std::shared_ptr<const LivePicture> namePicture();
-  PixelRect visibleInFrame() const;
+  /// None while the window is rolled up to its title bar.
+  std::optional<PixelRect> visibleInFrame() const;
+  std::vector<PixelRect> outsideShape(const PixelRect& crop) const;
+  PixelRect inCrop(const PixelRect& inFrame, const PixelRect& crop) const;
   void collectDamage();
 
   Connection& connection_;
