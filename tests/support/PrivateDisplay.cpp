@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <unistd.h>
+#include <utility>
 
 #include "tests/support/XConnection.h"
 
@@ -162,12 +163,25 @@ void PrivateDisplay::startBus() {
   }
 }
 
+void PrivateDisplay::replaceWindowManager(WindowManager manager) {
+  if (manager == WindowManager::none) {
+    windowManager_.reset();
+  } else {
+    startWindowManager(manager);
+  }
+}
+
 void PrivateDisplay::startWindowManager(WindowManager manager) {
   const XConnection connection(name_);
   ChildProcess::Command command{.arguments = commandOf(manager), .environment = environment()};
+  // Asks the one that runs to leave (ICCCM 4.3).
+  command.arguments.emplace_back("--replace");
   // Else toolkits start an accessibility bus for the manager's own menus.
   command.environment.emplace_back("NO_AT_BRIDGE=1");
-  windowManager_ = std::make_unique<ChildProcess>(command);
+  const auto former = std::exchange(windowManager_, std::make_unique<ChildProcess>(command));
+  if (former && !former->waitForEnd()) {
+    throw std::runtime_error("the former window manager does not leave");
+  }
   const ReadinessProbe probe(connection);
   if (!eventually([&] { return probe.isAnswered() || windowManager_->ending(); }) ||
       windowManager_->ending()) {

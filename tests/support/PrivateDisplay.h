@@ -45,6 +45,9 @@ class PrivateDisplay {
 
   /// The server's process, for measuring what it costs.
   pid_t serverPid() const { return server_->pid(); }
+  /// Another window manager takes over from the one that runs, if any; with none it just ends.
+  /// Throws like the constructor.
+  void replaceWindowManager(WindowManager manager);
   /// Ends the server, as when a person logs out.
   void stopServer() { server_.reset(); }
 
