@@ -9,6 +9,8 @@
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
+#include "platform/linux/x11/StrayErrors.h"
+
 namespace vistrel::platform::linux_desktop {
 namespace {
 
@@ -32,6 +34,11 @@ bool isPresent(xcb_connection_t* connection, xcb_extension_t& extension) {
 std::uint8_t firstEvent(xcb_connection_t* connection, xcb_extension_t& extension) {
   return xcb_get_extension_data(connection, &extension)->first_event;
 }
+
+bool isError(const xcb_generic_event_t& event) { return event.response_type == 0; }
+
+/// Whether another client sent it with SendEvent.
+bool isMadeUp(const xcb_generic_event_t& event) { return (event.response_type & 0x80) != 0; }
 
 bool hasComposite(xcb_connection_t* c) {
   return isPresent(c, xcb_composite_id) && isAtLeast(replyTo<xcb_composite_query_version_reply>(
@@ -136,9 +143,14 @@ const std::string& Connection::nameOf(xcb_atom_t atom) {
 }
 
 Event Connection::pollEvent() {
-  Event event(xcb_poll_for_event(xcb()));
-  while (event && event->response_type == 0) event.reset(xcb_poll_for_event(xcb()));
-  return event;
+  while (Event event{xcb_poll_for_event(xcb())}) {
+    if (isError(*event)) {
+      reportStrayError(eventAs<xcb_generic_error_t>(*event));
+    } else if (!isMadeUp(*event)) {
+      return event;
+    }
+  }
+  return nullptr;
 }
 
 void Connection::sync() { replyTo<xcb_get_input_focus_reply>(xcb(), xcb_get_input_focus(xcb())); }

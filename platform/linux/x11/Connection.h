@@ -45,8 +45,9 @@ class Connection {
   /// Whether the display server is gone, or has thrown this connection out.
   bool isLost() const { return xcb_connection_has_error(xcb()) != 0; }
   int descriptor() const { return xcb_get_file_descriptor(xcb()); }
-  /// The next event that has arrived, null when there is none. Errors of unchecked requests are
-  /// dropped: those requests touch windows of others, which may go at any time.
+  /// The next event that has arrived, null when there is none. Events that other clients made up
+  /// (SendEvent) are left out, since what they tell need not be so; errors that nobody waited for
+  /// are reported.
   Event pollEvent();
   void flush() { xcb_flush(xcb()); }
   /// Waits until the server has carried out everything sent so far.

@@ -9,7 +9,8 @@ namespace vistrel::platform::linux_desktop {
 namespace {
 
 void selectEvents(Connection& connection, xcb_window_t window, std::uint32_t mask) {
-  xcb_change_window_attributes(connection.xcb(), window, XCB_CW_EVENT_MASK, &mask);
+  forgive(connection.xcb(),
+          xcb_change_window_attributes_checked(connection.xcb(), window, XCB_CW_EVENT_MASK, &mask));
 }
 
 bool isFullScreen(Connection& connection, xcb_window_t window) {
@@ -103,12 +104,13 @@ void FullScreenFollower::followState() {
 }
 
 void FullScreenFollower::attach(xcb_window_t panel) {
-  if (fullScreen_ == XCB_WINDOW_NONE) {
-    xcb_delete_property(connection_->xcb(), panel, XCB_ATOM_WM_TRANSIENT_FOR);
-  } else {
-    xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, panel, XCB_ATOM_WM_TRANSIENT_FOR,
-                        XCB_ATOM_WINDOW, 32, 1, &fullScreen_);
-  }
+  auto* const xcb = connection_->xcb();
+  // The toolkit destroys panels on a connection of its own; word of that may be under way.
+  forgive(xcb, fullScreen_ == XCB_WINDOW_NONE
+                   ? xcb_delete_property_checked(xcb, panel, XCB_ATOM_WM_TRANSIENT_FOR)
+                   : xcb_change_property_checked(xcb, XCB_PROP_MODE_REPLACE, panel,
+                                                 XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 32, 1,
+                                                 &fullScreen_));
 }
 
 void FullScreenFollower::restoreMinimised() {
@@ -116,7 +118,8 @@ void FullScreenFollower::restoreMinimised() {
   // only panels that are free again are brought back (ICCCM, 4.1.4: by mapping them).
   if (fullScreen_ != XCB_WINDOW_NONE) return;
   for (const xcb_window_t panel : panels_) {
-    if (isMinimised(*connection_, panel)) xcb_map_window(connection_->xcb(), panel);
+    if (!isMinimised(*connection_, panel)) continue;
+    forgive(connection_->xcb(), xcb_map_window_checked(connection_->xcb(), panel));
   }
 }
 

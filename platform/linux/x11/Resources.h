@@ -8,11 +8,12 @@
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
+#include "platform/linux/x11/XcbPointers.h"
+
 namespace vistrel::platform::linux_desktop {
 
 /// Owns one object of the display server, which `Release` frees. Lives on its connection's queue
-/// and not longer than the connection. Freeing is not checked: an object may have gone with the
-/// window that it belonged to.
+/// and not longer than the connection.
 template <auto Release>
 class Resource {
  public:
@@ -32,6 +33,8 @@ class Resource {
   }
 
   std::uint32_t id() const { return id_; }
+  /// There is no such object: the request that was to make it has failed.
+  void abandon() { id_ = XCB_NONE; }
   explicit operator bool() const { return id_ != XCB_NONE; }
 
  private:
@@ -39,7 +42,12 @@ class Resource {
   std::uint32_t id_ = XCB_NONE;
 };
 
-using Damage = Resource<xcb_damage_destroy>;
+/// A window takes its damage object along when it goes.
+inline void destroyDamage(xcb_connection_t* connection, xcb_damage_damage_t damage) {
+  forgive(connection, xcb_damage_destroy_checked(connection, damage));
+}
+
+using Damage = Resource<destroyDamage>;
 using GraphicsContext = Resource<xcb_free_gc>;
 using Picture = Resource<xcb_render_free_picture>;
 using Pixmap = Resource<xcb_free_pixmap>;

@@ -1,6 +1,7 @@
 #include "platform/linux/x11/SourceWindow.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 #include <xcb/composite.h>
@@ -25,8 +26,7 @@ xcb_void_cookie_t selectEvents(Connection& connection, xcb_window_t window, std:
 /// For windows that may have gone: nobody waits for the answer.
 void watchShape(Connection& connection, xcb_window_t window, bool watched) {
   if (!connection.extensions().offersShapes) return;
-  const auto cookie = xcb_shape_select_input_checked(connection.xcb(), window, watched);
-  xcb_discard_reply(connection.xcb(), cookie.sequence);
+  forgive(connection.xcb(), xcb_shape_select_input_checked(connection.xcb(), window, watched));
 }
 
 std::vector<PixelRect> rectsOf(const xcb_xfixes_fetch_region_reply_t& region) {
@@ -44,8 +44,6 @@ bool isRolledUp(const PixelRect& client, const PixelRect& frame) {
   return 2 * intersection(client, frame).height < client.height;
 }
 
-bool isSentByClient(const xcb_generic_event_t& event) { return (event.response_type & 0x80) != 0; }
-
 }  // namespace
 
 std::unique_ptr<SourceWindow> SourceWindow::open(Connection& connection, xcb_window_t client) {
@@ -62,7 +60,7 @@ SourceWindow::SourceWindow(Connection& connection, xcb_window_t client)
 
 SourceWindow::~SourceWindow() {
   releaseFrame();
-  xcb_discard_reply(connection_.xcb(), selectEvents(connection_, client_, 0).sequence);
+  forgive(connection_.xcb(), selectEvents(connection_, client_, 0));
 }
 
 bool SourceWindow::watchClient() {
@@ -84,27 +82,35 @@ void SourceWindow::attachToFrame() {
   const auto frame = topLevel();
   if (frame == frame_ || frame == XCB_NONE) return;
   releaseFrame();
-  const auto mask = frame == client_ ? clientEvents | frameEvents : frameEvents;
-  const auto selected = selectEvents(connection_, frame, mask);
-  const auto redirected = xcb_composite_redirect_window_checked(connection_.xcb(), frame,
-                                                                XCB_COMPOSITE_REDIRECT_AUTOMATIC);
-  const bool failed = failureOf(connection_.xcb(), selected).has_value();
-  // The frame went while it was being looked up: the client has been told of a new one by then.
-  if (failureOf(connection_.xcb(), redirected) || failed) return;
   frame_ = frame;
-  damage_ = Damage(connection_.xcb());
-  xcb_damage_create(connection_.xcb(), damage_.id(), frame_, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+  // A frame that went while it was being looked up: the client will tell of a new one.
+  if (!watchFrame()) releaseFrame();
+}
+
+bool SourceWindow::watchFrame() {
+  auto* const xcb = connection_.xcb();
+  const auto mask = frame_ == client_ ? clientEvents | frameEvents : frameEvents;
+  damage_ = Damage(xcb);
   watchShape(connection_, frame_, true);
   renamed_ = true;
+  const std::array<xcb_void_cookie_t, 3> requests{
+      selectEvents(connection_, frame_, mask),
+      xcb_composite_redirect_window_checked(xcb, frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC),
+      xcb_damage_create_checked(xcb, damage_.id(), frame_, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY)};
+  const auto failures = std::count_if(requests.begin(), requests.end(), [xcb](auto request) {
+    return failureOf(xcb, request).has_value();
+  });
+  return failures == 0;
 }
 
 void SourceWindow::releaseFrame() {
   if (frame_ == XCB_NONE) return;
   damage_ = {};
-  xcb_composite_unredirect_window(connection_.xcb(), frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
   watchShape(connection_, frame_, false);
-  const std::uint32_t mask = frame_ == client_ ? clientEvents : 0;
-  xcb_change_window_attributes(connection_.xcb(), frame_, XCB_CW_EVENT_MASK, &mask);
+  forgive(connection_.xcb(), xcb_composite_unredirect_window_checked(
+                                 connection_.xcb(), frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
+  forgive(connection_.xcb(),
+          selectEvents(connection_, frame_, frame_ == client_ ? clientEvents : 0));
   frame_ = XCB_NONE;
   viewable_ = false;
 }
@@ -128,7 +134,7 @@ void SourceWindow::handle(const xcb_generic_event_t& event) {
     changedProperty(eventAs<xcb_property_notify_event_t>(event));
   } else if (!isClient && window != frame_) {
     return;
-  } else if (type == XCB_CONFIGURE_NOTIFY && !isSentByClient(event)) {
+  } else if (type == XCB_CONFIGURE_NOTIFY) {
     configured(eventAs<xcb_configure_notify_event_t>(event));
   } else if (type == XCB_MAP_NOTIFY) {
     renamed_ = true;
@@ -187,7 +193,8 @@ std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
   const auto frame = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, frame_));
   Pixmap pixmap(xcb);
   const auto named = xcb_composite_name_window_pixmap_checked(xcb, frame_, pixmap.id());
-  if (failureOf(xcb, named) || !attributes || !frame) return nullptr;
+  if (failureOf(xcb, named)) pixmap.abandon();
+  if (!pixmap || !attributes || !frame) return nullptr;
   const auto bounds = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, pixmap.id()));
   const auto& formats = connection_.formats().opaqueOfVisual;
   const auto format = formats.find(attributes->visual);
@@ -251,7 +258,7 @@ void SourceWindow::askForChanges() {
   hasNewPicture_ = false;
   if (!damage_ || !picture_) return;
   auto* const xcb = connection_.xcb();
-  xcb_damage_subtract(xcb, damage_.id(), XCB_NONE, region_.id());
+  forgive(xcb, xcb_damage_subtract_checked(xcb, damage_.id(), XCB_NONE, region_.id()));
   asked_.emplace(xcb, xcb_xfixes_fetch_region(xcb, region_.id()));
 }
 

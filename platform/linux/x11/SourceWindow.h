@@ -54,6 +54,8 @@ class SourceWindow {
 
   bool watchClient();
   void attachToFrame();
+  /// False when the frame is gone, or cannot be captured.
+  bool watchFrame();
   void releaseFrame();
   xcb_window_t topLevel() const;
   void configured(const xcb_configure_notify_event_t& event);

@@ -115,6 +115,7 @@ void XcbDesktop::markAsFloatingPanel(std::uint32_t window) {
                       XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
   // The toolkit maps the window on a connection of its own, after this.
   c.sync();
+  while (c.pollEvent()) continue;  // no events are asked for here, so this looks for errors alone
   if (!fullScreens_) fullScreens_ = FullScreenFollower::on(panelQueue_);
   if (!fullScreens_) return;
   panelQueue_->async([follower = fullScreens_, window] { follower->add(window); });

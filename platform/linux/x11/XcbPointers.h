@@ -59,8 +59,13 @@ inline std::optional<std::uint8_t> failureOf(xcb_connection_t* connection,
   return error ? std::optional(error->error_code) : std::nullopt;
 }
 
-/// An event's type without the mark of events that other clients sent.
-inline std::uint8_t typeOf(const xcb_generic_event_t& event) { return event.response_type & 0x7f; }
+/// Takes in the error of a checked request, if there comes one, without waiting for it. For
+/// requests about windows of other programs, which may go at any time.
+inline void forgive(xcb_connection_t* connection, xcb_void_cookie_t cookie) {
+  xcb_discard_reply(connection, cookie.sequence);
+}
+
+inline std::uint8_t typeOf(const xcb_generic_event_t& event) { return event.response_type; }
 
 template <class T>
 const T& eventAs(const xcb_generic_event_t& event) {
