@@ -131,17 +131,6 @@ xcb_atom_t Connection::atom(std::string_view name) {
   return atoms_.emplace(name, reply->atom).first->second;
 }
 
-const std::string& Connection::nameOf(xcb_atom_t atom) {
-  const auto [known, isNew] = atomNames_.try_emplace(atom);
-  if (!isNew) return known->second;
-  const auto reply = replyTo<xcb_get_atom_name_reply>(xcb(), xcb_get_atom_name(xcb(), atom));
-  if (reply) {
-    known->second.assign(xcb_get_atom_name_name(reply.get()),
-                         static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
-  }
-  return known->second;
-}
-
 Event Connection::pollEvent() {
   while (Event event{xcb_poll_for_event(xcb())}) {
     if (isError(*event)) {

@@ -40,8 +40,6 @@ class Connection {
 
   /// Interned at its first use.
   xcb_atom_t atom(std::string_view name);
-  /// Empty for a number that is no atom. Asked for at its first use.
-  const std::string& nameOf(xcb_atom_t atom);
   /// Whether the display server is gone, or has thrown this connection out.
   bool isLost() const { return xcb_connection_has_error(xcb()) != 0; }
   int descriptor() const { return xcb_get_file_descriptor(xcb()); }
@@ -67,7 +65,6 @@ class Connection {
   Extensions extensions_;
   PictureFormats formats_;
   std::map<std::string, xcb_atom_t, std::less<>> atoms_;
-  std::map<xcb_atom_t, std::string> atomNames_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

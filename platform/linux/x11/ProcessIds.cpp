@@ -1,6 +1,7 @@
 #include "platform/linux/x11/ProcessIds.h"
 
 #include <array>
+#include <limits>
 #include <string>
 #include <unistd.h>
 
@@ -21,6 +22,13 @@ xcb_res_query_client_ids_cookie_t askForClientIds(xcb_connection_t* connection,
                                                   xcb_window_t window) {
   const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
   return xcb_res_query_client_ids(connection, 1, &spec);
+}
+
+/// Null and numbers that no process can have are nonsense.
+std::optional<std::int32_t> plausible(std::optional<std::uint32_t> processId) {
+  constexpr std::uint32_t highest = std::numeric_limits<std::int32_t>::max();
+  if (!processId || *processId == 0 || *processId > highest) return std::nullopt;
+  return static_cast<std::int32_t>(*processId);
 }
 
 std::optional<std::int32_t> localProcessId(const xcb_res_query_client_ids_reply_t& reply) {
@@ -53,11 +61,9 @@ ProcessIdRequest::ProcessIdRequest(Connection& connection, xcb_window_t window)
 }
 
 std::optional<std::int32_t> ProcessIdRequest::fetch() {
-  const auto own = processId_.fetch().firstValue();
+  const auto own = plausible(processId_.fetch().firstValue());
   const auto machine = clientMachine_.fetch();
-  if (own && *own > 0 && isSameMachine(upToNull(machine.bytes()), hostName())) {
-    return static_cast<std::int32_t>(*own);
-  }
+  if (own && isSameMachine(upToNull(machine.bytes()), hostName())) return own;
   if (!clientIds_) return std::nullopt;
   const auto ids = clientIds_->fetch();
   return ids ? localProcessId(*ids) : std::nullopt;

@@ -9,7 +9,7 @@ constexpr std::uint32_t longestProperty = 1 << 16;
 }  // namespace
 
 std::vector<std::uint32_t> Property::values() const {
-  if (!reply_ || reply_->format != 32) return {};
+  if (!hasValues()) return {};
   const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply_.get()));
   return {first, first + reply_->value_len};
 }
@@ -20,7 +20,7 @@ std::optional<std::uint32_t> Property::firstValue() const {
 }
 
 std::string_view Property::bytes() const {
-  if (!reply_ || reply_->format != 8) return {};
+  if (!hasBytes()) return {};
   return {static_cast<const char*>(xcb_get_property_value(reply_.get())), reply_->value_len};
 }
 

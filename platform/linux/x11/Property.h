@@ -18,6 +18,9 @@ class Property {
 
   xcb_atom_t type() const { return reply_ ? reply_->type : static_cast<xcb_atom_t>(XCB_ATOM_NONE); }
   bool exists() const { return type() != XCB_ATOM_NONE; }
+  /// Whether it is made of 32-bit values, or of bytes. Any client may have set anything.
+  bool hasValues() const { return reply_ && reply_->format == 32; }
+  bool hasBytes() const { return reply_ && reply_->format == 8; }
   /// The 32-bit values; empty for properties of another format.
   std::vector<std::uint32_t> values() const;
   std::optional<std::uint32_t> firstValue() const;

@@ -1,41 +1,27 @@
 #include "platform/linux/x11/WindowLayer.h"
 
-#include <algorithm>
 #include <array>
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-struct TypeLayer {
-  std::string_view type;
-  WindowLayer layer;
-};
-
-constexpr std::string_view typePrefix = "_NET_WM_WINDOW_TYPE_";
-
-constexpr std::array<TypeLayer, 14> layers{{{"NORMAL", layerOrdinary},
-                                            {"DIALOG", layerOrdinary},
-                                            {"DESKTOP", layerDesktop},
-                                            {"DOCK", layerDock},
-                                            {"TOOLBAR", layerFloating},
-                                            {"MENU", layerFloating},
-                                            {"UTILITY", layerFloating},
-                                            {"SPLASH", layerFloating},
-                                            {"DROPDOWN_MENU", layerPopUp},
-                                            {"POPUP_MENU", layerPopUp},
-                                            {"TOOLTIP", layerPopUp},
-                                            {"NOTIFICATION", layerPopUp},
-                                            {"COMBO", layerPopUp},
-                                            {"DND", layerPopUp}}};
+constexpr std::array<TypeLayer, 14> layers{{{"_NET_WM_WINDOW_TYPE_NORMAL", layerOrdinary},
+                                            {"_NET_WM_WINDOW_TYPE_DIALOG", layerOrdinary},
+                                            {"_NET_WM_WINDOW_TYPE_DESKTOP", layerDesktop},
+                                            {"_NET_WM_WINDOW_TYPE_DOCK", layerDock},
+                                            {"_NET_WM_WINDOW_TYPE_TOOLBAR", layerFloating},
+                                            {"_NET_WM_WINDOW_TYPE_MENU", layerFloating},
+                                            {"_NET_WM_WINDOW_TYPE_UTILITY", layerFloating},
+                                            {"_NET_WM_WINDOW_TYPE_SPLASH", layerFloating},
+                                            {"_NET_WM_WINDOW_TYPE_DROPDOWN_MENU", layerPopUp},
+                                            {"_NET_WM_WINDOW_TYPE_POPUP_MENU", layerPopUp},
+                                            {"_NET_WM_WINDOW_TYPE_TOOLTIP", layerPopUp},
+                                            {"_NET_WM_WINDOW_TYPE_NOTIFICATION", layerPopUp},
+                                            {"_NET_WM_WINDOW_TYPE_COMBO", layerPopUp},
+                                            {"_NET_WM_WINDOW_TYPE_DND", layerPopUp}}};
 
 }  // namespace
 
-std::optional<WindowLayer> layerOfType(std::string_view typeName) {
-  if (!typeName.starts_with(typePrefix)) return std::nullopt;
-  const auto name = typeName.substr(typePrefix.size());
-  const auto found = std::find_if(layers.begin(), layers.end(),
-                                  [&](const TypeLayer& each) { return each.type == name; });
-  return found == layers.end() ? std::nullopt : std::optional(found->layer);
-}
+std::span<const TypeLayer> typeLayers() { return layers; }
 
 }  // namespace vistrel::platform::linux_desktop

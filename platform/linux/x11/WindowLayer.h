@@ -1,6 +1,6 @@
 #pragma once
 
-#include <optional>
+#include <span>
 #include <string_view>
 
 namespace vistrel::platform::linux_desktop {
@@ -14,8 +14,13 @@ enum WindowLayer : int {
   layerPopUp = 101,
 };
 
-/// The layer of windows of an EWMH type such as "_NET_WM_WINDOW_TYPE_DOCK"; none for a type that
-/// EWMH does not know.
-std::optional<WindowLayer> layerOfType(std::string_view typeName);
+struct TypeLayer {
+  /// Such as "_NET_WM_WINDOW_TYPE_DOCK".
+  std::string_view type;
+  WindowLayer layer;
+};
+
+/// The types of windows that EWMH knows, and the layer of each.
+std::span<const TypeLayer> typeLayers();
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,9 +1,11 @@
 #include "platform/linux/x11/WindowList.h"
 
 #include <list>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/linux/x11/ClientWindows.h"
 #include "platform/linux/x11/ProcessIds.h"
@@ -15,12 +17,22 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// Everything that is asked about one window. All windows are asked before the first answer is
-/// read, so that a list costs a few round trips, not hundreds.
+using Attributes = XcbPointer<xcb_get_window_attributes_reply_t>;
+
+/// A window that is there and can be seen.
+struct Candidate {
+  xcb_window_t window;
+  Attributes attributes;
+};
+
+/// Everything else that is asked about one window. Many windows are asked before the first answer
+/// is read, so that a list costs a few round trips, not hundreds.
 struct WindowQuery {
-  WindowQuery(Connection& c, xcb_window_t client)
+  WindowQuery(Connection& c, Candidate candidate)
+      : WindowQuery(c, candidate.window, std::move(candidate.attributes)) {}
+  WindowQuery(Connection& c, xcb_window_t client, Attributes known)
       : window(client),
-        attributes(c.xcb(), xcb_get_window_attributes(c.xcb(), client)),
+        attributes(std::move(known)),
         geometry(c.xcb(), xcb_get_geometry(c.xcb(), client)),
         position(c.xcb(), xcb_translate_coordinates(c.xcb(), client, c.root(), 0, 0)),
         tree(c.xcb(), xcb_query_tree(c.xcb(), client)),
@@ -35,7 +47,7 @@ struct WindowQuery {
         processId(c, client) {}
 
   xcb_window_t window;
-  Pending<xcb_get_window_attributes_reply, xcb_get_window_attributes_cookie_t> attributes;
+  Attributes attributes;
   Pending<xcb_get_geometry_reply, xcb_get_geometry_cookie_t> geometry;
   Pending<xcb_translate_coordinates_reply, xcb_translate_coordinates_cookie_t> position;
   Pending<xcb_query_tree_reply, xcb_query_tree_cookie_t> tree;
@@ -59,18 +71,27 @@ std::string decoded(Connection& connection, const Property& text) {
 
 std::optional<std::string> titleOf(Connection& connection, WindowQuery& query) {
   const auto name = query.name.fetch();
-  if (name.exists()) return repairedUtf8(upToNull(name.bytes()));
+  if (name.hasBytes()) return repairedUtf8(upToNull(name.bytes()));
   const auto legacyName = query.legacyName.fetch();
-  if (!legacyName.exists()) return std::nullopt;
+  if (!legacyName.hasBytes()) return std::nullopt;
   return decoded(connection, legacyName);
 }
 
+using LayerOfType = std::map<xcb_atom_t, WindowLayer>;
+
+LayerOfType layersOfTypes(Connection& connection) {
+  LayerOfType layers;
+  for (const auto& each : typeLayers()) layers.emplace(connection.atom(each.type), each.layer);
+  return layers;
+}
+
 /// EWMH: the first type of the list that is known counts.
-WindowLayer layerOf(Connection& connection, WindowQuery& query, bool overrideRedirect) {
-  const auto types = query.type.fetch().values();
-  for (const auto type : types) {
-    const auto layer = layerOfType(connection.nameOf(type));
-    if (layer && !(overrideRedirect && *layer == layerOrdinary)) return *layer;
+WindowLayer layerOf(const LayerOfType& layers, WindowQuery& query) {
+  const bool overrideRedirect = query.attributes->override_redirect != 0;
+  for (const auto type : query.type.fetch().values()) {
+    const auto known = layers.find(type);
+    if (known == layers.end() || (overrideRedirect && known->second == layerOrdinary)) continue;
+    return known->second;
   }
   // No manager looks after such a window: a menu, a drag image, an overlay.
   return overrideRedirect ? layerPopUp : layerOrdinary;
@@ -78,9 +99,9 @@ WindowLayer layerOf(Connection& connection, WindowQuery& query, bool overrideRed
 
 /// Whether the window is there for a person to see. Some managers leave a window mapped that they
 /// have minimised or moved to another desktop; its state tells (ICCCM 4.1.3.1).
-bool isOnScreen(WindowQuery& query, const xcb_get_window_attributes_reply_t& attributes) {
+bool isOnScreen(WindowQuery& query) {
   constexpr std::uint32_t iconic = 3;
-  return attributes.map_state == XCB_MAP_STATE_VIEWABLE &&
+  return query.attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
          query.state.fetch().firstValue() != iconic;
 }
 
@@ -113,14 +134,12 @@ std::shared_ptr<const SharedApplication> applicationOf(const ApplicationNames& n
       SharedApplication{std::move(name), hints.processId.value_or(-1)});
 }
 
-/// Null for a window that has gone, or that shows nothing by its class.
+/// Null for a window that has gone.
 WindowRecord recordOf(Connection& connection, const ApplicationNames& names,
-                      const ScreenLayout& layout, WindowQuery& query) {
-  const auto attributes = query.attributes.fetch();
+                      const LayerOfType& layers, const ScreenLayout& layout, WindowQuery& query) {
   const auto geometry = query.geometry.fetch();
   const auto position = query.position.fetch();
-  if (!attributes || !geometry || !position) return nullptr;
-  if (attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) return nullptr;
+  if (!geometry || !position) return nullptr;
   auto record = std::make_shared<ShareableWindow>();
   record->windowID = query.window;
   record->title = titleOf(connection, query);
@@ -128,9 +147,26 @@ WindowRecord recordOf(Connection& connection, const ApplicationNames& names,
   record->frame = layout.toPoints(
       visibleFrame(client, decorationOf(query), extentsFrom(query.shadow.fetch().values())));
   record->owningApplication = applicationOf(names, query);
-  record->isOnScreen = isOnScreen(query, *attributes);
-  record->windowLayer = layerOf(connection, query, attributes->override_redirect != 0);
+  record->isOnScreen = isOnScreen(query);
+  record->windowLayer = layerOf(layers, query);
   return record;
+}
+
+/// Those of `windows` that are there and show something by their class.
+std::vector<Candidate> candidatesOf(Connection& connection, bool onScreenWindowsOnly) {
+  auto* const xcb = connection.xcb();
+  std::vector<std::pair<xcb_window_t, xcb_get_window_attributes_cookie_t>> asked;
+  for (const auto window : clientWindows(connection)) {
+    asked.emplace_back(window, xcb_get_window_attributes(xcb, window));
+  }
+  std::vector<Candidate> candidates;
+  for (const auto& [window, cookie] : asked) {
+    auto attributes = replyTo<xcb_get_window_attributes_reply>(xcb, cookie);
+    if (!attributes || attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) continue;
+    if (onScreenWindowsOnly && attributes->map_state != XCB_MAP_STATE_VIEWABLE) continue;
+    candidates.push_back({window, std::move(attributes)});
+  }
+  return candidates;
 }
 
 }  // namespace
@@ -139,15 +175,23 @@ std::shared_ptr<const ShareableContent> listWindows(Connection& connection, Appl
                                                     const ScreenLayout& layout,
                                                     bool excludingDesktopWindows,
                                                     bool onScreenWindowsOnly) {
+  // What clients have set may be large, so only so many windows' answers are in memory at once.
+  constexpr std::size_t mostAtOnce = 32;
   names.refresh();
-  std::list<WindowQuery> queries;
-  for (const auto window : clientWindows(connection)) queries.emplace_back(connection, window);
+  const auto layers = layersOfTypes(connection);
+  auto candidates = candidatesOf(connection, onScreenWindowsOnly);
   auto content = std::make_shared<ShareableContent>();
-  for (auto& query : queries) {
-    auto record = recordOf(connection, names, layout, query);
-    if (!record || (onScreenWindowsOnly && !record->isOnScreen)) continue;
-    if (excludingDesktopWindows && record->windowLayer == layerDesktop) continue;
-    content->windows.push_back(std::move(record));
+  for (std::size_t next = 0; next < candidates.size();) {
+    std::list<WindowQuery> queries;
+    while (next < candidates.size() && queries.size() < mostAtOnce) {
+      queries.emplace_back(connection, std::move(candidates[next++]));
+    }
+    for (auto& query : queries) {
+      auto record = recordOf(connection, names, layers, layout, query);
+      if (!record || (onScreenWindowsOnly && !record->isOnScreen)) continue;
+      if (excludingDesktopWindows && record->windowLayer == layerDesktop) continue;
+      content->windows.push_back(std::move(record));
+    }
   }
   return content;
 }
