@@ -36,8 +36,10 @@ TEST(FrameExtents, areNoneWhenThePropertyIsMalformed) {
   EXPECT_EQ(extentsFrom({1, 2, 3, 4, 5}), Extents{});
 }
 
-TEST(FrameExtents, staySmallEnoughToCountWith) {
-  EXPECT_EQ(extentsFrom({0xffffffff, 0, 0, 0}).left, 0x7fff);
+TEST(FrameExtents, areNoneWhenTheyAreAbsurd) {
+  EXPECT_EQ(extentsFrom({1000, 1000, 1000, 1000}), (Extents{1000, 1000, 1000, 1000}));
+  EXPECT_EQ(extentsFrom({1, 1001, 1, 1}), Extents{});
+  EXPECT_EQ(extentsFrom({0xffffffff, 0, 0, 0}), Extents{});
 }
 
 }  // namespace

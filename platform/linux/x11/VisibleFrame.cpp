@@ -10,17 +10,15 @@ PixelRect grown(const PixelRect& rect, const Extents& by) {
           rect.height + by.top + by.bottom};
 }
 
-int plausible(std::uint32_t extent) {
-  constexpr std::uint32_t most = 0x7fff;
-  return static_cast<int>(std::min(extent, most));
-}
+/// Many times the thickest title bar, and the widest shadow: anything can stand in a property.
+bool isAbsurd(std::uint32_t extent) { return extent > 1000; }
 
 }  // namespace
 
 Extents extentsFrom(const std::vector<std::uint32_t>& property) {
-  if (property.size() != 4) return {};
-  return {plausible(property[0]), plausible(property[1]), plausible(property[2]),
-          plausible(property[3])};
+  if (property.size() != 4 || std::any_of(property.begin(), property.end(), isAbsurd)) return {};
+  const std::vector<int> widths(property.begin(), property.end());
+  return {widths[0], widths[1], widths[2], widths[3]};
 }
 
 PixelRect visibleFrame(const PixelRect& client, const Extents& decoration, const Extents& shadow) {

@@ -17,7 +17,7 @@ struct Extents {
   friend bool operator==(const Extents&, const Extents&) = default;
 };
 
-/// None at all when the property is missing or malformed.
+/// None at all when the property is missing, malformed or absurd.
 Extents extentsFrom(const std::vector<std::uint32_t>& property);
 
 /// What a person sees as the window: the client's inside with the manager's decoration around it
