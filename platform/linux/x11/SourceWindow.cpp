@@ -44,6 +44,13 @@ bool isRolledUp(const PixelRect& client, const PixelRect& frame) {
   return 2 * intersection(client, frame).height < client.height;
 }
 
+/// RENDER counts in 16.16 numbers, and what filters reach beyond the edge has to fit into them as
+/// well: servers draw nothing of a picture with longer sides.
+bool isReadable(const xcb_get_geometry_reply_t& pixmap) {
+  constexpr int longestSide = 0x7fff - 32;
+  return pixmap.width <= longestSide && pixmap.height <= longestSide;
+}
+
 }  // namespace
 
 std::unique_ptr<SourceWindow> SourceWindow::open(Connection& connection, xcb_window_t client) {
@@ -198,7 +205,7 @@ std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
   const auto bounds = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, pixmap.id()));
   const auto& formats = connection_.formats().opaqueOfVisual;
   const auto format = formats.find(attributes->visual);
-  if (!bounds || format == formats.end()) return nullptr;
+  if (!bounds || format == formats.end() || !isReadable(*bounds)) return nullptr;
   frameGeometry_ = {frame->x, frame->y, frame->width, frame->height};
   frameBorder_ = frame->border_width;
   const auto visible = visibleInFrame();
