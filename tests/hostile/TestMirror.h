@@ -1,0 +1,94 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/CaptureStream.h"
+#include "platform/linux/x11/X11PanelSurface.h"
+#include "tests/support/Picture.h"
+#include "tests/support/TestWindow.h"
+#include "tests/support/XConnection.h"
+
+namespace vistrel::hostile {
+
+/// A mirror as the program has one, without its views: a queue, a stream, and the window of a panel
+/// in which every frame is shown, whatever it is. One thread, except for what is said to be its
+/// queue's.
+class TestMirror {
+ public:
+  /// Opens the panel's window on the screen. `connection` outlives this object.
+  TestMirror(const testbed::XConnection& connection, testbed::Rect panel);
+  TestMirror(const TestMirror&) = delete;
+  TestMirror& operator=(const TestMirror&) = delete;
+  ~TestMirror();
+
+  /// Starts mirroring `source`, which need not exist. Does not wait.
+  void start(xcb_window_t source);
+  void stop();
+  void configure(const platform::StreamConfiguration& configuration);
+  /// Gives the panel another size.
+  void resizePanel(int width, int height);
+  /// The configuration that the program starts with.
+  static platform::StreamConfiguration usualConfiguration();
+
+  /// Lets the panel show what has come.
+  void turn();
+  /// Whether the panel shows these colours in the quarters of a source of that size.
+  bool shows(const testbed::Quadrants& expected, testbed::Rect source);
+  /// Whether the stream's last frame has these colours in its quarters.
+  bool wasGiven(const testbed::Quadrants& expected) const;
+  /// The panel's colour at a place in the picture of a source of that size.
+  testbed::Rgb colourAt(double fractionX, double fractionY, testbed::Rect source) const;
+  testbed::Picture panelPicture() const;
+  xcb_window_t panel() const { return panel_; }
+
+  /// Requests that have been made, and those that were answered.
+  int asked() const { return asked_; }
+  int answered() const { return events_->answered; }
+  int samples() const { return events_->samples; }
+  /// How often a stream ended by itself.
+  int ends() const { return events_->ends; }
+  /// What the last start was answered with; empty for success.
+  std::string startFailure() const;
+
+  /// Waits until the queue has done everything asked of it, and the server with it.
+  void settle() const;
+  /// The first of the ids that the server gave to the mirror's connection.
+  std::uint32_t idBase() const;
+
+ private:
+  struct Events;
+
+  platform::StreamCompletion counted();
+
+  const testbed::XConnection& connection_;
+  const xcb_window_t panel_;
+  testbed::Rect area_;
+  std::shared_ptr<platform::linux_desktop::SerialQueue> queue_;
+  std::shared_ptr<Events> events_;
+  std::shared_ptr<platform::linux_desktop::CaptureStream> stream_;
+  std::optional<platform::linux_desktop::X11PanelSurface> surface_;
+  int asked_ = 0;
+
+  /// What comes from the queue.
+  struct Events : platform::StreamOutputHandler, platform::StreamDelegate {
+    void streamDidOutputSampleBuffer(platform::Stream& stream, const platform::SampleBuffer& sample,
+                                     platform::StreamOutputType type) override;
+    void streamDidStopWithError(platform::Stream& stream, const platform::Error& error) override;
+
+    std::atomic<int> answered = 0;
+    std::atomic<int> samples = 0;
+    std::atomic<int> ends = 0;
+    mutable std::mutex mutex;
+    std::string startFailure;                       // guarded by mutex
+    std::shared_ptr<const platform::Image> latest;  // guarded by mutex
+    std::vector<platform::PixelBGRA> grid;          // of the last frame; guarded by mutex
+  };
+};
+
+}  // namespace vistrel::hostile
