@@ -40,6 +40,26 @@ TEST_F(TextLines, ATitleWithLineFeedsIsOneLine) {
   EXPECT_EQ(linesOf("one\ntwo\tthree", oneLine_, {unlimited, 16}), QStringList{"one two three"});
 }
 
+TEST_F(TextLines, EveryKindOfLineEndIsNoneInATitle) {
+  EXPECT_EQ(
+      linesOf(QString::fromUtf8("a\r\nb\vc\fd\u0085e\u2028f\u2029g"), oneLine_, {unlimited, 16}),
+      QStringList{"a b c d e f g"});
+}
+
+TEST_F(TextLines, ATextWithoutEndIsCutBeforeItIsLaidOut) {
+  // All of them lie over one another, so the whole would fit.
+  const QString accents = "e" + QString(250000, QChar(0x301));
+  const QStringList lines = linesOf(accents, oneLine_, {90, 16});
+  ASSERT_EQ(lines.size(), 1);
+  EXPECT_TRUE(lines[0].endsWith("…"));
+  EXPECT_LT(lines[0].size(), 10000);
+  // A character of two halves is cut as a whole.
+  const QString pairs = QString::fromUtf8("x") + QString::fromUtf8("𝄞").repeated(5000);
+  EXPECT_EQ(
+      QString::fromUtf8(linesOf(pairs, oneLine_, {unlimited, 16})[0].toUtf8()).count(QChar(0xfffd)),
+      0);
+}
+
 TEST_F(TextLines, WordsAreWrappedAndNotBroken) {
   const double width = widthOf("Source window is") + 2;
   EXPECT_EQ(linesOf("Source window is no longer available.", threeLines_, {width, 48}),

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/linux/qt/PlainText.h"
+
 namespace vistrel::platform::linux_desktop {
 
 namespace {
@@ -60,13 +62,14 @@ QFont toolkitFont(const Font& font) {
 }
 
 QStringList linesOf(const QString& text, const TextStyle& style, QSizeF area) {
+  const QString beginning = readableBeginning(text);
   const QFont font = toolkitFont(style.font);
   const QFontMetricsF metrics(font);
   if (style.lineBreakMode == LineBreakMode::wordWrapping) {
-    return wrappedLines(text, font, area.width(),
+    return wrappedLines(beginning, font, area.width(),
                         mostLines(style, area.height(), metrics.height()));
   }
-  return {metrics.elidedText(text.simplified(), Qt::ElideRight, area.width())};
+  return {metrics.elidedText(beginning.simplified(), Qt::ElideRight, area.width())};
 }
 
 }  // namespace vistrel::platform::linux_desktop

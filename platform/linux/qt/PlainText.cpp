@@ -13,4 +13,12 @@ QString withoutMarkup(const std::string& text) {
   return Qt::convertFromPlainText(QString::fromStdString(text));
 }
 
+QString readableBeginning(const QString& text) {
+  constexpr qsizetype most = 2000;
+  if (text.size() <= most) return text;
+  const bool endsInHalf = text.at(most - 1).isHighSurrogate();
+  constexpr char16_t ellipsis = u'\u2026';
+  return text.left(endsInHalf ? most - 1 : most) + QChar(ellipsis);
+}
+
 }  // namespace vistrel::platform::linux_desktop

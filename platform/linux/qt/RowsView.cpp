@@ -6,6 +6,7 @@
 
 #include "platform/linux/qt/Colors.h"
 #include "platform/linux/qt/Fonts.h"
+#include "platform/linux/qt/PlainText.h"
 #include "platform/linux/qt/RowsAccessible.h"
 #include "platform/linux/qt/ScreenReaders.h"
 
@@ -40,7 +41,9 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole && role != Qt::ForegroundRole && role != Qt::FontRole) return {};
   const auto label = labelOf(table_, index.row());
   if (!label) return {};
-  if (role == Qt::DisplayRole) return QString::fromStdString(label->stringValue()).simplified();
+  if (role == Qt::DisplayRole) {
+    return readableBeginning(QString::fromStdString(label->stringValue())).simplified();
+  }
   if (role == Qt::FontRole) return toolkitFont(label->font());
   return QBrush(resolved(label->textColor(), QGuiApplication::palette()));
 }
