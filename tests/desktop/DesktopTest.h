@@ -96,4 +96,17 @@ class DesktopTest : public ::testing::Test {
   std::unique_ptr<RunningVistrel> vistrel_;
 };
 
+/// The same under a window manager that the test's parameter names.
+class DesktopTestWithManager : public DesktopTest,
+                               public ::testing::WithParamInterface<WindowManager> {
+ protected:
+  DesktopTestWithManager() : DesktopTest({.windowManager = GetParam()}) {}
+};
+
+/// Instantiates a suite of such tests for every manager.
+#define VISTREL_WITH_EACH_MANAGER(suite)                                            \
+  INSTANTIATE_TEST_SUITE_P(WindowManagers, suite,                                   \
+                           ::testing::ValuesIn(::vistrel::testbed::windowManagers), \
+                           [](const auto& test) { return std::string(nameOf(test.param)); })
+
 }  // namespace vistrel::testbed

@@ -6,102 +6,185 @@ namespace {
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 /// Who asks, in messages to the manager (EWMH, "Source indication in requests").
 constexpr std::uint32_t byPerson = 2;
+constexpr Quadrants otherColours{yellow, blue, red, green};
 
-class PanelWindow : public DesktopTest {
+/// A panel among the other windows of a session.
+class PanelWindow : public DesktopTestWithManager {
  protected:
-  auto openFullScreen() {
+  enum Change : std::uint32_t { leave, enter };
+
+  PanelWindow() : source_(openSource()) {}
+
+  void changeFullScreen(TestWindow& window, Change change) {
+    connection_.sendToManager(window.id(), "_NET_WM_STATE",
+                              {change, connection_.atom("_NET_WM_STATE_FULLSCREEN"), 0, byPerson});
+    EXPECT_TRUE(
+        eventually([&] { return (window.area() == wholeScreen) == (change == Change::enter); }));
+  }
+  std::unique_ptr<TestWindow> openFullScreen() {
     auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
-    constexpr std::uint32_t add = 1;
-    connection_.sendToManager(film->id(), "_NET_WM_STATE",
-                              {add, connection_.atom("_NET_WM_STATE_FULLSCREEN"), 0, byPerson});
-    EXPECT_TRUE(eventually([&] { return film->area() == Rect{0, 0, 1280, 1024}; }));
+    changeFullScreen(*film, enter);
     return film;
   }
+  void activate(xcb_window_t window) {
+    connection_.sendToManager(window, "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
+    EXPECT_TRUE(eventually([&] { return activeWindow() == window; }));
+  }
+  void goToDesktop(std::uint32_t number) {
+    connection_.sendToManager(connection_.root(), "_NET_CURRENT_DESKTOP", {number, 0});
+    EXPECT_TRUE(eventually([&] {
+      return connection_.numbers(connection_.root(), "_NET_CURRENT_DESKTOP") == std::vector{number};
+    }));
+  }
+  /// Whether a person sees all of the panel, with the source's picture, above `window`.
+  ::testing::AssertionResult isSeenAbove(const PanelOnScreen& panel, const TestWindow& window,
+                                         const Quadrants& picture = fourColours) {
+    if (!eventually([&] { return isAbove(connection_, panel.id(), window.id()); })) {
+      return ::testing::AssertionFailure() << "the panel lies below";
+    }
+    if (!eventually([&] { return panel.shows(picture); })) {
+      return ::testing::AssertionFailure() << "the panel shows something else";
+    }
+    return ::testing::AssertionSuccess();
+  }
+  /// A window has the keyboard: it is the active one, and keys that a person types arrive there.
+  ::testing::AssertionResult hasKeyboard(TestWindow& window) {
+    const int before = window.typedKeys();
+    input_.type(keyDown);
+    if (!eventually([&] { return window.typedKeys() == before + 1; })) {
+      return ::testing::AssertionFailure() << "a key went elsewhere";
+    }
+    if (activeWindow() != window.id()) return ::testing::AssertionFailure() << "it is not active";
+    return ::testing::AssertionSuccess();
+  }
+
+  static constexpr Rect wholeScreen{0, 0, 1280, 1024};
+  std::unique_ptr<TestWindow> source_;
 };
 
 // A manager takes the states that it does not know off again, such as "sticky", which being on
 // every desktop then stands for.
-TEST_F(PanelWindow, FloatsOnEveryDesktopAndStaysOutOfTheTaskbar) {
-  const auto source = openSource();
+TEST_P(PanelWindow, FloatsOnEveryDesktopAndStaysOutOfTheTaskbar) {
   const PanelOnScreen panel = mirrorOnlySource();
   for (const char* state :
        {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
     EXPECT_TRUE(eventually([&] { return hasState(connection_, panel.id(), state); })) << state;
   }
   EXPECT_EQ(connection_.numbers(panel.id(), "_NET_WM_DESKTOP"), std::vector{everyDesktop});
-}
+  EXPECT_EQ(areaOf(connection_, topLevelOf(connection_, panel.id())), panel.area())
+      << "it has a frame";
+  ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
 
-TEST_F(PanelWindow, HasNoFrameOfTheManager) {
-  const auto source = openSource();
-  const PanelOnScreen panel = mirrorOnlySource();
-  const auto frame = areaOf(connection_, topLevelOf(connection_, panel.id()));
-  EXPECT_EQ(frame, panel.area());
-}
-
-TEST_F(PanelWindow, StaysWhenThePersonGoesToAnotherDesktop) {
-  const auto source = openSource();
-  const PanelOnScreen panel = mirrorOnlySource();
-  connection_.sendToManager(connection_.root(), "_NET_CURRENT_DESKTOP", {1, 0});
-  ASSERT_TRUE(eventually([&] { return !isViewable(connection_, source->id()); }));
+  constexpr Point inSource{sourceArea.x + 5, sourceArea.y + sourceArea.height - 5};
+  ASSERT_EQ(screen_.pixel(inSource), blue);
+  goToDesktop(1);
+  ASSERT_TRUE(eventually([&] { return screen_.pixel(inSource) != blue; }));
   EXPECT_TRUE(panel.isOnScreen());
-  EXPECT_FALSE(vistrel_->panels().empty());
-}
-
-TEST_F(PanelWindow, LiesAboveAFullScreenWindow) {
-  const auto source = openSource();
-  const PanelOnScreen panel = mirrorOnlySource();
-  const auto film = openFullScreen();
-  EXPECT_TRUE(eventually([&] { return isAbove(connection_, panel.id(), film->id()); }));
   EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+  connection_.sendToManager(source_->id(), "_NET_WM_DESKTOP", {1, byPerson});
+  ASSERT_TRUE(eventually([&] { return screen_.pixel(inSource) == blue; }));
+  source_->show(otherColours);
+  EXPECT_TRUE(eventually([&] { return panel.shows(otherColours); }));
 }
 
-TEST_F(PanelWindow, OpensAboveAFullScreenWindow) {
-  const auto source = openSource();
+TEST_P(PanelWindow, LiesAboveOrdinaryAndFullScreenWindows) {
+  const PanelOnScreen panel = mirrorOnlySource();
+  auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
+  activate(film->id());
+  EXPECT_TRUE(isSeenAbove(panel, *film));
+  for (int turn = 0; turn < 2; ++turn) {
+    changeFullScreen(*film, enter);
+    EXPECT_TRUE(isSeenAbove(panel, *film)) << "full-screen";
+    changeFullScreen(*film, leave);
+    EXPECT_TRUE(isSeenAbove(panel, *film)) << "not full-screen any more";
+  }
+  changeFullScreen(*film, enter);
+  activate(source_->id());
+  EXPECT_TRUE(isSeenAbove(panel, *film)) << "another window is active";
+  activate(film->id());
+  EXPECT_TRUE(isSeenAbove(panel, *film)) << "active again";
+
+  const auto next = openFullScreen();
+  activate(next->id());
+  EXPECT_TRUE(isSeenAbove(panel, *next));
+  film->destroy();
+  EXPECT_TRUE(isSeenAbove(panel, *next));
+
+  next->minimise();
+  EXPECT_TRUE(eventually([&] { return panel.isOnScreen() && panel.shows(fourColours); }));
+  EXPECT_TRUE(hasState(connection_, next->id(), "_NET_WM_STATE_HIDDEN"))
+      << "it came back with the panel";
+}
+
+TEST_P(PanelWindow, OpensAboveAFullScreenWindow) {
   startVistrel();
   input_.clickAt(vistrel_->pickerRows(1).front().centre());
   const auto film = openFullScreen();
-  connection_.sendToManager(vistrel_->picker().id(), "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
+  activate(vistrel_->picker().id());
   input_.clickAt(vistrel_->picker().mirrorButton());
   const PanelOnScreen panel = vistrel_->panels(1).front();
-  connection_.sendToManager(film->id(), "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
-  EXPECT_TRUE(eventually([&] { return isAbove(connection_, panel.id(), film->id()); }));
+  activate(film->id());
+  EXPECT_TRUE(isSeenAbove(panel, *film));
 }
 
-TEST_F(PanelWindow, StaysWhenAFullScreenWindowIsMinimised) {
-  const auto source = openSource();
+// Such a window is beyond any manager; the panel does not fight for its place, and has it again
+// when the window goes.
+TEST_P(PanelWindow, YieldsToAFullScreenWindowThatIsNotManaged) {
   const PanelOnScreen panel = mirrorOnlySource();
-  const auto film = openFullScreen();
-  ASSERT_TRUE(eventually([&] { return isAbove(connection_, panel.id(), film->id()); }));
-  constexpr std::uint32_t iconicState = 3;
-  connection_.sendToManager(film->id(), "WM_CHANGE_STATE", {iconicState});
-  ASSERT_TRUE(eventually([&] { return !isViewable(connection_, film->id()); }));
-  EXPECT_TRUE(eventually([&] { return panel.isOnScreen() && panel.shows(fourColours); }));
-  EXPECT_FALSE(isViewable(connection_, film->id()));
+  ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+  const auto saver =
+      openSource({.area = wholeScreen, .picture = Quadrants::uniform(white), .managed = false});
+  EXPECT_TRUE(eventually([&] { return panel.shows(Quadrants::uniform(white)); }));
+  source_->show(otherColours);
+  EXPECT_TRUE(isAbove(connection_, saver->id(), panel.id()));
+  saver->destroy();
+  EXPECT_TRUE(eventually([&] { return panel.shows(otherColours); }));
 }
 
-TEST_F(PanelWindow, NeverTakesTheFocus) {
-  const auto source = openSource();
-  const PanelOnScreen panel = mirrorOnlySource();
+// There are two windows to go to and fro between; the panel would be the third.
+TEST_P(PanelWindow, IsNotAmongTheWindowsToSwitchTo) {
+  mirrorOnlySource();
   const xcb_window_t picker = vistrel_->picker().id();
+  activate(picker);
+  activate(source_->id());
+  input_.typeHolding(keyAlt, keyTab, 3);
   EXPECT_TRUE(eventually([&] { return activeWindow() == picker; }));
+}
+
+TEST_P(PanelWindow, NeverTakesTheKeyboard) {
+  startVistrel();
+  const xcb_window_t picker = vistrel_->picker().id();
+  ASSERT_TRUE(eventually([&] { return activeWindow() == picker; }));
+  const PanelOnScreen panel = mirrorRow(0, 1, 1);
+  EXPECT_EQ(activeWindow(), picker) << "opened";
+  activate(source_->id());
+  EXPECT_TRUE(hasKeyboard(*source_));
+
   const Rect start = panel.area();
   input_.clickAt(panel.contents().centre());
+  EXPECT_TRUE(hasKeyboard(*source_)) << "clicked";
   input_.rest(betweenClicks);
   const Point from = panel.titleBar();
   input_.drag(from, {from.x + 30, from.y + 30});
   ASSERT_TRUE(eventually([&] { return panel.area().x == start.x + 30; }));
-  EXPECT_EQ(activeWindow(), picker);
-  EXPECT_NE(focusedWindow(connection_), panel.id());
+  EXPECT_TRUE(hasKeyboard(*source_)) << "dragged";
+  const Point grip = panel.grip();
+  input_.drag(grip, {grip.x + 40, grip.y + 20});
+  ASSERT_TRUE(eventually([&] { return panel.area().width == start.width + 40; }));
+  EXPECT_TRUE(hasKeyboard(*source_)) << "resized";
+  for (const bool rolledUp : {true, false}) {
+    input_.rest(betweenClicks);
+    input_.clickAt(panel.titleBar(), 2);
+    ASSERT_TRUE(eventually(
+        [&] { return (panel.area().height == PanelOnScreen::titleBarHeight) == rolledUp; }));
+    EXPECT_TRUE(hasKeyboard(*source_)) << "rolled up: " << rolledUp;
+  }
+  input_.clickAt(panel.closeButton());
+  vistrel_->panels(0);
+  EXPECT_TRUE(hasKeyboard(*source_)) << "closed";
 }
 
-TEST_F(PanelWindow, OpeningOneLeavesTheFocusWhereItIs) {
-  const auto source = openSource();
-  startVistrel();
-  const xcb_window_t picker = vistrel_->picker().id();
-  ASSERT_TRUE(eventually([&] { return activeWindow() == picker; }));
-  mirrorRow(0, 1, 1);
-  EXPECT_EQ(activeWindow(), picker);
-}
+VISTREL_WITH_EACH_MANAGER(PanelWindow);
 
 }  // namespace
 }  // namespace vistrel::testbed

@@ -44,14 +44,18 @@ Rect PickerOnScreen::list() const {
           window.height - pixels(listTop + listBottomMargin)};
 }
 
-/// Whether the picker is painted yet: its list stands out against the margin beside it, which what
-/// lies under the window does not do just there.
+/// Whether the picker is painted yet: its list stands out against the margin beside it, which has
+/// one colour; what lies under the window does not do so just there.
 bool PickerOnScreen::showsList() const {
   const ScreenReader screen(*connection_);
-  const Rect window = area();
-  const int middle = window.y + window.height / 2;
-  return screen.pixel({window.x + pixels(listLeft / 2), middle}) !=
-         screen.pixel({window.x + pixels(listLeft), middle});
+  const Rect list = this->list();
+  const Picture margin = screen.read({list.x - pixels(listLeft / 2), list.y, 1, list.height});
+  for (int y = 1; y < margin.height(); ++y) {
+    if (margin.at(0, y) != margin.at(0, 0)) {
+      return false;
+    }
+  }
+  return screen.pixel({list.x, list.y + list.height / 2}) != margin.at(0, 0);
 }
 
 std::vector<Rect> PickerOnScreen::rows() const {

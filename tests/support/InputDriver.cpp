@@ -55,6 +55,16 @@ void InputDriver::type(std::uint32_t keysym) {
   fake(XCB_KEY_RELEASE, keycode);
 }
 
+void InputDriver::typeHolding(std::uint32_t heldKeysym, std::uint32_t keysym, int count) {
+  const std::uint8_t held = keycodeOf(heldKeysym);
+  fake(XCB_KEY_PRESS, held);
+  for (int i = 0; i < count; ++i) {
+    type(keysym);
+    rest(betweenPresses);
+  }
+  fake(XCB_KEY_RELEASE, held);
+}
+
 void InputDriver::fake(std::uint8_t event, std::uint8_t detail, Point point) {
   constexpr std::uint8_t coreDevice = 0;
   xcb_test_fake_input(connection_->get(), event, detail, std::exchange(rest_, 0),

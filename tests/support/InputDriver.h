@@ -35,6 +35,8 @@ class InputDriver {
   /// Types the key that has `keysym` (X11/keysymdef.h) in the server's keyboard mapping. Throws
   /// std::runtime_error when no key has it.
   void type(std::uint32_t keysym);
+  /// Types it `count` times while the key with `heldKeysym` is down.
+  void typeHolding(std::uint32_t heldKeysym, std::uint32_t keysym, int count = 1);
 
   /// The hand rests: the server holds back the input that follows by so many milliseconds, so that
   /// two clicks are two and not one double-click.
@@ -49,6 +51,8 @@ class InputDriver {
 };
 
 /// Keysyms that tests type (X11/keysymdef.h).
+inline constexpr std::uint32_t keyTab = 0xff09;
+inline constexpr std::uint32_t keyAlt = 0xffe9;
 inline constexpr std::uint32_t keyReturn = 0xff0d;
 inline constexpr std::uint32_t keyDown = 0xff54;
 inline constexpr std::uint32_t keyEscape = 0xff1b;

@@ -56,12 +56,13 @@ TestWindow::TestWindow(const std::string& display, const Options& options)
       width_(options.area.width),
       height_(options.area.height),
       picture_(options.picture) {
-  const std::uint32_t overrideRedirect = options.managed ? 0 : 1;
+  const std::array<std::uint32_t, 2> values{options.managed ? 0U : 1U, XCB_EVENT_MASK_KEY_PRESS};
   xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, id_, connection_.root(),
                     static_cast<std::int16_t>(options.area.x),
                     static_cast<std::int16_t>(options.area.y), static_cast<std::uint16_t>(width_),
                     static_cast<std::uint16_t>(height_), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                    XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &overrideRedirect);
+                    XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK,
+                    values.data());
   xcb_create_gc(connection_.get(), pen_, id_, 0, nullptr);
   announce(options);
   show(options.picture);
@@ -182,13 +183,25 @@ void TestWindow::map() {
 void TestWindow::minimise() {
   constexpr std::uint32_t iconicState = 3;
   connection_.sendToManager(id_, "WM_CHANGE_STATE", {iconicState});
-  waitUntil("minimised", [&] { return !isViewable(connection_, id_); });
+  // Managers that composite may keep it mapped.
+  waitUntil("minimised", [&] {
+    return !isViewable(connection_, id_) || hasState(connection_, id_, "_NET_WM_STATE_HIDDEN");
+  });
 }
 
 void TestWindow::raiseAbove(const TestWindow& other) {
   constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
   xcb_configure_window(connection_.get(), id_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
   waitUntil("above the other", [&] { return isAbove(connection_, id_, other.id()); });
+}
+
+int TestWindow::typedKeys() {
+  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+    if ((event->response_type & 0x7f) == XCB_KEY_PRESS) {
+      ++typedKeys_;
+    }
+  }
+  return typedKeys_;
 }
 
 void TestWindow::destroy() {

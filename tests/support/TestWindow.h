@@ -75,6 +75,8 @@ class TestWindow {
   void minimise();
   /// Stacks it above `other`, which it then covers where they overlap.
   void raiseAbove(const TestWindow& other);
+  /// How many keys a person has typed into it so far.
+  int typedKeys();
   /// The program closes its window.
   void destroy();
 
@@ -89,6 +91,7 @@ class TestWindow {
   xcb_gcontext_t pen_;
   int width_;
   int height_;
+  int typedKeys_ = 0;
   Quadrants picture_;
 };
 
