@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/x11/FramePacing.h"
 #include "platform/linux/x11/MirrorWorker.h"
 #include "platform/linux/x11/WindowFrames.h"
 
@@ -12,6 +11,12 @@ namespace {
 
 /// How often a pointer that rests over the source is looked at, in seconds.
 constexpr double restingLook = 0.1;
+
+/// In seconds; 0 for as many frames as there are changes.
+double intervalOf(const StreamConfiguration& configuration) {
+  const auto& time = configuration.minimumFrameInterval;
+  return time.timescale > 0 ? static_cast<double>(time.value) / time.timescale : 0;
+}
 
 }  // namespace
 
@@ -22,10 +27,12 @@ Capture::Capture(MirrorWorker& worker, std::unique_ptr<SourceWindow> source,
       configuration_(configuration),
       receiver_(std::move(receiver)),
       grid_(worker.connection()),
-      cursor_(worker.connection()) {}
+      cursor_(worker.connection()),
+      pacing_(intervalOf(configuration)) {}
 
 void Capture::setConfiguration(const StreamConfiguration& configuration) {
   configuration_ = configuration;
+  pacing_.setInterval(intervalOf(configuration));
   cursorMayHaveMoved_ = true;
 }
 
@@ -42,16 +49,28 @@ void Capture::proceed() {
   if (!source_->isViewable()) return;
   if (!hasNews() && !cursorMayHaveMoved_ && !cursor_.isFollowing()) return;
   const double now = monotonicNow();
-  const double due = earliestNextFrame(pace_, interval());
+  noticeChange(now);
+  const double due = hasNews() ? pacing_.due() : pacing_.earliest();
   if (now < due) return worker_.comeBackAt(due);
   const bool moved = cursorHasMoved();
   if (moved || hasNews()) deliver(now);
-  if (cursor_.isFollowing()) worker_.comeBackAt(now + (moved ? interval() : restingLook));
+  if (!cursor_.isFollowing()) return;
+  worker_.comeBackAt(moved ? pacing_.earliest() : now + restingLook);
 }
 
-double Capture::interval() const {
-  const auto& time = configuration_.minimumFrameInterval;
-  return time.timescale > 0 ? static_cast<double>(time.value) / time.timescale : 0;
+void Capture::noticeChange(double now) {
+  if (noticedChange_ || !source_->hasChanges()) return;
+  noticedChange_ = true;
+  pacing_.changeNoticed(now);
+  if (now >= pacing_.due() || !pacing_.wantsNextChange()) return;
+  owesFrame_ = true;
+  askForChanges();
+  pacing_.listening();
+}
+
+void Capture::askForChanges() {
+  source_->askForChanges();
+  noticedChange_ = false;
 }
 
 bool Capture::cursorHasMoved() {
@@ -69,9 +88,9 @@ void Capture::collectChanges() {
 }
 
 void Capture::deliver(double now) {
-  pace_ = paceAfterFrame(pace_, interval(), now);
+  pacing_.frameTaken(now);
   owesFrame_ = false;
-  source_->askForChanges();
+  askForChanges();
   const auto buffer =
       std::make_shared<WindowPixelBuffer>(weak_from_this(), source_->picture()->size());
   receiver_.sample(CompleteSample(buffer));
@@ -85,7 +104,7 @@ void Capture::fail(const Error& error) {
 bool Capture::isUnchangedSinceCommit() {
   // Asking takes the news away without a frame.
   owesFrame_ |= source_->hasChanges();
-  source_->askForChanges();
+  askForChanges();
   collectChanges();
   return uncommitted_.empty();
 }

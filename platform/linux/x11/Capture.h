@@ -7,6 +7,7 @@
 
 #include "platform/ScreenCapture.h"
 #include "platform/linux/x11/CursorOverlay.h"
+#include "platform/linux/x11/FramePacing.h"
 #include "platform/linux/x11/SampleGrid.h"
 #include "platform/linux/x11/SourceWindow.h"
 
@@ -52,9 +53,10 @@ class Capture : public std::enable_shared_from_this<Capture> {
   /// Whether the picture has changed since the last frame handed out.
   bool hasNews() const { return source_->hasChanges() || owesFrame_; }
   bool cursorHasMoved();
+  void noticeChange(double now);
+  void askForChanges();
   void collectChanges();
   void deliver(double now);
-  double interval() const;
 
   MirrorWorker& worker_;
   std::unique_ptr<SourceWindow> source_;
@@ -65,8 +67,9 @@ class Capture : public std::enable_shared_from_this<Capture> {
   CursorMark cursorMark_;  // as of the last frame handed out
   bool cursorMayHaveMoved_ = true;
   PictureChanges uncommitted_;
-  bool owesFrame_ = false;  // there was news that no frame has been handed out for
-  double pace_ = 0;
+  FramePacing pacing_;
+  bool noticedChange_ = false;  // what has changed since the source was asked
+  bool owesFrame_ = false;      // there was news that no frame has been handed out for
   bool ended_ = false;
 };
 
