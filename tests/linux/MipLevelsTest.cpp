@@ -29,6 +29,20 @@ TEST(MipLevels, blendTwoLevelsBetweenThem) {
   EXPECT_EQ(blend.coarsest(), 2);
 }
 
+TEST(MipLevels, goFromOneToTheNextWithoutAJump) {
+  constexpr int source = 20000;
+  double former = 0;
+  for (int target = source; target > source / 32; --target) {
+    const auto blend = levelsFor({source, source}, {target, target});
+    const double level = blend.finer + blend.coarserWeight;
+    const double step = std::log2((target + 1.0) / target);
+    ASSERT_GE(level, former);
+    ASSERT_LE(level - former, 1.5 * step) << target;
+    former = level;
+  }
+  EXPECT_NEAR(former, 5, 0.01);
+}
+
 TEST(MipLevels, endWhereOneSideIsASinglePixel) {
   EXPECT_EQ(levelsFor({1000, 2}, {10, 1}), (LevelBlend{1, 0}));
   EXPECT_EQ(levelsFor({1, 1}, {1, 1}), (LevelBlend{0, 0}));

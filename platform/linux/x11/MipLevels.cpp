@@ -23,10 +23,10 @@ LevelBlend levelsFor(PixelSize source, PixelSize target) {
   constexpr double closeToLevel = 0.15;
   const double exact =
       std::clamp<double>(std::log2(reduction(source, target)), 0, coarsestLevel(source));
-  const double nearest = std::round(exact);
-  if (std::abs(exact - nearest) <= closeToLevel) return {static_cast<int>(nearest), 0};
-  const double finer = std::floor(exact);
-  return {static_cast<int>(finer), exact - finer};
+  const int finer = static_cast<int>(std::floor(exact));
+  const double weight = (exact - finer - closeToLevel) / (1 - 2 * closeToLevel);
+  if (weight >= 1) return {finer + 1, 0};
+  return {finer, std::max(weight, 0.0)};
 }
 
 PixelSize sizeOfLevel(PixelSize source, int level) {

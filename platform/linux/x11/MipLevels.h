@@ -16,7 +16,8 @@ struct LevelBlend {
 };
 
 /// Trilinear choice for drawing `source` at `target`. Close to a level, that level alone is drawn,
-/// which a person cannot tell and costs half.
+/// which costs half; the other one then comes in gradually, so that the picture of a panel that is
+/// being resized does not jump.
 LevelBlend levelsFor(PixelSize source, PixelSize target);
 
 /// At least 1 × 1. An odd row or column at the end is left out; drawing repeats its neighbour
