@@ -168,7 +168,7 @@ void QueueLoop::wait() {
     timeout.tv_nsec = static_cast<long>((*seconds - std::floor(*seconds)) * 1e9);
   }
   ppoll(descriptors.data(), descriptors.size(), seconds ? &timeout : nullptr, nullptr);
-  wakeUp_.clear();
+  if (descriptors.front().revents != 0) wakeUp_.clear();
 }
 
 void QueueLoop::run() {

@@ -47,15 +47,30 @@ void Capture::proceed() {
   source_->refresh();
   if (source_->isGone()) return fail({"The window has been closed."});
   if (!source_->isViewable()) return;
-  if (!hasNews() && !cursorMayHaveMoved_ && !cursor_.isFollowing()) return;
   const double now = monotonicNow();
   noticeChange(now);
+  if (!hasNews() && !isTimeToLook(now)) {
+    if (cursor_.isFollowing()) worker_.comeBackAt(nextLook_);
+    return;
+  }
   const double due = hasNews() ? pacing_.due() : pacing_.earliest();
   if (now < due) return worker_.comeBackAt(due);
-  const bool moved = cursorHasMoved();
-  if (moved || hasNews()) deliver(now);
+  const auto formerMark = cursorMark_;
+  if (hasNews()) {
+    // The answer comes together with the one that whoever takes the frame waits for.
+    if (configuration_.showsCursor) cursor_.askForPlace();
+    deliver(now);
+    takeAskedCursor();
+  } else if (cursorHasMoved()) {
+    deliver(now);
+  }
   if (!cursor_.isFollowing()) return;
-  worker_.comeBackAt(moved ? pacing_.earliest() : now + restingLook);
+  nextLook_ = cursorMark_ == formerMark ? now + restingLook : pacing_.earliest();
+  worker_.comeBackAt(nextLook_);
+}
+
+bool Capture::isTimeToLook(double now) const {
+  return cursorMayHaveMoved_ || (cursor_.isFollowing() && now >= nextLook_);
 }
 
 void Capture::noticeChange(double now) {
@@ -79,6 +94,10 @@ bool Capture::cursorHasMoved() {
   if (mark == cursorMark_) return false;
   cursorMark_ = std::move(mark);
   return true;
+}
+
+void Capture::takeAskedCursor() {
+  if (cursor_.isAsked()) cursorHasMoved();
 }
 
 void Capture::collectChanges() {
@@ -111,6 +130,7 @@ bool Capture::isUnchangedSinceCommit() {
 
 std::shared_ptr<const Image> Capture::commit() {
   collectChanges();
+  takeAskedCursor();
   return worker_.commit(source_->picture(), std::exchange(uncommitted_, {}), cursorMark_);
 }
 

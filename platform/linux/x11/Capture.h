@@ -52,7 +52,11 @@ class Capture : public std::enable_shared_from_this<Capture> {
  private:
   /// Whether the picture has changed since the last frame handed out.
   bool hasNews() const { return source_->hasChanges() || owesFrame_; }
+  /// Whether the pointer's place is to be looked at although the source has not changed.
+  bool isTimeToLook(double now) const;
+  /// Takes notice of where the pointer is; answers whether that has changed.
   bool cursorHasMoved();
+  void takeAskedCursor();
   void noticeChange(double now);
   void askForChanges();
   void collectChanges();
@@ -66,6 +70,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
   CursorOverlay cursor_;
   CursorMark cursorMark_;  // as of the last frame handed out
   bool cursorMayHaveMoved_ = true;
+  double nextLook_ = 0;  // at a pointer over the source
   PictureChanges uncommitted_;
   FramePacing pacing_;
   bool noticedChange_ = false;  // what has changed since the source was asked

@@ -132,14 +132,23 @@ xcb_atom_t Connection::atom(std::string_view name) {
 }
 
 Event Connection::pollEvent() {
-  while (Event event{xcb_poll_for_event(xcb())}) {
-    if (isError(*event)) {
-      reportStrayError(eventAs<xcb_generic_error_t>(*event));
-    } else if (!isMadeUp(*event)) {
-      return event;
-    }
+  Event event(xcb_poll_for_event(xcb()));
+  if (!event || concernsUs(*event)) return event;
+  return nextReadEvent();
+}
+
+Event Connection::nextReadEvent() {
+  Event event(xcb_poll_for_queued_event(xcb()));
+  while (event && !concernsUs(*event)) event.reset(xcb_poll_for_queued_event(xcb()));
+  return event;
+}
+
+bool Connection::concernsUs(const xcb_generic_event_t& event) {
+  if (isError(event)) {
+    reportStrayError(eventAs<xcb_generic_error_t>(event));
+    return false;
   }
-  return nullptr;
+  return !isMadeUp(event);
 }
 
 void Connection::sync() { replyTo<xcb_get_input_focus_reply>(xcb(), xcb_get_input_focus(xcb())); }

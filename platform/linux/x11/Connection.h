@@ -47,6 +47,8 @@ class Connection {
   /// (SendEvent) are left out, since what they tell need not be so; errors that nobody waited for
   /// are reported.
   Event pollEvent();
+  /// The same among those that have been read from the socket already.
+  Event nextReadEvent();
   void flush() { xcb_flush(xcb()); }
   /// Waits until the server has carried out everything sent so far.
   void sync();
@@ -58,6 +60,8 @@ class Connection {
 
   Connection(xcb_connection_t* connection, int screenNumber);
   void setUpExtensions();
+  /// Whether an event is to be handed out; reports an error.
+  static bool concernsUs(const xcb_generic_event_t& event);
 
   std::unique_ptr<xcb_connection_t, Disconnect> connection_;
   int screenNumber_;

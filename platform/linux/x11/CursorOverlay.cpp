@@ -27,9 +27,14 @@ void CursorOverlay::setFollowing(bool following) {
                                  following ? XCB_XFIXES_CURSOR_NOTIFY_MASK_DISPLAY_CURSOR : 0);
 }
 
+void CursorOverlay::askForPlace() {
+  asked_.emplace(connection_.xcb(), xcb_query_pointer(connection_.xcb(), connection_.root()));
+}
+
 CursorMark CursorOverlay::markOver(const SourceWindow& source) {
-  const auto pointer = replyTo<xcb_query_pointer_reply>(
-      connection_.xcb(), xcb_query_pointer(connection_.xcb(), connection_.root()));
+  if (!asked_) askForPlace();
+  const auto pointer = asked_->fetch();
+  asked_.reset();
   const bool isOver = pointer && pointer->child == source.frame();
   setFollowing(isOver);
   if (!isOver) return {};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "platform/linux/x11/PictureStore.h"
 #include "platform/linux/x11/SourceWindow.h"
@@ -19,8 +20,12 @@ class CursorOverlay {
   void handle(const xcb_generic_event_t& event, const SourceWindow& source);
   /// Whether the pointer is over the source, so that its place has to be asked for.
   bool isFollowing() const { return following_; }
-  /// Where the pointer lies over the source now; empty while it is elsewhere or over a window that
-  /// covers the source.
+  /// Asks the server where the pointer is. It need not be waited for before it is needed.
+  void askForPlace();
+  /// Whether the place that was asked for has not been taken yet.
+  bool isAsked() const { return asked_.has_value(); }
+  /// Where the pointer lay over the source when it was last asked for, or lies now; empty while it
+  /// is elsewhere or over a window that covers the source.
   CursorMark markOver(const SourceWindow& source);
 
  private:
@@ -28,6 +33,7 @@ class CursorOverlay {
   void readImage();
 
   Connection& connection_;
+  std::optional<Pending<xcb_query_pointer_reply, xcb_query_pointer_cookie_t>> asked_;
   bool following_ = false;
   bool imageIsStale_ = true;
   std::shared_ptr<const Picture> picture_;

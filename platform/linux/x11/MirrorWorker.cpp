@@ -73,25 +73,21 @@ void MirrorWorker::comeBackAt(double seconds) {
 }
 
 void MirrorWorker::serve() {
-  // What is done about events waits for answers. Further events come in with those, and nothing
-  // would tell of them any more.
-  for (bool mayHaveMore = true; mayHaveMore;) {
-    mayHaveMore = handleEvents();
+  auto event = connection_->pollEvent();
+  do {
+    for (; event; event = connection_->nextReadEvent()) handle(*event);
     if (connection_->isLost()) return lose();
     for (const auto& each : captures_) each.capture->proceed();
-    connection_->flush();
-  }
+    // Waiting for answers may have read events, of which the descriptor then tells no more.
+    event = connection_->nextReadEvent();
+  } while (event);
+  connection_->flush();
 }
 
-bool MirrorWorker::handleEvents() {
-  bool hadAny = false;
-  while (const auto event = connection_->pollEvent()) {
-    hadAny = true;
-    for (const auto& each : captures_) each.capture->handle(*event);
-    if (restingSource_) restingSource_->handle(*event);
-    for (auto& each : panels_) each.handle(*event);
-  }
-  return hadAny;
+void MirrorWorker::handle(const xcb_generic_event_t& event) {
+  for (const auto& each : captures_) each.capture->handle(event);
+  if (restingSource_) restingSource_->handle(event);
+  for (auto& each : panels_) each.handle(event);
 }
 
 void MirrorWorker::lose() {

@@ -63,8 +63,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
 
   /// Null when there is no such window.
   std::unique_ptr<SourceWindow> openSource(WindowID window);
-  /// Whether there were any.
-  bool handleEvents();
+  void handle(const xcb_generic_event_t& event);
   void lose();
   PanelPainter* panelOf(xcb_window_t window);
   std::vector<PixelSize> pictureSizes(PixelSize source) const;
