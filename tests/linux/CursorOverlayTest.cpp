@@ -207,7 +207,7 @@ TEST_F(CursorOverlayTest, IsScaledWithThePicture) {
       const Bitmap without = areaAveraged(plain, size);
       const Bitmap with = areaAveraged(withCursor(plain, look, place), size);
       EXPECT_TRUE(testbed::eventually([&] {
-        return errorWhereDifferent(mirror.shown(), with, without) < 20;
+        return errorWhereDifferent(mirror.shown(), with, without) < 30;
       })) << size.width
           << " wide, " << place.x << ", " << place.y << ": "
           << errorWhereDifferent(mirror.shown(), with, without);

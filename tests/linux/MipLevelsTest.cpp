@@ -43,6 +43,14 @@ TEST(MipLevels, goFromOneToTheNextWithoutAJump) {
   EXPECT_NEAR(former, 5, 0.01);
 }
 
+TEST(MipLevels, aloneMissNoPixelUpToAHalf) {
+  EXPECT_EQ(finestWholeLevel({100, 100}, {200, 200}), 0);
+  EXPECT_EQ(finestWholeLevel({100, 100}, {100, 100}), 0);
+  EXPECT_EQ(finestWholeLevel({100, 100}, {50, 50}), 0);
+  EXPECT_EQ(finestWholeLevel({100, 100}, {49, 49}), 1);
+  EXPECT_EQ(finestWholeLevel({100, 100}, {24, 24}), 2);
+}
+
 TEST(MipLevels, endWhereOneSideIsASinglePixel) {
   EXPECT_EQ(levelsFor({1000, 2}, {10, 1}), (LevelBlend{1, 0}));
   EXPECT_EQ(levelsFor({1, 1}, {1, 1}), (LevelBlend{0, 0}));

@@ -1,10 +1,28 @@
 #include "platform/linux/x11/CursorOverlay.h"
 
+#include <utility>
 #include <xcb/xfixes.h>
 
 #include "platform/linux/x11/Drawing.h"
 
 namespace vistrel::platform::linux_desktop {
+namespace {
+
+Canvas makeTransparentOutside(Connection& connection, PixelSize size) {
+  const auto format = connection.formats().translucent;
+  auto canvas = makeCanvas(connection, 32, format, size);
+  canvas.picture = makePicture(connection, canvas.pixmap.id(), format, XCB_RENDER_REPEAT_NONE);
+  return canvas;
+}
+
+Canvas halved(Connection& connection, const Canvas& canvas) {
+  const PixelSize size{(canvas.size.width + 1) / 2, (canvas.size.height + 1) / 2};
+  auto result = makeTransparentOutside(connection, size);
+  drawScaled(connection, canvas.picture, halving, result.picture, rectOf(size));
+  return result;
+}
+
+}  // namespace
 
 void CursorOverlay::handle(const xcb_generic_event_t& event, const SourceWindow& source) {
   if (typeOf(event) == connection_.extensions().cursorNotify) {
@@ -40,26 +58,26 @@ CursorMark CursorOverlay::markOver(const SourceWindow& source) {
   if (!isOver) return {};
   if (imageIsStale_) readImage();
   const auto area = source.inPicture(moved(image_, pointer->root_x, pointer->root_y));
-  if (!picture_ || isEmpty(intersection(area, rectOf(source.picture()->size())))) return {};
-  return {picture_, area};
+  if (!levels_ || isEmpty(intersection(area, rectOf(source.picture()->size())))) return {};
+  return {levels_, area};
 }
 
 void CursorOverlay::readImage() {
   imageIsStale_ = false;
-  picture_ = nullptr;
+  levels_ = nullptr;
   auto* const xcb = connection_.xcb();
   const auto image =
       replyTo<xcb_xfixes_get_cursor_image_reply>(xcb, xcb_xfixes_get_cursor_image(xcb));
   if (!image || image->width == 0 || image->height == 0) return;
   image_ = {-image->xhot, -image->yhot, image->width, image->height};
-  const auto format = connection_.formats().translucent;
-  const auto canvas = makeCanvas(connection_, 32, format, sizeOf(image_));
+  std::vector<Canvas> levels;
+  levels.push_back(makeTransparentOutside(connection_, sizeOf(image_)));
   const auto* pixels = xcb_xfixes_get_cursor_image_cursor_image(image.get());
-  putRows(connection_, canvas.pixmap, 32, image->width, 0, image->height,
+  putRows(connection_, levels.front().pixmap, 32, image->width, 0, image->height,
           reinterpret_cast<const std::uint8_t*>(pixels), image->width * sizeof(*pixels));
-  // A picture keeps its pixmap alive.
-  picture_ = std::make_shared<const Picture>(
-      makePicture(connection_, canvas.pixmap.id(), format, XCB_RENDER_REPEAT_NONE));
+  while (levels.back().size != PixelSize{1, 1})
+    levels.push_back(halved(connection_, levels.back()));
+  levels_ = std::make_shared<const std::vector<Canvas>>(std::move(levels));
 }
 
 }  // namespace vistrel::platform::linux_desktop

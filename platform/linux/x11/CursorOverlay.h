@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "platform/linux/x11/PictureStore.h"
 #include "platform/linux/x11/SourceWindow.h"
@@ -36,8 +37,8 @@ class CursorOverlay {
   std::optional<Pending<xcb_query_pointer_reply, xcb_query_pointer_cookie_t>> asked_;
   bool following_ = false;
   bool imageIsStale_ = true;
-  std::shared_ptr<const Picture> picture_;
-  PixelRect image_;  // around the hot spot
+  std::shared_ptr<const std::vector<Canvas>> levels_;  // null when the pointer has no picture
+  PixelRect image_;                                    // around the hot spot
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -41,6 +41,9 @@ struct Sampling {
   Filter filter = Filter::bilinear;
 };
 
+/// Draws a source at half its size: each pixel is the mean of four.
+inline constexpr Sampling halving{2, 2, 0, 0, Filter::bilinear};
+
 /// Draws a source of that size so that it fills `place`.
 Sampling samplingInto(const PixelRect& place, double sourceWidth, double sourceHeight);
 

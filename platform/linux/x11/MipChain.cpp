@@ -3,12 +3,6 @@
 #include <algorithm>
 
 namespace vistrel::platform::linux_desktop {
-namespace {
-
-/// Each pixel is the mean of four.
-constexpr Sampling halving{2, 2, 0, 0, Filter::bilinear};
-
-}  // namespace
 
 void MipChain::rebuild(const LivePicture& source, LevelRange range) {
   sourceSize_ = source.size();

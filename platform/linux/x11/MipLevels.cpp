@@ -29,6 +29,10 @@ LevelBlend levelsFor(PixelSize source, PixelSize target) {
   return {finer, std::max(weight, 0.0)};
 }
 
+int finestWholeLevel(PixelSize source, PixelSize target) {
+  return std::max(0, static_cast<int>(std::ceil(std::log2(reduction(source, target)))) - 1);
+}
+
 PixelSize sizeOfLevel(PixelSize source, int level) {
   return {std::max(1, source.width >> level), std::max(1, source.height >> level)};
 }

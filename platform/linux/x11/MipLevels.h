@@ -20,6 +20,10 @@ struct LevelBlend {
 /// being resized does not jump.
 LevelBlend levelsFor(PixelSize source, PixelSize target);
 
+/// The finest level of which drawing `target` from it alone misses no pixel: bilinear filters reach
+/// as far as to a half.
+int finestWholeLevel(PixelSize source, PixelSize target);
+
 /// At least 1 × 1. An odd row or column at the end is left out; drawing repeats its neighbour
 /// there.
 PixelSize sizeOfLevel(PixelSize source, int level);

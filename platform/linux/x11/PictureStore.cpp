@@ -54,16 +54,23 @@ void PictureStore::prepareFor(const std::vector<PixelSize>& sizes,
 void PictureStore::draw(const Picture& target, const PixelRect& place,
                         const PixelRect& area) const {
   chain_.draw(target, place, area);
-  if (isEmpty(cursor_.area)) return;
-  auto sampling = samplingInto(place, size().width, size().height);
-  sampling.originX -= cursor_.area.x;
-  sampling.originY -= cursor_.area.y;
+  if (!isEmpty(cursor_.area)) drawCursor(target, place, area);
+}
+
+void PictureStore::drawCursor(const Picture& target, const PixelRect& place,
+                              const PixelRect& area) const {
+  const int level = std::min(finestWholeLevel(size(), sizeOf(place)),
+                             static_cast<int>(cursor_.levels->size()) - 1);
+  const double reduction = 1 << level;
+  auto sampling = samplingInto(place, size().width / reduction, size().height / reduction);
+  sampling.originX -= cursor_.area.x / reduction;
+  sampling.originY -= cursor_.area.y / reduction;
   const auto cursor =
-      moved(changedInTarget(cursor_.area, size(), sizeOf(place), 0), place.x, place.y);
+      moved(changedInTarget(cursor_.area, size(), sizeOf(place), level), place.x, place.y);
   const auto covered = intersection(cursor, area);
-  if (!isEmpty(covered)) {
-    layOverScaled(connection_, *cursor_.picture, sampling, target, covered);
-  }
+  if (isEmpty(covered)) return;
+  layOverScaled(connection_, cursor_.levels->at(static_cast<std::size_t>(level)).picture, sampling,
+                target, covered);
 }
 
 ChangedRects PictureStore::changedIn(const PixelRect& place, const PictureChanges& changes) const {

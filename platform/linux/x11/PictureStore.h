@@ -9,7 +9,9 @@ namespace vistrel::platform::linux_desktop {
 
 /// The pointer's picture and where it lies over a source, in the source's pixels.
 struct CursorMark {
-  std::shared_ptr<const Picture> picture;  // transparent outside its edges
+  /// As it is, and its reductions: each half the size of the one before. Transparent outside their
+  /// edges.
+  std::shared_ptr<const std::vector<Canvas>> levels;
   PixelRect area;
 
   friend bool operator==(const CursorMark&, const CursorMark&) = default;
@@ -50,6 +52,8 @@ class PictureStore {
   ChangedRects changedIn(const PixelRect& place, const PictureChanges& changes) const;
 
  private:
+  void drawCursor(const Picture& target, const PixelRect& place, const PixelRect& area) const;
+
   Connection& connection_;
   MipChain chain_;
   std::shared_ptr<const LivePicture> source_;
