@@ -82,6 +82,7 @@ std::vector<ViewAccessible*> PanelAccessible::children() const {
   std::vector<View*> elements;
   collectElements(*panel()->contentView(), elements);
   std::vector<ViewAccessible*> children;
+  children.reserve(elements.size());
   for (View* element : elements) children.push_back(accessibleOf(*element));
   return children;
 }
