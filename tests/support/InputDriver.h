@@ -56,6 +56,5 @@ inline constexpr std::uint32_t keyAlt = 0xffe9;
 inline constexpr std::uint32_t keyReturn = 0xff0d;
 inline constexpr std::uint32_t keyDown = 0xff54;
 inline constexpr std::uint32_t keyEscape = 0xff1b;
-inline constexpr std::uint32_t keyTab = 0xff09;
 
 }  // namespace vistrel::testbed
