@@ -55,5 +55,6 @@ int main(int count, char** arguments) {
   do {
     isSound = runs(seed++, rounds);
   } while (isSound && hasTime());
+  vistrel::platform::linux_desktop::shutDownSerialQueues();
   return isSound ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -25,6 +25,8 @@ class HostileTest : public testing::Test {
                            {.windowManager = testbed::WindowManager::none})
       : display_(options), connection_(adopted(display_).name()) {}
 
+  ~HostileTest() override { platform::linux_desktop::shutDownSerialQueues(); }
+
   void TearDown() override {
     const auto errors = platform::linux_desktop::strayErrors();
     EXPECT_EQ(errors.count, 0) << errors.last;

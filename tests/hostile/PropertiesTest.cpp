@@ -1,3 +1,4 @@
+#include <array>
 #include <list>
 #include <optional>
 #include <unistd.h>
@@ -13,6 +14,12 @@ std::string repeated(std::string_view text, std::size_t count) {
   std::string result;
   for (std::size_t i = 0; i < count; ++i) result += text;
   return result;
+}
+
+std::string hostName() {
+  std::array<char, 256> name{};
+  ::gethostname(name.data(), name.size() - 1);
+  return name.data();
 }
 
 /// The bytes of a 32-bit property.
@@ -82,6 +89,7 @@ TEST_F(Properties, TheApplicationIsFoundWithoutAnyHelpOfItsOwn) {
   expectOwnProcess();
   set(source.id(), "WM_CLASS", "CARDINAL", 32, "12345678");
   expectOwnProcess();
+  set(source.id(), "WM_CLIENT_MACHINE", "STRING", 8, hostName());
   for (const std::uint32_t nonsense : {0u, 0x80000000u, 0xffffffffu}) {
     set(source.id(), "_NET_WM_PID", "CARDINAL", 32, valuesAsBytes({nonsense}));
     expectOwnProcess();
