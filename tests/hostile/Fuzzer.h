@@ -72,7 +72,6 @@ class Fuzzer {
   void setClientList();
   void setManager();
   void sendEvent();
-  void redirect();
   void movePointer();
   void killProgram();
   // A person's.

@@ -3,7 +3,6 @@
 #include <csignal>
 #include <cstring>
 #include <string>
-#include <xcb/composite.h>
 #include <xcb/shape.h>
 
 #include "tests/hostile/HostileTest.h"
