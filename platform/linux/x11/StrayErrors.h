@@ -1,24 +1,23 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <xcb/xcb.h>
 
 namespace vistrel::platform::linux_desktop {
 
-/// Errors of the display server that nobody waited for: requests that were thought to be safe and
-/// failed all the same. Each is a defect. A request that may fail, since it is about a window of
-/// another program, has its error taken in where it is sent (`failureOf`, `forgive`).
-///
-/// They are counted for the whole process. Debug builds and those who set VISTREL_X_ERRORS in the
-/// environment get a line about each on standard error. Any thread.
-void reportStrayError(const xcb_generic_error_t& error);
-
+/// The errors of the display server that nobody waited for: requests that were thought to be safe
+/// and failed all the same. Each is a defect. A request that may fail, since it is about a window
+/// of another program, has its error taken in where it is sent (`failureOf`, `forgive`).
 struct StrayErrors {
   int count = 0;
   /// What the last one was, for people.
   std::string last;
 };
+
+/// Those of the whole process so far. Any thread.
 StrayErrors strayErrors();
+/// Counts another. Debug builds write a line about it to standard error, and so do others where
+/// VISTREL_X_ERRORS is set in the environment. Any thread.
+void reportStrayError(const xcb_generic_error_t& error);
 
 }  // namespace vistrel::platform::linux_desktop
