@@ -13,6 +13,13 @@ void FramePacing::changeNoticed(double now) {
   lastChange_ = now;
 }
 
+bool FramePacing::wantsNextChange() const {
+  if (isWorthWaiting()) return true;
+  const auto beat = rhythm_.beat();
+  const bool comesAfterFrame = beat && lastChange_ + beat->period > earliest();
+  return isFirstSinceFrame_ && !comesAfterFrame;
+}
+
 void FramePacing::frameTaken(double now) {
   pace_ = std::max(now, pace_ + interval_);
   hasNewChange_ = false;

@@ -25,7 +25,7 @@ class FramePacing {
   void changeNoticed(double now);
   /// Whether the next change is to be noticed as well although no frame is taken now: to learn the
   /// source's rhythm, or since its next change is worth waiting for. Asked after `changeNoticed`.
-  bool wantsNextChange() const { return isFirstSinceFrame_ || isWorthWaiting(); }
+  bool wantsNextChange() const;
   /// From the change noticed last on, the next one will be noticed at once.
   void listening() { listensSinceChange_ = true; }
   void frameTaken(double now);
