@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "tests/desktop/DesktopTest.h"
@@ -89,6 +90,15 @@ class MixedScales : public DesktopTest {
   PanelOnScreen onRight(const PanelOnScreen& panel) const {
     return {connection_, panel.id(), 3 - scale_};
   }
+  /// Drags the panel by its title bar, within a monitor.
+  void dragTo(const PanelOnScreen& panel, Point there) {
+    const Rect start = panel.area();
+    const Point from = panel.titleBar();
+    input_.drag(from, there);
+    input_.rest(betweenClicks);
+    EXPECT_TRUE(becomes(panel, {start.x + there.x - from.x, start.y + there.y - from.y, start.width,
+                                start.height}));
+  }
   /// Drags the panel by its title bar from one monitor to the other and looks, all the way, whether
   /// it stays under the pointer; `before` and `after` are the monitors' scales.
   void dragAcross(const PanelOnScreen& panel, double before, double after, int step) {
@@ -115,6 +125,15 @@ class MixedScales : public DesktopTest {
     input_.release();
   }
 
+  /// As a person asks the manager to (EWMH 1.5, _NET_MOVERESIZE_WINDOW: static gravity, x and y, by
+  /// a pager).
+  void moveByManager(xcb_window_t window, Point there) const {
+    constexpr std::uint32_t staticGravityXAndYByPager = 10 | 1 << 8 | 1 << 9 | 2 << 12;
+    connection_.sendToManager(window, "_NET_MOVERESIZE_WINDOW",
+                              {staticGravityXAndYByPager, static_cast<std::uint32_t>(there.x),
+                               static_cast<std::uint32_t>(there.y), 0, 0});
+  }
+
   Monitors monitors_{connection_};
 };
 
@@ -129,7 +148,7 @@ TEST_F(MixedScales, APanelKeepsItsPointsOnItsWayToAnotherMonitorAndBack) {
   const auto source = openSource();
   const PanelOnScreen panel = mirrorOnlySource();
   EXPECT_TRUE(becomes(panel, {32, 32, 340, 196}));
-  input_.drag(panel.titleBar(), {900, 100});
+  dragTo(panel, {900, 100});
   dragAcross(panel, 1, 2, 40);
   EXPECT_TRUE(eventually([&] { return panel.area().height == 392; })) << panel.area();
   EXPECT_TRUE(eventually([&] { return onRight(panel).shows(fourColours); }));
@@ -149,7 +168,7 @@ TEST_F(FineMonitorFirst, APanelKeepsItsPointsOnItsWayToAnotherMonitorAndBack) {
   const auto source = openSource();
   const PanelOnScreen panel = mirrorOnlySource();
   EXPECT_TRUE(becomes(panel, {64, 64, 440, 272}));
-  input_.drag(panel.titleBar(), {900, 100});
+  dragTo(panel, {900, 100});
   dragAcross(panel, 2, 1, 40);
   EXPECT_TRUE(eventually([&] { return panel.area().height == 136; })) << panel.area();
   EXPECT_TRUE(eventually([&] { return onRight(panel).shows(fourColours); }));
@@ -157,6 +176,61 @@ TEST_F(FineMonitorFirst, APanelKeepsItsPointsOnItsWayToAnotherMonitorAndBack) {
   dragAcross(panel, 1, 2, -50);
   EXPECT_TRUE(eventually([&] { return panel.area().height == 272; })) << panel.area();
   EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+}
+
+/// A person who unplugs monitors, and plugs them in again.
+class MonitorsThatChange : public MixedScales {
+ protected:
+  /// Whether enough of the window's top edge shows for a person to drag it by.
+  static bool isReachable(Rect window, Rect monitor) {
+    const int shown = std::min(window.x + window.width, monitor.x + monitor.width) -
+                      std::max(window.x, monitor.x);
+    return shown >= 80 && window.y >= monitor.y && window.y + 24 <= monitor.y + monitor.height;
+  }
+  template <class OnScreen>
+  ::testing::AssertionResult comesInto(Rect monitor, const OnScreen& window) {
+    if (eventually([&] { return isReachable(window.area(), monitor); })) {
+      return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << window.area() << " is out of reach on " << monitor;
+  }
+};
+
+TEST_F(MonitorsThatChange, WindowsComeBackIntoViewAndOthersStay) {
+  const auto first = openSource({.title = "First", .area = sourceArea, .decorated = false});
+  const auto second = openSource({.title = "Second", .area = sourceArea, .decorated = false});
+  startVistrel();
+  const PanelOnScreen stays = mirrorRow(0, 2, 1);
+  const PanelOnScreen moves = mirrorRow(1, 2, 2);
+  EXPECT_TRUE(becomes(stays, {32, 32, 340, 196}));
+  EXPECT_TRUE(becomes(moves, {60, 60, 340, 196}));
+  input_.drag({moves.area().x + 170, moves.area().y + 100}, {2000, 700});
+  EXPECT_TRUE(eventually([&] { return moves.area().width == 680; })) << moves.area();
+  const auto picker = vistrel_->picker();
+  const int pickerWidth = picker.area().width;
+  moveByManager(picker.id(), {1500, 300});
+  EXPECT_TRUE(eventually([&] { return picker.area().width == 2 * pickerWidth; })) << picker.area();
+
+  monitors_.remove("right");
+  EXPECT_TRUE(comesInto(left, moves));
+  EXPECT_TRUE(eventually([&] { return moves.area().width == 340; })) << moves.area();
+  EXPECT_TRUE(eventually([&] { return moves.shows(fourColours); }));
+  EXPECT_TRUE(comesInto(left, picker));
+  EXPECT_TRUE(eventually([&] { return picker.area().width == pickerWidth; })) << picker.area();
+  EXPECT_EQ(stays.area(), (Rect{32, 32, 340, 196}));
+
+  constexpr Rect small{0, 0, 800, 600};
+  monitors_.setPrimary("small", small);
+  EXPECT_TRUE(comesInto(small, moves));
+  EXPECT_TRUE(comesInto(small, picker));
+  EXPECT_EQ(stays.area(), (Rect{32, 32, 340, 196}));
+
+  // All that were there go; others come.
+  monitors_.setPrimary("elsewhere", right);
+  EXPECT_TRUE(comesInto(right, moves));
+  EXPECT_TRUE(comesInto(right, stays));
+  EXPECT_TRUE(comesInto(right, picker));
+  EXPECT_TRUE(eventually([&] { return moves.shows(fourColours) && stays.shows(fourColours); }));
 }
 
 }  // namespace

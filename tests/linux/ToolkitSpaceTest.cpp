@@ -49,6 +49,7 @@ TEST(ToolkitScreen, AWindowThatNoScreenShowsStaysOnItsOwn) {
 TEST(PixelOf, APointIsOnTheScreenThatHasIt) {
   EXPECT_EQ(pixelOf({100, 200}, fine, desk), (Point{100, 200}));
   EXPECT_EQ(pixelOf({1300, 200}, plain, desk), (Point{1400, 300}));
+  EXPECT_EQ(pixelOf({1200, 200}, plain, desk), (Point{1200, 300})) << "its very first column";
 }
 
 TEST(PixelOf, APointOfNoScreenGoesOnFromTheCurrentOne) {

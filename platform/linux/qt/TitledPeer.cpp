@@ -1,6 +1,7 @@
 #include "platform/linux/qt/TitledPeer.h"
 
 #include <QScreen>
+#include <QWindow>
 #include <utility>
 
 #include "platform/linux/qt/Reach.h"
@@ -16,6 +17,18 @@ namespace {
 /// into one another there.
 constexpr QSize smallestUseful(400, 220);
 constexpr int saveDelayMilliseconds = 300;
+/// How long after the last change of its scale or of the screens a window has come to rest: a
+/// person may be dragging it, and the manager moves it as well.
+constexpr int restMilliseconds = 200;
+
+/// By its middle, as the toolkit has it. `frame` in global display space.
+const LaidOutMonitor& monitorOf(const Rect& frame, const ScreenLayout& layout) {
+  return layout.holding({{frame.midX(), frame.midY()}, {}});
+}
+
+Point middleOf(const QRect& pixels) {
+  return {static_cast<double>(pixels.center().x()), static_cast<double>(pixels.center().y())};
+}
 
 }  // namespace
 
@@ -24,6 +37,9 @@ TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host)
   saving_.setSingleShot(true);
   saving_.setInterval(saveDelayMilliseconds);
   QObject::connect(&saving_, &QTimer::timeout, &saving_, [this] { saveFrame(); });
+  settling_.setSingleShot(true);
+  settling_.setInterval(restMilliseconds);
+  QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { settle(); });
   update_.setSingleShot(true);
   QObject::connect(&update_, &QTimer::timeout, &update_, [this] { update(); });
 }
@@ -72,10 +88,9 @@ std::optional<Rect> TitledPeer::adoptAutosavedFrame(const std::string& name) {
 void TitledPeer::retire() { releaseNative(); }
 
 void TitledPeer::makeNative() {
-  native_.reset(new TitledWindow(
-      window_, {.placed = [this] { nativeWasPlaced(); },
-                .closed = [this] { nativeWasClosed(); },
-                .scaleChanged = [this] { window_.peerDidChangeBackingProperties(); }}));
+  native_.reset(new TitledWindow(window_, {.placed = [this] { nativeWasPlaced(); },
+                                           .closed = [this] { nativeWasClosed(); },
+                                           .scaleChanged = [this] { scaleDidChange(); }}));
   native_->setWindowTitle(QString::fromStdString(window_.title()));
   place();
   native_->widgets().rebuild(*window_.contentView());
@@ -84,6 +99,7 @@ void TitledPeer::makeNative() {
 
 void TitledPeer::releaseNative() {
   if (saving_.isActive()) saveFrame();
+  settling_.stop();
   update_.stop();
   native_.reset();
   placed_ = {};
@@ -102,7 +118,7 @@ void TitledPeer::place() {
   const ScreenLayout layout = ScreenList::layout();
   const Rect frame = layout.flipped(window_.frame());
   const auto [geometry, pixels] =
-      toolkitPlace(layout.holding(frame).toPixels(frame), *native_->screen());
+      toolkitPlace(monitorOf(frame, layout).toPixels(frame), *native_->screen());
   const QRect formerGeometry = askedGeometry();
   if (placed_.ask(pixels)) placeNative(*native_, formerGeometry, geometry, minimumSize());
 }
@@ -117,26 +133,53 @@ QSize TitledPeer::minimumSize() const {
 
 void TitledPeer::nativeWasPlaced() {
   if (!native_) return;  // while it is being made
-  const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
-  if (pixels && placed_.isMovedTo(toolkitRect(*pixels))) {
-    const ScreenLayout layout = ScreenList::layout();
-    // The widgets are as large as the toolkit says.
-    const Rect frame{
-        layout.toPoints(*pixels).origin,
-        {static_cast<double>(native_->width()), static_cast<double>(native_->height())}};
-    window_.peerDidSetFrame(layout.flipped(frame));
+  const QSize formerSize = placed_.current().size();
+  if (placed_.isMovedTo(toolkitRect(placeOfNative()))) {
+    adoptPlace(/*keepingSize=*/placed_.current().size() == formerSize);
     saveFrameSoon();
   }
   update();
 }
 
-void TitledPeer::screensDidChange() {
-  if (!native_) return;
+PixelRect TitledPeer::placeOfNative() const {
+  // Until it is on screen, the display server has not heard of its place.
+  const auto onRoot = native_->windowHandle()->isExposed()
+                          ? placeOnRoot(static_cast<xcb_window_t>(native_->winId()))
+                          : std::nullopt;
+  return onRoot ? *onRoot : ToolkitScreen::of(*native_->screen()).toPixels(native_->geometry());
+}
+
+void TitledPeer::adoptPlace(bool keepingSize) {
   const ScreenLayout layout = ScreenList::layout();
-  const PixelRect pixels = pixelRect(placed_.current());
-  const Rect frame{layout.toPoints(pixels).origin, window_.frame().size};
-  window_.peerDidSetFrame(broughtIntoReach(layout.flipped(frame), screens()));
-  place();
+  const QRect& pixels = placed_.current();
+  Rect frame = layout.at(middleOf(pixels)).toPoints(pixelRect(pixels));
+  if (keepingSize) frame.size = window_.frame().size;
+  window_.peerDidSetFrame(layout.flipped(frame));
+}
+
+void TitledPeer::scaleDidChange() {
+  window_.peerDidChangeBackingProperties();
+  settling_.start();
+}
+
+void TitledPeer::screensDidChange() {
+  if (native_) settling_.start();
+}
+
+void TitledPeer::settle() {
+  const Size size = window_.frame().size;
+  const ScreenLayout layout = ScreenList::layout();
+  const Point middle = middleOf(placed_.current());
+  const LaidOutMonitor& monitor = layout.at(middle);
+  Rect frame{monitor.toPoints(pixelRect(placed_.current())).origin, size};
+  if (monitorOf(frame, layout) != monitor) {
+    // Its middle stays, by which the toolkit tells the screen: else it would change its scale
+    // again.
+    const Point there = monitor.toPoints(middle);
+    frame.origin = {there.x - size.width / 2, there.y - size.height / 2};
+  }
+  window_.setFrame(broughtIntoReach(layout.flipped(frame), screens()), /*display=*/true,
+                   /*animate=*/false);
 }
 
 void TitledPeer::nativeWasClosed() {

@@ -40,6 +40,11 @@ class TitledPeer final : public HostedPeer {
   QRect askedGeometry() const;
   QSize minimumSize() const;
   void nativeWasPlaced();
+  PixelRect placeOfNative() const;
+  void adoptPlace(bool keepingSize);
+  void scaleDidChange();
+  /// Gives the window back its size in points, and brings it back into view.
+  void settle();
   void nativeWasClosed();
   void scheduleUpdate(ViewChange change);
   void update();
@@ -50,7 +55,8 @@ class TitledPeer final : public HostedPeer {
   OwnedNative<TitledWindow> native_;
   PlacedFrame placed_;  // of native_, in pixels of the root window
   QTimer saving_;
-  QTimer update_;  // runs out at the next turn of the event loop
+  QTimer settling_;  // runs out some time after the last change of scale or screens
+  QTimer update_;    // runs out at the next turn of the event loop
   struct {
     bool hierarchy = false;
     bool appearance = false;

@@ -78,7 +78,9 @@ ToolkitScreen toolkitScreenOf(const PixelRect& pixels, const ToolkitScreen& curr
 Point pixelOf(QPointF point, const ToolkitScreen& current,
               const std::vector<ToolkitScreen>& screens) {
   const auto found = std::find_if(screens.begin(), screens.end(), [&](const ToolkitScreen& each) {
-    return QRectF(QRect(each.first, each.size)).contains(point);
+    // Half-open, as the first point of one screen is not the last of another.
+    return rect(each.first.x(), each.first.y(), each.size.width(), each.size.height())
+        .contains({point.x(), point.y()});
   });
   return (found != screens.end() ? *found : current).toPixels(point);
 }
