@@ -127,6 +127,22 @@ TEST_F(ChromePainter, EdgesAreCrispWhereverThePointsFall) {
   EXPECT_EQ(pixel(chrome, 1, 40), 0U);
 }
 
+TEST_F(ChromePainter, TheBorderIsOfWholePixels) {
+  for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 2.5}) {
+    const auto chrome = paintAt(scale).chrome;
+    const int width = static_cast<int>(scale);
+    const int middle = chrome.width / 2;
+    const auto border = pixel(chrome, middle, 0);
+    const auto inside = pixel(chrome, middle, width);
+    EXPECT_NE(border, inside) << scale;
+    for (int y = 0; y < 2 * width; ++y) {
+      const auto expected = y < width ? border : inside;
+      EXPECT_EQ(pixel(chrome, middle, y), expected) << y << " at " << scale;
+      EXPECT_EQ(pixel(chrome, chrome.width - 1 - y, chrome.height / 4), expected) << scale;
+    }
+  }
+}
+
 TEST_F(ChromePainter, RoundsTheCornersOfAMaskedCardOnly) {
   EXPECT_EQ(paintAt(1).chrome.cornerRadius, 10);
   EXPECT_EQ(paintAt(2).chrome.cornerRadius, 20);

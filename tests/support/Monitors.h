@@ -15,8 +15,8 @@ class Monitors {
   /// `connection` outlives this object. Throws std::runtime_error when the server lacks RandR 1.5.
   explicit Monitors(const XConnection& connection);
 
-  /// Makes the monitor that stands for the screen's output, and is the primary one. Another one that
-  /// did so goes; its name is not to be used again at once.
+  /// Makes the monitor that stands for the screen's output, and is the primary one. Another one
+  /// that did so goes; its name is not to be used again at once.
   void setPrimary(const std::string& name, Rect area) const;
   /// Makes another one.
   void set(const std::string& name, Rect area) const;

@@ -75,13 +75,14 @@ void PainterContext::fillRoundedRect(const Rect& rect, double cornerRadius, Colo
 void PainterContext::strokeRoundedRect(const Rect& rect, double cornerRadius, double width,
                                        Color color) {
   const QRectF frame = snapped(rect);
-  const double half = width / 2;
+  const double line = wholePixels(width);
+  const double half = line / 2;
   const double radius = std::max(0.0, cornerRadius - half);
   const Untransformed painting(painter_);
-  painter_.setPen(QPen(colorOf(color), width));
+  painter_.setPen(QPen(colorOf(color), line));
   painter_.setBrush(Qt::NoBrush);
   painter_.drawRoundedRect(frame.adjusted(half, half, -half, -half), radius, radius);
-  drewFrameOver(frame, cornerRadius, width);
+  drewFrameOver(frame, cornerRadius, line);
 }
 
 void PainterContext::strokePath(const Path& path, double lineWidth, Color color) {
@@ -148,6 +149,11 @@ QRectF PainterContext::snapped(const Rect& rect) const {
 double PainterContext::nearestPixel(double coordinate) const {
   const double pixelsPerPoint = painter_.device()->devicePixelRatio();
   return std::round(coordinate * pixelsPerPoint) / pixelsPerPoint;
+}
+
+double PainterContext::wholePixels(double width) const {
+  const double pixelsPerPoint = painter_.device()->devicePixelRatio();
+  return std::max(1.0, std::floor(width * pixelsPerPoint)) / pixelsPerPoint;
 }
 
 QColor PainterContext::colorOf(const Color& color) const { return resolved(color, palette_); }

@@ -47,6 +47,8 @@ class PainterContext final : public TreeGraphicsContext {
   /// the points.
   QRectF snapped(const Rect& rect) const;
   double nearestPixel(double coordinate) const;
+  /// A line's width without a blurred edge; thinner rather than bolder.
+  double wholePixels(double width) const;
   QColor colorOf(const Color& color) const;
   void drewOver(const QRectF& untransformedRect);
   void drewFrameOver(const QRectF& untransformedRect, double cornerRadius, double width);
