@@ -58,6 +58,41 @@ TEST(PlacedFrame, NothingIsWaitedForOnceSomeoneElseHasDecided) {
   EXPECT_TRUE(placed.isMovedTo(a));
 }
 
+TEST(PlacedFrame, AManagerThatRepeatsTheOldFrameIsBelievedInTheEnd) {
+  PlacedFrame placed;
+  placed.ask(a);
+  EXPECT_FALSE(placed.isMovedTo(a));
+  placed.ask(b);
+  placed.ask(c);
+  EXPECT_FALSE(placed.isMovedTo(a));
+  EXPECT_EQ(placed.current(), c) << "the answer may be on its way";
+  EXPECT_TRUE(placed.isRefused());
+  EXPECT_EQ(placed.current(), a);
+  EXPECT_FALSE(placed.isRefused()) << "it is told once";
+  EXPECT_TRUE(placed.ask(c)) << "code may try again";
+}
+
+TEST(PlacedFrame, AnAnswerThatCameTooLateIsBelievedToo) {
+  PlacedFrame placed;
+  placed.ask(a);
+  EXPECT_FALSE(placed.isMovedTo(a));
+  placed.ask(b);
+  EXPECT_TRUE(placed.isRefused());
+  EXPECT_TRUE(placed.isMovedTo(b));
+  EXPECT_EQ(placed.current(), b);
+}
+
+TEST(PlacedFrame, NothingIsRefusedThatWasAnswered) {
+  PlacedFrame placed;
+  placed.ask(a);
+  EXPECT_FALSE(placed.isRefused()) << "the desktop has said nothing yet";
+  EXPECT_EQ(placed.current(), a);
+  placed.ask(b);
+  EXPECT_FALSE(placed.isMovedTo(b));
+  EXPECT_FALSE(placed.isRefused());
+  EXPECT_EQ(placed.current(), b);
+}
+
 TEST(PlacedFrame, AWindowThatIsNeverAnsweredCostsBoundedMemory) {
   PlacedFrame placed;
   for (int x = 0; x < 1000; ++x) placed.ask(QRect(x, 0, 100, 100));

@@ -32,6 +32,13 @@ bool PlacedFrame::isMovedTo(const QRect& frame) {
   return true;
 }
 
+bool PlacedFrame::isRefused() {
+  underWay_.clear();
+  if (told_.isNull() || told_ == current_) return false;
+  current_ = told_;
+  return true;
+}
+
 bool PlacedFrame::confirms(const QRect& frame) {
   const auto found = std::find(underWay_.begin(), underWay_.end(), frame);
   if (found == underWay_.end()) return false;

@@ -19,6 +19,10 @@ class PlacedFrame {
   /// there. If so, nothing that was asked before is waited for.
   bool isMovedTo(const QRect& frame);
 
+  /// The desktop has said nothing for so long that everything must be answered: whether the window
+  /// stays where it was said to be last, which is not where code wants it.
+  bool isRefused();
+
  private:
   bool confirms(const QRect& frame);
 
