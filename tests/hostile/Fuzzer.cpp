@@ -427,7 +427,7 @@ std::vector<xcb_window_t> Fuzzer::expectedIds() {
 std::string Fuzzer::wrongListing() {
   drainProgram();
   ++listings_;
-  const auto content = x11::listWindows(*lister_, names_, false, true);
+  const auto content = x11::listWindows(*lister_, names_, x11::ScreenLayout(), false, true);
   std::vector<xcb_window_t> ids;
   for (const auto& each : content->windows) {
     ids.push_back(each->windowID);

@@ -15,8 +15,8 @@ namespace vistrel::hostile {
 class ListingTest : public HostileTest {
  protected:
   std::vector<platform::WindowRecord> listedWindows(bool onScreenWindowsOnly = true) {
-    return platform::linux_desktop::listWindows(*lister_, names_, false, onScreenWindowsOnly)
-        ->windows;
+    using namespace platform::linux_desktop;
+    return listWindows(*lister_, names_, ScreenLayout(), false, onScreenWindowsOnly)->windows;
   }
   std::vector<xcb_window_t> listedIds() {
     std::vector<xcb_window_t> ids;
