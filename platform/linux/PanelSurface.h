@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -36,9 +37,11 @@ class PanelSurface {
  public:
   virtual ~PanelSurface() = default;
 
-  /// Shows a new chrome, and the picture scaled to its new place. The window has the chrome's size
-  /// by then, or is about to.
-  virtual void setChrome(PanelChrome chrome) = 0;
+  /// Shows a new chrome, and the picture scaled to its new place, once the window has room for it;
+  /// until then what it shows stays, and a newer chrome may take its place. Calls
+  /// `shown`, until `detach`, when the window may become as small as the chrome: that is when it
+  /// shows it and what lies beside it is transparent, or earlier where nothing can be.
+  virtual void setChrome(PanelChrome chrome, std::function<void()> shown) = 0;
   /// Shows `image`, made by this backend's image context; null shows the background alone.
   virtual void setContents(std::shared_ptr<const Image> image) = 0;
   /// Stops drawing; returns once nothing touches the window any more, so that it may be destroyed.

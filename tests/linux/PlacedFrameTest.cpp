@@ -82,6 +82,16 @@ TEST(PlacedFrame, AnAnswerThatCameTooLateIsBelievedToo) {
   EXPECT_EQ(placed.current(), b);
 }
 
+TEST(PlacedFrame, WhatIsHeardLastCountsOnceNothingIsUnderWay) {
+  PlacedFrame placed;
+  placed.ask(a);
+  placed.ask(b);
+  for (const QRect& frame : {elsewhere, b, a}) placed.hear(frame);
+  EXPECT_EQ(placed.current(), b);
+  EXPECT_TRUE(placed.isRefused());
+  EXPECT_EQ(placed.current(), a);
+}
+
 TEST(PlacedFrame, NothingIsRefusedThatWasAnswered) {
   PlacedFrame placed;
   placed.ask(a);

@@ -4,6 +4,7 @@
 #include <QSurfaceFormat>
 #include <QVariant>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -18,6 +19,9 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
+/// Managers answer within milliseconds. One that takes longer is believed too soon, until it does.
+constexpr std::chrono::milliseconds longSilence{500};
+
 QString nativeTitle(const Window& window) {
   if (window.title().empty()) return QStringLiteral("Vistrel");
   return QStringLiteral("Vistrel — ") + QString::fromStdString(window.title());
@@ -29,6 +33,9 @@ PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host)
     : HostedPeer(std::move(host)), window_(window) {
   repaint_.setSingleShot(true);
   QObject::connect(&repaint_, &QTimer::timeout, &repaint_, [this] { repaint(); });
+  lastAnswer_.setSingleShot(true);
+  lastAnswer_.setInterval(longSilence);
+  QObject::connect(&lastAnswer_, &QTimer::timeout, &lastAnswer_, [this] { believeDesktop(); });
 }
 
 PanelPeer::~PanelPeer() { releaseNative(); }
@@ -98,12 +105,15 @@ void PanelPeer::releaseNative() {
   if (surface_) surface_->detach();
   surface_.reset();
   native_.reset();
+  wanted_ = {};
   placed_ = {};
   monitor_ = {};
   toldBackingScale_ = 0;
+  shownSize_ = {};
   contentsLayer_ = nullptr;
   shownContents_.reset();
   repaint_.stop();
+  lastAnswer_.stop();
 }
 
 void PanelPeer::place() {
@@ -118,11 +128,20 @@ void PanelPeer::place() {
 
 void PanelPeer::placeOn(const LaidOutMonitor& monitor, const Rect& frame) {
   belongTo(monitor);
-  const auto [geometry, pixels] = toolkitPlace(monitor.toPixels(frame), *native_->screen());
-  const QSize formerSize = placed_.current().size();
+  const QRect wanted = toolkitPlace(monitor.toPixels(frame), *native_->screen()).pixels;
+  const QRect formerlyWanted = std::exchange(wanted_, wanted);
+  if (wanted_.size() != formerlyWanted.size()) scheduleRepaint();
+  ask();
+}
+
+void PanelPeer::ask() {
+  // The window has room for what it shows and for what it will show, so that neither is ever cut:
+  // it grows before it shows more, and shrinks after it shows less.
+  const QRect room(wanted_.topLeft(), wanted_.size().expandedTo(shownSize_));
+  const auto [geometry, pixels] = toolkitPlace(pixelRect(room), *native_->screen());
   const QRect formerGeometry = askedGeometry();
   if (!placed_.ask(pixels)) return;
-  if (pixels.size() != formerSize) scheduleRepaint();
+  lastAnswer_.start();
   placeNative(*native_, formerGeometry, geometry, wholePoints(window_.contentMinSize()));
 }
 
@@ -145,18 +164,37 @@ void PanelPeer::belongTo(const LaidOutMonitor& monitor) {
 void PanelPeer::nativeWasPlaced() {
   if (native_->handle() == nullptr) return;  // while it is being made
   const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
-  const QSize formerSize = placed_.current().size();
-  if (!pixels || !placed_.isMovedTo(toolkitRect(*pixels))) return;
+  if (!pixels) return;
+  const QRect place = toolkitRect(*pixels);
+  if (lastAnswer_.isActive()) {  // an answer to an older request must not undo a newer one
+    lastAnswer_.start();
+    return placed_.hear(place);
+  }
+  if (placed_.isMovedTo(place)) adoptPlace(place);
+}
+
+void PanelPeer::believeDesktop() {
+  if (wanted_ != placed_.current()) return;  // the last word is not said yet
+  if (placed_.isRefused()) adoptPlace(placed_.current());
+}
+
+void PanelPeer::adoptPlace(const QRect& place) {
+  const QSize formerSize = std::exchange(wanted_, place).size();
+  shownSize_ = shownSize_.boundedTo(place.size());
   const ScreenLayout layout = ScreenList::layout();
   // Whoever moves it, it takes another monitor's scale only when it has left its own altogether:
   // its size changes with the scale, and must not carry it back.
-  const bool isOnItsOwn = toolkitRect(monitor_.monitor.pixels).intersects(placed_.current());
-  const LaidOutMonitor monitor = isOnItsOwn ? monitor_ : layout.holding(*pixels);
-  Rect frame = monitor.toPoints(*pixels);
-  if (placed_.current().size() == formerSize) frame.size = window_.frame().size;
+  const bool isOnItsOwn = toolkitRect(monitor_.monitor.pixels).intersects(place);
+  const LaidOutMonitor monitor = isOnItsOwn ? monitor_ : layout.holding(pixelRect(place));
+  Rect frame = monitor.toPoints(pixelRect(place));
+  if (place.size() == formerSize) frame.size = window_.frame().size;
   scheduleRepaint();
   window_.peerDidSetFrame(layout.flipped(frame));
-  placeOn(monitor, frame);
+  if (monitor == monitor_) {
+    belongTo(monitor);
+  } else {
+    placeOn(monitor, frame);
+  }
   bindResizing(*native_, wholePoints(window_.contentMinSize()), askedGeometry().size());
 }
 
@@ -177,10 +215,13 @@ void PanelPeer::repaint() {
   repaint_.stop();
   window_.layoutIfNeeded();
   native_->reportToScreenReaders();
-  const QSize size = placed_.current().size();
+  const QSize size = wanted_.size();
   auto painted = paintChrome(*window_.contentView(), size.width(), size.height(),
                              monitor_.monitor.pixelsPerPoint);
-  surface_->setChrome(std::move(painted.chrome));
+  surface_->setChrome(std::move(painted.chrome), [this, size] {
+    shownSize_ = size;
+    ask();
+  });
   contentsLayer_ = painted.contentsLayer;
   if (contentsLayer_ != nullptr) showContents(contentsLayer_->contents());
 }

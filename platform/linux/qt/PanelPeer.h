@@ -41,10 +41,13 @@ class PanelPeer final : public HostedPeer {
   void place();
   /// `frame` in global display space.
   void placeOn(const LaidOutMonitor& monitor, const Rect& frame);
+  void ask();
   /// As the toolkit has it, or will have once the desktop has done what was asked.
   QRect askedGeometry() const;
   void belongTo(const LaidOutMonitor& monitor);
   void nativeWasPlaced();
+  void believeDesktop();
+  void adoptPlace(const QRect& place);
   void scheduleRepaint();
   void repaint();
   void showContents(std::shared_ptr<const Image> image);
@@ -52,12 +55,15 @@ class PanelPeer final : public HostedPeer {
   Window& window_;
   OwnedNative<PanelWindow> native_;
   std::unique_ptr<PanelSurface> surface_;  // goes before native_
+  QRect wanted_;                           // the model's frame in pixels of the root window
   PlacedFrame placed_;                     // of native_, in pixels of the root window
+  QSize shownSize_;                        // in pixels; of what native_ shows
   LaidOutMonitor monitor_;                 // by whose scale native_ is placed and drawn
   double toldBackingScale_ = 0;            // what the views know
   const Layer* contentsLayer_ = nullptr;   // compared, never followed
   std::shared_ptr<const Image> shownContents_;
-  QTimer repaint_;  // runs out at the next turn of the event loop
+  QTimer repaint_;     // runs out at the next turn of the event loop
+  QTimer lastAnswer_;  // runs out when the desktop has said nothing for long
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -87,7 +87,10 @@ void MirrorWorker::serve() {
 void MirrorWorker::handle(const xcb_generic_event_t& event) {
   for (const auto& each : captures_) each.capture->handle(event);
   if (restingSource_) restingSource_->handle(event);
-  for (auto& each : panels_) each.handle(event);
+  for (auto& each : panels_) {
+    each.handle(event);
+    showNextChrome(each);
+  }
 }
 
 void MirrorWorker::lose() {
@@ -143,15 +146,25 @@ void MirrorWorker::removePanel(xcb_window_t window) {
   connection_->sync();
 }
 
-void MirrorWorker::setChrome(xcb_window_t window, std::shared_ptr<const PanelChrome> chrome) {
+void MirrorWorker::setChrome(xcb_window_t window, AwaitedChrome chrome) {
   auto* const panel = panelOf(window);
   if (!panel) return;
+  panel->awaitChrome(std::move(chrome));
+  showNextChrome(*panel);
+}
+
+void MirrorWorker::showNextChrome(PanelPainter& panel) {
+  const auto next = panel.takeNextChrome();
+  if (!next) return;
   const auto formerSizes = pictureSizes(store_.size());
-  panel->setChrome(std::move(chrome));
+  panel.setChrome(next->chrome);
   const auto sizes = pictureSizes(store_.size());
   if (sizes != formerSizes) store_.prepareFor(sizes, unchangedSource());
-  panel->pictureChanged({});
-  panel->paint();
+  panel.pictureChanged({});
+  panel.paint();
+  // The window may be made as small as what it shows as soon as that is known.
+  connection_->sync();
+  next->shown();
 }
 
 void MirrorWorker::showPicture(xcb_window_t window, bool shows) {

@@ -46,7 +46,8 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   void addPanel(xcb_window_t window);
   /// Nothing touches the window any more when this returns.
   void removePanel(xcb_window_t window);
-  void setChrome(xcb_window_t window, std::shared_ptr<const PanelChrome> chrome);
+  /// Shows it once the window has room for it.
+  void setChrome(xcb_window_t window, AwaitedChrome chrome);
   /// Shows the picture accepted last, or none.
   void showPicture(xcb_window_t window, bool shows);
 
@@ -66,6 +67,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   void handle(const xcb_generic_event_t& event);
   void lose();
   PanelPainter* panelOf(xcb_window_t window);
+  void showNextChrome(PanelPainter& panel);
   std::vector<PixelSize> pictureSizes(PixelSize source) const;
   const LivePicture* unchangedSource();
 

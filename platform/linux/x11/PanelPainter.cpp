@@ -35,6 +35,23 @@ std::pair<int, int> differingRows(const PanelChrome& a, const PanelChrome& b) {
   return {first, end - first};
 }
 
+/// Nobody sees what is drawn before this ends.
+class ServerGrab {
+ public:
+  explicit ServerGrab(Connection& connection) : connection_(connection) {
+    xcb_grab_server(connection_.xcb());
+  }
+  ServerGrab(const ServerGrab&) = delete;
+  ServerGrab& operator=(const ServerGrab&) = delete;
+  ~ServerGrab() {
+    xcb_ungrab_server(connection_.xcb());
+    connection_.flush();
+  }
+
+ private:
+  Connection& connection_;
+};
+
 /// Whether two chromes differ in their pixels alone.
 bool sameLayout(const PanelChrome& a, const PanelChrome& b) {
   return sizeOfChrome(a) == sizeOfChrome(b) && a.contents == b.contents &&
@@ -47,15 +64,16 @@ bool sameLayout(const PanelChrome& a, const PanelChrome& b) {
 PanelPainter::PanelPainter(Connection& connection, const PictureStore& store, xcb_window_t window)
     : connection_(connection), store_(store), window_(window) {
   auto* const xcb = connection_.xcb();
+  selectEvents();  // before the size is asked for, so that none is missed
   const auto geometry = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, window_));
   const auto attributes =
       replyTo<xcb_get_window_attributes_reply>(xcb, xcb_get_window_attributes(xcb, window_));
   if (!geometry || !attributes) return;
   depth_ = geometry->depth;
+  windowSize_ = {geometry->width, geometry->height};
   const auto format = connection_.formats().ofVisual.find(attributes->visual);
   if (format != connection_.formats().ofVisual.end()) format_ = format->second;
   copying_ = makeGraphicsContext(connection_, window_);
-  selectEvents();
   composited_ = isComposited();
 }
 
@@ -65,11 +83,10 @@ PanelPainter::~PanelPainter() {
 }
 
 void PanelPainter::selectEvents() {
-  // Neither a background nor lost contents: a resize then never flashes.
-  const std::array<std::uint32_t, 3> values{XCB_BACK_PIXMAP_NONE, XCB_GRAVITY_NORTH_WEST,
-                                            XCB_EVENT_MASK_EXPOSURE};
-  xcb_change_window_attributes(connection_.xcb(), window_,
-                               XCB_CW_BACK_PIXMAP | XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK,
+  // What the window shows stays when it is resized.
+  const std::array<std::uint32_t, 2> values{
+      XCB_GRAVITY_NORTH_WEST, XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+  xcb_change_window_attributes(connection_.xcb(), window_, XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK,
                                values.data());
   xcb_xfixes_select_selection_input(connection_.xcb(), connection_.root(),
                                     compositorSelection(connection_),
@@ -89,9 +106,14 @@ void PanelPainter::lookForCompositor() {
   const bool composited = isComposited();
   if (composited == composited_) return;
   composited_ = composited;
-  shapeWindow();
+  outlineChanged_ = true;
   dirty_.add(rectOf(back_.size));
   paint();
+}
+
+std::optional<AwaitedChrome> PanelPainter::takeNextChrome() {
+  return awaited_.takeFor(windowSize_,
+                          hasSmoothCorners() ? Beside::nothing : Beside::managersFrame);
 }
 
 void PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
@@ -105,7 +127,7 @@ void PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
   overlays_ = mergedWhereOverlapping(chrome_->overlays);
   makeCornerMask();
   uploadRows(0, chrome_->height);
-  shapeWindow();
+  outlineChanged_ = true;
 }
 
 void PanelPainter::resize(PixelSize size) {
@@ -133,8 +155,28 @@ void PanelPainter::makeCornerMask() {
   putRows(connection_, cornerMask_.pixmap, 8, side, 0, side, coverage.data(), stride);
 }
 
+/// Where the window is larger than the chrome, because it is about to shrink or has just grown, it
+/// is transparent, or cut off where the display cannot show that.
+void PanelPainter::outlineWindow() {
+  hideBeside();
+  shapeWindow();
+}
+
+void PanelPainter::hideBeside() {
+  // Without a background the pixels of what was there before stay until new ones are drawn.
+  const std::uint32_t transparent = 0;
+  const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
+  xcb_change_window_attributes(connection_.xcb(), window_,
+                               hasSmoothCorners() ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP,
+                               hasSmoothCorners() ? &transparent : &none);
+  const auto right = static_cast<std::int16_t>(back_.size.width);
+  const auto bottom = static_cast<std::int16_t>(back_.size.height);
+  if (windowSize_.width > right) xcb_clear_area(connection_.xcb(), 0, window_, right, 0, 0, 0);
+  if (windowSize_.height > bottom) xcb_clear_area(connection_.xcb(), 0, window_, 0, bottom, 0, 0);
+}
+
 void PanelPainter::shapeWindow() {
-  if (!connection_.extensions().offersShapes || !chrome_) return;
+  if (!connection_.extensions().offersShapes) return;
   if (hasSmoothCorners()) {
     xcb_shape_mask(connection_.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window_, 0, 0,
                    XCB_NONE);
@@ -177,6 +219,11 @@ void PanelPainter::setShowsPicture(bool shows) {
 void PanelPainter::paint() {
   if (!chrome_) return;
   for (const auto& each : dirty_) compose(intersection(each, rectOf(back_.size)));
+  std::optional<ServerGrab> grab;
+  if (std::exchange(outlineChanged_, false)) {
+    grab.emplace(connection_);
+    outlineWindow();
+  }
   for (const auto& each : dirty_) copyToWindow(each);
   dirty_.clear();
 }
@@ -239,6 +286,9 @@ void PanelPainter::handle(const xcb_generic_event_t& event) {
     const auto& expose = eventAs<xcb_expose_event_t>(event);
     if (expose.window != window_ || !chrome_) return;
     copyToWindow({expose.x, expose.y, expose.width, expose.height});
+  } else if (typeOf(event) == XCB_CONFIGURE_NOTIFY) {
+    const auto& configure = eventAs<xcb_configure_notify_event_t>(event);
+    if (configure.window == window_) windowSize_ = {configure.width, configure.height};
   } else if (typeOf(event) == connection_.extensions().selectionNotify) {
     lookForCompositor();
   }

@@ -2,9 +2,11 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/PanelSurface.h"
+#include "platform/linux/x11/AwaitedChromes.h"
 #include "platform/linux/x11/Drawing.h"
 #include "platform/linux/x11/PictureStore.h"
 
@@ -22,6 +24,9 @@ class PanelPainter {
   ~PanelPainter();
 
   xcb_window_t window() const { return window_; }
+  void awaitChrome(AwaitedChrome chrome) { awaited_.add(std::move(chrome)); }
+  /// The newest awaited chrome that the window has room for by now.
+  std::optional<AwaitedChrome> takeNextChrome();
   void setChrome(std::shared_ptr<const PanelChrome> chrome);
   /// The size at which a picture of that size is shown; none when there is no room for one.
   std::optional<PixelSize> pictureSizeFor(PixelSize source) const;
@@ -45,6 +50,8 @@ class PanelPainter {
   void makeCornerMask();
   bool isComposited();
   void lookForCompositor();
+  void outlineWindow();
+  void hideBeside();
   void shapeWindow();
   bool hasSmoothCorners() const { return depth_ == 32 && composited_; }
 
@@ -55,7 +62,9 @@ class PanelPainter {
   xcb_render_pictformat_t format_ = XCB_NONE;
   GraphicsContext copying_;
   bool composited_ = false;
+  PixelSize windowSize_;
 
+  AwaitedChromes awaited_;
   std::shared_ptr<const PanelChrome> chrome_;
   std::vector<PixelRect> overlays_;  // disjoint
   Canvas chromeCanvas_;
@@ -64,6 +73,7 @@ class PanelPainter {
   PixelRect pictureArea_;
   bool showsPicture_ = false;
   ChangedRects dirty_;  // what of the back pixmap is yet to be composed
+  bool outlineChanged_ = false;
 };
 
 }  // namespace vistrel::platform::linux_desktop

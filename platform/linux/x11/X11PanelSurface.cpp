@@ -21,17 +21,22 @@ void X11PanelSurface::post(std::function<void(MirrorWorker&)> work) const {
 }
 
 void X11PanelSurface::moveTo(std::shared_ptr<SerialQueue> queue) {
-  X11PanelSurface::detach();
+  leaveQueue();
   queue_ = std::move(queue);
   post([window = window_, chrome = chrome_](MirrorWorker& worker) {
     worker.addPanel(window);
-    if (chrome) worker.setChrome(window, chrome);
+    if (chrome) worker.setChrome(window, *chrome);
   });
 }
 
-void X11PanelSurface::setChrome(PanelChrome chrome) {
-  chrome_ = std::make_shared<const PanelChrome>(std::move(chrome));
-  post([window = window_, chrome = chrome_](MirrorWorker& worker) {
+void X11PanelSurface::setChrome(PanelChrome chrome, std::function<void()> shown) {
+  auto isShown = [attached = std::weak_ptr(attached_), shown = std::move(shown)] {
+    mainQueue().async([attached, shown] {
+      if (attached.lock()) shown();
+    });
+  };
+  chrome_ = {std::make_shared<const PanelChrome>(std::move(chrome)), std::move(isShown)};
+  post([window = window_, chrome = *chrome_](MirrorWorker& worker) {
     worker.setChrome(window, chrome);
   });
 }
@@ -45,6 +50,11 @@ void X11PanelSurface::setContents(std::shared_ptr<const Image> image) {
 }
 
 void X11PanelSurface::detach() {
+  attached_.reset();
+  leaveQueue();
+}
+
+void X11PanelSurface::leaveQueue() {
   const auto queue = std::exchange(queue_, nullptr);
   if (!queue) return;
   asyncAndWait(*queue, [queue, window = window_] {

@@ -1,0 +1,79 @@
+#include "tests/desktop/DesktopTest.h"
+
+namespace vistrel::testbed {
+namespace {
+
+/// Where a panel is under each manager, to the pixel. What the program takes for the panel's place
+/// shows in the next gesture, which begins there.
+class PanelPlace : public DesktopTestWithManager {
+ protected:
+  PanelPlace() : source_(openSource()) {}
+
+  ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
+    if (eventually([&] { return panel.area() == area; })) {
+      return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << panel.area() << " instead of " << area;
+  }
+  void dragBy(const PanelOnScreen& panel, Point by) {
+    const Point from = panel.titleBar();
+    input_.drag(from, {from.x + by.x, from.y + by.y});
+  }
+  void resizeBy(const PanelOnScreen& panel, Point by) {
+    // Where nothing of the panel is drawn yet, a press goes to what lies below.
+    EXPECT_TRUE(eventually([&] {
+      const Rect area = panel.area();
+      const Point atRightEdge{area.x + area.width - 3, area.y + area.height * 6 / 10};
+      return similar(screen_.pixel(atRightEdge), yellow, 6);
+    }));
+    const Point from = panel.grip();
+    input_.drag(from, {from.x + by.x, from.y + by.y}, 20);
+  }
+  void doubleClick(const PanelOnScreen& panel) {
+    input_.rest(betweenClicks);
+    input_.clickAt(panel.titleBar(), 2);
+  }
+  std::unique_ptr<TestWindow> source_;
+};
+
+TEST_P(PanelPlace, GesturesEndWhereThePointerDoes) {
+  const PanelOnScreen panel = mirrorOnlySource();
+  const Rect opened = PanelOnScreen::computedArea(sourceArea, firstPanel);
+  ASSERT_TRUE(becomes(panel, opened));
+  dragBy(panel, {301, 117});
+  Rect area{opened.x + 301, opened.y + 117, opened.width, opened.height};
+  ASSERT_TRUE(becomes(panel, area));
+  resizeBy(panel, {83, 61});
+  area = {area.x, area.y, area.width + 83, area.height + 61};
+  ASSERT_TRUE(becomes(panel, area));
+  resizeBy(panel, {-500, 40});
+  area = {area.x, area.y, 160, area.height + 40};
+  ASSERT_TRUE(becomes(panel, area)) << "the smallest width";
+  resizeBy(panel, {200, -400});
+  area = {area.x, area.y, 360, 120};
+  ASSERT_TRUE(becomes(panel, area)) << "the smallest height";
+  doubleClick(panel);
+  ASSERT_TRUE(becomes(panel, {area.x, area.y, area.width, PanelOnScreen::titleBarHeight}));
+  doubleClick(panel);
+  EXPECT_TRUE(becomes(panel, area));
+  EXPECT_TRUE(eventually([&] { return panel.dot() == Dot::live || panel.dot() == Dot::stale; }));
+}
+
+// Most managers let a panel go off the screen; one keeps windows without a frame on it.
+TEST_P(PanelPlace, WhereAManagerStopsAPanelTheProgramTakesItToBe) {
+  const PanelOnScreen panel = mirrorOnlySource();
+  const Rect opened = PanelOnScreen::computedArea(sourceArea, firstPanel);
+  ASSERT_TRUE(becomes(panel, opened));
+  dragBy(panel, {-132, -40});
+  const Point stop = GetParam() == WindowManager::mutter ? Point{0, 0} : Point{-100, -8};
+  ASSERT_TRUE(becomes(panel, {stop.x, stop.y, opened.width, opened.height}));
+  // Longer than the program waits for a manager's last word.
+  input_.rest(betweenClicks);
+  dragBy(panel, {150, 60});
+  EXPECT_TRUE(becomes(panel, {stop.x + 150, stop.y + 60, opened.width, opened.height}));
+}
+
+VISTREL_WITH_EACH_MANAGER(PanelPlace);
+
+}  // namespace
+}  // namespace vistrel::testbed
