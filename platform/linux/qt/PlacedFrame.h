@@ -19,8 +19,8 @@ class PlacedFrame {
   /// there. If so, nothing that was asked before is waited for.
   bool isMovedTo(const QRect& frame);
 
-  /// The desktop says that the window is at `frame`, while more may be under way: nothing is decided
-  /// before `isRefused` is asked.
+  /// The desktop says that the window is at `frame`, while more may be under way: nothing is
+  /// decided before `isRefused` is asked.
   void hear(const QRect& frame);
   /// The desktop has said nothing for so long that everything must be answered: whether the window
   /// stays where it was said to be last, which is not where code wants it.
