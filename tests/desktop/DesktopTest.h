@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/desktop/RunningVistrel.h"
+#include "tests/support/EachWindowManager.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
@@ -102,11 +103,5 @@ class DesktopTestWithManager : public DesktopTest,
  protected:
   DesktopTestWithManager() : DesktopTest({.windowManager = GetParam()}) {}
 };
-
-/// Instantiates a suite of such tests for every manager.
-#define VISTREL_WITH_EACH_MANAGER(suite)                                            \
-  INSTANTIATE_TEST_SUITE_P(WindowManagers, suite,                                   \
-                           ::testing::ValuesIn(::vistrel::testbed::windowManagers), \
-                           [](const auto& test) { return std::string(nameOf(test.param)); })
 
 }  // namespace vistrel::testbed

@@ -68,7 +68,7 @@ TEST_P(ManagedList, LeavesOutWhatIsNotOnScreen) {
   EXPECT_TRUE(eventually([&] { return isOnScreen(*window); })) << "rolled down";
 }
 
-VISTREL_UNDER_EACH_MANAGER(ManagedList);
+VISTREL_WITH_EACH_MANAGER(ManagedList);
 
 class UnmanagedList : public ManagedTest {
  protected:

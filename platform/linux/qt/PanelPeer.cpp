@@ -84,12 +84,8 @@ std::optional<Rect> PanelPeer::adoptAutosavedFrame(const std::string& /*name*/) 
 void PanelPeer::retire() { releaseNative(); }
 
 void PanelPeer::makeNative() {
-  native_.reset(new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
-                                          .released =
-                                              [this] {
-                                                place();
-                                                nativeWasPlaced();
-                                              }}));
+  native_.reset(new PanelWindow(
+      window_, {.placed = [this] { nativeWasPlaced(); }, .released = [this] { place(); }}));
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);
   native_->setFormat(format);
@@ -167,9 +163,6 @@ void PanelPeer::belongTo(const LaidOutMonitor& monitor) {
 
 void PanelPeer::nativeWasPlaced() {
   if (native_->handle() == nullptr) return;  // while it is being made
-  // Nobody else moves what a person holds: what the server tells is on its way to where it was
-  // asked.
-  if (native_->heldAt()) return;
   const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
   if (!pixels) return;
   const QRect place = toolkitRect(*pixels);

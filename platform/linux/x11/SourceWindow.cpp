@@ -220,11 +220,14 @@ std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
 
 std::vector<PixelRect> SourceWindow::outsideShape(const PixelRect& crop) const {
   auto* const xcb = connection_.xcb();
-  const Region region(xcb);
+  Region region(xcb);
   const auto bounds = wireRect(moved(crop, -frameBorder_, -frameBorder_));
-  xcb_discard_reply(xcb, xcb_xfixes_create_region_from_window_checked(xcb, region.id(), frame_,
-                                                                      XCB_SHAPE_SK_BOUNDING)
-                             .sequence);
+  const auto made =
+      xcb_xfixes_create_region_from_window_checked(xcb, region.id(), frame_, XCB_SHAPE_SK_BOUNDING);
+  if (failureOf(xcb, made)) {
+    region.abandon();
+    return {};
+  }
   xcb_xfixes_invert_region(xcb, region.id(), bounds, region.id());
   const auto outside =
       replyTo<xcb_xfixes_fetch_region_reply>(xcb, xcb_xfixes_fetch_region(xcb, region.id()));
