@@ -38,8 +38,8 @@ class PanelSurface {
   virtual ~PanelSurface() = default;
 
   /// Shows a new chrome, and the picture scaled to its new place, once the window has room for it;
-  /// until then what it shows stays, and a newer chrome may take its place. Calls
-  /// `shown`, until `detach`, when the window may become as small as the chrome: that is when it
+  /// until then what it shows stays, and a newer chrome may take its place. Calls `shown`, if there
+  /// is one, until `detach`, when the window may become as small as the chrome: that is when it
   /// shows it and what lies beside it is transparent, or earlier where nothing can be.
   virtual void setChrome(PanelChrome chrome, std::function<void()> shown) = 0;
   /// Shows `image`, made by this backend's image context; null shows the background alone.

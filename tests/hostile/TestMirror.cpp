@@ -72,7 +72,7 @@ TestMirror::TestMirror(const testbed::XConnection& connection, Rect panel)
       queue_(x11::SerialQueue::make("mirror", platform::QualityOfService::userInteractive)),
       events_(std::make_shared<Events>()) {
   surface_.emplace(panel_, queue_);
-  surface_->setChrome(clearChrome(area_.width, area_.height), [] {});
+  surface_->setChrome(clearChrome(area_.width, area_.height), nullptr);
   surface_->setContents(nullptr);
 }
 
@@ -126,7 +126,7 @@ void TestMirror::resizePanel(int width, int height) {
   xcb_configure_window(connection_.get(), panel_,
                        XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data());
   connection_.sync();
-  surface_->setChrome(clearChrome(width, height), [] {});
+  surface_->setChrome(clearChrome(width, height), nullptr);
 }
 
 void TestMirror::turn() {

@@ -48,7 +48,7 @@ MirrorInPanel::MirrorInPanel(const testbed::PrivateDisplay& display, const Optio
           StreamConfiguration{.minimumFrameInterval = options.interval,
                               .showsCursor = options.showsCursor},
           std::weak_ptr<StreamDelegate>())) {
-  surface_.setChrome(nothingButThePicture(area_), [] {});
+  surface_.setChrome(nothingButThePicture(area_), nullptr);
   stream_->addStreamOutput(output_, StreamOutputType::screen, queue_);
   std::promise<std::optional<Error>> started;
   stream_->startCapture([&](std::optional<Error> error) { started.set_value(std::move(error)); });

@@ -79,7 +79,7 @@ TEST_F(ShapedPanel, MixesNothingIntoAnEdgeThatWasCutAway) {
        .height = half.height,
        .pixels = std::vector<std::uint32_t>(static_cast<std::size_t>(half.width * half.height), 0),
        .contents = platform::linux_desktop::PixelRect{0, 0, half.width, half.height}},
-      [] {});
+      nullptr);
   surface->setContents(streamed->image());
   EXPECT_TRUE(eventually([&] {
     const Picture shown = session_.screen().read(half);

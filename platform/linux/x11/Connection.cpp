@@ -137,6 +137,17 @@ Event Connection::pollEvent() {
   return nextReadEvent();
 }
 
+void Connection::serve(const std::function<void(const xcb_generic_event_t&)>& handle,
+                       const std::function<void()>& proceed) {
+  auto event = pollEvent();
+  do {
+    for (; event; event = nextReadEvent()) handle(*event);
+    if (proceed) proceed();
+    flush();
+    event = nextReadEvent();
+  } while (event);
+}
+
 Event Connection::nextReadEvent() {
   Event event(xcb_poll_for_queued_event(xcb()));
   while (event && !concernsUs(*event)) event.reset(xcb_poll_for_queued_event(xcb()));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -47,8 +48,11 @@ class Connection {
   /// (SendEvent) are left out, since what they tell need not be so; errors that nobody waited for
   /// are reported.
   Event pollEvent();
-  /// The same among those that have been read from the socket already.
-  Event nextReadEvent();
+  /// Hands every event that has arrived to `handle`, and calls `proceed` once there are no more;
+  /// both again as long as more come in meanwhile, with answers or while requests are written,
+  /// since the descriptor would tell no more of those. Sends what was left to send.
+  void serve(const std::function<void(const xcb_generic_event_t&)>& handle,
+             const std::function<void()>& proceed = nullptr);
   void flush() { xcb_flush(xcb()); }
   /// Waits until the server has carried out everything sent so far.
   void sync();
@@ -60,6 +64,8 @@ class Connection {
 
   Connection(xcb_connection_t* connection, int screenNumber);
   void setUpExtensions();
+  /// As `pollEvent`, among those that have been read from the socket already.
+  Event nextReadEvent();
   /// Whether an event is to be handed out; reports an error.
   static bool concernsUs(const xcb_generic_event_t& event);
 

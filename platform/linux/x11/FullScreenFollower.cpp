@@ -57,8 +57,7 @@ void FullScreenFollower::add(xcb_window_t panel) {
 }
 
 void FullScreenFollower::serve() {
-  while (const auto event = connection_->pollEvent()) handle(*event);
-  connection_->flush();
+  connection_->serve([this](const xcb_generic_event_t& event) { handle(event); });
 }
 
 void FullScreenFollower::handle(const xcb_generic_event_t& event) {

@@ -73,15 +73,11 @@ void MirrorWorker::comeBackAt(double seconds) {
 }
 
 void MirrorWorker::serve() {
-  auto event = connection_->pollEvent();
-  do {
-    for (; event; event = connection_->nextReadEvent()) handle(*event);
-    if (connection_->isLost()) return lose();
-    for (const auto& each : captures_) each.capture->proceed();
-    // Waiting for answers may have read events, of which the descriptor then tells no more.
-    event = connection_->nextReadEvent();
-  } while (event);
-  connection_->flush();
+  connection_->serve([this](const xcb_generic_event_t& event) { handle(event); },
+                     [this] {
+                       for (const auto& each : captures_) each.capture->proceed();
+                     });
+  if (connection_->isLost()) lose();
 }
 
 void MirrorWorker::handle(const xcb_generic_event_t& event) {

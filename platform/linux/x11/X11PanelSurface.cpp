@@ -31,6 +31,7 @@ void X11PanelSurface::moveTo(std::shared_ptr<SerialQueue> queue) {
 
 void X11PanelSurface::setChrome(PanelChrome chrome, std::function<void()> shown) {
   auto isShown = [attached = std::weak_ptr(attached_), shown = std::move(shown)] {
+    if (!shown) return;
     mainQueue().async([attached, shown] {
       if (attached.lock()) shown();
     });
