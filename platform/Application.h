@@ -1,8 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 namespace vistrel::platform {
+
+class Menu;
 
 /// Raw value is AppKit's NSApplicationActivationPolicy.
 enum class ActivationPolicy { regular = 0 };
@@ -25,11 +28,25 @@ class Application {
   virtual void setActivationPolicy(ActivationPolicy policy) = 0;
   /// Held weakly.
   virtual void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) = 0;
+  /// Also shows what `hide` took off the screen.
   virtual void activateIgnoringOtherApps(bool ignoringOtherApps) = 0;
+  /// The bar of menus: each item's submenu is one of them, the first being the application's own.
+  virtual void setMainMenu(std::shared_ptr<Menu> menu) = 0;
+  /// The menu of the main menu that the desktop appends the list of open windows to.
+  virtual void setWindowsMenu(std::shared_ptr<Menu> menu) = 0;
+  /// Takes every window of the program off the screen, panels included, until it is activated.
+  virtual void hide() = 0;
   /// The event loop; tells the delegate first that launching has finished. Returns after
   /// `terminate` where the platform lets it.
   virtual void run() = 0;
   virtual void terminate() = 0;
+
+  /// Has the first object that knows the selector perform it: the key window ("performClose:",
+  /// "performMiniaturize:"), then the application ("hide:", "terminate:"). False when none does.
+  bool sendAction(const std::string& selector);
+
+ private:
+  bool tryToPerform(const std::string& selector);
 };
 
 }  // namespace vistrel::platform

@@ -86,12 +86,19 @@ bool openNewInstance(const std::string& bundlePath) {
 
 std::int32_t processIdentifier() { return backend().workspace().processIdentifier(); }
 
+std::shared_ptr<RunningApplication> RunningApplication::withProcessIdentifier(
+    std::int32_t processID) {
+  return backend().workspace().runningApplication(processID);
+}
+
+std::optional<std::string> bundleInfo(const std::string& key) {
+  return backend().workspace().bundleInfo(key);
+}
+
 std::string mainBundlePath() { return backend().workspace().mainBundlePath(); }
 
 ComparisonResult localizedCaseInsensitiveCompare(const std::string& a, const std::string& b) {
   return backend().workspace().localizedCaseInsensitiveCompare(a, b);
 }
-
-Application& Application::shared() { return backend().application(); }
 
 }  // namespace vistrel::platform

@@ -18,6 +18,7 @@ namespace vistrel::platform {
 struct Alert;
 class Application;
 class Control;
+class RunningApplication;
 class View;
 class Window;
 enum class ViewChange;
@@ -55,6 +56,8 @@ class WindowPeer {
   virtual void orderFrontRegardless() = 0;
   virtual void makeKeyAndOrderFront() = 0;
   virtual void orderOut() = 0;
+  /// Puts the window where the desktop keeps windows that are out of the way.
+  virtual void miniaturize() = 0;
   virtual void close() = 0;
   /// The frame that an earlier run saved under `name`, if any; saves it from now on.
   virtual std::optional<Rect> adoptAutosavedFrame(const std::string& name) = 0;
@@ -68,6 +71,8 @@ class WindowBackend {
   virtual std::unique_ptr<WindowPeer> makePeer(Window& window, bool isPanel) = 0;
   virtual std::vector<Screen> screens() = 0;
   virtual std::optional<Screen> mainScreen() = 0;
+  /// The window that has the keyboard; null when none of this program's has.
+  virtual Window* keyWindow() = 0;
   virtual Point mouseLocation() = 0;
   virtual Size intrinsicContentSize(const Control& control) = 0;
   virtual int runModal(const Alert& alert) = 0;
@@ -87,14 +92,16 @@ class ScreenCaptureBackend {
   virtual std::shared_ptr<ImageContext> makeImageContext(const ImageContextOptions& options) = 0;
 };
 
-/// The surroundings of the process.
+/// The surroundings of the process. What each must do is said in Workspace.h, Bundle.h and Text.h.
 class WorkspaceBackend {
  public:
   virtual ~WorkspaceBackend() = default;
   virtual bool openURL(const std::string& url) = 0;
   virtual bool openNewInstance(const std::string& bundlePath) = 0;
   virtual std::int32_t processIdentifier() = 0;
+  virtual std::shared_ptr<RunningApplication> runningApplication(std::int32_t processID) = 0;
   virtual std::string mainBundlePath() = 0;
+  virtual std::optional<std::string> bundleInfo(const std::string& key) = 0;
   virtual ComparisonResult localizedCaseInsensitiveCompare(const std::string& a,
                                                            const std::string& b) = 0;
 };

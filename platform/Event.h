@@ -16,7 +16,13 @@ enum ModifierFlags : std::uint64_t {
   modifierCommand = 1U << 20U,
 };
 
-enum class EventType { leftMouseDown, leftMouseDragged, leftMouseUp };
+enum class EventType {
+  leftMouseDown,
+  leftMouseDragged,
+  leftMouseUp,
+  /// Asks for a context menu (`Window::menuForEvent`), also where keys do.
+  rightMouseDown,
+};
 
 struct Event {
   EventType type = EventType::leftMouseDown;

@@ -152,6 +152,25 @@ void Window::close() {
   peer_->close();
 }
 
+void Window::performMiniaturize() {
+  if ((styleMask_ & styleMiniaturizable) != 0) peer_->miniaturize();
+}
+
+void Window::performClose() {
+  if ((styleMask_ & styleClosable) != 0) close();
+}
+
+bool Window::tryToPerform(const std::string& selector) {
+  if (selector == "performMiniaturize:") {
+    performMiniaturize();
+  } else if (selector == "performClose:") {
+    performClose();
+  } else {
+    return false;
+  }
+  return true;
+}
+
 std::optional<Screen> Window::screen() const { return screenShowing(frame_, screens()); }
 
 double Window::backingScaleFactor() const {
@@ -203,6 +222,15 @@ std::string Window::toolTipAt(Point locationInWindow) {
   return text;
 }
 
+std::shared_ptr<Menu> Window::menuForEvent(const Event& event) {
+  std::shared_ptr<Menu> menu;
+  askViewsAt(contentView_->hitTest(event.locationInWindow), [&](View& view) {
+    menu = view.menuForEvent(event);
+    return menu != nullptr;
+  });
+  return menu;
+}
+
 void Window::sendEvent(const Event& event) {
   const auto keptAlive = shared_from_this();  // a click may close the window
   if (event.type == EventType::leftMouseDown) {
@@ -218,6 +246,8 @@ void Window::sendEvent(const Event& event) {
       return view->mouseDragged(event);
     case EventType::leftMouseUp:
       return view->mouseUp(event);
+    case EventType::rightMouseDown:
+      return;
   }
 }
 

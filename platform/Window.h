@@ -99,6 +99,12 @@ class Window : public std::enable_shared_from_this<Window> {
   /// Hides the window for good, or until it is ordered front again where it is kept.
   void close();
 
+  /// As by a person's click on the button in the title bar; nothing where there is no such button.
+  void performMiniaturize();
+  void performClose();
+  /// Performs the command of that selector; false when a window knows none.
+  bool tryToPerform(const std::string& selector);
+
   /// The screen that shows most of the window.
   std::optional<Screen> screen() const;
   double backingScaleFactor() const;
@@ -116,7 +122,11 @@ class Window : public std::enable_shared_from_this<Window> {
 
   // For peers.
 
-  /// A mouse event: a press goes to the view under it, drags and release follow the press.
+  /// The context menu for a `rightMouseDown`: that of the frontmost view under it, or of the
+  /// nearest view around that which has one; null for none.
+  std::shared_ptr<Menu> menuForEvent(const Event& event);
+  /// An event of the left button: a press goes to the view under it, drags and release follow the
+  /// press.
   void sendEvent(const Event& event);
   /// The desktop's word on where the window is. Ignored when it is the frame that was asked for,
   /// rounded to the desktop's pixels.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -29,6 +30,16 @@ class X11Desktop : public ScreenCaptureBackend {
   /// taskbar and pager (`_NET_WM_STATE`, `_NET_WM_DESKTOP`), and from then on keeps it above
   /// full-screen windows too. Each time before the window is mapped.
   virtual void markAsFloatingPanel(std::uint32_t window) = 0;
+  /// From now on the keys that ask for a context menu (Menu, Shift+F10) call `pressed`, on the main
+  /// queue, whatever window has the keyboard; null lets them be. Main thread.
+  virtual void takeMenuKeys(std::function<void()> pressed) = 0;
+
+  /// Whether a program of that process has windows. Main thread.
+  virtual bool hasWindows(std::int32_t processID) = 0;
+  /// Brings all windows of a process to the front and gives one of them the keyboard; false when it
+  /// has none. Main thread.
+  virtual bool activateWindows(std::int32_t processID) = 0;
+
   /// Raises the window in its layer (a checked ConfigureWindow), without giving it the focus.
   virtual void raise(std::uint32_t window) = 0;
 };

@@ -31,6 +31,7 @@ class PanelPeer final : public WindowPeer {
   void orderFrontRegardless() override;
   void makeKeyAndOrderFront() override;
   void orderOut() override;
+  void miniaturize() override;
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
 

@@ -149,6 +149,11 @@ void PanelPeer::orderOut() {
   [panel_ orderOut:nil];
 }
 
+void PanelPeer::miniaturize() {
+  const Telling telling(*this);
+  [panel_ miniaturize:nil];
+}
+
 void PanelPeer::close() {
   const Telling telling(*this);
   [panel_ close];

@@ -2,9 +2,11 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/Application.h"
+#include "platform/Menu.h"
 #include "platform/simulated/SimulatedDispatch.h"
 
 namespace vistrel::platform::simulated {
@@ -17,13 +19,19 @@ class SimulatedApplication : public Application {
   std::optional<ActivationPolicy> activationPolicy() const { return activationPolicy_; }
   /// The argument of each activation, in order.
   const std::vector<bool>& activations() const { return activations_; }
+  int hideCount() const { return hideCount_; }
   int terminateCount() const { return terminateCount_; }
+  const std::shared_ptr<Menu>& mainMenu() const { return mainMenu_; }
+  const std::shared_ptr<Menu>& windowsMenu() const { return windowsMenu_; }
   /// A person clicks the program's icon; false when nobody listens.
   bool clickIcon(bool hasVisibleWindows);
 
   void setActivationPolicy(ActivationPolicy policy) override { activationPolicy_ = policy; }
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
   void activateIgnoringOtherApps(bool ignoringOtherApps) override;
+  void setMainMenu(std::shared_ptr<Menu> menu) override { mainMenu_ = std::move(menu); }
+  void setWindowsMenu(std::shared_ptr<Menu> menu) override { windowsMenu_ = std::move(menu); }
+  void hide() override { ++hideCount_; }
   /// Tells the delegate and returns once what that made ready has run; the test turns on.
   void run() override;
   void terminate() override { ++terminateCount_; }
@@ -33,6 +41,9 @@ class SimulatedApplication : public Application {
   std::weak_ptr<ApplicationDelegate> delegate_;
   std::optional<ActivationPolicy> activationPolicy_;
   std::vector<bool> activations_;
+  std::shared_ptr<Menu> mainMenu_;
+  std::shared_ptr<Menu> windowsMenu_;
+  int hideCount_ = 0;
   int terminateCount_ = 0;
 };
 

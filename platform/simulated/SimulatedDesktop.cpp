@@ -80,13 +80,21 @@ std::shared_ptr<WindowHistory> SimulatedDesktop::historyOf(const Window& window)
   return peerOf(window).history();
 }
 
+Event SimulatedDesktop::mouseEvent(const Window& window, EventType type) const {
+  const Point origin = window.frame().origin;
+  return {.type = type, .locationInWindow = {mouse_.x - origin.x, mouse_.y - origin.y}};
+}
+
 void SimulatedDesktop::sendMouse(Window& window, EventType type, int clickCount,
                                  std::uint64_t modifiers) {
-  const Point origin = window.frame().origin;
-  window.sendEvent({.type = type,
-                    .locationInWindow = {mouse_.x - origin.x, mouse_.y - origin.y},
-                    .modifierFlags = modifiers,
-                    .clickCount = clickCount});
+  Event event = mouseEvent(window, type);
+  event.modifierFlags = modifiers;
+  event.clickCount = clickCount;
+  window.sendEvent(event);
+}
+
+std::shared_ptr<Menu> SimulatedDesktop::clickRight(Window& window) {
+  return window.menuForEvent(mouseEvent(window, EventType::rightMouseDown));
 }
 
 void SimulatedDesktop::pressMouse(Window& window, int clickCount, std::uint64_t modifiers) {
@@ -112,7 +120,14 @@ std::unique_ptr<WindowPeer> SimulatedDesktop::makePeer(Window& window, bool isPa
   return std::make_unique<SimulatedWindowPeer>(*this, window, isPanel);
 }
 
-void SimulatedDesktop::peerIsGoing(SimulatedWindowPeer& peer) { std::erase(peers_, &peer); }
+void SimulatedDesktop::peerIsGoing(SimulatedWindowPeer& peer) {
+  std::erase(peers_, &peer);
+  windowIsOffScreen(peer.window());
+}
+
+void SimulatedDesktop::windowIsOffScreen(const Window& window) {
+  if (keyWindow_ == &window) keyWindow_ = nullptr;
+}
 
 void SimulatedDesktop::moveToFront(SimulatedWindowPeer& peer) {
   const auto found = std::find(peers_.begin(), peers_.end(), &peer);

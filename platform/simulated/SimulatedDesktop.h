@@ -50,12 +50,17 @@ class SimulatedDesktop : public WindowBackend {
   /// Moves the pointer while the button is down.
   void dragMouse(Window& window, Point location, std::uint64_t modifiers = modifierNone);
   void releaseMouse(Window& window, int clickCount = 1, std::uint64_t modifiers = modifierNone);
+  /// Where the right button is clicked; null when there is no context menu.
+  std::shared_ptr<Menu> clickRight(Window& window);
   void moveWindow(Window& window, const Rect& frame);
   void closeWindow(Window& window);
+  /// Gives the keyboard to a window, or to another program.
+  void setKeyWindow(Window* window) { keyWindow_ = window; }
 
   std::unique_ptr<WindowPeer> makePeer(Window& window, bool isPanel) override;
   std::vector<Screen> screens() override;
   std::optional<Screen> mainScreen() override;
+  Window* keyWindow() override { return keyWindow_; }
   Point mouseLocation() override { return mouse_; }
   Size intrinsicContentSize(const Control& control) override;
   int runModal(const Alert& alert) override;
@@ -65,14 +70,17 @@ class SimulatedDesktop : public WindowBackend {
   void peerWasMade(SimulatedWindowPeer& peer) { peers_.push_back(&peer); }
   void peerIsGoing(SimulatedWindowPeer& peer);
   void moveToFront(SimulatedWindowPeer& peer);
+  void windowIsOffScreen(const Window& window);
 
  private:
   SimulatedWindowPeer& peerOf(const Window& window) const;
+  Event mouseEvent(const Window& window, EventType type) const;
   void sendMouse(Window& window, EventType type, int clickCount, std::uint64_t modifiers);
 
   std::mutex screensMutex_;
   std::vector<Screen> screens_;       // guarded by screensMutex_
   std::optional<Screen> mainScreen_;  // guarded by screensMutex_
+  Window* keyWindow_ = nullptr;
   Point mouse_;
   std::map<std::string, Rect> savedFrames_;
   std::vector<Alert> alerts_;

@@ -87,11 +87,23 @@ void SimulatedWindowPeer::orderFrontRegardless() {
 void SimulatedWindowPeer::makeKeyAndOrderFront() {
   record(PeerCall::Kind::makeKeyAndOrderFront);
   desktop_.moveToFront(*this);
+  desktop_.setKeyWindow(&window_);
 }
 
-void SimulatedWindowPeer::orderOut() { record(PeerCall::Kind::orderOut); }
+void SimulatedWindowPeer::orderOut() {
+  record(PeerCall::Kind::orderOut);
+  desktop_.windowIsOffScreen(window_);
+}
 
-void SimulatedWindowPeer::close() { record(PeerCall::Kind::close); }
+void SimulatedWindowPeer::miniaturize() {
+  record(PeerCall::Kind::miniaturize);
+  desktop_.windowIsOffScreen(window_);
+}
+
+void SimulatedWindowPeer::close() {
+  record(PeerCall::Kind::close);
+  desktop_.windowIsOffScreen(window_);
+}
 
 std::optional<Rect> SimulatedWindowPeer::adoptAutosavedFrame(const std::string& name) {
   record(PeerCall::Kind::adoptAutosavedFrame);

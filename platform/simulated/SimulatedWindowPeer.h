@@ -23,6 +23,7 @@ struct PeerCall {
     orderFrontRegardless,
     makeKeyAndOrderFront,
     orderOut,
+    miniaturize,
     close,
     adoptAutosavedFrame,
     destroyed,
@@ -69,6 +70,7 @@ class SimulatedWindowPeer : public WindowPeer {
   void orderFrontRegardless() override;
   void makeKeyAndOrderFront() override;
   void orderOut() override;
+  void miniaturize() override;
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
 

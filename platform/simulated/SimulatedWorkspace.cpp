@@ -37,6 +37,22 @@ std::u32string foldedCodePoints(std::string_view text) {
   return points;
 }
 
+/// Takes down who was activated.
+class RecordedApplication : public RunningApplication {
+ public:
+  RecordedApplication(std::int32_t processID, std::vector<std::int32_t>& activated)
+      : processID_(processID), activated_(activated) {}
+
+  bool activate(ActivationOptions /*options*/) override {
+    activated_.push_back(processID_);
+    return true;
+  }
+
+ private:
+  const std::int32_t processID_;
+  std::vector<std::int32_t>& activated_;
+};
+
 }  // namespace
 
 bool SimulatedWorkspace::openURL(const std::string& url) {
@@ -47,6 +63,16 @@ bool SimulatedWorkspace::openURL(const std::string& url) {
 bool SimulatedWorkspace::openNewInstance(const std::string& bundlePath) {
   startedInstances_.push_back(bundlePath);
   return startsInstances_;
+}
+
+std::shared_ptr<RunningApplication> SimulatedWorkspace::runningApplication(std::int32_t processID) {
+  if (!running_.contains(processID)) return nullptr;
+  return std::make_shared<RecordedApplication>(processID, activated_);
+}
+
+std::optional<std::string> SimulatedWorkspace::bundleInfo(const std::string& key) {
+  const auto found = bundleInfo_.find(key);
+  return found == bundleInfo_.end() ? std::nullopt : std::optional(found->second);
 }
 
 ComparisonResult SimulatedWorkspace::localizedCaseInsensitiveCompare(const std::string& a,

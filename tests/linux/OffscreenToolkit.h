@@ -9,8 +9,9 @@ namespace vistrel::platform::linux_desktop {
 /// process.
 class OffscreenToolkit {
  public:
-  /// Makes it on first use.
-  static void start() { static OffscreenToolkit toolkit; }
+  /// Makes it on first use. It is never destroyed: the toolkit's own static objects, some of which
+  /// it makes later, need it while they go.
+  static void start() { [[maybe_unused]] static auto& toolkit = *new OffscreenToolkit; }
 
  private:
   OffscreenToolkit() : application_(count_, arguments_.data()) {}

@@ -30,7 +30,7 @@ QString nativeTitle(const Window& window) {
 }  // namespace
 
 PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host)
-    : HostedPeer(std::move(host)), window_(window) {
+    : HostedPeer(window, std::move(host)) {
   repaint_.setSingleShot(true);
   QObject::connect(&repaint_, &QTimer::timeout, &repaint_, [this] { repaint(); });
   lastAnswer_.setSingleShot(true);
@@ -77,15 +77,27 @@ void PanelPeer::orderOut() {
   if (native_) native_->hide();
 }
 
+// Managers minimise what their taskbars list, which a panel is kept out of.
+void PanelPeer::miniaturize() {}
+
 void PanelPeer::close() { releaseNative(); }
 
 std::optional<Rect> PanelPeer::adoptAutosavedFrame(const std::string& /*name*/) { return {}; }
+
+// It never takes the focus.
+bool PanelPeer::hasKeyboard() const { return false; }
+
+void PanelPeer::hideWithProgram() { orderOut(); }
+
+void PanelPeer::showWithProgram() { orderFrontRegardless(); }
 
 void PanelPeer::retire() { releaseNative(); }
 
 void PanelPeer::makeNative() {
   native_.reset(new PanelWindow(
-      window_, {.placed = [this] { nativeWasPlaced(); }, .released = [this] { place(); }}));
+      window_, {.placed = [this] { nativeWasPlaced(); },
+                .released = [this] { place(); },
+                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); }}));
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);
   native_->setFormat(format);
@@ -101,7 +113,18 @@ void PanelPeer::makeNative() {
   surface_ = host().desktop().makePanelSurface(id);
 }
 
+void PanelPeer::pointerCameOrWent(bool isOver) {
+  if (isOver == std::exchange(takesMenuKeys_, isOver)) return;
+  // The panel never has the keyboard: the pointer says that it is the one that is meant.
+  if (isOver) {
+    host().desktop().takeMenuKeys([this] { native_->openContextMenu(); });
+  } else {
+    host().desktop().takeMenuKeys(nullptr);
+  }
+}
+
 void PanelPeer::releaseNative() {
+  if (native_) pointerCameOrWent(false);
   if (surface_) surface_->detach();
   surface_.reset();
   native_.reset();

@@ -30,13 +30,18 @@ class PanelPeer final : public HostedPeer {
   /// As `orderFrontRegardless`: a panel floats without the keyboard.
   void makeKeyAndOrderFront() override;
   void orderOut() override;
+  void miniaturize() override;
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
+  bool hasKeyboard() const override;
+  void hideWithProgram() override;
+  void showWithProgram() override;
   void retire() override;
   void screensDidChange() override;
 
  private:
   void makeNative();
+  void pointerCameOrWent(bool isOver);
   void releaseNative();
   void place();
   /// `frame` in global display space.
@@ -52,7 +57,6 @@ class PanelPeer final : public HostedPeer {
   void repaint();
   void showContents(std::shared_ptr<const Image> image);
 
-  Window& window_;
   OwnedNative<PanelWindow> native_;
   std::unique_ptr<PanelSurface> surface_;  // goes before native_
   QRect wanted_;                           // the model's frame in pixels of the root window
@@ -62,6 +66,7 @@ class PanelPeer final : public HostedPeer {
   double toldBackingScale_ = 0;            // what the views know
   const Layer* contentsLayer_ = nullptr;   // compared, never followed
   std::shared_ptr<const Image> shownContents_;
+  bool takesMenuKeys_ = false;
   QTimer repaint_;     // runs out at the next turn of the event loop
   QTimer lastAnswer_;  // runs out when the desktop has said nothing for long
 };

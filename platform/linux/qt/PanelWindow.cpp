@@ -9,6 +9,7 @@
 #include "platform/linux/qt/PanelAccessible.h"
 #include "platform/linux/qt/Pointer.h"
 #include "platform/linux/qt/ScreenReaders.h"
+#include "platform/linux/qt/ShownMenu.h"
 #include "platform/linux/qt/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -52,6 +53,9 @@ void PanelWindow::hideEvent(QHideEvent* /*event*/) { announce(QAccessible::Objec
 
 void PanelWindow::mousePressEvent(QMouseEvent* event) {
   tip_.hide();
+  if (event->button() == Qt::RightButton) {
+    return openContextMenu(event->position(), event->globalPosition());
+  }
   if (event->button() != Qt::LeftButton) return;
   const QPointF position = event->globalPosition();
   clicks_.press({position.x(), position.y()}, event->timestamp(), clickLimits());
@@ -80,6 +84,8 @@ void PanelWindow::resizeEvent(QResizeEvent* /*event*/) {
 
 bool PanelWindow::event(QEvent* event) {
   if (event->type() == QEvent::Leave) tip_.hide();
+  if (event->type() == QEvent::Enter && window_ != nullptr) callbacks_.hovered(true);
+  if (event->type() == QEvent::Leave && window_ != nullptr) callbacks_.hovered(false);
   if (event->type() == QEvent::Close) {  // a panel is closed by its own controls alone
     event->ignore();
     return true;
@@ -99,21 +105,40 @@ void PanelWindow::send(EventType type, const QMouseEvent& event) {
   const DispatchedPosition dispatched(pixel);
   heldAt_ = pixel;
   window_->sendEvent({.type = type,
-                      .locationInWindow = locationInWindow(event),
+                      .locationInWindow = locationInWindow(event.position()),
                       .modifierFlags = modifierFlags(event.modifiers()),
                       .clickCount = clicks_.count()});
 }
 
+void PanelWindow::openContextMenu() {
+  const QPointF onDesktop = QCursor::pos();
+  openContextMenu(mapFromGlobal(onDesktop), onDesktop);
+}
+
+void PanelWindow::openContextMenu(const QPointF& position, const QPointF& onDesktop) {
+  if (window_ == nullptr) return;
+  const auto menu = window_->menuForEvent(
+      {.type = EventType::rightMouseDown, .locationInWindow = locationInWindow(position)});
+  if (!menu) return;
+  auto* const shown = new ShownMenu(menu);
+  shown->setAttribute(Qt::WA_DeleteOnClose);
+  shown->winId();  // it has no window before
+  shown->windowHandle()->setTransientParent(this);
+  // A panel that goes takes its menu with it.
+  QObject::connect(this, &QWindow::visibleChanged, shown, &QWidget::close);
+  shown->popup(onDesktop.toPoint());
+}
+
 void PanelWindow::hover(const QMouseEvent& event) {
   if (window_ == nullptr) return;
-  const Point location = locationInWindow(event);
+  const Point location = locationInWindow(event.position());
   const Qt::CursorShape shape = shapeOf(window_->cursorAt(location));
   if (cursor().shape() != shape) setCursor(shape);
   tip_.pointerMoved(event.globalPosition().toPoint(), window_->toolTipAt(location));
 }
 
-Point PanelWindow::locationInWindow(const QMouseEvent& event) const {
-  const QPointF position = event.position() * devicePixelRatio() / pixelsPerPoint_;
+Point PanelWindow::locationInWindow(const QPointF& toolkitPosition) const {
+  const QPointF position = toolkitPosition * devicePixelRatio() / pixelsPerPoint_;
   return {position.x(), window_->contentView()->frame().height() - position.y()};
 }
 

@@ -19,6 +19,8 @@ class PanelWindow final : public QWindow {
     std::function<void()> placed;
     /// The pointer that held the window has let go of it.
     std::function<void()> released;
+    /// The pointer has come over the window, or left it.
+    std::function<void(bool isOver)> hovered;
   };
 
   PanelWindow(platform::Window& window, Callbacks callbacks);
@@ -28,6 +30,8 @@ class PanelWindow final : public QWindow {
   /// Where the pointer is, as a pixel of the root window, while it holds the panel, perhaps to drag
   /// it.
   std::optional<Point> heldAt() const { return heldAt_; }
+  /// Where the pointer is, as by the right button.
+  void openContextMenu();
 
   /// The panel goes, or does not want to hear of this window any more.
   void abandon();
@@ -51,8 +55,9 @@ class PanelWindow final : public QWindow {
  private:
   void announce(QAccessible::Event event);
   void send(EventType type, const QMouseEvent& event);
+  void openContextMenu(const QPointF& position, const QPointF& onDesktop);
   void hover(const QMouseEvent& event);
-  Point locationInWindow(const QMouseEvent& event) const;
+  Point locationInWindow(const QPointF& toolkitPosition) const;
 
   platform::Window* window_;  // the base class has another thing of that name
   const Callbacks callbacks_;

@@ -1,14 +1,44 @@
 #include "platform/linux/qt/PeerHost.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vistrel::platform::linux_desktop {
 
-HostedPeer::HostedPeer(std::shared_ptr<PeerHost> host) : host_(std::move(host)) {
-  host_->peers_.insert(this);
+HostedPeer::HostedPeer(Window& window, std::shared_ptr<PeerHost> host)
+    : window_(window), host_(std::move(host)) {
+  host_->peers_.push_back(this);
 }
 
-HostedPeer::~HostedPeer() { host_->peers_.erase(this); }
+HostedPeer::~HostedPeer() { std::erase(host_->peers_, this); }
+
+std::vector<std::shared_ptr<Window>> PeerHost::openWindows() const {
+  std::vector<std::shared_ptr<Window>> windows;
+  for (const HostedPeer* peer : peers_) {
+    Window& window = peer->window();
+    const bool isOrdinary = (window.styleMask() & styleTitled) != 0;
+    if (isOrdinary && window.isVisible()) windows.push_back(window.shared_from_this());
+  }
+  return windows;
+}
+
+Window* PeerHost::keyWindow() const {
+  const auto key = std::find_if(peers_.begin(), peers_.end(),
+                                [](const HostedPeer* peer) { return peer->hasKeyboard(); });
+  return key == peers_.end() ? nullptr : &(*key)->window();
+}
+
+void PeerHost::hide() {
+  if (std::exchange(isHidden_, true)) return;
+  for (HostedPeer* peer : peers_) peer->hideWithProgram();
+}
+
+void PeerHost::unhide() {
+  if (!std::exchange(isHidden_, false)) return;
+  for (HostedPeer* peer : peers_) {
+    if (peer->window().isVisible()) peer->showWithProgram();
+  }
+}
 
 void PeerHost::screensDidChange() {
   for (HostedPeer* peer : peers_) peer->screensDidChange();

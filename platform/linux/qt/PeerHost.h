@@ -1,11 +1,14 @@
 #pragma once
 
 #include <memory>
-#include <set>
 #include <utility>
+#include <vector>
 
 #include "platform/Backend.h"
+#include "platform/Window.h"
 #include "platform/linux/X11Desktop.h"
+#include "platform/linux/qt/MainMenu.h"
+#include "platform/linux/qt/OpenWindows.h"
 #include "platform/linux/qt/SavedFrames.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -15,11 +18,17 @@ class PeerHost;
 /// A peer that can outlive the toolkit, since some windows live until the process ends.
 class HostedPeer : public WindowPeer {
  public:
-  explicit HostedPeer(std::shared_ptr<PeerHost> host);
+  HostedPeer(Window& window, std::shared_ptr<PeerHost> host);
   HostedPeer(const HostedPeer&) = delete;
   HostedPeer& operator=(const HostedPeer&) = delete;
   ~HostedPeer() override;
 
+  Window& window() const { return window_; }
+  virtual bool hasKeyboard() const = 0;
+  /// The whole program goes off the screen; the window may do more meanwhile.
+  virtual void hideWithProgram() = 0;
+  /// It is back, and the window is one that is to be seen.
+  virtual void showWithProgram() = 0;
   /// Gives up everything of the toolkit and of the display server.
   virtual void retire() = 0;
   /// Monitors have come, gone, moved or changed their size or scale.
@@ -28,12 +37,14 @@ class HostedPeer : public WindowPeer {
  protected:
   PeerHost& host() const { return *host_; }
 
+  Window& window_;
+
  private:
   const std::shared_ptr<PeerHost> host_;
 };
 
 /// What peers need of their surroundings, for as long as there are any. Main thread.
-class PeerHost {
+class PeerHost : public OpenWindows {
  public:
   PeerHost(X11Desktop& desktop, SavedFrames savedFrames)
       : desktop_(desktop), savedFrames_(std::move(savedFrames)) {}
@@ -43,6 +54,14 @@ class PeerHost {
   /// Only while open.
   X11Desktop& desktop() const { return desktop_; }
   const SavedFrames& savedFrames() const { return savedFrames_; }
+  MainMenu& mainMenu() { return mainMenu_; }
+
+  std::vector<std::shared_ptr<Window>> openWindows() const override;
+  Window* keyWindow() const override;
+
+  /// Takes every window off the screen until `unhide`.
+  void hide();
+  void unhide();
 
   void screensDidChange();
   /// Retires all peers, for good.
@@ -53,8 +72,10 @@ class PeerHost {
 
   X11Desktop& desktop_;
   const SavedFrames savedFrames_;
-  std::set<HostedPeer*> peers_;
+  MainMenu mainMenu_{*this};
+  std::vector<HostedPeer*> peers_;  // the oldest first
   bool isOpen_ = true;
+  bool isHidden_ = false;
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -6,8 +6,8 @@
 
 namespace vistrel::platform::linux_desktop {
 
-QtApplication::QtApplication(std::function<void()> ended)
-    : ended_(std::move(ended)), signals_([this] { terminate(); }) {}
+QtApplication::QtApplication(PeerHost& windows, std::function<void()> ended)
+    : windows_(windows), ended_(std::move(ended)), signals_([this] { terminate(); }) {}
 
 void QtApplication::setActivationPolicy(ActivationPolicy /*policy*/) {
   // Every program with a window is a regular one here.
@@ -18,10 +18,21 @@ void QtApplication::setDelegate(std::weak_ptr<ApplicationDelegate> delegate) {
 }
 
 void QtApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
+  windows_.unhide();
   // A program is active by one of its windows being so.
   QWidget* active = QApplication::activeWindow();
   if (ignoringOtherApps && active != nullptr) active->activateWindow();
 }
+
+void QtApplication::setMainMenu(std::shared_ptr<Menu> menu) {
+  windows_.mainMenu().setMenu(std::move(menu));
+}
+
+void QtApplication::setWindowsMenu(std::shared_ptr<Menu> menu) {
+  windows_.mainMenu().setWindowsMenu(menu);
+}
+
+void QtApplication::hide() { windows_.hide(); }
 
 void QtApplication::run() {
   if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/Application.h"
+#include "platform/linux/qt/PeerHost.h"
 #include "platform/linux/qt/TerminationSignals.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -11,16 +12,20 @@ namespace vistrel::platform::linux_desktop {
 /// The program's life on the toolkit's event loop.
 class QtApplication final : public Application {
  public:
-  /// `ended` runs once the event loop has, before `run` returns.
-  explicit QtApplication(std::function<void()> ended);
+  /// `windows` outlives it; `ended` runs once the event loop has, before `run` returns.
+  QtApplication(PeerHost& windows, std::function<void()> ended);
 
   void setActivationPolicy(ActivationPolicy policy) override;
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
   void activateIgnoringOtherApps(bool ignoringOtherApps) override;
+  void setMainMenu(std::shared_ptr<Menu> menu) override;
+  void setWindowsMenu(std::shared_ptr<Menu> menu) override;
+  void hide() override;
   void run() override;
   void terminate() override;
 
  private:
+  PeerHost& windows_;
   const std::function<void()> ended_;
   std::weak_ptr<ApplicationDelegate> delegate_;
   bool isTerminated_ = false;

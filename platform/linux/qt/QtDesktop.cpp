@@ -48,7 +48,10 @@ class Toolkit {
 class StartedQtDesktop final : public QtDesktop {
  public:
   StartedQtDesktop(char* programPath, X11Desktop& desktop)
-      : toolkit_(programPath), windows_(desktop), application_([this] { finish(); }) {}
+      : toolkit_(programPath),
+        windows_(desktop),
+        workspace_(desktop),
+        application_(windows_.host(), [this] { finish(); }) {}
 
   ~StartedQtDesktop() override {
     windows_.finish();

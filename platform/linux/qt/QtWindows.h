@@ -19,10 +19,12 @@ class QtWindows final : public WindowBackend {
   std::unique_ptr<WindowPeer> makePeer(Window& window, bool isPanel) override;
   std::vector<Screen> screens() override { return screens_.all(); }
   std::optional<Screen> mainScreen() override { return screens_.main(); }
+  Window* keyWindow() override { return host_->keyWindow(); }
   Point mouseLocation() override;
   Size intrinsicContentSize(const Control& control) override;
   int runModal(const Alert& alert) override;
 
+  PeerHost& host() { return *host_; }
   /// Takes all windows off the screen, for good; objects that show them may live on.
   void finish();
 

@@ -29,6 +29,21 @@ QCollator caseInsensitiveCollator() {
   return collator;
 }
 
+/// Known by the windows of its process.
+class WindowedApplication : public RunningApplication {
+ public:
+  WindowedApplication(X11Desktop& desktop, std::int32_t processID)
+      : desktop_(desktop), processID_(processID) {}
+
+  bool activate(ActivationOptions /*options*/) override {
+    return desktop_.activateWindows(processID_);
+  }
+
+ private:
+  X11Desktop& desktop_;
+  const std::int32_t processID_;
+};
+
 }  // namespace
 
 bool QtWorkspace::openURL(const std::string& url) {
@@ -44,6 +59,16 @@ bool QtWorkspace::openNewInstance(const std::string& bundlePath) {
 
 std::int32_t QtWorkspace::processIdentifier() {
   return static_cast<std::int32_t>(QCoreApplication::applicationPid());
+}
+
+std::shared_ptr<RunningApplication> QtWorkspace::runningApplication(std::int32_t processID) {
+  if (!desktop_.hasWindows(processID)) return nullptr;
+  return std::make_shared<WindowedApplication>(desktop_, processID);
+}
+
+std::optional<std::string> QtWorkspace::bundleInfo(const std::string& key) {
+  if (key != "CFBundleShortVersionString") return std::nullopt;
+  return VISTREL_VERSION;
 }
 
 std::string QtWorkspace::mainBundlePath() {

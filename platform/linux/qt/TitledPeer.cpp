@@ -33,7 +33,7 @@ Point middleOf(const QRect& pixels) {
 }  // namespace
 
 TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host)
-    : HostedPeer(std::move(host)), window_(window) {
+    : HostedPeer(window, std::move(host)) {
   saving_.setSingleShot(true);
   saving_.setInterval(saveDelayMilliseconds);
   QObject::connect(&saving_, &QTimer::timeout, &saving_, [this] { saveFrame(); });
@@ -45,6 +45,18 @@ TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host)
 }
 
 TitledPeer::~TitledPeer() { releaseNative(); }
+
+Rect TitledPeer::frameRectForContentRect(const Rect& contentRect) const {
+  Rect frame = contentRect;
+  frame.size.height += host().mainMenu().barHeight();
+  return frame;
+}
+
+Rect TitledPeer::contentRectForFrameRect(const Rect& frame) const {
+  Rect contentRect = frame;
+  contentRect.size.height -= host().mainMenu().barHeight();
+  return contentRect;
+}
 
 void TitledPeer::frameDidChange(bool /*display*/, bool /*animate*/) {
   place();
@@ -78,12 +90,22 @@ void TitledPeer::orderOut() {
   if (native_) native_->hide();
 }
 
+void TitledPeer::miniaturize() {
+  if (native_) native_->showMinimized();
+}
+
 void TitledPeer::close() { orderOut(); }
 
 std::optional<Rect> TitledPeer::adoptAutosavedFrame(const std::string& name) {
   const auto saved = host().savedFrames().load(name);
   return saved && isReachable(*saved, screens()) ? saved : std::nullopt;
 }
+
+bool TitledPeer::hasKeyboard() const { return native_ && native_->isActiveWindow(); }
+
+void TitledPeer::hideWithProgram() { orderOut(); }
+
+void TitledPeer::showWithProgram() { show(); }
 
 void TitledPeer::retire() { releaseNative(); }
 
@@ -92,6 +114,7 @@ void TitledPeer::makeNative() {
                                            .closed = [this] { nativeWasClosed(); },
                                            .scaleChanged = [this] { scaleDidChange(); }}));
   native_->setWindowTitle(QString::fromStdString(window_.title()));
+  host().mainMenu().fill(*native_->menuBar());
   place();
   native_->widgets().rebuild(*window_.contentView());
   native_->widgets().focusTable();
@@ -128,7 +151,8 @@ QRect TitledPeer::askedGeometry() const {
 }
 
 QSize TitledPeer::minimumSize() const {
-  return wholePoints(window_.contentMinSize()).expandedTo(smallestUseful);
+  const QSize content = wholePoints(window_.contentMinSize()).expandedTo(smallestUseful);
+  return content + QSize(0, host().mainMenu().barHeight());
 }
 
 void TitledPeer::nativeWasPlaced() {

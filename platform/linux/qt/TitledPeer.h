@@ -14,12 +14,14 @@
 namespace vistrel::platform::linux_desktop {
 
 /// Shows an ordinary window with real widgets. Its frame is the area inside the decoration that the
-/// window manager adds.
+/// window manager adds; the bar of menus is a part of the frame, not of the content.
 class TitledPeer final : public HostedPeer {
  public:
   TitledPeer(Window& window, std::shared_ptr<PeerHost> host);
   ~TitledPeer() override;
 
+  Rect frameRectForContentRect(const Rect& contentRect) const override;
+  Rect contentRectForFrameRect(const Rect& frame) const override;
   void frameDidChange(bool display, bool animate) override;
   void propertiesDidChange() override;
   void contentViewDidChange() override;
@@ -27,8 +29,12 @@ class TitledPeer final : public HostedPeer {
   void orderFrontRegardless() override;
   void makeKeyAndOrderFront() override;
   void orderOut() override;
+  void miniaturize() override;
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
+  bool hasKeyboard() const override;
+  void hideWithProgram() override;
+  void showWithProgram() override;
   void retire() override;
   void screensDidChange() override;
 
@@ -51,7 +57,6 @@ class TitledPeer final : public HostedPeer {
   void saveFrameSoon();
   void saveFrame();
 
-  Window& window_;
   OwnedNative<TitledWindow> native_;
   PlacedFrame placed_;  // of native_, in pixels of the root window
   QTimer saving_;

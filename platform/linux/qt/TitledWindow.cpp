@@ -28,10 +28,11 @@ std::string keyEquivalent(const QKeyEvent& event) {
 }  // namespace
 
 TitledWindow::TitledWindow(Window& window, Callbacks callbacks)
-    : QWidget(nullptr, flagsOfStyle(window.styleMask())),
+    : QMainWindow(nullptr, flagsOfStyle(window.styleMask())),
       window_(&window),
       callbacks_(std::move(callbacks)),
-      widgets_(*this) {
+      widgets_(*new QWidget(this)) {
+  setCentralWidget(&widgets_.parent());
   create();
   QObject::connect(windowHandle(), &QWindow::screenChanged, this, [this] {
     if (window_ != nullptr) callbacks_.scaleChanged();
@@ -54,11 +55,11 @@ void TitledWindow::closeEvent(QCloseEvent* event) {
 void TitledWindow::keyPressEvent(QKeyEvent* event) {
   const std::string key = keyEquivalent(*event);
   const bool isTaken = window_ != nullptr && !key.empty() && window_->performKeyEquivalent(key);
-  if (!isTaken) QWidget::keyPressEvent(event);
+  if (!isTaken) QMainWindow::keyPressEvent(event);
 }
 
 void TitledWindow::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
+  QMainWindow::changeEvent(event);
   if (window_ != nullptr && event->type() == QEvent::PaletteChange) widgets_.dress();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include <QMainWindow>
 #include <functional>
 
 #include "platform/Window.h"
@@ -8,8 +8,8 @@
 
 namespace vistrel::platform::linux_desktop {
 
-/// The native window of an ordinary window, with the widgets of its views.
-class TitledWindow final : public QWidget {
+/// The native window of an ordinary window, with a bar of menus and the widgets of its views.
+class TitledWindow final : public QMainWindow {
  public:
   struct Callbacks {
     /// The desktop has given the window a place or size.

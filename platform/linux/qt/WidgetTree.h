@@ -19,6 +19,7 @@ class WidgetTree {
   WidgetTree& operator=(const WidgetTree&) = delete;
   ~WidgetTree() { clear(); }
 
+  QWidget& parent() const { return parent_; }
   /// Makes all widgets anew, for another tree or one with other views.
   void rebuild(const View& contentView);
   /// Texts, fonts, colours, tooltips.

@@ -8,9 +8,11 @@
 #include <utility>
 
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/ApplicationActivation.h"
 #include "platform/linux/x11/CaptureStream.h"
 #include "platform/linux/x11/Connection.h"
 #include "platform/linux/x11/FullScreenFollower.h"
+#include "platform/linux/x11/MenuKeys.h"
 #include "platform/linux/x11/MirrorWorker.h"
 #include "platform/linux/x11/ShareableContentService.h"
 #include "platform/linux/x11/WindowFrames.h"
@@ -95,13 +97,43 @@ class XcbDesktop : public X11Desktop {
   void markAsFloatingPanel(std::uint32_t window) override;
   void raise(std::uint32_t window) override;
 
+  void takeMenuKeys(std::function<void()> pressed) override;
+
+  bool hasWindows(std::int32_t processID) override {
+    return linux_desktop::hasWindows(*connection_, processID);
+  }
+  bool activateWindows(std::int32_t processID) override {
+    return linux_desktop::activateWindows(*connection_, processID);
+  }
+
  private:
   /// For requests of the main thread, each of which waits for its answer.
   std::unique_ptr<Connection> connection_;
   std::shared_ptr<SerialQueue> panelQueue_;
   std::shared_ptr<FullScreenFollower> fullScreens_;  // made with the first panel
+  std::shared_ptr<MenuKeys> menuKeys_;               // made when they are first taken
+  std::function<void()> menuKeyPressed_;
   ShareableContentService contentService_;
 };
+
+void XcbDesktop::takeMenuKeys(std::function<void()> pressed) {
+  menuKeyPressed_ = std::move(pressed);
+  if (!menuKeys_ && menuKeyPressed_) {
+    menuKeys_ = MenuKeys::on(panelQueue_, [this] {
+      mainQueue().async([this] {
+        if (const auto handler = menuKeyPressed_) handler();
+      });
+    });
+  }
+  if (!menuKeys_) return;
+  panelQueue_->async([keys = menuKeys_, takes = menuKeyPressed_ != nullptr] {
+    if (takes) {
+      keys->take();
+    } else {
+      keys->release();
+    }
+  });
+}
 
 void XcbDesktop::markAsFloatingPanel(std::uint32_t window) {
   auto& c = *connection_;

@@ -248,6 +248,7 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 - (void)orderFrontRegardless;
 - (void)makeKeyAndOrderFront:(nullable id)sender;
 - (void)orderOut:(nullable id)sender;
+- (void)miniaturize:(nullable id)sender;
 - (void)close;
 @end
 

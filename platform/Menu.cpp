@@ -1,0 +1,46 @@
+#include "platform/Menu.h"
+
+#include "platform/Application.h"
+
+namespace vistrel::platform {
+
+MenuAction MenuAction::upResponderChain(std::string selector) {
+  MenuAction action;
+  action.selector_ = std::move(selector);
+  action.handler_ = [name = action.selector_](const MenuItem&) {
+    Application::shared().sendAction(name);
+  };
+  return action;
+}
+
+std::shared_ptr<MenuItem> MenuItem::separatorItem() {
+  auto item = std::make_shared<MenuItem>("", MenuAction(), "");
+  item->separator_ = true;
+  item->enabled_ = false;
+  return item;
+}
+
+void Menu::addItem(std::shared_ptr<MenuItem> item) {
+  items_.push_back(std::move(item));
+  itemsDidChange();
+}
+
+void Menu::removeAllItems() {
+  items_.clear();
+  itemsDidChange();
+}
+
+void Menu::update() {
+  if (const auto delegate = delegate_.lock()) delegate->menuNeedsUpdate(*this);
+}
+
+void Menu::itemsDidChange() {
+  if (const auto peer = peer_.lock()) peer->itemsDidChange();
+}
+
+void performAction(const std::shared_ptr<MenuItem>& item) {
+  const auto chosen = item;
+  if (chosen->isEnabled()) chosen->action().send(*chosen);
+}
+
+}  // namespace vistrel::platform

@@ -1,0 +1,134 @@
+#include "platform/linux/qt/ShownMenu.h"
+
+#include <QAction>
+#include <QFontMetrics>
+#include <QScreen>
+#include <QTimer>
+#include <algorithm>
+#include <utility>
+
+#include "platform/Dispatch.h"
+#include "platform/linux/qt/PlainText.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+/// Longer titles are cut at their tail, in points.
+constexpr int widestTitle = 560;
+
+/// The title in one line as it is: no mark of a mnemonic, and no tab, by which the toolkit would
+/// take the rest for a key's name.
+QString lineText(const std::string& title, const QFontMetrics& metrics) {
+  constexpr QChar wideBlank(0x2003);
+  QString text = QString::fromStdString(title);
+  text.replace(QLatin1Char('\t'), wideBlank);
+  text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+  text = metrics.elidedText(text, Qt::ElideRight, widestTitle);
+  return withoutMnemonics(text.toStdString());
+}
+
+/// Control stands in for Command.
+QKeySequence shortcutOf(const MenuItem& item) {
+  if (item.keyEquivalent().empty()) return {};
+  return QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(item.keyEquivalent()));
+}
+
+}  // namespace
+
+class ShownMenu::Follower : public MenuPeer {
+ public:
+  explicit Follower(ShownMenu& menu) : menu_(menu) {}
+  void itemsDidChange() override { menu_.itemsDidChange(); }
+
+ private:
+  ShownMenu& menu_;
+};
+
+class ShownMenu::Line : public QAction {
+ public:
+  Line(const std::shared_ptr<MenuItem>& item, const QString& text, ShownMenu& menu)
+      : QAction(text, &menu) {
+    setSeparator(item->isSeparatorItem());
+    setShortcut(shortcutOf(*item));
+    if (item->submenu()) setMenu(new ShownMenu(item->submenu(), &menu));
+    standFor(item);
+    QObject::connect(this, &QAction::triggered, this,
+                     [this] { mainQueue().async([chosen = item_] { performAction(chosen); }); });
+  }
+
+  /// Whether a line for `item`, with that text, would look the same but for its state.
+  bool fits(const MenuItem& item, const QString& itemText) const {
+    return text() == itemText && isSeparator() == item.isSeparatorItem() &&
+           item_->submenu() == item.submenu() && shortcut() == shortcutOf(item);
+  }
+  void standFor(const std::shared_ptr<MenuItem>& item) {
+    item_ = item;
+    setEnabled(item->isEnabled());
+    const bool isOn = item->state() == MenuItemState::on;
+    setCheckable(isOn);
+    setChecked(isOn);
+  }
+
+ private:
+  std::shared_ptr<MenuItem> item_;
+};
+
+ShownMenu::ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent)
+    : QMenu(parent), menu_(std::move(menu)), follower_(std::make_shared<Follower>(*this)) {
+  menu_->setPeer(follower_);
+  refill();
+  QObject::connect(this, &QMenu::aboutToShow, this, [this] {
+    menu_->update();
+    refill();
+  });
+}
+
+ShownMenu::~ShownMenu() = default;
+
+void ShownMenu::itemsDidChange() {
+  if (std::exchange(isStale_, true) || !isVisible()) return;
+  // Once for all the changes of one refill.
+  QTimer::singleShot(0, this, [this] { refill(); });
+}
+
+void ShownMenu::refill() {
+  if (!std::exchange(isStale_, false)) return;
+  const QString highlighted = activeAction() == nullptr ? QString() : activeAction()->text();
+  const auto& items = menu_->items();
+  const QList<QAction*> lines = actions();
+  qsizetype kept = 0;
+  for (; kept < lines.size() && kept < static_cast<qsizetype>(items.size()); ++kept) {
+    const auto& item = items[static_cast<std::size_t>(kept)];
+    auto* const line = static_cast<Line*>(lines[kept]);
+    if (!line->fits(*item, lineText(item->title(), fontMetrics()))) break;
+    line->standFor(item);
+  }
+  setUpdatesEnabled(false);
+  std::for_each(lines.begin() + kept, lines.end(), [](QAction* line) { delete line; });
+  std::for_each(items.begin() + kept, items.end(), [this](const auto& item) { appendLine(item); });
+  setUpdatesEnabled(true);
+  if (!isVisible()) return;
+  highlight(highlighted);
+  stayOnScreen();
+}
+
+void ShownMenu::appendLine(const std::shared_ptr<MenuItem>& item) {
+  addAction(new Line(item, lineText(item->title(), fontMetrics()), *this));
+}
+
+void ShownMenu::highlight(const QString& text) {
+  if (text.isEmpty() || activeAction() != nullptr) return;
+  const QList<QAction*> lines = actions();
+  const auto found =
+      std::find_if(lines.begin(), lines.end(), [&](QAction* line) { return line->text() == text; });
+  if (found != lines.end()) setActiveAction(*found);
+}
+
+void ShownMenu::stayOnScreen() {
+  const QRect available = screen()->availableGeometry();
+  const int overhang = frameGeometry().bottom() - available.bottom();
+  if (overhang > 0) move(x(), std::max(available.top(), y() - overhang));
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/linux/x11/Connection.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Whether a program of that process has a window that the window manager knows of.
+bool hasWindows(Connection& connection, std::int32_t processID);
+
+/// Brings all windows of a process to the front in the order in which they lie, and has the window
+/// manager activate the frontmost one: one on the desktop that is shown if there is any, else its
+/// own desktop is shown. False when the process has no window.
+bool activateWindows(Connection& connection, std::int32_t processID);
+
+}  // namespace vistrel::platform::linux_desktop
