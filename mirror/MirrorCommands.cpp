@@ -2,11 +2,20 @@
 
 #include "mirror/LiveDotColors.h"
 #include "mirror/RollUpFrames.h"
+#include "mirror/ScaledFrame.h"
 #include "mirror/WindowMirrorHUDController.h"
+#include "platform/Workspace.h"
 
 namespace vistrel {
 
 using platform::Rect;
+
+namespace {
+
+/// How long a flashed text stays, in seconds.
+constexpr double flashDuration = 2.5;
+
+}  // namespace
 
 void WindowMirrorHUDController::toggleRollUp() {
   rolledUp_ = !rolledUp_;
@@ -19,6 +28,35 @@ void WindowMirrorHUDController::toggleRollUp() {
   card_->setNeedsLayout();
 }
 
+void WindowMirrorHUDController::setScale(double factor) {
+  if (rolledUp_) toggleRollUp();
+  panel_->setFrame(scaledFrame(panel_->frame(), sourcePointSize_, aspect_, factor,
+                               panel_->contentMinSize().width),
+                   /*display=*/true, /*animate=*/true);
+  card_->setNeedsLayout();
+}
+
+void WindowMirrorHUDController::toggleRollUpMenu() { toggleRollUp(); }
+
+void WindowMirrorHUDController::recaptureMenu() {
+  stopCapture();
+  startCapture();
+}
+
+void WindowMirrorHUDController::scaleFromMenu(const platform::MenuItem& sender) {
+  setScale(sender.tag() / 100.0);
+}
+
+void WindowMirrorHUDController::activateSource() {
+  if (sourcePID_ < 1) return;
+  const auto application = platform::RunningApplication::withProcessIdentifier(sourcePID_);
+  if (application) application->activate(platform::ActivationOptions::activateAllWindows);
+}
+
+void WindowMirrorHUDController::hideAllMenu() {
+  if (const auto host = host_.lock()) host->closeAll();
+}
+
 void WindowMirrorHUDController::closeClicked() {
   close();
   onClosed_(windowID_);
@@ -29,6 +67,14 @@ void WindowMirrorHUDController::showStatus(const std::string& text) {
   statusLabel_->setStringValue(text);
   statusLabel_->setHidden(false);
   setLiveDot(errorState);
+}
+
+void WindowMirrorHUDController::flashStatus(const std::string& text) {
+  showStatus(text);
+  platform::mainAsyncAfter(flashDuration, [weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (self && self->lastImage()) self->statusLabel_->setHidden(true);
+  });
 }
 
 }  // namespace vistrel

@@ -49,21 +49,24 @@ std::shared_ptr<MirrorPanel> makePanel(Size size) {
 }  // namespace
 
 std::shared_ptr<WindowMirrorHUDController> WindowMirrorHUDController::make(
-    const platform::WindowRecord& window, int cascade, OnClosed onClosed) {
-  auto controller =
-      platform::ownedByMain(new WindowMirrorHUDController(*window, std::move(onClosed)));
+    const platform::WindowRecord& window, int cascade, OnClosed onClosed,
+    std::weak_ptr<MirrorHost> host) {
+  auto controller = platform::ownedByMain(
+      new WindowMirrorHUDController(*window, std::move(onClosed), std::move(host)));
   controller->buildUI();
   controller->positionInitially(cascade);
   return controller;
 }
 
 WindowMirrorHUDController::WindowMirrorHUDController(const platform::ShareableWindow& window,
-                                                     OnClosed onClosed)
+                                                     OnClosed onClosed,
+                                                     std::weak_ptr<MirrorHost> host)
     : windowID_(window.windowID),
       sourceTitle_(window.title.value_or("Untitled")),
       appName_(applicationName(window)),
       sourcePID_(processID(window)),
       onClosed_(std::move(onClosed)),
+      host_(std::move(host)),
       sourcePointSize_(usableSourceSize(window.frame.size)),
       aspect_(sourcePointSize_.width / sourcePointSize_.height),
       panel_(makePanel(initialPanelSize(sourcePointSize_))),
@@ -104,12 +107,29 @@ void WindowMirrorHUDController::buildCard() {
   card_->layer()->setBorderColor(Color::white(0.18));
   card_->layer()->setBackgroundColor(Color::black());
   card_->setAccessibilityLabel(displayName());
+  setCardCallbacks();
+}
+
+void WindowMirrorHUDController::setCardCallbacks() {
   card_->onDoubleClick = [weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->toggleRollUp();
   };
   card_->onLayout = [weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->relayout();
   };
+  card_->menuProvider = [weak = weak_from_this()] {
+    const auto self = weak.lock();
+    return self ? self->makeContextMenu() : nullptr;
+  };
+  card_->snap = [weak = weak_from_this()](const Rect& proposed) {
+    const auto self = weak.lock();
+    return self ? self->snapped(proposed) : proposed;
+  };
+}
+
+Rect WindowMirrorHUDController::snapped(const Rect& proposed) const {
+  const auto host = host_.lock();
+  return host ? Rect{host->snap(proposed, *this).origin, proposed.size} : proposed;
 }
 
 void WindowMirrorHUDController::buildTitleBar() {
@@ -159,12 +179,15 @@ void WindowMirrorHUDController::buildStatusLabel() {
   card_->addSubview(statusLabel_);
 }
 
-void WindowMirrorHUDController::positionInitially(int cascade) {
+Rect WindowMirrorHUDController::visibleArea() const {
   constexpr Rect areaWithoutScreen{{0, 0}, {1440, 900}};
   auto screen = panel_->screen();
   if (!screen) screen = platform::mainScreen();
-  const Rect visible = screen ? screen->visibleFrame : areaWithoutScreen;
-  panel_->setFrameOrigin(initialPanelOrigin(visible, panel_->frame().height(), cascade));
+  return screen ? screen->visibleFrame : areaWithoutScreen;
+}
+
+void WindowMirrorHUDController::positionInitially(int cascade) {
+  panel_->setFrameOrigin(initialPanelOrigin(visibleArea(), panel_->frame().height(), cascade));
   card_->setNeedsLayout();
 }
 

@@ -8,6 +8,7 @@
 
 #include "mirror/MirrorCardView.h"
 #include "mirror/MirrorContentView.h"
+#include "mirror/MirrorHost.h"
 #include "mirror/MirrorPanel.h"
 #include "mirror/MirrorResizeGrip.h"
 #include "mirror/PanelLayout.h"
@@ -38,9 +39,10 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   WindowMirrorHUDController& operator=(const WindowMirrorHUDController&) = delete;
 
   /// Builds the panel of a mirror of `window` and places it, hidden and without capture. `cascade`
-  /// is how many mirrors are open already.
+  /// is how many mirrors are open already; `host` may go before the mirror does, or be none.
   static std::shared_ptr<WindowMirrorHUDController> make(const platform::WindowRecord& window,
-                                                         int cascade, OnClosed onClosed);
+                                                         int cascade, OnClosed onClosed,
+                                                         std::weak_ptr<MirrorHost> host = {});
 
   /// Orders the panel in without activating the program, and starts capture and the freshness
   /// timer.
@@ -54,10 +56,25 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
 
   /// Flips between the full panel and its title bar alone; the top edge stays.
   void toggleRollUp();
+  void toggleRollUpMenu();
+  /// Sizes the panel to a fraction of the source's size, unrolled; the top edge stays.
+  void setScale(double factor);
+  /// The item's tag is the percentage.
+  void scaleFromMenu(const platform::MenuItem& sender);
+  /// Starts capture anew.
+  void recaptureMenu();
+  /// Brings the source's program to the front, with all its windows.
+  void activateSource();
   /// Closes the mirror as a person's command: `close`, then `onClosed`.
   void closeClicked();
+  /// Closes every mirror.
+  void hideAllMenu();
+  /// The commands above; a new menu each time.
+  std::shared_ptr<platform::Menu> makeContextMenu();
   /// Shows a text over the picture, and a red dot, until the next frame.
   void showStatus(const std::string& text);
+  /// Shows it, and takes it away after a while if there is a picture by then.
+  void flashStatus(const std::string& text);
 
   // Capture.
 
@@ -80,6 +97,8 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   std::int32_t sourcePID() const { return sourcePID_; }
   /// What a list of mirrors calls this one: application, dash, title.
   std::string displayName() const;
+  /// What the desktop leaves free of the screen that the panel is on. Screen space.
+  platform::Rect visibleArea() const;
   const std::shared_ptr<MirrorPanel>& panel() const { return panel_; }
   const std::shared_ptr<MirrorCardView>& card() const { return card_; }
   const std::shared_ptr<platform::View>& titleBar() const { return titleBar_; }
@@ -111,15 +130,19 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   platform::Size sourcePointSize() const { return sourcePointSize_; }
 
  private:
-  WindowMirrorHUDController(const platform::ShareableWindow& window, OnClosed onClosed);
+  WindowMirrorHUDController(const platform::ShareableWindow& window, OnClosed onClosed,
+                            std::weak_ptr<MirrorHost> host);
 
   void buildUI();
   void buildCard();
+  void setCardCallbacks();
   void buildTitleBar();
   void buildStatusLabel();
   void positionInitially(int cascade);
   void relayoutTitleBar(const PanelLayout& layout);
   void setLiveDot(const LiveDotState& state);
+  std::shared_ptr<platform::Menu> makeScaleMenu();
+  platform::Rect snapped(const platform::Rect& proposed) const;
 
   double panelBackingScale() const;
   platform::StreamConfiguration streamConfiguration() const;
@@ -134,6 +157,7 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   const std::string appName_;
   const std::int32_t sourcePID_;
   const OnClosed onClosed_;
+  const std::weak_ptr<MirrorHost> host_;
   const platform::Size sourcePointSize_;
   const double aspect_;
   std::shared_ptr<MirrorPanel> panel_;

@@ -30,8 +30,8 @@ Pixels CoreTest::brightPixels(std::int64_t width, std::int64_t height) {
 }
 
 void MirrorTest::makeMirror(const WindowRecord& source, int cascade) {
-  mirror_ = WindowMirrorHUDController::make(source, cascade,
-                                            [this](WindowID id) { closed_.push_back(id); });
+  mirror_ = WindowMirrorHUDController::make(
+      source, cascade, [this](WindowID id) { closed_.push_back(id); }, host_);
 }
 
 void MirrorTest::showMirror() {

@@ -54,6 +54,19 @@ class CoreTest : public testing::Test {
   SimulatedBackend desktop_;
 };
 
+/// Stands in for the registry of mirrors.
+struct RecordingHost : MirrorHost {
+  Rect snap(const Rect& rect, const WindowMirrorHUDController&) const override {
+    return {{rect.minX() + snapOffset.x, rect.minY() + snapOffset.y}, {1, 1}};
+  }
+  std::size_t mirrorCount() const override { return count; }
+  void closeAll() override { ++closeAllCount; }
+
+  Point snapOffset;
+  std::size_t count = 1;
+  int closeAllCount = 0;
+};
+
 /// With one mirror of one source, held by the test as the registry would hold it.
 class MirrorTest : public CoreTest {
  protected:
@@ -78,6 +91,7 @@ class MirrorTest : public CoreTest {
     return mirror_->statusLabel()->isHidden() ? "" : mirror_->statusLabel()->stringValue();
   }
 
+  std::shared_ptr<RecordingHost> host_ = std::make_shared<RecordingHost>();
   std::shared_ptr<WindowMirrorHUDController> mirror_;
   std::vector<WindowID> closed_;  // what `onClosed` was told
 };

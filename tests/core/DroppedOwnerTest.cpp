@@ -122,6 +122,29 @@ TEST_F(DroppedOwnerTest, LayoutAndDoubleClickOfItsCardAreIgnored) {
   ASSERT_TRUE(gone_.expired());
   card->onLayout();
   card->onDoubleClick();
+  EXPECT_EQ(card->menuProvider(), nullptr);
+  EXPECT_EQ(card->snap(rect(1, 2, 3, 4)), rect(1, 2, 3, 4));
+}
+
+TEST_F(DroppedOwnerTest, CommandFromAMenuMayDropTheMirrorThatItBelongsTo) {
+  showMirror();
+  const auto menu = mirror_->makeContextMenu();
+  const auto hide = menu->items().back();
+  mirror_->close();
+  dropMirror();
+  desktop_.turnMainQueue();
+  ASSERT_TRUE(gone_.expired());
+  platform::performAction(hide);
+  EXPECT_THAT(closed_, IsEmpty());
+}
+
+TEST_F(DroppedOwnerTest, FlashedTextNeedsNobodyToTakeItAway) {
+  showMirror();
+  mirror_->flashStatus("text");
+  mirror_->close();
+  dropMirror();
+  desktop_.advance(3);
+  EXPECT_TRUE(gone_.expired());
 }
 
 TEST_F(DroppedOwnerTest, CloseButtonIsIgnored) {
@@ -136,10 +159,13 @@ TEST_F(DroppedOwnerTest, CloseButtonIsIgnored) {
 
 TEST_F(DroppedOwnerTest, CommandMayDropTheMirrorThatItBelongsTo) {
   const auto source = openSource();
-  mirror_ = WindowMirrorHUDController::make(source, 0, [this](WindowID id) {
-    closed_.push_back(id);
-    dropMirror();
-  });
+  mirror_ = WindowMirrorHUDController::make(
+      source, 0,
+      [this](WindowID id) {
+        closed_.push_back(id);
+        dropMirror();
+      },
+      host_);
   mirror_->show();
   desktop_.turnMainQueue();
   const auto button = mirror_->closeButton();
