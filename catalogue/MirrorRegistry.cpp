@@ -28,9 +28,11 @@ void WindowMirrorManager::mirror(const platform::WindowRecord& window) {
   if (open != mirrors_.end()) return bringForward(*open->second);
   const int cascade = static_cast<int>(mirrors_.size());
   auto controller = WindowMirrorHUDController::make(
-      window, cascade, [weak = weak_from_this()](platform::WindowID windowID) {
+      window, cascade,
+      [weak = weak_from_this()](platform::WindowID windowID) {
         if (const auto self = weak.lock()) self->mirrors_.erase(windowID);
-      });
+      },
+      weak_from_this());
   mirrors_[window->windowID] = controller;
   controller->show();
 }
@@ -41,7 +43,7 @@ void WindowMirrorManager::closeAll() {
   mirrors_.clear();
 }
 
-void WindowMirrorManager::hideAllAction(const platform::MenuItem& /*sender*/) { closeAll(); }
+void WindowMirrorManager::hideAllAction() { closeAll(); }
 
 void WindowMirrorManager::focusFromMenu(const platform::MenuItem& sender) {
   const auto controller =

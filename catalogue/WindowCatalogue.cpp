@@ -12,27 +12,27 @@ using platform::Error;
 using platform::ShareableContent;
 using platform::WindowRecord;
 
-namespace {
-
-/// Asks a person only where the permission is not there yet.
-bool isScreenCaptureAllowed() {
+bool WindowMirrorManager::isScreenCaptureAllowed() {
   return platform::preflightScreenCaptureAccess() || platform::requestScreenCaptureAccess();
 }
 
-}  // namespace
+void WindowMirrorManager::requestWindows(WindowsAnswer answer) {
+  platform::getShareableContent(
+      /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/true,
+      [weak = weak_from_this(), answer = std::move(answer)](
+          const std::shared_ptr<const ShareableContent>& content, const std::optional<Error>&) {
+        const auto self = weak.lock();
+        if (!self || !content) return answer(std::nullopt);
+        answer(self->filteredWindows(content->windows));
+      });
+}
 
 void WindowMirrorManager::fetchWindows(FetchCompletion completion) {
   if (!isScreenCaptureAllowed()) return completion({});
-  platform::getShareableContent(
-      /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/true,
-      [weak = weak_from_this(), completion = std::move(completion)](
-          const std::shared_ptr<const ShareableContent>& content, const std::optional<Error>&) {
-        const auto self = weak.lock();
-        std::vector<WindowRecord> windows;
-        if (self && content) windows = self->filteredWindows(content->windows);
-        platform::mainQueue().async(
-            [completion, windows = std::move(windows)] { completion(windows); });
-      });
+  requestWindows([completion = std::move(completion)](std::optional<Windows> windows) {
+    platform::mainQueue().async(
+        [completion, windows = std::move(windows)] { completion(windows.value_or(Windows{})); });
+  });
 }
 
 std::vector<WindowRecord> WindowMirrorManager::filteredWindows(
@@ -42,14 +42,11 @@ std::vector<WindowRecord> WindowMirrorManager::filteredWindows(
 
 void WindowMirrorManager::refreshWindowsBlocking(double timeoutSeconds) {
   const auto answered = platform::makeSemaphore(0);
-  platform::getShareableContent(
-      /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/true,
-      [weak = weak_from_this(), answered](const std::shared_ptr<const ShareableContent>& content,
-                                          const std::optional<Error>&) {
-        const auto self = weak.lock();
-        if (self && content) self->cachedWindows_.store(self->filteredWindows(content->windows));
-        answered->signal();
-      });
+  requestWindows([weak = weak_from_this(), answered](std::optional<Windows> windows) {
+    const auto self = weak.lock();
+    if (self && windows) self->cachedWindows_.store(*std::move(windows));
+    answered->signal();
+  });
   answered->wait(timeoutSeconds);
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "app/AppDelegate.h"
@@ -7,10 +8,14 @@
 namespace vistrel {
 namespace {
 
+using platform::Menu;
+
 /// The program's one manager and picker last as long as the process, and so does their desktop.
 class ApplicationTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() { desktop = new SimulatedBackend(); }
+  static void SetUpTestSuite() {
+    if (desktop == nullptr) desktop = new SimulatedBackend();
+  }
 
   platform::Window& pickerWindow() { return *PickerWindowController::shared()->window(); }
   int timesBroughtForward() {
@@ -44,6 +49,134 @@ TEST_F(ApplicationTest, ShowsThePickerAtLaunchAndOnEachClickOnItsIcon) {
   EXPECT_EQ(desktop->screenCapture().contentRequests().size(), 3U);
   EXPECT_EQ(desktop->windows().windowsFrontToBack().size(), 1U);
   desktop->turnMainQueue();
+}
+
+/// One line of a menu, as it was asked for.
+struct Line {
+  std::string title;
+  std::string action;
+  std::string key;
+  std::shared_ptr<const void> target;
+
+  friend bool operator==(const Line&, const Line&) = default;
+};
+
+std::vector<Line> linesOf(const Menu& menu) {
+  std::vector<Line> lines;
+  for (const auto& item : menu.items()) {
+    lines.push_back({item->isSeparatorItem() ? "--" : item->title(), item->action().selector(),
+                     item->keyEquivalent(), item->action().target()});
+  }
+  return lines;
+}
+
+class MenusTest : public ApplicationTest {
+ protected:
+  MenusTest() {
+    desktop->application().setDelegate(delegate_);
+    desktop->application().run();
+  }
+  const Menu& mainMenu() { return *desktop->application().mainMenu(); }
+  std::shared_ptr<Menu> menuAt(std::size_t index) {
+    return mainMenu().items().at(index)->submenu();
+  }
+
+  const std::shared_ptr<WindowMirrorManager>& manager_ = WindowMirrorManager::shared();
+};
+
+TEST_F(MenusTest, TheBarHoldsThreeMenus) {
+  EXPECT_THAT(linesOf(mainMenu()),
+              ElementsAre(Line{}, Line{.title = "Mirror"}, Line{.title = "Window"}));
+  EXPECT_EQ(menuAt(0)->title(), "");
+  EXPECT_EQ(menuAt(1)->title(), "Mirror");
+  EXPECT_EQ(menuAt(2)->title(), "Window");
+  EXPECT_EQ(desktop->application().windowsMenu(), menuAt(2));
+}
+
+TEST_F(MenusTest, TheApplicationsMenuHidesAndQuits) {
+  EXPECT_THAT(linesOf(*menuAt(0)),
+              ElementsAre(Line{"About Vistrel", "showAbout", "", delegate_}, Line{.title = "--"},
+                          Line{"Hide Vistrel", "hide:", "h", nullptr},
+                          Line{"Quit Vistrel", "terminate:", "q", nullptr}));
+  platform::performAction(menuAt(0)->items().at(2));
+  EXPECT_EQ(desktop->application().hideCount(), 1);
+  const int before = desktop->application().terminateCount();
+  platform::performAction(menuAt(0)->items().at(3));
+  EXPECT_EQ(desktop->application().terminateCount(), before + 1);
+}
+
+TEST_F(MenusTest, TheMirrorMenuLeadsToWindowsAndMirrors) {
+  EXPECT_THAT(
+      linesOf(*menuAt(1)),
+      ElementsAre(Line{"Window Picker…", "showPicker", "n", delegate_},
+                  Line{.title = "Mirror Window"}, Line{.title = "Focus Mirror"},
+                  Line{.title = "--"}, Line{"Hide All Mirrors", "hideAllAction", "", manager_}));
+  const auto windows = menuAt(1)->items().at(1)->submenu();
+  const auto mirrors = menuAt(1)->items().at(2)->submenu();
+  EXPECT_EQ(windows->title(), "Mirror Window");
+  EXPECT_EQ(mirrors->title(), "Focus Window Mirror");
+  EXPECT_EQ(windows->delegate(), manager_);
+  EXPECT_EQ(mirrors->delegate(), manager_);
+  mirrors->update();
+  EXPECT_EQ(mirrors->items().front()->title(), "No window mirrors open");
+}
+
+TEST_F(MenusTest, TheWindowMenuGoesToTheKeyWindow) {
+  EXPECT_THAT(linesOf(*menuAt(2)),
+              ElementsAre(Line{"Minimize", "performMiniaturize:", "m", nullptr},
+                          Line{"Close", "performClose:", "w", nullptr}));
+  const auto history = desktop->windows().historyOf(pickerWindow());
+  const int before = history->count(PeerCall::Kind::miniaturize);
+  platform::performAction(menuAt(2)->items().at(0));
+  EXPECT_EQ(history->count(PeerCall::Kind::miniaturize), before + 1);
+  pickerWindow().makeKeyAndOrderFront();
+  platform::performAction(menuAt(2)->items().at(1));
+  EXPECT_FALSE(pickerWindow().isVisible());
+  platform::performAction(menuAt(2)->items().at(0));
+  EXPECT_EQ(history->count(PeerCall::Kind::miniaturize), before + 1) << "no window is left";
+}
+
+TEST_F(MenusTest, ThePickerIsShownAndReloadedByItsItem) {
+  pickerWindow().close();
+  const auto requests = desktop->screenCapture().contentRequests().size();
+  platform::performAction(menuAt(1)->items().at(0));
+  EXPECT_TRUE(pickerWindow().isVisible());
+  EXPECT_EQ(desktop->screenCapture().contentRequests().size(), requests + 1);
+  desktop->turnMainQueue();
+}
+
+TEST_F(MenusTest, TheIconsMenuIsMadeAnewAndOffersToHideMirrorsWhileThereAreAny) {
+  const auto menu = desktop->application().openDockMenu();
+  EXPECT_THAT(linesOf(*menu), ElementsAre(Line{"Window Picker…", "showPicker", "", delegate_},
+                                          Line{.title = "Mirror a Window"}));
+  const auto windows = menu->items().at(1)->submenu();
+  EXPECT_EQ(windows->title(), "Mirror Window");
+  ASSERT_GE(windows->items().size(), 2U);
+  platform::performAction(windows->items().at(1));
+  const auto longer = desktop->application().openDockMenu();
+  EXPECT_NE(longer, menu);
+  ASSERT_EQ(longer->items().size(), 3U);
+  EXPECT_EQ(linesOf(*longer).back(), (Line{"Hide All Mirrors", "hideAllAction", "", manager_}));
+  platform::performAction(longer->items().back());
+  EXPECT_THAT(manager_->mirrors(), IsEmpty());
+  desktop->turnMainQueue();
+}
+
+TEST_F(MenusTest, AboutTellsTheVersionOfTheBundle) {
+  platform::performAction(menuAt(0)->items().front());
+  platform::Alert alert = desktop->windows().alerts().back();
+  EXPECT_EQ(alert.messageText, "Vistrel 1.0.0") << "the bundle carries no version";
+  EXPECT_TRUE(alert.informativeText.starts_with(
+      "Live-mirror any on-screen window into a floating, always-on-top panel.\n\n"));
+  EXPECT_EQ(std::count(alert.informativeText.begin(), alert.informativeText.end(), '\n'), 2);
+  EXPECT_THAT(alert.buttonTitles, ElementsAre("OK"));
+  desktop->workspace().setBundleInfo("CFBundleShortVersionString", "2.5");
+  platform::performAction(menuAt(0)->items().front());
+  EXPECT_EQ(desktop->windows().alerts().back().messageText, "Vistrel 2.5");
+}
+
+TEST_F(ApplicationTest, KnowsNoOtherCommands) {
+  EXPECT_FALSE(platform::Application::shared().sendAction("paste:"));
 }
 
 TEST_F(ApplicationTest, HasOneManagerWhichItsPickerUses) {

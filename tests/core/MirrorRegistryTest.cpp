@@ -144,7 +144,7 @@ TEST_F(MirrorRegistryTest, ClosesAllMirrorsAtOnce) {
 
 TEST_F(MirrorRegistryTest, ClosesAllMirrorsFromTheMenu) {
   manager_->mirror(openSource());
-  manager_->hideAllAction(MenuItem("Hide All Mirrors", {}, ""));
+  manager_->hideAllAction();
   EXPECT_THAT(manager_->mirrors(), IsEmpty());
 }
 
@@ -240,7 +240,7 @@ class RegistryWalkTest : public MirrorRegistryTest {
 };
 
 TEST_F(RegistryWalkTest, AgreesWithAModel) {
-  for (int i = 0; i < 5000; ++i) {
+  for (int i = 0; i < 10'000; ++i) {
     step();
     ASSERT_NO_FATAL_FAILURE(expectAgreement()) << "after step " << i;
   }
@@ -258,21 +258,18 @@ class FocusMenuTest : public MirrorRegistryTest {
  protected:
   std::vector<std::string> titles() {
     std::vector<std::string> titles;
-    for (const auto& item : menu_.items()) titles.push_back(item->title());
+    for (const auto& item : menu_->items()) titles.push_back(item->title());
     return titles;
   }
-  void choose(std::size_t index) {
-    const auto item = menu_.items().at(index);
-    item->action().send(*item);
-  }
+  void choose(std::size_t index) { platform::performAction(menu_->items().at(index)); }
 
-  Menu menu_{"Focus Window Mirror"};
+  const std::shared_ptr<Menu> menu_ = std::make_shared<Menu>("Focus Window Mirror");
 };
 
 TEST_F(FocusMenuTest, SaysThatNoMirrorIsOpen) {
-  manager_->menuNeedsUpdate(menu_);
+  manager_->menuNeedsUpdate(*menu_);
   ASSERT_THAT(titles(), ElementsAre("No window mirrors open"));
-  const MenuItem& item = *menu_.items().front();
+  const MenuItem& item = *menu_->items().front();
   EXPECT_FALSE(item.isEnabled());
   EXPECT_EQ(item.action().selector(), "");
   EXPECT_EQ(item.representedObject(), nullptr);
@@ -281,15 +278,15 @@ TEST_F(FocusMenuTest, SaysThatNoMirrorIsOpen) {
 TEST_F(FocusMenuTest, ListsMirrorsWithoutRegardToCase) {
   manager_->mirror(openSource("Viewer", "b"));
   manager_->mirror(openSource("mail", "a"));
-  manager_->menuNeedsUpdate(menu_);
+  manager_->menuNeedsUpdate(*menu_);
   EXPECT_THAT(titles(), ElementsAre("mail — a", "Viewer — b"));
 }
 
 TEST_F(FocusMenuTest, ListsMirrorsAsPlainItems) {
   const auto source = openSource("Viewer", "b");
   manager_->mirror(source);
-  manager_->menuNeedsUpdate(menu_);
-  const MenuItem& item = *menu_.items().front();
+  manager_->menuNeedsUpdate(*menu_);
+  const MenuItem& item = *menu_->items().front();
   EXPECT_TRUE(item.isEnabled());
   EXPECT_EQ(item.keyEquivalent(), "");
   EXPECT_EQ(item.action().selector(), "focusFromMenu:");
@@ -299,12 +296,12 @@ TEST_F(FocusMenuTest, ListsMirrorsAsPlainItems) {
 
 TEST_F(FocusMenuTest, IsFilledAnewEachTime) {
   manager_->mirror(openSource("Viewer", "b"));
-  manager_->menuNeedsUpdate(menu_);
+  manager_->menuNeedsUpdate(*menu_);
   manager_->mirror(openSource("mail", "a"));
-  manager_->menuNeedsUpdate(menu_);
-  EXPECT_EQ(menu_.items().size(), 2U);
+  manager_->menuNeedsUpdate(*menu_);
+  EXPECT_EQ(menu_->items().size(), 2U);
   manager_->closeAll();
-  manager_->menuNeedsUpdate(menu_);
+  manager_->menuNeedsUpdate(*menu_);
   EXPECT_THAT(titles(), ElementsAre("No window mirrors open"));
 }
 
@@ -313,7 +310,7 @@ TEST_F(FocusMenuTest, BringsTheChosenMirrorForwardUnrolled) {
   manager_->mirror(first);
   manager_->mirror(openSource("b", "b"));
   mirrorOf(first).toggleRollUp();
-  manager_->menuNeedsUpdate(menu_);
+  manager_->menuNeedsUpdate(*menu_);
   choose(0);
   EXPECT_FALSE(mirrorOf(first).rolledUp());
   EXPECT_EQ(frontmost(), mirrorOf(first).panel().get());
@@ -329,7 +326,7 @@ TEST_F(FocusMenuTest, IgnoresItemsThatStandForNothingOrSomethingElse) {
 
 TEST_F(FocusMenuTest, BringsForwardAMirrorThatWasClosedMeanwhileWithoutHarm) {
   manager_->mirror(openSource());
-  manager_->menuNeedsUpdate(menu_);
+  manager_->menuNeedsUpdate(*menu_);
   manager_->closeAll();
   desktop_.turnMainQueue();
   choose(0);
@@ -337,10 +334,10 @@ TEST_F(FocusMenuTest, BringsForwardAMirrorThatWasClosedMeanwhileWithoutHarm) {
 }
 
 TEST_F(FocusMenuTest, IsToldByItsTitleAlone) {
-  Menu other("Mirror Window");
+  const auto other = std::make_shared<Menu>("Mirror Window");
   manager_->mirror(openSource("Viewer", "b"));
-  manager_->menuNeedsUpdate(other);
-  for (const auto& item : other.items()) EXPECT_NE(item->title(), "Viewer — b");
+  manager_->menuNeedsUpdate(*other);
+  for (const auto& item : other->items()) EXPECT_NE(item->title(), "Viewer — b");
 }
 
 }  // namespace
