@@ -1,10 +1,15 @@
 #include "app/AppDelegate.h"
 
+#include "app/AppInfo.h"
 #include "picker/PickerWindowController.h"
+#include "platform/Alert.h"
 
 namespace vistrel {
 
-void AppDelegate::applicationDidFinishLaunching() { showPicker(); }
+void AppDelegate::applicationDidFinishLaunching() {
+  buildMainMenu();
+  showPicker();
+}
 
 bool AppDelegate::applicationShouldHandleReopen(bool /*hasVisibleWindows*/) {
   showPicker();
@@ -16,6 +21,15 @@ void AppDelegate::showPicker() {
   if (picker->window()) picker->window()->makeKeyAndOrderFront();
   platform::Application::shared().activateIgnoringOtherApps(true);
   picker->reload();
+}
+
+void AppDelegate::showAbout() {
+  const platform::Alert alert{.messageText = "Vistrel " + AppInfo::version(),
+                              .informativeText =
+                                  "Live-mirror any on-screen window into a floating, always-on-top "
+                                  "panel.\n\nMade by Tollbeck.",
+                              .buttonTitles = {"OK"}};
+  alert.runModal();
 }
 
 }  // namespace vistrel

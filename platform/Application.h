@@ -16,6 +16,8 @@ class ApplicationDelegate {
   virtual void applicationDidFinishLaunching() = 0;
   /// A click on the program's icon (or what stands in for it) while it runs.
   virtual bool applicationShouldHandleReopen(bool hasVisibleWindows) = 0;
+  /// The menu of the program's icon, made anew each time it opens.
+  virtual std::shared_ptr<Menu> applicationDockMenu() = 0;
 };
 
 /// The running program. Main thread.

@@ -22,4 +22,9 @@ bool SimulatedApplication::clickIcon(bool hasVisibleWindows) {
   return delegate != nullptr && delegate->applicationShouldHandleReopen(hasVisibleWindows);
 }
 
+std::shared_ptr<Menu> SimulatedApplication::openDockMenu() {
+  const auto delegate = delegate_.lock();
+  return delegate ? delegate->applicationDockMenu() : nullptr;
+}
+
 }  // namespace vistrel::platform::simulated

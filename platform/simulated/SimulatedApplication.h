@@ -25,6 +25,8 @@ class SimulatedApplication : public Application {
   const std::shared_ptr<Menu>& windowsMenu() const { return windowsMenu_; }
   /// A person clicks the program's icon; false when nobody listens.
   bool clickIcon(bool hasVisibleWindows);
+  /// A person opens the menu of the program's icon; null when nobody listens.
+  std::shared_ptr<Menu> openDockMenu();
 
   void setActivationPolicy(ActivationPolicy policy) override { activationPolicy_ = policy; }
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;

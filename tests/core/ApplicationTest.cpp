@@ -146,6 +146,8 @@ TEST_F(MenusTest, ThePickerIsShownAndReloadedByItsItem) {
 }
 
 TEST_F(MenusTest, TheIconsMenuIsMadeAnewAndOffersToHideMirrorsWhileThereAreAny) {
+  desktop->screenCapture().openWindow(
+      {.title = "Title", .frame = rect(0, 0, 400, 300), .isOnScreen = true});
   const auto menu = desktop->application().openDockMenu();
   EXPECT_THAT(linesOf(*menu), ElementsAre(Line{"Window Picker…", "showPicker", "", delegate_},
                                           Line{.title = "Mirror a Window"}));
