@@ -36,7 +36,8 @@ class Application {
   virtual void setMainMenu(std::shared_ptr<Menu> menu) = 0;
   /// The menu of the main menu that the desktop appends the list of open windows to.
   virtual void setWindowsMenu(std::shared_ptr<Menu> menu) = 0;
-  /// Takes every window of the program off the screen, panels included, until it is activated.
+  /// Takes every window of the program off the screen, panels included, until it is activated. A
+  /// desktop may leave a person a door to it in its taskbar.
   virtual void hide() = 0;
   /// The event loop; tells the delegate first that launching has finished. Returns after
   /// `terminate` where the platform lets it.

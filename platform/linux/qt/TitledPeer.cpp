@@ -103,7 +103,8 @@ std::optional<Rect> TitledPeer::adoptAutosavedFrame(const std::string& name) {
 
 bool TitledPeer::hasKeyboard() const { return native_ && native_->isActiveWindow(); }
 
-void TitledPeer::hideWithProgram() { orderOut(); }
+// Taskbars keep it there, so a person can have the program back.
+void TitledPeer::hideWithProgram() { miniaturize(); }
 
 void TitledPeer::showWithProgram() { show(); }
 
@@ -112,6 +113,7 @@ void TitledPeer::retire() { releaseNative(); }
 void TitledPeer::makeNative() {
   native_.reset(new TitledWindow(window_, {.placed = [this] { nativeWasPlaced(); },
                                            .closed = [this] { nativeWasClosed(); },
+                                           .restored = [this] { host().unhide(); },
                                            .scaleChanged = [this] { scaleDidChange(); }}));
   native_->setWindowTitle(QString::fromStdString(window_.title()));
   host().mainMenu().fill(*native_->menuBar());
@@ -209,6 +211,7 @@ void TitledPeer::settle() {
 void TitledPeer::nativeWasClosed() {
   if (saving_.isActive()) saveFrame();
   window_.peerDidClose();
+  host().unhide();
 }
 
 void TitledPeer::scheduleUpdate(ViewChange change) {

@@ -60,7 +60,9 @@ void TitledWindow::keyPressEvent(QKeyEvent* event) {
 
 void TitledWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (window_ != nullptr && event->type() == QEvent::PaletteChange) widgets_.dress();
+  if (window_ == nullptr) return;
+  if (event->type() == QEvent::PaletteChange) widgets_.dress();
+  if (event->type() == QEvent::WindowStateChange && !isMinimized()) callbacks_.restored();
 }
 
 }  // namespace vistrel::platform::linux_desktop

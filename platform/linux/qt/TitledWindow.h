@@ -16,6 +16,8 @@ class TitledWindow final : public QMainWindow {
     std::function<void()> placed;
     /// A person has closed it; it is hidden.
     std::function<void()> closed;
+    /// It is not minimised any more.
+    std::function<void()> restored;
     /// Pixels per point have changed.
     std::function<void()> scaleChanged;
   };
