@@ -162,6 +162,10 @@ bool Connection::concernsUs(const xcb_generic_event_t& event) {
   return !isMadeUp(event);
 }
 
+xcb_void_cookie_t Connection::selectEvents(xcb_window_t window, std::uint32_t mask) {
+  return xcb_change_window_attributes_checked(xcb(), window, XCB_CW_EVENT_MASK, &mask);
+}
+
 void Connection::sync() { replyTo<xcb_get_input_focus_reply>(xcb(), xcb_get_input_focus(xcb())); }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -54,6 +54,9 @@ class Connection {
   void serve(const std::function<void(const xcb_generic_event_t&)>& handle,
              const std::function<void()>& proceed = nullptr);
   void flush() { xcb_flush(xcb()); }
+  /// Asks for those events of `window` and for no others. A checked request, since windows of other
+  /// programs may have gone.
+  xcb_void_cookie_t selectEvents(xcb_window_t window, std::uint32_t mask);
   /// Waits until the server has carried out everything sent so far.
   void sync();
 

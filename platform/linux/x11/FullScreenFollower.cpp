@@ -4,14 +4,10 @@
 #include <utility>
 
 #include "platform/linux/x11/Property.h"
+#include "platform/linux/x11/ServedConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
-
-void selectEvents(Connection& connection, xcb_window_t window, std::uint32_t mask) {
-  forgive(connection.xcb(),
-          xcb_change_window_attributes_checked(connection.xcb(), window, XCB_CW_EVENT_MASK, &mask));
-}
 
 bool isFullScreen(Connection& connection, xcb_window_t window) {
   const auto states = propertyOf(connection, window, "_NET_WM_STATE").values();
@@ -33,11 +29,7 @@ std::shared_ptr<FullScreenFollower> FullScreenFollower::on(
   if (!connection) return nullptr;
   std::shared_ptr<FullScreenFollower> follower(new FullScreenFollower(std::move(connection)));
   queue->async([queue = queue.get(), follower] {
-    queue->watch(follower->connection_->descriptor(), [queue, follower] {
-      if (follower->connection_->isLost())
-        return queue->unwatch(follower->connection_->descriptor());
-      follower->serve();
-    });
+    serveOn(*queue, *follower->connection_, [follower] { follower->serve(); });
     follower->followActiveWindow();
   });
   return follower;
@@ -45,13 +37,14 @@ std::shared_ptr<FullScreenFollower> FullScreenFollower::on(
 
 FullScreenFollower::FullScreenFollower(std::unique_ptr<Connection> connection)
     : connection_(std::move(connection)) {
-  selectEvents(*connection_, connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+  forgive(connection_->xcb(),
+          connection_->selectEvents(connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE));
 }
 
 void FullScreenFollower::add(xcb_window_t panel) {
   if (!panels_.insert(panel).second) return;
-  selectEvents(*connection_, panel,
-               XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE);
+  forgive(connection_->xcb(), connection_->selectEvents(panel, XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                                                   XCB_EVENT_MASK_PROPERTY_CHANGE));
   if (fullScreen_ != XCB_WINDOW_NONE) attach(panel);
   connection_->flush();
 }
@@ -90,7 +83,7 @@ void FullScreenFollower::followActiveWindow() {
 
 void FullScreenFollower::watchActive(std::uint32_t mask) {
   if (active_ == XCB_WINDOW_NONE || panels_.contains(active_)) return;
-  selectEvents(*connection_, active_, mask);
+  forgive(connection_->xcb(), connection_->selectEvents(active_, mask));
 }
 
 void FullScreenFollower::followState() {

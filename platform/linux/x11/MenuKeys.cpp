@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/linux/x11/ServedConnection.h"
+
 namespace vistrel::platform::linux_desktop {
 namespace {
 
@@ -32,10 +34,7 @@ std::shared_ptr<MenuKeys> MenuKeys::on(const std::shared_ptr<SerialQueue>& queue
   if (!connection) return nullptr;
   std::shared_ptr<MenuKeys> keys(new MenuKeys(std::move(connection), std::move(pressed)));
   queue->async([queue = queue.get(), keys] {
-    queue->watch(keys->connection_->descriptor(), [queue, keys] {
-      if (keys->connection_->isLost()) return queue->unwatch(keys->connection_->descriptor());
-      keys->serve();
-    });
+    serveOn(*queue, *keys->connection_, [keys] { keys->serve(); });
   });
   return keys;
 }

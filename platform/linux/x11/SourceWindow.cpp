@@ -9,6 +9,7 @@
 #include <xcb/shape.h>
 
 #include "platform/linux/x11/Property.h"
+#include "platform/linux/x11/TopLevel.h"
 #include "platform/linux/x11/VisibleFrame.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -18,10 +19,6 @@ constexpr std::uint32_t clientEvents =
     XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
 constexpr std::uint32_t frameEvents =
     XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
-
-xcb_void_cookie_t selectEvents(Connection& connection, xcb_window_t window, std::uint32_t mask) {
-  return xcb_change_window_attributes_checked(connection.xcb(), window, XCB_CW_EVENT_MASK, &mask);
-}
 
 /// For windows that may have gone: nobody waits for the answer.
 void watchShape(Connection& connection, xcb_window_t window, bool watched) {
@@ -67,26 +64,16 @@ SourceWindow::SourceWindow(Connection& connection, xcb_window_t client)
 
 SourceWindow::~SourceWindow() {
   releaseFrame();
-  forgive(connection_.xcb(), selectEvents(connection_, client_, 0));
+  forgive(connection_.xcb(), connection_.selectEvents(client_, 0));
 }
 
 bool SourceWindow::watchClient() {
-  return !failureOf(connection_.xcb(), selectEvents(connection_, client_, clientEvents));
-}
-
-xcb_window_t SourceWindow::topLevel() const {
-  for (xcb_window_t window = client_;;) {
-    const auto tree =
-        replyTo<xcb_query_tree_reply>(connection_.xcb(), xcb_query_tree(connection_.xcb(), window));
-    if (!tree) return XCB_NONE;
-    if (tree->parent == tree->root || tree->parent == XCB_NONE) return window;
-    window = tree->parent;
-  }
+  return !failureOf(connection_.xcb(), connection_.selectEvents(client_, clientEvents));
 }
 
 void SourceWindow::attachToFrame() {
   moved_ = false;
-  const auto frame = topLevel();
+  const auto frame = topLevelOf(connection_, client_);
   if (frame == frame_ || frame == XCB_NONE) return;
   releaseFrame();
   frame_ = frame;
@@ -101,7 +88,7 @@ bool SourceWindow::watchFrame() {
   watchShape(connection_, frame_, true);
   renamed_ = true;
   const std::array<xcb_void_cookie_t, 3> requests{
-      selectEvents(connection_, frame_, mask),
+      connection_.selectEvents(frame_, mask),
       xcb_composite_redirect_window_checked(xcb, frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC),
       xcb_damage_create_checked(xcb, damage_.id(), frame_, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY)};
   const auto failures = std::count_if(requests.begin(), requests.end(), [xcb](auto request) {
@@ -117,7 +104,7 @@ void SourceWindow::releaseFrame() {
   forgive(connection_.xcb(), xcb_composite_unredirect_window_checked(
                                  connection_.xcb(), frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
   forgive(connection_.xcb(),
-          selectEvents(connection_, frame_, frame_ == client_ ? clientEvents : 0));
+          connection_.selectEvents(frame_, frame_ == client_ ? clientEvents : 0));
   frame_ = XCB_NONE;
   viewable_ = false;
 }

@@ -57,7 +57,6 @@ class SourceWindow {
   /// False when the frame is gone, or cannot be captured.
   bool watchFrame();
   void releaseFrame();
-  xcb_window_t topLevel() const;
   void configured(const xcb_configure_notify_event_t& event);
   void changedProperty(const xcb_property_notify_event_t& event);
   void nameAgain();
