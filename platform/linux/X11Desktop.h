@@ -4,9 +4,11 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/Backend.h"
 #include "platform/linux/PanelSurface.h"
+#include "platform/linux/PixelRect.h"
 #include "platform/linux/ScreenLayout.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -21,6 +23,13 @@ class X11Desktop : public ScreenCaptureBackend {
 
   /// Where windows' pixels are in points: the frames of lists asked for from now on. Main thread.
   virtual void setScreenLayout(ScreenLayout layout) = 0;
+
+  /// From now on calls `changed`, on a thread of its own, whenever what docks and the like keep
+  /// free has changed; until the queues' threads end. Once only. Main thread.
+  virtual void watchDocks(std::function<void()> changed) = 0;
+  /// What those leave of each monitor, in the same order: all of it until they are watched. Pixels
+  /// of the root window. Main thread.
+  virtual std::vector<PixelRect> freeAreas(const std::vector<PixelRect>& monitors) const = 0;
 
   /// A surface that draws the window `window`, made by the toolkit on another connection that has
   /// been synced since. Main thread.

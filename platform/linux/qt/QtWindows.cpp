@@ -52,7 +52,7 @@ Size sizeOf(const Button& button) {
 
 QtWindows::QtWindows(X11Desktop& desktop)
     : host_(std::make_shared<PeerHost>(desktop, savedFramesOfPerson())),
-      screens_([this] { screensDidChange(); }) {
+      screens_(desktop, [this] { screensDidChange(); }) {
   desktop.setScreenLayout(ScreenList::layout());
 }
 

@@ -23,14 +23,19 @@ std::vector<const QScreen*> toolkitScreensInOrder() {
   return screens;
 }
 
-Screen valueOf(const QScreen& screen, const LaidOutMonitor& monitor, const ScreenLayout& layout) {
-  const QRect whole = screen.geometry();
-  const QRect available = screen.availableGeometry().translated(-whole.topLeft());
-  const Rect visible =
-      rect(monitor.points.minX() + available.x(), monitor.points.minY() + available.y(),
-           available.width(), available.height());
-  return {layout.flipped(monitor.points), layout.flipped(intersection(visible, monitor.points)),
-          screen.devicePixelRatio()};
+/// The free areas are asked of the display: the toolkit knows of none once there are several
+/// screens.
+std::vector<Screen> valuesOf(const ScreenLayout& layout, const X11Desktop& desktop) {
+  std::vector<PixelRect> monitors;
+  for (const LaidOutMonitor& each : layout.monitors()) monitors.push_back(each.monitor.pixels);
+  const std::vector<PixelRect> free = desktop.freeAreas(monitors);
+  std::vector<Screen> screens;
+  for (std::size_t i = 0; i < monitors.size(); ++i) {
+    const LaidOutMonitor& monitor = layout.monitors()[i];
+    screens.push_back({layout.flipped(monitor.points), layout.flipped(monitor.toPoints(free[i])),
+                       monitor.monitor.pixelsPerPoint});
+  }
+  return screens;
 }
 
 /// The key window's screen, else the primary one, which is the first.
@@ -43,7 +48,8 @@ std::size_t mainOf(const std::vector<const QScreen*>& screens) {
 
 }  // namespace
 
-ScreenList::ScreenList(std::function<void()> changed) : layout_(layout()) {
+ScreenList::ScreenList(X11Desktop& desktop, std::function<void()> changed)
+    : desktop_(desktop), layout_(layout()) {
   changed_.setSingleShot(true);
   QObject::connect(&changed_, &QTimer::timeout, &context_, std::move(changed));
   for (QScreen* screen : QGuiApplication::screens()) watch(screen);
@@ -54,6 +60,15 @@ ScreenList::ScreenList(std::function<void()> changed) : layout_(layout()) {
   QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, &context_, [this] { refresh(); });
   QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, &context_,
                    [this] { refresh(); });
+  watchKeyWindow();
+  desktop_.watchDocks([this] {
+    QMetaObject::invokeMethod(
+        &context_, [this] { refresh(); }, Qt::QueuedConnection);
+  });
+  refresh();
+}
+
+void ScreenList::watchKeyWindow() {
   QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &context_,
                    [this, following = QMetaObject::Connection()](QWindow* window) mutable {
                      QObject::disconnect(following);
@@ -64,7 +79,6 @@ ScreenList::ScreenList(std::function<void()> changed) : layout_(layout()) {
                      }
                      refresh();
                    });
-  refresh();
 }
 
 std::vector<Screen> ScreenList::all() const {
@@ -89,17 +103,13 @@ ScreenLayout ScreenList::layout() {
 void ScreenList::watch(QScreen* screen) {
   const auto changed = [this] { refresh(); };
   QObject::connect(screen, &QScreen::geometryChanged, &context_, changed);
-  QObject::connect(screen, &QScreen::availableGeometryChanged, &context_, changed);
   QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, &context_, changed);
 }
 
 void ScreenList::refresh() {
   const auto screens = toolkitScreensInOrder();
   auto current = layout();
-  std::vector<Screen> all;
-  for (std::size_t i = 0; i < screens.size(); ++i) {
-    all.push_back(valueOf(*screens[i], current.monitors()[i], current));
-  }
+  auto all = screens.empty() ? std::vector<Screen>() : valuesOf(current, desktop_);
   if (current != layout_) changed_.start();
   layout_ = std::move(current);
   const std::lock_guard lock(mutex_);

@@ -11,6 +11,7 @@
 #include "platform/linux/x11/ApplicationActivation.h"
 #include "platform/linux/x11/CaptureStream.h"
 #include "platform/linux/x11/Connection.h"
+#include "platform/linux/x11/DockWatch.h"
 #include "platform/linux/x11/FullScreenFollower.h"
 #include "platform/linux/x11/MenuKeys.h"
 #include "platform/linux/x11/MirrorWorker.h"
@@ -90,6 +91,13 @@ class XcbDesktop : public X11Desktop {
     contentService_.setScreenLayout(std::move(layout));
   }
 
+  void watchDocks(std::function<void()> changed) override {
+    docks_ = DockWatch::on(panelQueue_, std::move(changed));
+  }
+  std::vector<PixelRect> freeAreas(const std::vector<PixelRect>& monitors) const override {
+    return linux_desktop::freeAreas(monitors, docks_ ? docks_->reservations() : Reservations{});
+  }
+
   std::unique_ptr<PanelSurface> makePanelSurface(std::uint32_t window) override {
     return std::make_unique<X11PanelSurface>(window, panelQueue_);
   }
@@ -110,6 +118,7 @@ class XcbDesktop : public X11Desktop {
   /// For requests of the main thread, each of which waits for its answer.
   std::unique_ptr<Connection> connection_;
   std::shared_ptr<SerialQueue> panelQueue_;
+  std::shared_ptr<DockWatch> docks_;                 // made when they are first watched
   std::shared_ptr<FullScreenFollower> fullScreens_;  // made with the first panel
   std::shared_ptr<MenuKeys> menuKeys_;               // made when they are first taken
   std::function<void()> menuKeyPressed_;
