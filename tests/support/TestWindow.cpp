@@ -86,6 +86,16 @@ void TestWindow::announce(const Options& options) const {
     const std::string motif = "_MOTIF_WM_HINTS";
     connection_.setNumbers(id_, motif, connection_.atom(motif), {2, 0, 0, 0, 0});
   }
+  if (!options.struts.empty()) {
+    connection_.setNumbers(id_, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
+                           {connection_.atom("_NET_WM_WINDOW_TYPE_DOCK")});
+    connection_.setNumbers(id_, "_NET_WM_STRUT_PARTIAL", XCB_ATOM_CARDINAL, options.struts);
+  }
+}
+
+void TestWindow::setStruts(const std::vector<std::uint32_t>& struts) {
+  connection_.setNumbers(id_, "_NET_WM_STRUT_PARTIAL", XCB_ATOM_CARDINAL, struts);
+  connection_.sync();
 }
 
 Rect TestWindow::area() const {

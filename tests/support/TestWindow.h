@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <sys/types.h>
+#include <vector>
 
 #include "tests/support/Picture.h"
 #include "tests/support/Rect.h"
@@ -47,6 +49,8 @@ class TestWindow {
     bool managed = true;
     /// What _NET_WM_PID says; this process when none is given.
     std::optional<pid_t> pid = std::nullopt;
+    /// Makes it a dock that keeps so much of the screen free (EWMH 1.5, _NET_WM_STRUT_PARTIAL).
+    std::vector<std::uint32_t> struts = {};
   };
 
   /// Opens the window on the display `display` and returns once it is on screen.
@@ -60,6 +64,8 @@ class TestWindow {
   /// Without decorations, in root coordinates.
   Rect area() const;
 
+  /// A dock from now on keeps so much free.
+  void setStruts(const std::vector<std::uint32_t>& struts);
   /// Repaints all of it at one stroke.
   void show(const Quadrants& picture);
   /// Repaints a part of it, in its own coordinates.
