@@ -55,13 +55,18 @@ TEST_F(Accessibility, ThePickerIsReadAndItsRowsArePressed) {
   const auto second = openSource({.title = "Second"});
   startReading(2);
   EXPECT_EQ(pickerWindow().outline(), R"(frame "Vistrel"
-  label "Mirror a window"
-  label "2 windows — double-click to mirror."
-  list "Window" [SetFocus]
-    list item "Sample — Document" [Press, SetFocus]
-    list item "Sample — Second" [Press, SetFocus]
-  push button "Refresh" [Press, SetFocus]
-  push button "Mirror" [Press, SetFocus]
+  filler ""
+    label "Mirror a window"
+    label "2 windows — double-click to mirror."
+    list "Window" [SetFocus]
+      list item "Sample — Document" [Press, SetFocus]
+      list item "Sample — Second" [Press, SetFocus]
+    push button "Refresh" [Press, SetFocus]
+    push button "Mirror" [Press, SetFocus]
+  menu bar ""
+    menu item "Vistrel" [ShowMenu]
+    menu item "Mirror" [ShowMenu]
+    menu item "Window" [ShowMenu]
 )");
   EXPECT_FALSE(pickerWindow().only("push button", "Allow Screen Recording…").is(showing));
 

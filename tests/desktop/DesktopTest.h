@@ -26,6 +26,9 @@ class DesktopTest : public ::testing::Test {
   /// A source without decorations whose panel comes to whole numbers: 340 × 196.
   static constexpr Rect sourceArea{240, 480, 1000, 500};
 
+  /// Who asks, in messages to the manager (EWMH 1.5, "Source indication in requests").
+  static constexpr std::uint32_t byPerson = 2;
+
   DesktopTest() = default;
   /// In a session of other options, whose monitors have `scale` pixels to a point.
   explicit DesktopTest(const PrivateDisplay::Options& options, double scale = 1)
@@ -71,6 +74,26 @@ class DesktopTest : public ::testing::Test {
   xcb_window_t activeWindow() const {
     const auto active = connection_.numbers(connection_.root(), "_NET_ACTIVE_WINDOW");
     return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
+  }
+
+  /// Has the manager activate the window.
+  void activate(xcb_window_t window) {
+    connection_.sendToManager(window, "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
+    EXPECT_TRUE(eventually([&] { return activeWindow() == window; }));
+  }
+  void goToDesktop(std::uint32_t number) {
+    connection_.sendToManager(connection_.root(), "_NET_CURRENT_DESKTOP", {number, 0});
+    EXPECT_TRUE(eventually([&] { return currentDesktop() == number; }));
+  }
+  std::uint32_t currentDesktop() const {
+    return connection_.numbers(connection_.root(), "_NET_CURRENT_DESKTOP").at(0);
+  }
+  /// Waits until the panel is there.
+  ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
+    if (eventually([&] { return panel.area() == area; })) {
+      return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << panel.area() << " instead of " << area;
   }
 
   /// For whoever looks into a failure: what the screen showed at its end.

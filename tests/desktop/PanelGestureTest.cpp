@@ -22,12 +22,6 @@ class PanelGesture : public DesktopTest {
     input_.rest(InputDriver::betweenPresses);
     input_.drag(from, to, 1);
   }
-  ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
-    if (eventually([&] { return panel.area() == area; })) {
-      return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << panel.area() << " instead of " << area;
-  }
 
   std::unique_ptr<TestWindow> source_;
 };

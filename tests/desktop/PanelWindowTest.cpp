@@ -4,8 +4,6 @@ namespace vistrel::testbed {
 namespace {
 
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
-/// Who asks, in messages to the manager (EWMH, "Source indication in requests").
-constexpr std::uint32_t byPerson = 2;
 constexpr Quadrants otherColours{yellow, blue, red, green};
 
 /// A panel among the other windows of a session.
@@ -25,16 +23,6 @@ class PanelWindow : public DesktopTestWithManager {
     auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
     changeFullScreen(*film, enter);
     return film;
-  }
-  void activate(xcb_window_t window) {
-    connection_.sendToManager(window, "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
-    EXPECT_TRUE(eventually([&] { return activeWindow() == window; }));
-  }
-  void goToDesktop(std::uint32_t number) {
-    connection_.sendToManager(connection_.root(), "_NET_CURRENT_DESKTOP", {number, 0});
-    EXPECT_TRUE(eventually([&] {
-      return connection_.numbers(connection_.root(), "_NET_CURRENT_DESKTOP") == std::vector{number};
-    }));
   }
   /// Whether a person sees all of the panel, with the source's picture, above `window`.
   ::testing::AssertionResult isSeenAbove(const PanelOnScreen& panel, const TestWindow& window,

@@ -12,7 +12,7 @@ namespace {
 // above the buttons, free of the border and the scroller. The first row's text begins just below.
 constexpr int listLeft = 24;
 constexpr int listRightMargin = 44;
-constexpr int listTop = 66;
+constexpr int listTop = PickerOnScreen::menuBarHeight + 66;
 constexpr int listBottomMargin = 62;
 // Lines without text between a letter and its accent.
 constexpr int largestGapInText = 3;

@@ -10,6 +10,9 @@ namespace vistrel::testbed {
 /// The window picker as a person finds it on the screen.
 class PickerOnScreen {
  public:
+  /// What the menus take of the window's height at its top.
+  static constexpr int menuBarHeight = 19;
+
   /// `connection` outlives this object. The picker is on a monitor with `scale` pixels to a point.
   PickerOnScreen(const XConnection& connection, xcb_window_t window, double scale = 1)
       : connection_(&connection), window_(window), scale_(scale) {}

@@ -14,13 +14,6 @@ Rect scaled(Rect points, double scale) {
           scaled(points.height, scale)};
 }
 
-::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
-  if (eventually([&] { return panel.area() == area; })) {
-    return ::testing::AssertionSuccess();
-  }
-  return ::testing::AssertionFailure() << panel.area() << " instead of " << area;
-}
-
 /// One monitor whose person likes things large.
 class Scaled : public DesktopTest, public ::testing::WithParamInterface<const char*> {
  protected:

@@ -43,7 +43,6 @@ TEST_F(SourceLife, TheLastPictureStaysWhileTheSourceIsOnAnotherDesktop) {
   const auto source = openSource();
   const PanelOnScreen panel = mirrorAndSee(fourColours);
   constexpr std::uint32_t secondDesktop = 1;
-  constexpr std::uint32_t byPerson = 2;
   connection_.sendToManager(source->id(), "_NET_WM_DESKTOP", {secondDesktop, byPerson});
   ASSERT_TRUE(eventually([&] { return !isViewable(connection_, source->id()); }));
   expectLastPictureToStay(panel);

@@ -100,7 +100,7 @@ TEST_F(Start, ThePickerHasTheFocusAndItsComputedSize) {
   const PickerOnScreen picker = vistrel_->picker();
   EXPECT_TRUE(eventually([&] { return activeWindow() == picker.id(); }));
   EXPECT_EQ(picker.area().width, 460);
-  EXPECT_EQ(picker.area().height, 420);
+  EXPECT_EQ(picker.area().height, PickerOnScreen::menuBarHeight + 420);
 }
 
 }  // namespace

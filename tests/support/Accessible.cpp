@@ -44,6 +44,13 @@ Rect Accessible::area() const {
   });
 }
 
+Accessible Accessible::parent() const {
+  BusMessage reply = object_.call("org.freedesktop.DBus.Properties", "Get", "ss",
+                                  accessibleInterface, "Parent");
+  return reply.structure(
+      "(so)", [&] { return readObject(reply); }, SD_BUS_TYPE_VARIANT);
+}
+
 std::vector<Accessible> Accessible::children() const {
   BusMessage reply = object_.call(accessibleInterface, "GetChildren");
   std::vector<Accessible> children;

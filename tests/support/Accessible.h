@@ -39,6 +39,7 @@ class Accessible {
   bool is(AccessibleState state) const;
   /// On the screen.
   Rect area() const;
+  Accessible parent() const;
   std::vector<Accessible> children() const;
   /// The innermost object that lies there; one whose path ends in "null" is none.
   Accessible at(Point onScreen) const;

@@ -56,13 +56,26 @@ void InputDriver::type(std::uint32_t keysym) {
 }
 
 void InputDriver::typeHolding(std::uint32_t heldKeysym, std::uint32_t keysym, int count) {
-  const std::uint8_t held = keycodeOf(heldKeysym);
-  fake(XCB_KEY_PRESS, held);
+  hold(heldKeysym);
   for (int i = 0; i < count; ++i) {
     type(keysym);
     rest(betweenPresses);
   }
-  fake(XCB_KEY_RELEASE, held);
+  letGo(heldKeysym);
+}
+
+bool InputDriver::isTaken(std::uint32_t keysym, std::uint16_t modifiers) const {
+  const std::uint8_t key = keycodeOf(keysym);
+  xcb_connection_t* const xcb = connection_->get();
+  // Nobody is to find it taken by this look at it.
+  xcb_grab_server(xcb);
+  const auto grab = xcb_grab_key_checked(xcb, 0, connection_->root(), modifiers, key,
+                                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+  const XReply<xcb_generic_error_t> refusal(xcb_request_check(xcb, grab));
+  xcb_ungrab_key(xcb, key, connection_->root(), modifiers);
+  xcb_ungrab_server(xcb);
+  connection_->sync();
+  return refusal != nullptr;
 }
 
 void InputDriver::fake(std::uint8_t event, std::uint8_t detail, Point point) {

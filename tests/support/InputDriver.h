@@ -38,6 +38,13 @@ class InputDriver {
   /// Types it `count` times while the key with `heldKeysym` is down.
   void typeHolding(std::uint32_t heldKeysym, std::uint32_t keysym, int count = 1);
 
+  /// Presses the key, which stays down until `letGo`.
+  void hold(std::uint32_t keysym) { fake(XCB_KEY_PRESS, keycodeOf(keysym)); }
+  void letGo(std::uint32_t keysym) { fake(XCB_KEY_RELEASE, keycodeOf(keysym)); }
+  /// Whether pressing the key with these modifiers goes to one program wherever the focus is (a
+  /// passive grab).
+  bool isTaken(std::uint32_t keysym, std::uint16_t modifiers = 0) const;
+
   /// The hand rests: the server holds back the input that follows by so many milliseconds, so that
   /// two clicks are two and not one double-click.
   void rest(std::uint32_t milliseconds) { rest_ = milliseconds; }
@@ -51,10 +58,15 @@ class InputDriver {
 };
 
 /// Keysyms that tests type (X11/keysymdef.h).
+inline constexpr std::uint32_t keyControl = 0xffe3;
+inline constexpr std::uint32_t keyShift = 0xffe1;
 inline constexpr std::uint32_t keyTab = 0xff09;
 inline constexpr std::uint32_t keyAlt = 0xffe9;
 inline constexpr std::uint32_t keyReturn = 0xff0d;
+inline constexpr std::uint32_t keyRight = 0xff53;
 inline constexpr std::uint32_t keyDown = 0xff54;
+inline constexpr std::uint32_t keyMenu = 0xff67;
+inline constexpr std::uint32_t keyF10 = 0xffc7;
 inline constexpr std::uint32_t keyEscape = 0xff1b;
 
 }  // namespace vistrel::testbed

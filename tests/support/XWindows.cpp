@@ -30,6 +30,12 @@ void collectWindowsOfProcess(const XConnection& connection, xcb_window_t parent,
   }
 }
 
+XReply<xcb_get_window_attributes_reply_t> attributesOf(const XConnection& connection,
+                                                       xcb_window_t window) {
+  return XReply<xcb_get_window_attributes_reply_t>(xcb_get_window_attributes_reply(
+      connection.get(), xcb_get_window_attributes(connection.get(), window), nullptr));
+}
+
 }  // namespace
 
 std::vector<xcb_window_t> windowsOfProcess(const XConnection& connection, pid_t pid) {
@@ -39,9 +45,13 @@ std::vector<xcb_window_t> windowsOfProcess(const XConnection& connection, pid_t 
 }
 
 bool isViewable(const XConnection& connection, xcb_window_t window) {
-  const XReply<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
-      connection.get(), xcb_get_window_attributes(connection.get(), window), nullptr));
-  return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+  const auto attributes = attributesOf(connection, window);
+  return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+bool isUnmanaged(const XConnection& connection, xcb_window_t window) {
+  const auto attributes = attributesOf(connection, window);
+  return attributes && attributes->override_redirect != 0;
 }
 
 std::optional<Rect> areaOf(const XConnection& connection, xcb_window_t window) {

@@ -1,6 +1,7 @@
 #include "platform/linux/qt/MainMenu.h"
 
 #include <QCoreApplication>
+#include <QShortcut>
 #include <utility>
 
 #include "platform/linux/qt/PlainText.h"
@@ -14,6 +15,13 @@ namespace {
 QString titleOf(const MenuItem& item) {
   if (item.title().empty()) return QCoreApplication::applicationName();
   return withoutMnemonics(item.title());
+}
+
+/// The titles have no mnemonics: F10 leads to the menus, as in other programs of the desktop.
+void openByKey(QMenuBar& bar) {
+  auto* const key = new QShortcut(Qt::Key_F10, &bar);
+  QObject::connect(key, &QShortcut::activated, &bar,
+                   [&bar] { bar.setActiveAction(bar.actions().first()); });
 }
 
 int measuredBarHeight(const Menu& menu) {
@@ -43,6 +51,7 @@ void MainMenu::fill(QMenuBar& bar) const {
     menu->setTitle(titleOf(*item));
     bar.addMenu(menu);
   }
+  openByKey(bar);
 }
 
 }  // namespace vistrel::platform::linux_desktop

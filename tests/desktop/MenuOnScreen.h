@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "tests/support/Accessible.h"
+
+namespace vistrel::testbed {
+
+/// A menu of the program as a person finds it on the screen: a bar, or one that has been opened.
+class MenuOnScreen {
+ public:
+  explicit MenuOnScreen(Accessible menu) : menu_(std::move(menu)) {}
+
+  bool isOpen() const;
+  /// Its lines from the top: each its title, in parentheses when it cannot be chosen, with a tick
+  /// before it when it is checked, with an arrow after it when it opens a submenu; "---" is a line
+  /// between groups.
+  std::string lines() const;
+  /// Where to point at the line of that title. Throws std::runtime_error when there is none.
+  Point line(const std::string& title) const { return item(title).area().centre(); }
+  /// Whether that line is the one that a key or a click would choose.
+  bool isHighlighted(const std::string& title) const;
+  /// What that line opens, once it is open. Throws std::runtime_error when it does not open.
+  MenuOnScreen submenu(const std::string& title) const;
+
+ private:
+  Accessible item(const std::string& title) const;
+
+  Accessible menu_;
+};
+
+}  // namespace vistrel::testbed
