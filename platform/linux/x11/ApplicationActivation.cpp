@@ -79,6 +79,15 @@ void raise(Connection& connection, xcb_window_t window) {
                                                            XCB_CONFIG_WINDOW_STACK_MODE, &above));
 }
 
+/// Before the windows are raised: some managers would bring them to the desktop that is shown.
+void showDesktopOf(Connection& connection, xcb_window_t window) {
+  constexpr std::uint32_t everyDesktop = 0xffffffff;
+  const auto desktop = propertyOf(connection, window, "_NET_WM_DESKTOP").firstValue();
+  const auto shown = propertyOf(connection, connection.root(), "_NET_CURRENT_DESKTOP").firstValue();
+  if (!desktop || desktop == everyDesktop || desktop == shown) return;
+  sendToManager(connection, connection.root(), "_NET_CURRENT_DESKTOP", {*desktop});
+}
+
 }  // namespace
 
 bool hasWindows(Connection& connection, std::int32_t processID) {
@@ -89,6 +98,7 @@ bool activateWindows(Connection& connection, std::int32_t processID) {
   const auto windows = windowsOf(connection, processID);
   if (windows.empty()) return false;
   const auto front = frontmost(connection, windows);
+  showDesktopOf(connection, front);
   std::for_each(windows.rbegin(), windows.rend(), [&](xcb_window_t each) {
     if (each != front && !isMinimised(connection, each)) raise(connection, each);
   });

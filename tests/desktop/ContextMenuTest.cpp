@@ -1,0 +1,224 @@
+#include <algorithm>
+#include <unistd.h>
+
+#include "tests/desktop/DesktopTest.h"
+#include "tests/desktop/MenuOnScreen.h"
+#include "tests/support/AccessibilityBus.h"
+
+namespace vistrel::testbed {
+namespace {
+
+constexpr const char* rollUp = "Roll Up (Title Only)";
+constexpr const char* rollDown = "Roll Down (Show Mirror)";
+constexpr const char* recapture = "Re-capture (Refresh / Fix Blur or Black)";
+constexpr const char* bringSource = "Bring Source Window to Front";
+constexpr const char* hideThis = "Hide This Mirror";
+constexpr const char* hideAll = "Hide All Window Mirrors";
+constexpr const char* linesOfOnlyPanel = R"(Roll Up (Title Only)
+Re-capture (Refresh / Fix Blur or Black)
+Bring Source Window to Front
+Scale ▸
+---
+Hide This Mirror
+)";
+
+/// A person who opens a panel's menu and chooses from it, read by a screen reader.
+class ContextMenu : public DesktopTest {
+ protected:
+  ContextMenu() : source_(openSource()) {}
+
+  /// Starts the program with a screen reader and mirrors the only source there is.
+  PanelOnScreen openPanel() {
+    reader_ = std::make_unique<AccessibilityBus>(display_);
+    const PanelOnScreen panel = mirrorOnlySource();
+    EXPECT_TRUE(becomes(panel, PanelOnScreen::computedArea(sourceArea, firstPanel)));
+    EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+    return panel;
+  }
+
+  /// The menu that opens at what the person does in `open`, its first line highlighted.
+  template <class Open>
+  MenuOnScreen menuOpenedBy(const Open& open) {
+    reader_->program(vistrel_->process().pid());
+    reader_->events();
+    open();
+    EXPECT_TRUE(eventually([&] { return isMenuOnScreen(); }));
+    input_.type(keyDown);
+    std::optional<Accessible> line;
+    EXPECT_TRUE(eventually([&] {
+      line = highlighted();
+      return line.has_value();
+    })) << "no line of a menu is told of";
+    return MenuOnScreen(line.value().parent());
+  }
+  MenuOnScreen openMenu(const PanelOnScreen& panel) {
+    return menuOpenedBy([&] {
+      input_.moveTo(panel.titleBar());
+      input_.rest(betweenClicks);
+      input_.click(1, InputDriver::Button::right);
+    });
+  }
+  void choose(const MenuOnScreen& menu, const std::string& title) {
+    input_.moveTo(menu.line(title));
+    ASSERT_TRUE(eventually([&] { return menu.isHighlighted(title); }));
+    input_.click();
+    EXPECT_TRUE(eventually([&] { return !isMenuOnScreen(); }));
+  }
+  void chooseScale(const PanelOnScreen& panel, const std::string& title) {
+    const MenuOnScreen menu = openMenu(panel);
+    input_.moveTo(menu.line("Scale"));
+    choose(menu.submenu("Scale"), title);
+  }
+  void closeMenu() {
+    input_.type(keyEscape);
+    EXPECT_TRUE(eventually([&] { return !isMenuOnScreen(); }));
+  }
+
+  /// No other window of the program's is out of the manager's hands, tool tips aside.
+  bool isMenuOnScreen() const {
+    return std::ranges::any_of(
+        windowsOfProcess(connection_, vistrel_->process().pid()), [&](xcb_window_t window) {
+          return isViewable(connection_, window) && isUnmanaged(connection_, window);
+        });
+  }
+
+  /// What the keys of the menu are to leave alone.
+  struct Keyboard {
+    xcb_window_t active;
+    xcb_window_t focused;
+
+    friend bool operator==(const Keyboard&, const Keyboard&) = default;
+  };
+  Keyboard keyboard() const { return {activeWindow(), focusedWindow(connection_)}; }
+
+  void awaitMenuKeys(bool areTaken) {
+    ASSERT_TRUE(eventually([&] { return input_.isTaken(keyMenu) == areTaken; }));
+  }
+
+  std::unique_ptr<TestWindow> source_;
+  std::unique_ptr<AccessibilityBus> reader_;
+
+ private:
+  /// The line of a menu that was last told to be highlighted.
+  std::optional<Accessible> highlighted() {
+    const BusObject program = reader_->program(vistrel_->process().pid()).object();
+    for (const AccessibilityBus::Event& event : reader_->events()) {
+      const Accessible object({program.bus(), program.program(), event.path});
+      if (event.kind == "StateChanged focused" && event.detail == 1 &&
+          object.role() == "menu item") {
+        return object;
+      }
+    }
+    return std::nullopt;
+  }
+};
+
+TEST_F(ContextMenu, OpensByTheRightButtonAndByKeysAndLeavesTheKeyboardWhereItIs) {
+  const PanelOnScreen panel = openPanel();
+  activate(source_->id());
+  const Keyboard before = keyboard();
+  EXPECT_EQ(openMenu(panel).lines(), linesOfOnlyPanel);
+  closeMenu();
+  EXPECT_EQ(keyboard(), before);
+
+  awaitMenuKeys(true);
+  EXPECT_EQ(menuOpenedBy([&] { input_.type(keyMenu); }).lines(), linesOfOnlyPanel);
+  closeMenu();
+  awaitMenuKeys(true);
+  const MenuOnScreen menu = menuOpenedBy([&] { input_.typeHolding(keyShift, keyF10); });
+  EXPECT_EQ(menu.lines(), linesOfOnlyPanel);
+  EXPECT_TRUE(menu.isHighlighted(rollUp));
+  for (const char* title : {recapture, bringSource, "Scale", hideThis, rollUp}) {
+    input_.type(keyDown);
+    EXPECT_TRUE(eventually([&] { return menu.isHighlighted(title); })) << title;
+  }
+  closeMenu();
+  EXPECT_EQ(keyboard(), before);
+  EXPECT_EQ(source_->typedKeys(), 1) << "more than Shift alone went to the window";
+
+  input_.moveTo({sourceArea.x + 10, sourceArea.y + 10});
+  awaitMenuKeys(false);
+  input_.type(keyMenu);
+  EXPECT_TRUE(eventually([&] { return source_->typedKeys() == 2; }));
+  EXPECT_FALSE(isMenuOnScreen());
+}
+
+TEST_F(ContextMenu, RollsUpAndDownAndCapturesAnew) {
+  const PanelOnScreen panel = openPanel();
+  const Rect full = panel.area();
+  choose(openMenu(panel), rollUp);
+  EXPECT_TRUE(becomes(panel, {full.x, full.y, full.width, PanelOnScreen::titleBarHeight}));
+  choose(openMenu(panel), rollDown);
+  EXPECT_TRUE(becomes(panel, full));
+
+  choose(openMenu(panel), recapture);
+  source_->show(Quadrants::uniform(blue));
+  EXPECT_TRUE(eventually([&] { return panel.shows(Quadrants::uniform(blue)); }));
+}
+
+TEST_F(ContextMenu, ScalesToPartsOfTheSource) {
+  const PanelOnScreen panel = openPanel();
+  const Rect start = panel.area();
+  const MenuOnScreen menu = openMenu(panel);
+  input_.moveTo(menu.line("Scale"));
+  const MenuOnScreen scale = menu.submenu("Scale");
+  EXPECT_EQ(scale.lines(), "25% of source\n50% of source\n75% of source\n100% of source\n");
+  choose(scale, "50% of source");
+  constexpr int bar = PanelOnScreen::titleBarHeight;
+  EXPECT_TRUE(becomes(panel, {start.x, start.y, 500, 250 + bar}));
+  chooseScale(panel, "25% of source");
+  EXPECT_TRUE(becomes(panel, {start.x, start.y, 250, 125 + bar}));
+  choose(openMenu(panel), rollUp);
+  EXPECT_TRUE(becomes(panel, {start.x, start.y, 250, bar}));
+  chooseScale(panel, "75% of source");
+  EXPECT_TRUE(becomes(panel, {start.x, start.y, 750, 375 + bar}));
+  chooseScale(panel, "100% of source");
+  EXPECT_TRUE(becomes(panel, {start.x, start.y, 1000, 500 + bar}));
+}
+
+TEST_F(ContextMenu, HidesOneMirrorOrAll) {
+  const auto second = openSource({.title = "Second", .area = sourceArea, .decorated = false});
+  reader_ = std::make_unique<AccessibilityBus>(display_);
+  startVistrel();
+  const PanelOnScreen first = mirrorRow(0, 2, 1);
+  mirrorRow(1, 2, 2);
+  const MenuOnScreen menu = openMenu(vistrel_->panels(2).back());
+  EXPECT_EQ(menu.lines(), std::string(linesOfOnlyPanel) + "Hide All Window Mirrors\n");
+  choose(menu, hideThis);
+  EXPECT_EQ(vistrel_->panels(1).front().id(), first.id());
+  EXPECT_EQ(openMenu(first).lines(), linesOfOnlyPanel);
+  closeMenu();
+
+  mirrorRow(1, 2, 2);
+  choose(openMenu(first), hideAll);
+  vistrel_->panels(0);
+  EXPECT_EQ(vistrel_->pickerRows(2).size(), 2u);
+}
+
+TEST_F(ContextMenu, BringsAllWindowsOfTheSourcesProgramToTheFront) {
+  const auto other = openSource({.title = "Other", .area = {700, 600, 300, 200}});
+  reader_ = std::make_unique<AccessibilityBus>(display_);
+  startVistrel();
+  const PanelOnScreen panel = mirrorRow(0, 2, 1);
+  const auto cover =
+      openSource({.title = "Cover", .area = {500, 500, 600, 400}, .pid = ::getppid()});
+  activate(cover->id());
+  ASSERT_TRUE(eventually([&] {
+    return isAbove(connection_, cover->id(), source_->id()) &&
+           isAbove(connection_, cover->id(), other->id());
+  }));
+  choose(openMenu(panel), bringSource);
+  EXPECT_TRUE(eventually([&] {
+    return isAbove(connection_, source_->id(), cover->id()) &&
+           isAbove(connection_, other->id(), cover->id());
+  }));
+  EXPECT_TRUE(
+      eventually([&] { return activeWindow() == source_->id() || activeWindow() == other->id(); }));
+
+  goToDesktop(1);
+  choose(openMenu(panel), bringSource);
+  EXPECT_TRUE(eventually([&] { return currentDesktop() == 0; }));
+}
+
+}  // namespace
+}  // namespace vistrel::testbed
