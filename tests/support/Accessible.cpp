@@ -45,8 +45,8 @@ Rect Accessible::area() const {
 }
 
 Accessible Accessible::parent() const {
-  BusMessage reply = object_.call("org.freedesktop.DBus.Properties", "Get", "ss",
-                                  accessibleInterface, "Parent");
+  BusMessage reply =
+      object_.call("org.freedesktop.DBus.Properties", "Get", "ss", accessibleInterface, "Parent");
   return reply.structure(
       "(so)", [&] { return readObject(reply); }, SD_BUS_TYPE_VARIANT);
 }
