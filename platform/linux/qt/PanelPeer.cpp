@@ -94,10 +94,10 @@ void PanelPeer::showWithProgram() { orderFrontRegardless(); }
 void PanelPeer::retire() { releaseNative(); }
 
 void PanelPeer::makeNative() {
-  native_.reset(new PanelWindow(
-      window_, {.placed = [this] { nativeWasPlaced(); },
-                .released = [this] { place(); },
-                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); }}));
+  native_.reset(
+      new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
+                                .released = [this] { place(); },
+                                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); }}));
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);
   native_->setFormat(format);
