@@ -64,8 +64,8 @@ TEST_P(PanelPlace, WhereAManagerStopsAPanelTheProgramTakesItToBe) {
   const PanelOnScreen panel = mirrorOnlySource();
   const Rect opened = PanelOnScreen::computedArea(sourceArea, firstPanel);
   ASSERT_TRUE(becomes(panel, opened));
-  dragBy(panel, {-132, -40});
-  const Point stop = GetParam() == WindowManager::mutter ? Point{0, 0} : Point{-100, -8};
+  dragBy(panel, {-132, -45});
+  const Point stop = GetParam() == WindowManager::mutter ? Point{0, 0} : Point{-100, -13};
   ASSERT_TRUE(becomes(panel, {stop.x, stop.y, opened.width, opened.height}));
   // Longer than the program waits for a manager's last word.
   input_.rest(betweenClicks);

@@ -98,13 +98,15 @@ class MixedScales : public DesktopTest {
                                 start.height}));
   }
   /// Drags the panel by its title bar from one monitor to the other and looks, all the way, whether
-  /// it stays under the pointer; `before` and `after` are the monitors' scales.
+  /// it stays under the pointer, with Control held, so that no edge pulls it away; `before` and
+  /// `after` are the monitors' scales.
   void dragAcross(const PanelOnScreen& panel, double before, double after, int step) {
     const Rect start = panel.area();
     const Point from = PanelOnScreen(connection_, panel.id(), before).titleBar();
     const double heldX = (from.x - start.x) / before;
     const double heldY = (from.y - start.y) / before;
     input_.moveTo(from);
+    input_.hold(keyControl);
     input_.press();
     for (int i = 1; i <= 20; ++i) {
       const Point pointer{from.x + i * step, from.y + i * 3};
@@ -121,6 +123,7 @@ class MixedScales : public DesktopTest {
           << "step " << i << ", pointer " << pointer.x << ", " << pointer.y << ": " << panel.area();
     }
     input_.release();
+    input_.letGo(keyControl);
   }
 
   /// As a person asks the manager to (EWMH 1.5, _NET_MOVERESIZE_WINDOW: static gravity, x and y, by
