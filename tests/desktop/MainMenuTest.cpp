@@ -166,6 +166,8 @@ TEST_F(MainMenu, ItsKeysReloadMinimiseAndCloseThePicker) {
   const PanelOnScreen panel = mirrorOnlySource();
   const PickerOnScreen picker = vistrel_->picker();
   const auto second = openSource({.title = "Second"});
+  // The manager gives the keyboard to a new window, perhaps a moment after it is there.
+  ASSERT_TRUE(eventually([&] { return activeWindow() == second->id(); }));
   activate(picker.id());
   type('n');
   EXPECT_EQ(vistrel_->pickerRows(2).size(), 2u);
