@@ -68,7 +68,7 @@ TEST_P(PanelPlace, WhereAManagerStopsAPanelTheProgramTakesItToBe) {
   const Point stop = GetParam() == WindowManager::mutter ? Point{0, 0} : Point{-100, -13};
   ASSERT_TRUE(becomes(panel, {stop.x, stop.y, opened.width, opened.height}));
   // Longer than the program waits for a manager's last word.
-  input_.rest(betweenClicks);
+  input_.rest(2500);
   dragBy(panel, {150, 60});
   EXPECT_TRUE(becomes(panel, {stop.x + 150, stop.y + 60, opened.width, opened.height}));
 }

@@ -20,7 +20,7 @@ namespace vistrel::platform::linux_desktop {
 namespace {
 
 /// Managers answer within milliseconds. One that takes longer is believed too soon, until it does.
-constexpr std::chrono::milliseconds longSilence{500};
+constexpr std::chrono::milliseconds longSilence{1500};
 
 QString nativeTitle(const Window& window) {
   if (window.title().empty()) return QStringLiteral("Vistrel");
