@@ -23,7 +23,6 @@ class SimulatedWorkspace : public WorkspaceBackend {
 
   /// A program with that process id runs from now on.
   void startApplication(std::int32_t processID) { running_.insert(processID); }
-  void endApplication(std::int32_t processID) { running_.erase(processID); }
   void setBundleInfo(const std::string& key, const std::string& value) { bundleInfo_[key] = value; }
 
   /// Of running programs brought to the front, in order: process ids.
