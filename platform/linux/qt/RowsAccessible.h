@@ -3,6 +3,8 @@
 #include <QAccessibleWidget>
 #include <map>
 
+#include "platform/linux/qt/LeafAccessible.h"
+
 namespace vistrel::platform::linux_desktop {
 
 class RowAccessible;
@@ -34,7 +36,7 @@ class RowsAccessible final : public QAccessibleWidget {
 };
 
 /// One row of a table. Screen readers may hold it longer than there is such a row.
-class RowAccessible final : public QAccessibleInterface, public QAccessibleActionInterface {
+class RowAccessible final : public LeafAccessible {
  public:
   /// `rows` owns this.
   RowAccessible(const RowsAccessible& rows, int row);
@@ -44,15 +46,9 @@ class RowAccessible final : public QAccessibleInterface, public QAccessibleActio
   void reportChanges();
 
   bool isValid() const override;
-  QObject* object() const override { return nullptr; }
   QWindow* window() const override { return rows_.window(); }
   QAccessibleInterface* parent() const override;
-  QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
-  QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
-  int childCount() const override { return 0; }
-  int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
   QString text(QAccessible::Text kind) const override;
-  void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
   QRect rect() const override;
   QAccessible::Role role() const override { return QAccessible::ListItem; }
   QAccessible::State state() const override;
@@ -60,7 +56,6 @@ class RowAccessible final : public QAccessibleInterface, public QAccessibleActio
 
   QStringList actionNames() const override;
   void doAction(const QString& name) override;
-  QStringList keyBindingsForAction(const QString& /*name*/) const override { return {}; }
 
  private:
   const RowsAccessible& rows_;

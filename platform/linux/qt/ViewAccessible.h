@@ -1,16 +1,16 @@
 #pragma once
 
-#include <QAccessible>
 #include <memory>
 
 #include "platform/View.h"
+#include "platform/linux/qt/LeafAccessible.h"
 
 namespace vistrel::platform::linux_desktop {
 
 class PanelAccessible;
 
 /// What screen readers know of one view in a panel. They may hold it longer than there is a view.
-class ViewAccessible final : public QAccessibleInterface, public QAccessibleActionInterface {
+class ViewAccessible final : public LeafAccessible {
  public:
   /// `panel` owns this.
   ViewAccessible(const PanelAccessible& panel, std::weak_ptr<View> view);
@@ -19,15 +19,9 @@ class ViewAccessible final : public QAccessibleInterface, public QAccessibleActi
   void reportChanges();
 
   bool isValid() const override;
-  QObject* object() const override { return nullptr; }
   QWindow* window() const override;
   QAccessibleInterface* parent() const override;
-  QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
-  QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
-  int childCount() const override { return 0; }
-  int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
   QString text(QAccessible::Text kind) const override;
-  void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
   QRect rect() const override;
   QAccessible::Role role() const override;
   QAccessible::State state() const override;
@@ -35,7 +29,6 @@ class ViewAccessible final : public QAccessibleInterface, public QAccessibleActi
 
   QStringList actionNames() const override;
   void doAction(const QString& name) override;
-  QStringList keyBindingsForAction(const QString& /*name*/) const override { return {}; }
 
  private:
   /// What a screen reader hears of without asking.
