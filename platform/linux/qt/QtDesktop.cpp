@@ -24,7 +24,7 @@ class Toolkit {
       : arguments_{programPath, platform_.data(), xcb_.data(), name_.data(), vistrel_.data()},
         application_(count_, arguments_.data()) {
     QCoreApplication::setApplicationName(QStringLiteral("Vistrel"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("vistrel"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(VISTREL_APPLICATION_ID));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(applicationIcon());
     installAccessibles();
