@@ -21,9 +21,11 @@ void waitUntil(const std::string& what, const ChildProcess& process, Condition&&
 
 RunningVistrel::RunningVistrel(const PrivateDisplay& display, const XConnection& connection,
                                const std::vector<std::string>& arguments, double scale)
-    : connection_(&connection),
-      scale_(scale),
-      process_(command(arguments, display.environment())) {}
+    : RunningVistrel(connection, command(arguments, display.environment()), scale) {}
+
+RunningVistrel::RunningVistrel(const XConnection& connection, const ChildProcess::Command& command,
+                               double scale)
+    : connection_(&connection), scale_(scale), process_(command) {}
 
 ChildProcess::Command RunningVistrel::command(const std::vector<std::string>& arguments,
                                               std::vector<std::string> environment) {

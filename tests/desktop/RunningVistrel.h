@@ -19,6 +19,11 @@ class RunningVistrel {
   RunningVistrel(const PrivateDisplay& display, const XConnection& connection,
                  const std::vector<std::string>& arguments = {}, double scale = 1);
 
+  /// Starts it by `command`, on the display that `connection` leads to and that outlives this
+  /// object.
+  RunningVistrel(const XConnection& connection, const ChildProcess::Command& command,
+                 double scale = 1);
+
   /// How to start the program with `arguments`.
   static ChildProcess::Command command(const std::vector<std::string>& arguments,
                                        std::vector<std::string> environment);

@@ -145,9 +145,14 @@ class Demo {
     }
   }
 
-  /// Whether the mirror followed its source.
-  bool run() {
-    vistrel_ = std::make_unique<RunningVistrel>(display_, connection_);
+  /// Starts the program, the one that is built here if `program` is empty; whether the mirror
+  /// followed its source.
+  bool run(const std::string& program) {
+    auto command = RunningVistrel::command({}, display_.environment());
+    if (!program.empty()) {
+      command.arguments.front() = program;
+    }
+    vistrel_ = std::make_unique<RunningVistrel>(connection_, command);
     mirrorRow(builderRow, 1);
     const PanelOnScreen mirror = mirrorRow(tideRow, 2);
     std::cout << "Double-clicked rows of the picker: panels mirror the windows.\n";
@@ -196,11 +201,11 @@ class Demo {
   std::unique_ptr<RunningVistrel> vistrel_;
 };
 
-bool show(const std::filesystem::path& picture) {
+bool show(const std::filesystem::path& picture, const std::string& program) {
   Demo demo;
   bool followed = false;
   try {
-    followed = demo.run();
+    followed = demo.run(program);
   } catch (const std::exception& failure) {
     std::cerr << "The demo failed: " << failure.what() << '\n';
   }
@@ -212,12 +217,12 @@ bool show(const std::filesystem::path& picture) {
 }  // namespace vistrel::testbed
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::cerr << "usage: vistrel-demo PICTURE.png\n";
+  if (argc != 2 && argc != 3) {
+    std::cerr << "usage: vistrel-demo PICTURE.png [PROGRAM]\n";
     return EXIT_FAILURE;
   }
   try {
-    return vistrel::testbed::show(argv[1]) ? EXIT_SUCCESS : EXIT_FAILURE;
+    return vistrel::testbed::show(argv[1], argc == 3 ? argv[2] : "") ? EXIT_SUCCESS : EXIT_FAILURE;
   } catch (const std::exception& failure) {
     std::cerr << "The demo cannot be shown: " << failure.what() << '\n';
     return EXIT_FAILURE;
