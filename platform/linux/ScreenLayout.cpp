@@ -59,6 +59,7 @@ class Axis {
 
 Axis horizontalAxis(const std::vector<Monitor>& monitors) {
   std::vector<Stretch> stretches;
+  stretches.reserve(monitors.size());
   for (const auto& [pixels, scale] : monitors) {
     stretches.push_back({pixels.x, pixels.x + pixels.width, scale});
   }
@@ -67,6 +68,7 @@ Axis horizontalAxis(const std::vector<Monitor>& monitors) {
 
 Axis verticalAxis(const std::vector<Monitor>& monitors) {
   std::vector<Stretch> stretches;
+  stretches.reserve(monitors.size());
   for (const auto& [pixels, scale] : monitors) {
     stretches.push_back({pixels.y, pixels.y + pixels.height, scale});
   }

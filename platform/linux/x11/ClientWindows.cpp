@@ -55,6 +55,7 @@ std::vector<xcb_window_t> viewableTops(Connection& connection) {
   const auto tops =
       childrenOf(replyTo<xcb_query_tree_reply>(xcb, xcb_query_tree(xcb, connection.root())));
   std::vector<xcb_get_window_attributes_cookie_t> asked;
+  asked.reserve(tops.size());
   for (const auto top : tops) asked.push_back(xcb_get_window_attributes(xcb, top));
   std::vector<xcb_window_t> viewable;
   for (std::size_t i = 0; i < tops.size(); ++i) {

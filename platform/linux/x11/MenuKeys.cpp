@@ -1,6 +1,7 @@
 #include "platform/linux/x11/MenuKeys.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "platform/linux/x11/ServedConnection.h"
@@ -81,7 +82,7 @@ std::vector<MenuKeys::Key> MenuKeys::keysOfKeyboard() {
   const auto* symbols = xcb_get_keyboard_mapping_keysyms(mapping.get());
   std::vector<Key> keys;
   for (int i = 0; i < count; ++i) {
-    const auto symbol = symbols[i * mapping->keysyms_per_keycode];
+    const auto symbol = symbols[std::ptrdiff_t{i} * mapping->keysyms_per_keycode];
     if (symbol != keyMenu && symbol != keyF10) continue;
     const auto code = static_cast<xcb_keycode_t>(setup->min_keycode + i);
     for (const auto modifiers : withLocks(symbol == keyF10 ? XCB_MOD_MASK_SHIFT : 0)) {

@@ -89,6 +89,7 @@ long squaredDistance(const PixelRect& a, const PixelRect& b) {
 /// several monitors, like a bar at the top of them all, keeps room free on each.
 std::vector<bool> monitorsOf(const PixelRect& window, const std::vector<PixelRect>& monitors) {
   std::vector<bool> isOn;
+  isOn.reserve(monitors.size());
   for (const auto& each : monitors) isOn.push_back(shows(each, window));
   if (std::find(isOn.begin(), isOn.end(), true) != isOn.end()) return isOn;
   const auto nearest = std::min_element(
