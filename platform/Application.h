@@ -3,6 +3,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/Dispatch.h"
+
 namespace vistrel::platform {
 
 class Menu;
@@ -39,6 +41,13 @@ class Application {
   /// Takes every window of the program off the screen, panels included, until it is activated. A
   /// desktop may leave a person a door to it in its taskbar.
   virtual void hide() = 0;
+  /// Ends launching and tells the delegate, if there is one. For those that do not `run`.
+  virtual void finishLaunching() = 0;
+  /// Waits for the next event of any kind, until `until` at most, takes it off the queue (of the
+  /// default run loop mode) and sends it where it belongs. Returns after one event, or a few that
+  /// came together, or none. What is due on the main queue runs meanwhile. For those that do not
+  /// `run`.
+  virtual void sendNextEvent(Date until) = 0;
   /// The event loop; tells the delegate first that launching has finished. Returns after
   /// `terminate` where the platform lets it.
   virtual void run() = 0;

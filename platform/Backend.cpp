@@ -78,6 +78,38 @@ std::shared_ptr<ImageContext> makeImageContext(const ImageContextOptions& option
   return backend().screenCapture().makeImageContext(options);
 }
 
+DisplayID mainDisplayID() { return backend().displays().mainDisplayID(); }
+
+Rect displayBounds(DisplayID display) { return backend().displays().displayBounds(display); }
+
+std::uint32_t onlineDisplayCount() { return backend().displays().onlineDisplayCount(); }
+
+std::unique_ptr<DisplayConfiguration> beginDisplayConfiguration() {
+  return backend().displays().beginDisplayConfiguration();
+}
+
+std::shared_ptr<RuntimeClass> classNamed(const std::string& name) {
+  return backend().virtualDisplays().classNamed(name);
+}
+
+bool isProcessTrusted() { return backend().accessibility().isProcessTrusted(); }
+
+bool isProcessTrustedWithOptions(bool prompt) {
+  return backend().accessibility().isProcessTrustedWithOptions(prompt);
+}
+
+std::shared_ptr<AccessibilityElement> AccessibilityElement::forApplication(std::int32_t processID) {
+  return backend().accessibility().applicationElement(processID);
+}
+
+std::optional<AccessibilityValue> makePointValue(Point point) {
+  return backend().accessibility().makePointValue(point);
+}
+
+GetWindowNumber windowNumberFunctionNamed(const std::string& symbol) {
+  return backend().accessibility().windowNumberFunctionNamed(symbol);
+}
+
 bool openURL(const std::string& url) { return backend().workspace().openURL(url); }
 
 bool openNewInstance(const std::string& bundlePath) {

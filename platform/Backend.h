@@ -6,12 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "platform/AccessibilityElement.h"
 #include "platform/Dispatch.h"
+#include "platform/Displays.h"
 #include "platform/Geometry.h"
 #include "platform/Image.h"
 #include "platform/Screen.h"
 #include "platform/ScreenCapture.h"
 #include "platform/Text.h"
+#include "platform/VirtualDisplay.h"
 
 namespace vistrel::platform {
 
@@ -106,6 +109,35 @@ class WorkspaceBackend {
                                                            const std::string& b) = 0;
 };
 
+/// The display server's displays. What each must do is said in Displays.h.
+class DisplayBackend {
+ public:
+  virtual ~DisplayBackend() = default;
+  virtual DisplayID mainDisplayID() = 0;
+  virtual Rect displayBounds(DisplayID display) = 0;
+  virtual std::uint32_t onlineDisplayCount() = 0;
+  virtual std::unique_ptr<DisplayConfiguration> beginDisplayConfiguration() = 0;
+};
+
+/// The classes of virtual displays. What each must do is said in VirtualDisplay.h; a backend whose
+/// system has no such classes of its own takes those of VirtualDisplayClasses.h.
+class VirtualDisplayBackend {
+ public:
+  virtual ~VirtualDisplayBackend() = default;
+  virtual std::shared_ptr<RuntimeClass> classNamed(const std::string& name) = 0;
+};
+
+/// Other programs' windows. What each must do is said in AccessibilityElement.h.
+class AccessibilityBackend {
+ public:
+  virtual ~AccessibilityBackend() = default;
+  virtual bool isProcessTrusted() = 0;
+  virtual bool isProcessTrustedWithOptions(bool prompt) = 0;
+  virtual std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processID) = 0;
+  virtual std::optional<AccessibilityValue> makePointValue(Point point) = 0;
+  virtual GetWindowNumber windowNumberFunctionNamed(const std::string& symbol) = 0;
+};
+
 /// One desktop, behind which everything above this folder runs.
 class Backend {
  public:
@@ -114,6 +146,10 @@ class Backend {
   virtual WindowBackend& windows() = 0;
   virtual ScreenCaptureBackend& screenCapture() = 0;
   virtual WorkspaceBackend& workspace() = 0;
+  virtual DisplayBackend& displays() = 0;
+  virtual VirtualDisplayBackend& virtualDisplays() = 0;
+  virtual AccessibilityBackend& accessibility() = 0;
+  /// Made when it is first asked for, and not before.
   virtual Application& application() = 0;
 };
 

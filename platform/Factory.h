@@ -17,4 +17,9 @@ struct BackendOrFailure {
 /// Main thread, once.
 BackendOrFailure makeBackend(int argc, char** argv);
 
+/// The same for the program's self-tests, which must also run where there is no desktop: it then
+/// has no screens, no displays and no classes for virtual ones. They use its application, screens,
+/// displays, virtual displays and dispatch alone. Never null. Main thread, once.
+std::unique_ptr<Backend> makeSelfTestBackend(int argc, char** argv);
+
 }  // namespace vistrel::platform

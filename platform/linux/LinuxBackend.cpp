@@ -4,13 +4,22 @@
 
 namespace vistrel::platform {
 
+using namespace linux_desktop;
+
 BackendOrFailure makeBackend(int /*argc*/, char** argv) {
-  using namespace linux_desktop;
   // Before the toolkit, which ends the process when it finds no display.
   auto [desktop, failure] = X11Desktop::connect();
   if (!desktop) return {nullptr, failure};
-  auto toolkit = QtDesktop::start(argv[0], *desktop);
-  return {std::make_unique<LinuxBackend>(std::move(desktop), std::move(toolkit)), {}};
+  auto backend = std::make_unique<LinuxBackend>(std::move(desktop), argv[0]);
+  // The other parts of the backend are of use with the toolkit alone.
+  backend->application();
+  return {std::move(backend), {}};
+}
+
+std::unique_ptr<Backend> makeSelfTestBackend(int /*argc*/, char** argv) {
+  auto [desktop, failure] = X11Desktop::connect();
+  if (!desktop) return makeBackendWithoutDisplay();
+  return std::make_unique<LinuxBackend>(std::move(desktop), argv[0]);
 }
 
 }  // namespace vistrel::platform

@@ -12,8 +12,18 @@ void SimulatedApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
   activations_.push_back(ignoringOtherApps);
 }
 
-void SimulatedApplication::run() {
+void SimulatedApplication::finishLaunching() {
+  ++finishLaunchingCount_;
   if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();
+}
+
+void SimulatedApplication::sendNextEvent(Date until) {
+  waits_.push_back(until);
+  dispatch_.turnMainUntil([] { return false; }, until.timeIntervalSince(now()));
+}
+
+void SimulatedApplication::run() {
+  finishLaunching();
   dispatch_.turnMainQueue();
 }
 

@@ -19,6 +19,9 @@ class SimulatedApplication : public Application {
   std::optional<ActivationPolicy> activationPolicy() const { return activationPolicy_; }
   /// The argument of each activation, in order.
   const std::vector<bool>& activations() const { return activations_; }
+  int finishLaunchingCount() const { return finishLaunchingCount_; }
+  /// Until when events were waited for, in order.
+  const std::vector<Date>& waits() const { return waits_; }
   int hideCount() const { return hideCount_; }
   int terminateCount() const { return terminateCount_; }
   const std::shared_ptr<Menu>& mainMenu() const { return mainMenu_; }
@@ -34,6 +37,9 @@ class SimulatedApplication : public Application {
   void setMainMenu(std::shared_ptr<Menu> menu) override { mainMenu_ = std::move(menu); }
   void setWindowsMenu(std::shared_ptr<Menu> menu) override { windowsMenu_ = std::move(menu); }
   void hide() override { ++hideCount_; }
+  void finishLaunching() override;
+  /// Moves time from one due block to the next.
+  void sendNextEvent(Date until) override;
   /// Tells the delegate and returns once what that made ready has run; the test turns on.
   void run() override;
   void terminate() override { ++terminateCount_; }
@@ -45,6 +51,8 @@ class SimulatedApplication : public Application {
   std::vector<bool> activations_;
   std::shared_ptr<Menu> mainMenu_;
   std::shared_ptr<Menu> windowsMenu_;
+  int finishLaunchingCount_ = 0;
+  std::vector<Date> waits_;
   int hideCount_ = 0;
   int terminateCount_ = 0;
 };

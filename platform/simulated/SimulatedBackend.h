@@ -3,10 +3,14 @@
 #include <memory>
 
 #include "platform/Backend.h"
+#include "platform/simulated/CallJournal.h"
+#include "platform/simulated/SimulatedAccessibility.h"
 #include "platform/simulated/SimulatedApplication.h"
 #include "platform/simulated/SimulatedCapture.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "platform/simulated/SimulatedDispatch.h"
+#include "platform/simulated/SimulatedDisplays.h"
+#include "platform/simulated/SimulatedVirtualDisplays.h"
 #include "platform/simulated/SimulatedWorkspace.h"
 #include "platform/simulated/VirtualTimeDispatch.h"
 
@@ -28,7 +32,13 @@ class SimulatedBackend : public Backend {
   SimulatedDesktop& windows() override { return desktop_; }
   SimulatedCapture& screenCapture() override { return capture_; }
   SimulatedWorkspace& workspace() override { return workspace_; }
+  SimulatedDisplays& displays() override { return displays_; }
+  SimulatedVirtualDisplays& virtualDisplays() override { return virtualDisplays_; }
+  SimulatedAccessibility& accessibility() override { return accessibility_; }
   SimulatedApplication& application() override { return application_; }
+
+  /// The calls to displays, virtual displays and Accessibility in their order.
+  CallJournal& journal() { return journal_; }
 
   /// Only in `Mode::virtualTime`.
   VirtualTimeDispatch& virtualTime();
@@ -44,6 +54,10 @@ class SimulatedBackend : public Backend {
   SimulatedDesktop desktop_;
   SimulatedCapture capture_;
   SimulatedWorkspace workspace_;
+  CallJournal journal_;
+  SimulatedDisplays displays_{journal_};
+  SimulatedVirtualDisplays virtualDisplays_{displays_, journal_};
+  SimulatedAccessibility accessibility_{capture_, journal_};
   SimulatedApplication application_;
 };
 

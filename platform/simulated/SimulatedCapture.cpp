@@ -91,6 +91,11 @@ void SimulatedCapture::closeWindow(WindowID id) {
   showPictureOf(id);
 }
 
+std::vector<WindowRecord> SimulatedCapture::windows() const {
+  const std::scoped_lock lock(mutex_);
+  return listed({});
+}
+
 void SimulatedCapture::paintWindow(WindowID id, Pixels picture) {
   {
     const std::scoped_lock lock(mutex_);

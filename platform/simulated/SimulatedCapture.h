@@ -41,6 +41,7 @@ class SimulatedCapture : public ScreenCaptureBackend {
   WindowID openWindow(ShareableWindow window);
   void changeWindow(WindowID id, const std::function<void(ShareableWindow&)>& change);
   void closeWindow(WindowID id);
+  std::vector<WindowRecord> windows() const;
   /// What the window shows; its streams deliver it while it is on screen.
   void paintWindow(WindowID id, Pixels picture);
 

@@ -1,7 +1,10 @@
 #include "platform/linux/qt/QtApplication.h"
 
 #include <QApplication>
+#include <QTimer>
 #include <QWidget>
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace vistrel::platform::linux_desktop {
@@ -34,8 +37,22 @@ void QtApplication::setWindowsMenu(std::shared_ptr<Menu> menu) {
 
 void QtApplication::hide() { windows_.hide(); }
 
-void QtApplication::run() {
+void QtApplication::finishLaunching() {
   if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();
+}
+
+void QtApplication::sendNextEvent(Date until) {
+  const double seconds = std::max(until.timeIntervalSince(now()), 0.0);
+  QTimer timeout;
+  timeout.setSingleShot(true);
+  timeout.setTimerType(Qt::PreciseTimer);
+  // Its event, if no other, ends the wait.
+  timeout.start(static_cast<int>(std::ceil(seconds * 1000)));
+  QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+void QtApplication::run() {
+  finishLaunching();
   if (!isTerminated_) QApplication::exec();
   ended_();
 }

@@ -21,6 +21,8 @@ class QtApplication final : public Application {
   void setMainMenu(std::shared_ptr<Menu> menu) override;
   void setWindowsMenu(std::shared_ptr<Menu> menu) override;
   void hide() override;
+  void finishLaunching() override;
+  void sendNextEvent(Date until) override;
   void run() override;
   void terminate() override;
 
