@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace vistrel::platform {
 
@@ -18,6 +19,11 @@ std::int64_t truncatedToInt64(double value) {
   constexpr double limit = 9223372036854775808.0;
   if (!(value >= -limit && value < limit)) std::abort();
   return static_cast<std::int64_t>(value);
+}
+
+std::int32_t fittingInt32(std::int64_t value) {
+  if (!std::in_range<std::int32_t>(value)) std::abort();
+  return static_cast<std::int32_t>(value);
 }
 
 std::int64_t multipliedExactly(std::int64_t a, std::int64_t b) {

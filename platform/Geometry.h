@@ -54,6 +54,9 @@ Rect intersection(const Rect& a, const Rect& b);
 /// writing nothing, when `value` is not finite or does not fit.
 std::int64_t truncatedToInt64(double value);
 
+/// The same value; ends the program abnormally, writing nothing, when it does not fit.
+std::int32_t fittingInt32(std::int64_t value);
+
 /// a × b; ends the program abnormally, writing nothing, when the product does not fit.
 std::int64_t multipliedExactly(std::int64_t a, std::int64_t b);
 

@@ -1,0 +1,101 @@
+#include "parking/VLVirtualDisplay.h"
+
+#include <variant>
+#include <vector>
+
+namespace vistrel {
+
+using platform::classNamed;
+using platform::RuntimeClass;
+using platform::RuntimeObject;
+
+namespace {
+
+constexpr const char* descriptorClass = "CGVirtualDisplayDescriptor";
+constexpr const char* settingsClass = "CGVirtualDisplaySettings";
+constexpr const char* modeClass = "CGVirtualDisplayMode";
+constexpr const char* displayClass = "CGVirtualDisplay";
+constexpr const char* classNames[] = {descriptorClass, settingsClass, modeClass, displayClass};
+
+/// The global concurrent queue of the user-interactive quality of service.
+constexpr platform::GlobalQueue userInteractiveQueue{.identifier = 0x21, .flags = 0};
+
+/// The size that the display claims to have: its whole points, of two pixels each, by 10 / 2.54.
+platform::Size sizeInMillimeters(std::int32_t width, std::int32_t height) {
+  const auto millimeters = [](std::int32_t pixels) { return (pixels / 2) / 2.54 * 10; };
+  return {millimeters(width), millimeters(height)};
+}
+
+std::shared_ptr<RuntimeObject> makeDescriptor(RuntimeClass& itsClass, std::int32_t width,
+                                              std::int32_t height, const std::string& name) {
+  const auto descriptor = itsClass.make();
+  descriptor->send("setQueue:", {userInteractiveQueue});
+  descriptor->send("setName:", {name});
+  descriptor->send("setMaxPixelsWide:", {static_cast<std::uint32_t>(width)});
+  descriptor->send("setMaxPixelsHigh:", {static_cast<std::uint32_t>(height)});
+  descriptor->send("setSizeInMillimeters:", {sizeInMillimeters(width, height)});
+  descriptor->send("setProductID:", {0x1234U});
+  descriptor->send("setVendorID:", {0x3456U});
+  descriptor->send("setSerialNum:", {1U});
+  descriptor->send("setTerminationHandler:", {platform::Block([] {})});
+  return descriptor;
+}
+
+std::shared_ptr<RuntimeObject> makeSettings(RuntimeClass& itsClass, RuntimeClass& itsModeClass,
+                                            std::int32_t width, std::int32_t height) {
+  const auto settings = itsClass.make();
+  settings->send("setHiDPI:", {true});
+  const auto mode = itsModeClass.make(
+      "initWithWidth:height:refreshRate:",
+      {static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), 60.0});
+  settings->send("setModes:", {std::vector{mode}});
+  return settings;
+}
+
+std::string listingOf(const RuntimeClass& itsClass) {
+  std::string text;
+  for (const auto& [name, attributes] : itsClass.properties()) {
+    text += "  prop " + name + " : " + attributes + "\n";
+  }
+  for (const std::string& selector : itsClass.selectors()) text += "  sel  " + selector + "\n";
+  return text;
+}
+
+}  // namespace
+
+std::string VLVirtualDisplay::diagnostics() {
+  std::string text;
+  for (const char* name : classNames) {
+    const auto found = classNamed(name);
+    text += std::string("=== ") + name + " " + (found ? "(found)" : "(MISSING)") + "\n";
+    if (found) text += listingOf(*found);
+  }
+  return text;
+}
+
+std::unique_ptr<VLVirtualDisplay> VLVirtualDisplay::displayWithWidth(std::int32_t width,
+                                                                     std::int32_t height,
+                                                                     const std::string& name) {
+  auto display = std::make_unique<VLVirtualDisplay>();
+  return display->createWithWidth(width, height, name) ? std::move(display) : nullptr;
+}
+
+bool VLVirtualDisplay::createWithWidth(std::int32_t width, std::int32_t height,
+                                       const std::string& name) {
+  const auto descriptors = classNamed(descriptorClass);
+  const auto settings = classNamed(settingsClass);
+  const auto modes = classNamed(modeClass);
+  const auto displays = classNamed(displayClass);
+  if (!descriptors || !settings || !modes || !displays) return false;
+
+  const auto descriptor = makeDescriptor(*descriptors, width, height, name);
+  const auto display = displays->make("initWithDescriptor:", {descriptor});
+  if (!display) return false;
+  const auto wanted = makeSettings(*settings, *modes, width, height);
+  if (!std::get<bool>(display->send("applySettings:", {wanted}))) return false;
+  display_ = display;
+  displayID_ = std::get<std::uint32_t>(display->send("displayID"));
+  return displayID_ != 0;
+}
+
+}  // namespace vistrel
