@@ -43,6 +43,8 @@ void WindowMirrorHUDController::recaptureMenu() {
   startCapture();
 }
 
+void WindowMirrorHUDController::toggleKeepAwakeMenu() { toggleKeepAwake(); }
+
 void WindowMirrorHUDController::scaleFromMenu(const platform::MenuItem& sender) {
   setScale(sender.tag() / 100.0);
 }

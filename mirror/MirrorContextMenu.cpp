@@ -26,6 +26,9 @@ std::shared_ptr<Menu> WindowMirrorHUDController::makeContextMenu() {
   add(rolledUp_ ? "Roll Down (Show Mirror)" : "Roll Up (Title Only)", "toggleRollUpMenu",
       &Self::toggleRollUpMenu);
   add("Re-capture (Refresh / Fix Blur or Black)", "recaptureMenu", &Self::recaptureMenu);
+  add(keepAwake_ ? "Stop Keeping Source Awake (Restore Window)"
+                 : "Keep Source Awake (Park Off-Screen)",
+      "toggleKeepAwakeMenu", &Self::toggleKeepAwakeMenu);
   add("Bring Source Window to Front", "activateSource", &Self::activateSource);
   auto scale = std::make_shared<MenuItem>("Scale", MenuAction(), "");
   scale->setSubmenu(makeScaleMenu());

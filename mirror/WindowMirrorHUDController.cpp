@@ -234,6 +234,7 @@ void WindowMirrorHUDController::close() {
   assert(platform::mainQueue().isCurrent());
   if (freshnessTimer_) freshnessTimer_->invalidate();
   freshnessTimer_ = nullptr;
+  if (keepAwake_) restoreParkedWindow();
   stopCapture();
   panel_->orderOut();
   panel_->close();

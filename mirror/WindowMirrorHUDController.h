@@ -13,6 +13,8 @@
 #include "mirror/MirrorResizeGrip.h"
 #include "mirror/PanelLayout.h"
 #include "mirror/StreamOutput.h"
+#include "parking/VirtualDisplayHost.h"
+#include "platform/AccessibilityElement.h"
 #include "platform/Controls.h"
 #include "platform/Dispatch.h"
 #include "platform/Guarded.h"
@@ -63,6 +65,11 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   void scaleFromMenu(const platform::MenuItem& sender);
   /// Starts capture anew.
   void recaptureMenu();
+  /// Parks the source's window where a person does not see it but it still draws, on a hidden
+  /// display or else in the main screen's corner; or puts it back. Parking needs the permission for
+  /// Accessibility, and asks for it.
+  void toggleKeepAwake();
+  void toggleKeepAwakeMenu();
   /// Brings the source's program to the front, with all its windows.
   void activateSource();
   /// Closes the mirror as a person's command: `close`, then `onClosed`.
@@ -128,6 +135,16 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   double aspect() const { return aspect_; }
   /// Points, each side at least 1.
   platform::Size sourcePointSize() const { return sourcePointSize_; }
+  /// Whether the source's window is parked.
+  bool keepAwake() const { return keepAwake_; }
+  /// Null while it is not.
+  const std::shared_ptr<platform::AccessibilityElement>& parkedWindow() const {
+    return parkedWindow_;
+  }
+  /// Where it was before; none when that could not be read. Global display space.
+  const std::optional<platform::Point>& savedOrigin() const { return savedOrigin_; }
+  /// The display that it is parked on; null while it is not, or is parked in the corner.
+  const VirtualDisplayHost* virtualHost() const { return virtualHost_.get(); }
 
  private:
   WindowMirrorHUDController(const platform::ShareableWindow& window, OnClosed onClosed,
@@ -143,6 +160,9 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   void setLiveDot(const LiveDotState& state);
   std::shared_ptr<platform::Menu> makeScaleMenu();
   platform::Rect snapped(const platform::Rect& proposed) const;
+
+  void park(std::shared_ptr<platform::AccessibilityElement> window);
+  void restoreParkedWindow();
 
   double panelBackingScale() const;
   platform::StreamConfiguration streamConfiguration() const;
@@ -176,6 +196,10 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   std::optional<platform::Rect> frameBeforeRollUp_;
   platform::Date lastFrameAt_ = platform::Date::distantPast();
   std::shared_ptr<platform::Timer> freshnessTimer_;
+  bool keepAwake_ = false;
+  std::shared_ptr<platform::AccessibilityElement> parkedWindow_;
+  std::optional<platform::Point> savedOrigin_;
+  std::unique_ptr<VirtualDisplayHost> virtualHost_;
 
   // Stored by the capture service's answer, or on main, and read on main; `lastImage_` is stored on
   // main and read on sampleQueue_.
