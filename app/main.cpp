@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "app/AppDelegate.h"
+#include "app/SelfTests.h"
 #include "platform/Application.h"
 #include "platform/Backend.h"
 #include "platform/Factory.h"
@@ -22,11 +23,25 @@ void runApplication() {
   app->run();
 }
 
+/// Standard error is not buffered, so each text goes out in one write.
+void writeToStandardError(const std::string& text) {
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+int runSelfTest(SelfTest test, int argc, char** argv) {
+  const auto backend = platform::makeSelfTestBackend(argc, argv);
+  const platform::BackendInstallation installation(*backend);
+  return run(test, writeToStandardError);
+}
+
 }  // namespace
 
 }  // namespace vistrel
 
 int main(int argc, char** argv) {
+  if (const auto test = vistrel::selfTestAskedFor({argv, argv + argc})) {
+    return vistrel::runSelfTest(*test, argc, argv);
+  }
   const auto [backend, failure] = vistrel::platform::makeBackend(argc, argv);
   if (!backend) {
     std::fprintf(stderr, "%s\n", failure.c_str());
