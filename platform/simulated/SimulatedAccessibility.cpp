@@ -19,7 +19,8 @@ class SimulatedAccessibility::WindowElement : public AccessibilityElement {
 
   AccessibilityError setAttributeValue(const std::string& attribute,
                                        const AccessibilityValue& value) override {
-    if (attribute != accessibilityPosition || !value.point) return attributeUnsupported;
+    if (attribute != accessibilityPosition) return attributeUnsupported;
+    if (!value.point) return illegalArgument;
     return accessibility_.move(window_, *value.point);
   }
 
@@ -86,6 +87,13 @@ AccessibleWindowScript SimulatedAccessibility::scriptOf(WindowID window) const {
   return found == scripts_.end() ? AccessibleWindowScript() : found->second;
 }
 
+WindowRecord SimulatedAccessibility::recordOf(WindowID window) const {
+  for (const WindowRecord& each : capture_.windows()) {
+    if (each->windowID == window) return each;
+  }
+  return nullptr;
+}
+
 AccessibilityAttributeOrError SimulatedAccessibility::windowsOf(std::int32_t processID) {
   const auto scripted = windowsAnswers_.find(processID);
   if (scripted != windowsAnswers_.end()) return scripted->second;
@@ -102,16 +110,16 @@ AccessibilityAttributeOrError SimulatedAccessibility::windowsOf(std::int32_t pro
 AccessibilityAttributeOrError SimulatedAccessibility::positionOf(WindowID window) {
   const auto script = scriptOf(window);
   if (script.position) return *script.position;
-  for (const WindowRecord& each : capture_.windows()) {
-    if (each->windowID == window) return {success, AccessibilityValue{each->frame.origin}};
-  }
-  return {invalidElement, {}};
+  const auto record = recordOf(window);
+  if (!record) return {invalidElement, {}};
+  return {success, AccessibilityValue{record->frame.origin}};
 }
 
 AccessibilityError SimulatedAccessibility::move(WindowID window, Point position) {
   journal_.push_back("AXPosition of " + std::to_string(window) + ": " + inWords(position.x) + "," +
                      inWords(position.y));
   if (whenTold_) whenTold_(window);
+  if (!recordOf(window)) return invalidElement;
   if (scriptOf(window).refusesMoves) return cannotComplete;
   capture_.changeWindow(window, [&](ShareableWindow& facts) { facts.frame.origin = position; });
   return success;

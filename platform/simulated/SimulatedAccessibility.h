@@ -32,8 +32,8 @@ class SimulatedAccessibility : public AccessibilityBackend {
   /// At first it is trusted.
   void setTrusted(bool trusted) { trusted_ = trusted; }
   int promptCount() const { return promptCount_; }
-  /// The function for window numbers is missing from now on.
-  void removeWindowNumberFunction() { hasWindowNumberFunction_ = false; }
+  /// The function for window numbers is missing from now on, or is there again.
+  void setHasWindowNumberFunction(bool has) { hasWindowNumberFunction_ = has; }
   /// No point value can be made from now on, or it can again.
   void setFailsPointValues(bool fails) { failsPointValues_ = fails; }
   void scriptWindow(WindowID window, const AccessibleWindowScript& script) {
@@ -55,6 +55,8 @@ class SimulatedAccessibility : public AccessibilityBackend {
   class WindowElement;
 
   AccessibleWindowScript scriptOf(WindowID window) const;
+  /// Null when the window is gone.
+  WindowRecord recordOf(WindowID window) const;
   AccessibilityAttributeOrError windowsOf(std::int32_t processID);
   AccessibilityAttributeOrError positionOf(WindowID window);
   AccessibilityError move(WindowID window, Point position);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/VirtualDisplayClasses.h"
@@ -62,8 +63,8 @@ class SimulatedVirtualDisplays : public VirtualDisplayBackend {
  public:
   SimulatedVirtualDisplays(SimulatedDisplays& displays, CallJournal& journal);
 
-  /// The system has no class of that name from now on.
-  void removeClass(const std::string& name) { missing_.insert(name); }
+  /// The system has no classes of these names from now on.
+  void setMissing(std::set<std::string> names) { missing_ = std::move(names); }
   SimulatedVirtualDisplayServer& server() { return *server_; }
 
   std::shared_ptr<RuntimeClass> classNamed(const std::string& name) override;

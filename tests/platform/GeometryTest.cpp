@@ -64,6 +64,16 @@ TEST(TruncatedToInt64DeathTest, EndsTheProgramSilentlyOnWhatIsNoNumber) {
   EXPECT_SILENT_ABORT(truncatedToInt64(std::nan("")));
 }
 
+TEST(FittingInt32, TakesTheWholeRangeOfTheInteger) {
+  EXPECT_EQ(fittingInt32(-2147483648), std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(fittingInt32(2147483647), std::numeric_limits<std::int32_t>::max());
+}
+
+TEST(FittingInt32DeathTest, EndsTheProgramSilentlyOnWhatDoesNotFit) {
+  EXPECT_SILENT_ABORT(fittingInt32(2147483648));
+  EXPECT_SILENT_ABORT(fittingInt32(-2147483649));
+}
+
 TEST(MultipliedExactly, Multiplies) {
   EXPECT_EQ(multipliedExactly(-3, 7), -21);
   EXPECT_EQ(multipliedExactly(largestInt64, 1), largestInt64);
