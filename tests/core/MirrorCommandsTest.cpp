@@ -39,16 +39,18 @@ class MirrorCommandsTest : public MirrorTest {
       if (item->title() == title) platform::performAction(item);
     }
   }
-  std::shared_ptr<Menu> scaleMenu() { return openMenu()->items().at(3)->submenu(); }
+  std::shared_ptr<Menu> scaleMenu() { return openMenu()->items().at(4)->submenu(); }
 };
 
 TEST_F(MirrorCommandsTest, MenuOfOneMirrorOffersWhatCanBeDoneToIt) {
   const auto menu = openMenu();
   EXPECT_THAT(titlesOf(*menu),
               ElementsAre("Roll Up (Title Only)", "Re-capture (Refresh / Fix Blur or Black)",
-                          "Bring Source Window to Front", "Scale", "--", "Hide This Mirror"));
-  EXPECT_THAT(selectorsOf(*menu), ElementsAre("toggleRollUpMenu", "recaptureMenu", "activateSource",
-                                              "", "", "closeClicked"));
+                          "Keep Source Awake (Park Off-Screen)", "Bring Source Window to Front",
+                          "Scale", "--", "Hide This Mirror"));
+  EXPECT_THAT(selectorsOf(*menu),
+              ElementsAre("toggleRollUpMenu", "recaptureMenu", "toggleKeepAwakeMenu",
+                          "activateSource", "", "", "closeClicked"));
   for (const auto& item : menu->items()) {
     EXPECT_EQ(item->keyEquivalent(), "");
     EXPECT_EQ(item->state(), platform::MenuItemState::off);
@@ -84,6 +86,17 @@ TEST_F(MirrorCommandsTest, MenuRollsUpAndDown) {
   EXPECT_EQ(menu->items().front()->title(), "Roll Down (Show Mirror)");
   platform::performAction(menu->items().front());
   EXPECT_EQ(mirror_->panel()->frame(), rect(100, 500, 340, 196));
+}
+
+TEST_F(MirrorCommandsTest, MenuKeepsTheSourceAwakeAndStopsToDoSo) {
+  choose("Keep Source Awake (Park Off-Screen)");
+  EXPECT_TRUE(mirror_->keepAwake());
+  const auto item = openMenu()->items().at(2);
+  EXPECT_EQ(item->title(), "Stop Keeping Source Awake (Restore Window)");
+  EXPECT_EQ(item->action().selector(), "toggleKeepAwakeMenu");
+  platform::performAction(item);
+  EXPECT_FALSE(mirror_->keepAwake());
+  EXPECT_EQ(openMenu()->items().at(2)->title(), "Keep Source Awake (Park Off-Screen)");
 }
 
 TEST_F(MirrorCommandsTest, MenuHidesTheMirror) {

@@ -16,6 +16,7 @@ constexpr const char* hideThis = "Hide This Mirror";
 constexpr const char* hideAll = "Hide All Window Mirrors";
 constexpr const char* linesOfOnlyPanel = R"(Roll Up (Title Only)
 Re-capture (Refresh / Fix Blur or Black)
+Keep Source Awake (Park Off-Screen)
 Bring Source Window to Front
 Scale ▸
 ---
