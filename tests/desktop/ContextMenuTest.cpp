@@ -11,6 +11,7 @@ namespace {
 constexpr const char* rollUp = "Roll Up (Title Only)";
 constexpr const char* rollDown = "Roll Down (Show Mirror)";
 constexpr const char* recapture = "Re-capture (Refresh / Fix Blur or Black)";
+constexpr const char* keepAwake = "Keep Source Awake (Park Off-Screen)";
 constexpr const char* bringSource = "Bring Source Window to Front";
 constexpr const char* hideThis = "Hide This Mirror";
 constexpr const char* hideAll = "Hide All Window Mirrors";
@@ -129,7 +130,7 @@ TEST_F(ContextMenu, OpensByTheRightButtonAndByKeysAndLeavesTheKeyboardWhereItIs)
   const MenuOnScreen menu = menuOpenedBy([&] { input_.typeHolding(keyShift, keyF10); });
   EXPECT_EQ(menu.lines(), linesOfOnlyPanel);
   EXPECT_TRUE(menu.isHighlighted(rollUp));
-  for (const char* title : {recapture, bringSource, "Scale", hideThis, rollUp}) {
+  for (const char* title : {recapture, keepAwake, bringSource, "Scale", hideThis, rollUp}) {
     input_.type(keyDown);
     EXPECT_TRUE(eventually([&] { return menu.isHighlighted(title); })) << title;
   }
