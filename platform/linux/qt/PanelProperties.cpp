@@ -1,19 +1,14 @@
 #include "platform/linux/qt/PanelProperties.h"
 
-#include <QGuiApplication>
-#include <cstdlib>
 #include <initializer_list>
-#include <memory>
 #include <string_view>
 #include <vector>
-#include <xcb/xcb.h>
+
+#include "platform/linux/qt/ToolkitConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 
 namespace {
-
-template <class Reply>
-using OwnedReply = std::unique_ptr<Reply, decltype(&std::free)>;
 
 xcb_atom_t atomNamed(xcb_connection_t* connection, std::string_view name) {
   const auto request = xcb_intern_atom(connection, /*only_if_exists=*/0,
@@ -35,14 +30,12 @@ void setAtoms(xcb_connection_t* connection, xcb_window_t window, std::string_vie
 }  // namespace
 
 void completePanelWindow(xcb_window_t window) {
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 == nullptr) return;
-  xcb_connection_t* connection = x11->connection();
+  xcb_connection_t* connection = toolkitConnection();
+  if (connection == nullptr) return;
   setAtoms(connection, window, "_NET_WM_WINDOW_TYPE",
            {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_NORMAL"});
   setAtoms(connection, window, "WM_PROTOCOLS", {"WM_DELETE_WINDOW", "_NET_WM_PING"});
-  const OwnedReply<xcb_get_input_focus_reply_t> synced(
-      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr), &std::free);
+  syncToolkit();
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -10,6 +10,7 @@
 #include "platform/linux/qt/QtWorkspace.h"
 #include "platform/linux/qt/ScreenReaders.h"
 #include "platform/linux/qt/Symbols.h"
+#include "platform/linux/qt/ToolkitConnection.h"
 #include "platform/linux/qt/ToolkitMessages.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -28,8 +29,7 @@ class Toolkit {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(applicationIcon());
     installAccessibles();
-    const auto* x11 = application_.nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 != nullptr) watchToolkitConnection(x11->connection());
+    if (toolkitConnection() != nullptr) watchToolkitConnection(toolkitConnection());
   }
   Toolkit(const Toolkit&) = delete;
   Toolkit& operator=(const Toolkit&) = delete;

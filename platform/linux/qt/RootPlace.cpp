@@ -1,23 +1,12 @@
 #include "platform/linux/qt/RootPlace.h"
 
-#include <QGuiApplication>
-#include <cstdlib>
-#include <memory>
-#include <xcb/xcb.h>
+#include "platform/linux/qt/ToolkitConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 
-namespace {
-
-template <class Reply>
-using OwnedReply = std::unique_ptr<Reply, decltype(&std::free)>;
-
-}  // namespace
-
 std::optional<PixelRect> placeOnRoot(xcb_window_t window) {
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 == nullptr) return std::nullopt;
-  xcb_connection_t* connection = x11->connection();
+  xcb_connection_t* connection = toolkitConnection();
+  if (connection == nullptr) return std::nullopt;
   const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
   const auto sizeRequest = xcb_get_geometry(connection, window);
   const auto placeRequest = xcb_translate_coordinates(connection, window, root, 0, 0);

@@ -1,0 +1,19 @@
+#include "platform/linux/qt/ToolkitConnection.h"
+
+#include <QGuiApplication>
+
+namespace vistrel::platform::linux_desktop {
+
+xcb_connection_t* toolkitConnection() {
+  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+  return x11 == nullptr ? nullptr : x11->connection();
+}
+
+void syncToolkit() {
+  xcb_connection_t* connection = toolkitConnection();
+  if (connection == nullptr) return;
+  const OwnedReply<xcb_get_input_focus_reply_t> synced(
+      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr), &std::free);
+}
+
+}  // namespace vistrel::platform::linux_desktop

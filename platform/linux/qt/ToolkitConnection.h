@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace vistrel::platform::linux_desktop {
+
+/// The toolkit's own connection to the display, for what it offers no call for; null on platforms
+/// without one. Main thread.
+xcb_connection_t* toolkitConnection();
+
+/// Waits until the server has carried out what the toolkit has asked for so far. Main thread.
+void syncToolkit();
+
+/// What libxcb hands out to be released with free().
+template <class Reply>
+using OwnedReply = std::unique_ptr<Reply, decltype(&std::free)>;
+
+}  // namespace vistrel::platform::linux_desktop
