@@ -39,15 +39,17 @@ int runSelfTest(SelfTest test, int argc, char** argv) {
 }  // namespace vistrel
 
 int main(int argc, char** argv) {
+  using namespace vistrel::platform;
   if (const auto test = vistrel::selfTestAskedFor({argv, argv + argc})) {
     return vistrel::runSelfTest(*test, argc, argv);
   }
-  const auto [backend, failure] = vistrel::platform::makeBackend(argc, argv);
+  const auto [backend, failure] = makeBackend(argc, argv, Instances::one);
   if (!backend) {
+    if (failure.empty()) return 0;
     std::fprintf(stderr, "%s\n", failure.c_str());
     return 1;
   }
-  const vistrel::platform::BackendInstallation installation(*backend);
+  const BackendInstallation installation(*backend);
   vistrel::runApplication();
   return 0;
 }

@@ -6,9 +6,9 @@ namespace vistrel::platform {
 
 using namespace linux_desktop;
 
-BackendOrFailure makeBackend(int /*argc*/, char** argv) {
+BackendOrFailure makeBackend(int /*argc*/, char** argv, Instances instances) {
   // Before the toolkit, which ends the process when it finds no display.
-  auto [desktop, failure] = X11Desktop::connect();
+  auto [desktop, failure] = X11Desktop::connect(instances);
   if (!desktop) return {nullptr, failure};
   auto backend = std::make_unique<LinuxBackend>(std::move(desktop), argv[0]);
   // The other parts of the backend are of use with the toolkit alone.
@@ -17,7 +17,7 @@ BackendOrFailure makeBackend(int /*argc*/, char** argv) {
 }
 
 std::unique_ptr<Backend> makeSelfTestBackend(int /*argc*/, char** argv) {
-  auto [desktop, failure] = X11Desktop::connect();
+  auto [desktop, failure] = X11Desktop::connect(Instances::any);
   if (!desktop) return makeBackendWithoutDisplay();
   return std::make_unique<LinuxBackend>(std::move(desktop), argv[0]);
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/Backend.h"
+#include "platform/Factory.h"
 #include "platform/linux/PanelSurface.h"
 #include "platform/linux/PixelRect.h"
 #include "platform/linux/ScreenLayout.h"
@@ -18,8 +19,15 @@ namespace vistrel::platform::linux_desktop {
 class X11Desktop : public ScreenCaptureBackend {
  public:
   struct OrFailure;
-  /// Connects to the display that DISPLAY names. Fails with one line for a person.
-  static OrFailure connect();
+  /// Connects to the display that DISPLAY names. Fails with one line for a person, or without any
+  /// when it is to be the one instance there and another one has been shown instead.
+  static OrFailure connect(Instances instances);
+
+  /// From now on calls `show`, on the main queue, whenever the program is started again; with the
+  /// server's time of what the person did for that. Main thread.
+  virtual void whenStartedAgain(std::function<void(std::uint32_t time)> show) = 0;
+  /// The program's next start is a new instance, although this one still runs. Main thread.
+  virtual void letOthersStart() = 0;
 
   /// Where windows' pixels are in points: the frames of lists asked for from now on. Main thread.
   virtual void setScreenLayout(ScreenLayout layout) = 0;
@@ -48,6 +56,10 @@ class X11Desktop : public ScreenCaptureBackend {
   /// Brings all windows of a process to the front and gives one of them the keyboard; false when it
   /// has none. Main thread.
   virtual bool activateWindows(std::int32_t processID) = 0;
+  /// Has the manager bring the window to the front and give it the keyboard, for something that a
+  /// person did at `time` of the server's: it may refuse where they have gone on to something else
+  /// since. The window is one of the toolkit's, whose requests have been synced. Main thread.
+  virtual void activateWindow(std::uint32_t window, std::uint32_t time) = 0;
 
   /// Raises the window in its layer (a checked ConfigureWindow), without giving it the focus.
   virtual void raise(std::uint32_t window) = 0;

@@ -119,7 +119,7 @@ class LinuxBed : public ContractBed {
     static char program[] = "contract";
     static char* arguments[] = {program, nullptr};
     display_.adoptEnvironment();
-    auto [backend, failure] = platform::makeBackend(1, arguments);
+    auto [backend, failure] = platform::makeBackend(1, arguments, platform::Instances::any);
     if (!backend) throw std::runtime_error(failure);
     return std::move(backend);
   }

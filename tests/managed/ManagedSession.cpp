@@ -13,6 +13,7 @@ namespace vistrel::testbed {
 namespace {
 
 using platform::Error;
+using platform::Instances;
 using platform::linux_desktop::SerialQueue;
 using platform::linux_desktop::X11Desktop;
 
@@ -144,7 +145,7 @@ bool StreamedWindow::hasEnded() const { return receiver_->hasEnded(); }
 
 ManagedSession::ManagedSession(const PrivateDisplay::Options& options) : display_(options) {
   display_.adoptEnvironment();
-  desktop_ = X11Desktop::connect().desktop;
+  desktop_ = X11Desktop::connect(Instances::any).desktop;
   if (!desktop_) {
     throw std::runtime_error("the backend does not connect");
   }

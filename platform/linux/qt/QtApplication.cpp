@@ -1,13 +1,31 @@
 #include "platform/linux/qt/QtApplication.h"
 
 #include <QApplication>
+#include <QMainWindow>
 #include <QTimer>
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
+#include "platform/linux/qt/ToolkitConnection.h"
+
 namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+/// What a person is to look at: an alert that waits for an answer, else an ordinary window; null
+/// when there is none.
+QWidget* foremostWidget() {
+  if (QWidget* alert = QApplication::activeModalWidget()) return alert;
+  const auto all = QApplication::topLevelWidgets();
+  const auto found = std::find_if(all.begin(), all.end(), [](const QWidget* each) {
+    return each->isVisible() && qobject_cast<const QMainWindow*>(each) != nullptr;
+  });
+  return found == all.end() ? nullptr : *found;
+}
+
+}  // namespace
 
 QtApplication::QtApplication(PeerHost& windows, std::function<void()> ended)
     : windows_(windows), ended_(std::move(ended)), signals_([this] { terminate(); }) {}
@@ -53,13 +71,26 @@ void QtApplication::sendNextEvent(Date until) {
 
 void QtApplication::run() {
   finishLaunching();
+  windows_.desktop().whenStartedAgain([this](std::uint32_t time) { reopen(time); });
   if (!isTerminated_) QApplication::exec();
   ended_();
 }
 
 void QtApplication::terminate() {
   isTerminated_ = true;
+  windows_.desktop().letOthersStart();
   QCoreApplication::exit(0);
+}
+
+void QtApplication::reopen(std::uint32_t time) {
+  const auto delegate = delegate_.lock();
+  if (isTerminated_ || !delegate) return;
+  delegate->applicationShouldHandleReopen(!windows_.openWindows().empty());
+  const QWidget* foremost = foremostWidget();
+  if (foremost == nullptr) return;
+  // The toolkit itself knows no later time than that of its windows' last input.
+  syncToolkit();
+  windows_.desktop().activateWindow(static_cast<std::uint32_t>(foremost->winId()), time);
 }
 
 }  // namespace vistrel::platform::linux_desktop

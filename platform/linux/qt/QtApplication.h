@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -27,6 +28,9 @@ class QtApplication final : public Application {
   void terminate() override;
 
  private:
+  /// A person has started the program once more, at that time of the display server's.
+  void reopen(std::uint32_t time);
+
   PeerHost& windows_;
   const std::function<void()> ended_;
   std::weak_ptr<ApplicationDelegate> delegate_;

@@ -88,6 +88,11 @@ void showDesktopOf(Connection& connection, xcb_window_t window) {
   sendToManager(connection, connection.root(), "_NET_CURRENT_DESKTOP", {*desktop});
 }
 
+void sendActivation(Connection& connection, xcb_window_t window, xcb_timestamp_t time) {
+  sendToManager(connection, window, "_NET_ACTIVE_WINDOW", {byPerson, time, XCB_WINDOW_NONE});
+  connection.sync();
+}
+
 }  // namespace
 
 bool hasWindows(Connection& connection, std::int32_t processID) {
@@ -103,10 +108,13 @@ bool activateWindows(Connection& connection, std::int32_t processID) {
     if (each != front && !isMinimised(connection, each)) raise(connection, each);
   });
   raise(connection, front);
-  sendToManager(connection, front, "_NET_ACTIVE_WINDOW",
-                {byPerson, XCB_CURRENT_TIME, XCB_WINDOW_NONE});
-  connection.sync();
+  sendActivation(connection, front, XCB_CURRENT_TIME);
   return true;
+}
+
+void activateWindow(Connection& connection, xcb_window_t window, xcb_timestamp_t time) {
+  showDesktopOf(connection, window);
+  sendActivation(connection, window, time);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -14,4 +14,8 @@ bool hasWindows(Connection& connection, std::int32_t processID);
 /// own desktop is shown. False when the process has no window.
 bool activateWindows(Connection& connection, std::int32_t processID);
 
+/// Shows the window's desktop and asks the window manager to activate it, for something that a
+/// person did at `time`: to it is left whether that is still what they want.
+void activateWindow(Connection& connection, xcb_window_t window, xcb_timestamp_t time);
+
 }  // namespace vistrel::platform::linux_desktop

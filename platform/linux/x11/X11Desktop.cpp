@@ -13,6 +13,7 @@
 #include "platform/linux/x11/Connection.h"
 #include "platform/linux/x11/DockWatch.h"
 #include "platform/linux/x11/FullScreenFollower.h"
+#include "platform/linux/x11/InstanceClaim.h"
 #include "platform/linux/x11/MenuKeys.h"
 #include "platform/linux/x11/MirrorWorker.h"
 #include "platform/linux/x11/ShareableContentService.h"
@@ -22,10 +23,12 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-std::string displayName() {
-  const char* name = std::getenv("DISPLAY");
-  return name ? name : "";
+std::string environmentVariable(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
 }
+
+std::string displayName() { return environmentVariable("DISPLAY"); }
 
 /// Keeps standard error shut while it lives. For libxcb, which writes there why a display refuses.
 class ShutStandardError {
@@ -53,15 +56,23 @@ std::unique_ptr<Connection> openQuietly() {
 
 class XcbDesktop : public X11Desktop {
  public:
-  explicit XcbDesktop(std::unique_ptr<Connection> connection)
+  /// Without a claim it is one instance of several.
+  XcbDesktop(std::unique_ptr<Connection> connection, std::shared_ptr<InstanceClaim> claim)
       : connection_(std::move(connection)),
+        claim_(std::move(claim)),
         panelQueue_(SerialQueue::make("vistrel.panels", QualityOfService::userInteractive)) {
     // The panels' connection is there all the time, so it notices that the display is gone. It is
     // opened before the toolkit opens its own: libXau must not be entered twice.
     asyncAndWait(*panelQueue_, [this] {
       const auto worker = MirrorWorker::of(panelQueue_);
       if (worker) worker->setOnLost([] { endProgramDisplayLost(); });
+      if (claim_) claim_->serveOn(*panelQueue_);
     });
+  }
+
+  void whenStartedAgain(std::function<void(std::uint32_t time)> show) override;
+  void letOthersStart() override {
+    if (claim_) asyncAndWait(*panelQueue_, [this] { claim_->giveUp(); });
   }
 
   bool preflightScreenCaptureAccess() override {
@@ -113,10 +124,14 @@ class XcbDesktop : public X11Desktop {
   bool activateWindows(std::int32_t processID) override {
     return linux_desktop::activateWindows(*connection_, processID);
   }
+  void activateWindow(std::uint32_t window, std::uint32_t time) override {
+    linux_desktop::activateWindow(*connection_, window, time);
+  }
 
  private:
   /// For requests of the main thread, each of which waits for its answer.
   std::unique_ptr<Connection> connection_;
+  const std::shared_ptr<InstanceClaim> claim_;
   std::shared_ptr<SerialQueue> panelQueue_;
   std::shared_ptr<DockWatch> docks_;                 // made when they are first watched
   std::shared_ptr<FullScreenFollower> fullScreens_;  // made with the first panel
@@ -124,6 +139,18 @@ class XcbDesktop : public X11Desktop {
   std::function<void()> menuKeyPressed_;
   ShareableContentService contentService_;
 };
+
+void XcbDesktop::whenStartedAgain(std::function<void(std::uint32_t time)> show) {
+  if (!claim_) return;
+  panelQueue_->async([claim = claim_, panels = std::weak_ptr(panelQueue_), show = std::move(show)] {
+    claim->setShow([panels, show](xcb_timestamp_t time, std::function<void()> shown) {
+      mainQueue().async([panels, show, time, shown = std::move(shown)] {
+        show(time);
+        if (const auto queue = panels.lock()) queue->async(shown);
+      });
+    });
+  });
+}
 
 void XcbDesktop::takeMenuKeys(std::function<void()> pressed) {
   menuKeyPressed_ = std::move(pressed);
@@ -171,9 +198,15 @@ void XcbDesktop::raise(std::uint32_t window) {
 
 }  // namespace
 
-X11Desktop::OrFailure X11Desktop::connect() {
-  auto connection = openQuietly();
-  if (connection) return {std::make_unique<XcbDesktop>(std::move(connection)), {}};
+X11Desktop::OrFailure X11Desktop::connect(Instances instances) {
+  if (auto connection = openQuietly()) {
+    InstanceClaim::OrShown start;
+    if (instances == Instances::one) {
+      start = InstanceClaim::take(environmentVariable("DESKTOP_STARTUP_ID"));
+    }
+    if (start.isShown) return {};
+    return {std::make_unique<XcbDesktop>(std::move(connection), std::move(start.claim)), {}};
+  }
   const auto name = displayName();
   if (name.empty()) return {nullptr, "vistrel: no display: DISPLAY is not set"};
   return {nullptr, "vistrel: cannot connect to the display \"" + name + "\""};
