@@ -44,6 +44,10 @@ void PeerHost::screensDidChange() {
   for (HostedPeer* peer : peers_) peer->screensDidChange();
 }
 
+void PeerHost::saveFrames() {
+  for (HostedPeer* peer : peers_) peer->saveFrame();
+}
+
 void PeerHost::close() {
   isOpen_ = false;
   for (HostedPeer* peer : peers_) peer->retire();

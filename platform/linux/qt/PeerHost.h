@@ -33,6 +33,8 @@ class HostedPeer : public WindowPeer {
   virtual void retire() = 0;
   /// Monitors have come, gone, moved or changed their size or scale.
   virtual void screensDidChange() = 0;
+  /// Writes a frame that is to be kept and is not written yet.
+  virtual void saveFrame() {}
 
  protected:
   PeerHost& host() const { return *host_; }
@@ -64,6 +66,7 @@ class PeerHost : public OpenWindows {
   void unhide();
 
   void screensDidChange();
+  void saveFrames();
   /// Retires all peers, for good.
   void close();
 

@@ -50,7 +50,7 @@ class StartedQtDesktop final : public QtDesktop {
   StartedQtDesktop(char* programPath, X11Desktop& desktop)
       : toolkit_(programPath),
         windows_(desktop),
-        workspace_(desktop),
+        workspace_(windows_.host()),
         application_(windows_.host(), [this] { finish(); }) {}
 
   ~StartedQtDesktop() override {

@@ -44,7 +44,20 @@ class WindowedApplication : public RunningApplication {
   const std::int32_t processID_;
 };
 
+/// Without what was said about this process's own start (Startup Notification Protocol 0.2,
+/// xdg-activation).
+QProcessEnvironment environmentOfNewInstance() {
+  auto environment = QProcessEnvironment::systemEnvironment();
+  environment.remove(QStringLiteral("DESKTOP_STARTUP_ID"));
+  environment.remove(QStringLiteral("XDG_ACTIVATION_TOKEN"));
+  return environment;
+}
+
 }  // namespace
+
+// Later on the system may know the file as a deleted one.
+QtWorkspace::QtWorkspace(PeerHost& windows)
+    : windows_(windows), programPath_(QCoreApplication::applicationFilePath().toStdString()) {}
 
 bool QtWorkspace::openURL(const std::string& url) {
   const auto lists = handlerLists(directories(QStandardPaths::GenericConfigLocation),
@@ -54,7 +67,12 @@ bool QtWorkspace::openURL(const std::string& url) {
 }
 
 bool QtWorkspace::openNewInstance(const std::string& bundlePath) {
-  return QProcess::startDetached(QString::fromStdString(bundlePath), {});
+  windows_.saveFrames();
+  windows_.desktop().letOthersStart();
+  QProcess instance;
+  instance.setProgram(QString::fromStdString(bundlePath));
+  instance.setProcessEnvironment(environmentOfNewInstance());
+  return instance.startDetached();
 }
 
 std::int32_t QtWorkspace::processIdentifier() {
@@ -62,8 +80,8 @@ std::int32_t QtWorkspace::processIdentifier() {
 }
 
 std::shared_ptr<RunningApplication> QtWorkspace::runningApplication(std::int32_t processID) {
-  if (!desktop_.hasWindows(processID)) return nullptr;
-  return std::make_shared<WindowedApplication>(desktop_, processID);
+  if (!windows_.desktop().hasWindows(processID)) return nullptr;
+  return std::make_shared<WindowedApplication>(windows_.desktop(), processID);
 }
 
 std::optional<std::string> QtWorkspace::bundleInfo(const std::string& key) {
@@ -71,9 +89,7 @@ std::optional<std::string> QtWorkspace::bundleInfo(const std::string& key) {
   return VISTREL_VERSION;
 }
 
-std::string QtWorkspace::mainBundlePath() {
-  return QCoreApplication::applicationFilePath().toStdString();
-}
+std::string QtWorkspace::mainBundlePath() { return programPath_; }
 
 ComparisonResult QtWorkspace::localizedCaseInsensitiveCompare(const std::string& a,
                                                               const std::string& b) {

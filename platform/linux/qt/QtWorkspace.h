@@ -2,20 +2,23 @@
 
 #include "platform/Backend.h"
 #include "platform/Workspace.h"
-#include "platform/linux/X11Desktop.h"
+#include "platform/linux/qt/PeerHost.h"
 
 namespace vistrel::platform::linux_desktop {
 
 /// The surroundings of the process by the XDG specifications and the person's locale.
 class QtWorkspace final : public WorkspaceBackend {
  public:
-  explicit QtWorkspace(X11Desktop& desktop) : desktop_(desktop) {}
+  /// `windows` outlives it. Made when the program starts.
+  explicit QtWorkspace(PeerHost& windows);
 
   /// Spawns nothing where no program is registered for the URL's scheme.
   bool openURL(const std::string& url) override;
+  /// Also where programs are held to one instance: this one leaves its place to the new one.
   bool openNewInstance(const std::string& bundlePath) override;
   std::int32_t processIdentifier() override;
   std::shared_ptr<RunningApplication> runningApplication(std::int32_t processID) override;
+  /// The program's file, or the one that has taken its place since the program was started.
   std::string mainBundlePath() override;
   /// The version that the program was built as; there is no bundle.
   std::optional<std::string> bundleInfo(const std::string& key) override;
@@ -23,7 +26,8 @@ class QtWorkspace final : public WorkspaceBackend {
                                                    const std::string& b) override;
 
  private:
-  X11Desktop& desktop_;
+  PeerHost& windows_;
+  const std::string programPath_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -36,7 +36,7 @@ TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host)
     : HostedPeer(window, std::move(host)) {
   saving_.setSingleShot(true);
   saving_.setInterval(saveDelayMilliseconds);
-  QObject::connect(&saving_, &QTimer::timeout, &saving_, [this] { saveFrame(); });
+  QObject::connect(&saving_, &QTimer::timeout, &saving_, [this] { writeFrame(); });
   settling_.setSingleShot(true);
   settling_.setInterval(restMilliseconds);
   QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { settle(); });
@@ -123,7 +123,7 @@ void TitledPeer::makeNative() {
 }
 
 void TitledPeer::releaseNative() {
-  if (saving_.isActive()) saveFrame();
+  saveFrame();
   settling_.stop();
   update_.stop();
   native_.reset();
@@ -209,7 +209,7 @@ void TitledPeer::settle() {
 }
 
 void TitledPeer::nativeWasClosed() {
-  if (saving_.isActive()) saveFrame();
+  saveFrame();
   window_.peerDidClose();
   host().unhide();
 }
@@ -237,6 +237,10 @@ void TitledPeer::saveFrameSoon() {
 }
 
 void TitledPeer::saveFrame() {
+  if (saving_.isActive()) writeFrame();
+}
+
+void TitledPeer::writeFrame() {
   saving_.stop();
   host().savedFrames().save(window_.frameAutosaveName(), window_.frame());
 }

@@ -37,6 +37,7 @@ class TitledPeer final : public HostedPeer {
   void showWithProgram() override;
   void retire() override;
   void screensDidChange() override;
+  void saveFrame() override;
 
  private:
   void makeNative();
@@ -55,7 +56,7 @@ class TitledPeer final : public HostedPeer {
   void scheduleUpdate(ViewChange change);
   void update();
   void saveFrameSoon();
-  void saveFrame();
+  void writeFrame();
 
   OwnedNative<TitledWindow> native_;
   PlacedFrame placed_;  // of native_, in pixels of the root window
