@@ -194,6 +194,7 @@ TEST_F(MainMenu, ItsKeysHideAndQuitTheProgram) {
   EXPECT_TRUE(eventually([&] { return !picker.isOnScreen() && !panel.isOnScreen(); }));
   EXPECT_FALSE(vistrel_->process().ending().has_value());
 
+  vistrel_.reset();
   startVistrel();
   mirrorRow(0, 1, 1);
   activate(vistrel_->picker().id());
