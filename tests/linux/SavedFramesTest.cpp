@@ -1,12 +1,19 @@
+#include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 #include "platform/linux/qt/SavedFrames.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
+
+namespace fs = std::filesystem;
 
 TEST(FrameText, ComesBackAsItWas) {
   for (const Rect& frame : {rect(0, 0, 460, 420), rect(-12.5, 700.25, 460.125, 1)}) {
@@ -33,47 +40,124 @@ TEST(StateDirectory, FollowsTheBaseDirectorySpecification) {
   EXPECT_EQ(stateDirectory("", "/home/ann"), "/home/ann/.local/state/vistrel");
   EXPECT_EQ(stateDirectory("/var/ann", "/home/ann"), "/var/ann/vistrel");
   EXPECT_EQ(stateDirectory("relative", "/home/ann"), "/home/ann/.local/state/vistrel");
+  EXPECT_EQ(stateDirectory("", ""), "") << "not where the program happens to be started";
 }
 
 class SavedFramesTest : public ::testing::Test {
  protected:
   testbed::TemporaryDirectory directory_;
-  std::filesystem::path state_ = directory_.path() / "not/there/yet";
+  static constexpr Rect frame = rect(10, 20, 460, 420);
+
+  std::ptrdiff_t entries() const {
+    const auto all = fs::directory_iterator(state_);
+    return std::distance(begin(all), end(all));
+  }
+
+  fs::path state_ = directory_.path() / "not/there/yet";
+  fs::path file_ = state_ / "VistrelPicker.frame";
   SavedFrames frames_{state_};
 };
 
 TEST_F(SavedFramesTest, AFrameIsKept) {
   EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt);
-  frames_.save("VistrelPicker", rect(10, 20, 460, 420));
+  frames_.save("VistrelPicker", frame);
   frames_.save("VistrelPicker", rect(11, 21, 461, 421));
   EXPECT_EQ(frames_.load("VistrelPicker"), rect(11, 21, 461, 421));
   EXPECT_EQ(SavedFrames(state_).load("VistrelPicker"), rect(11, 21, 461, 421));
 }
 
 TEST_F(SavedFramesTest, NothingButTheFrameIsLeftBehind) {
-  frames_.save("VistrelPicker", rect(10, 20, 460, 420));
-  const auto entries = std::filesystem::directory_iterator(state_);
-  EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+  frames_.save("VistrelPicker", frame);
+  EXPECT_EQ(entries(), 1);
 }
 
 TEST_F(SavedFramesTest, ABrokenFileIsAsIfThereWereNone) {
-  frames_.save("VistrelPicker", rect(10, 20, 460, 420));
-  std::ofstream(state_ / "VistrelPicker.frame") << std::string(1'000'000, '1');
+  frames_.save("VistrelPicker", frame);
+  std::ofstream(file_) << std::string(1'000'000, '1');
   EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt);
 }
 
 TEST_F(SavedFramesTest, ADirectoryInTheFilesPlaceIsAsIfThereWereNone) {
-  std::filesystem::create_directories(state_ / "VistrelPicker.frame");
-  frames_.save("VistrelPicker", rect(10, 20, 460, 420));
+  fs::create_directories(file_);
+  frames_.save("VistrelPicker", frame);
   EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt);
+}
+
+TEST_F(SavedFramesTest, APipeInTheFilesPlaceIsAsIfThereWereNone) {
+  fs::create_directories(state_);
+  ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
+  EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt) << "and nobody waits for a writer";
+  frames_.save("VistrelPicker", frame);
+  EXPECT_EQ(frames_.load("VistrelPicker"), frame);
+}
+
+TEST_F(SavedFramesTest, ALinkIsFollowedToWhatIsAFile) {
+  fs::create_directories(state_);
+  const auto elsewhere = directory_.path() / "kept elsewhere";
+  std::ofstream(elsewhere) << textOfFrame(frame);
+  fs::create_symlink(elsewhere, file_);
+  EXPECT_EQ(frames_.load("VistrelPicker"), frame);
+  frames_.save("VistrelPicker", rect(1, 2, 300, 400));
+  EXPECT_EQ(frames_.load("VistrelPicker"), rect(1, 2, 300, 400));
+  EXPECT_TRUE(fs::is_symlink(file_));
+  for (const fs::path target : {"/dev/zero", "nowhere", "VistrelPicker.frame"}) {
+    fs::remove(file_);
+    fs::create_symlink(target, file_);
+    EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt) << target;
+  }
+}
+
+TEST_F(SavedFramesTest, DirectoriesThatWereMissingAreTheirOwnersAlone) {
+  frames_.save("VistrelPicker", frame);
+  for (const auto& made : {state_, state_.parent_path(), state_.parent_path().parent_path()}) {
+    EXPECT_EQ(fs::status(made).permissions(), fs::perms::owner_all) << made;
+  }
+}
+
+TEST_F(SavedFramesTest, WhereNothingCanBeMadeNothingHappens) {
+  for (const char* directory : {"/dev/null/vistrel", "/proc/vistrel", ""}) {
+    const SavedFrames nowhere(directory);
+    nowhere.save("VistrelPicker", frame);
+    EXPECT_EQ(nowhere.load("VistrelPicker"), std::nullopt) << directory;
+  }
+}
+
+/// As on a disk that is full: no file of this process can grow.
+class FullDisk {
+ public:
+  FullDisk() : formerHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &former_);
+    const rlimit nothing{0, former_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &nothing);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &former_);
+    std::signal(SIGXFSZ, formerHandler_);
+  }
+
+ private:
+  void (*formerHandler_)(int);
+  rlimit former_{};
+};
+
+TEST_F(SavedFramesTest, OnAFullDiskTheFormerFrameStays) {
+  frames_.save("VistrelPicker", frame);
+  {
+    const FullDisk full;
+    frames_.save("VistrelPicker", rect(1, 2, 300, 400));
+  }
+  EXPECT_EQ(frames_.load("VistrelPicker"), frame);
+  EXPECT_EQ(entries(), 1);
 }
 
 TEST_F(SavedFramesTest, NamesCannotLeaveTheDirectory) {
   for (const char* name : {"", "..", "../escaped", "a/b", "a.b"}) {
-    frames_.save(name, rect(10, 20, 460, 420));
+    frames_.save(name, frame);
     EXPECT_EQ(frames_.load(name), std::nullopt) << name;
   }
-  EXPECT_FALSE(std::filesystem::exists(state_));
+  EXPECT_FALSE(fs::exists(state_));
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace vistrel::platform::linux_desktop {
@@ -28,6 +30,31 @@ std::optional<double> takeNumber(std::string_view& text) {
 bool isFileNameCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
          c == '_';
+}
+
+bool isRegularFile(int descriptor) {
+  struct stat status {};
+  return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// The beginning of a regular file. Anything may stand in its place, such as a pipe, which would
+/// have us wait for somebody to write.
+std::optional<std::string> beginningOfFile(const std::filesystem::path& path) {
+  const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  QFile file;
+  if (descriptor < 0 || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) ||
+      !isRegularFile(descriptor)) {
+    return std::nullopt;
+  }
+  return file.read(longestFile).toStdString();
+}
+
+/// With what is missing above it, for its owner alone (XDG base directory specification).
+void makePrivateDirectory(const std::filesystem::path& path) {
+  std::error_code ignored;
+  if (path.empty() || std::filesystem::exists(path, ignored)) return;
+  makePrivateDirectory(path.parent_path());
+  mkdir(path.c_str(), S_IRWXU);
 }
 
 }  // namespace
@@ -57,31 +84,32 @@ std::optional<Rect> frameFromText(std::string_view text) {
 
 std::filesystem::path stateDirectory(const std::string& stateHome, const std::string& home) {
   const std::filesystem::path given = stateHome;
-  const auto base = given.is_absolute() ? given : std::filesystem::path(home) / ".local/state";
-  return base / "vistrel";
+  if (given.is_absolute()) return given / "vistrel";
+  return home.empty() ? std::filesystem::path()
+                      : std::filesystem::path(home) / ".local/state/vistrel";
 }
 
 std::optional<Rect> SavedFrames::load(const std::string& name) const {
   const auto path = fileOf(name);
   if (!path) return std::nullopt;
-  QFile file(*path);
-  if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
-  return frameFromText(file.read(longestFile).toStdString());
+  const auto text = beginningOfFile(*path);
+  return text ? frameFromText(*text) : std::nullopt;
 }
 
 void SavedFrames::save(const std::string& name, const Rect& frame) const {
   const auto path = fileOf(name);
   if (!path) return;
-  std::error_code ignored;
-  std::filesystem::create_directories(directory_, ignored);
+  makePrivateDirectory(directory_);
   QSaveFile file(QString::fromStdString(path->string()));
   if (!file.open(QIODevice::WriteOnly)) return;
   file.write(QByteArray::fromStdString(textOfFrame(frame)));
-  file.commit();
+  // Committing alone does not see what fails when the last bytes are written.
+  if (file.flush()) file.commit();
 }
 
 std::optional<std::filesystem::path> SavedFrames::fileOf(const std::string& name) const {
-  if (name.empty() || !std::all_of(name.begin(), name.end(), isFileNameCharacter)) {
+  if (directory_.empty() || name.empty() ||
+      !std::all_of(name.begin(), name.end(), isFileNameCharacter)) {
     return std::nullopt;
   }
   return directory_ / (name + ".frame");

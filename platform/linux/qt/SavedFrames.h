@@ -18,17 +18,19 @@ std::string textOfFrame(const Rect& frame);
 std::optional<Rect> frameFromText(std::string_view text);
 
 /// Where the program keeps its state, by the XDG base directory specification: `stateHome` (the
-/// value of XDG_STATE_HOME) unless it is empty or relative, else .local/state in `home`.
+/// value of XDG_STATE_HOME) unless it is empty or relative, else .local/state in `home`; empty when
+/// that is.
 std::filesystem::path stateDirectory(const std::string& stateHome, const std::string& home);
 
-/// Frames kept from run to run, one file per name in one directory. What cannot be read or written
-/// is as if there were none.
+/// Frames kept from run to run, one file per name in one directory; none in an empty one. What
+/// cannot be read or written is as if there were none.
 class SavedFrames {
  public:
   explicit SavedFrames(std::filesystem::path directory) : directory_(std::move(directory)) {}
 
   std::optional<Rect> load(const std::string& name) const;
-  /// Replaces the file at once: a reader sees the old frame or the new one.
+  /// Replaces the file at once: a reader sees the old frame or the new one. A file that its owner
+  /// has made read-only stays.
   void save(const std::string& name, const Rect& frame) const;
 
  private:
