@@ -1,3 +1,7 @@
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+
 #include "tests/desktop/DesktopTest.h"
 
 namespace vistrel::testbed {
@@ -169,6 +173,30 @@ TEST_F(Picker, ItsFrameIsTheSameAfterARestart) {
   vistrel_.reset();
   startVistrel();
   EXPECT_TRUE(eventually([&] { return vistrel_->picker().area() == moved; }));
+}
+
+// Out of reach, larger than any screen, smaller than a person can make it, or no frame at all.
+TEST_F(Picker, AKeptFrameThatCannotBeLeavesItInTheMiddle) {
+  const auto state = display_.home() / "state/vistrel";
+  const auto file = state / "VistrelPicker.frame";
+  std::filesystem::create_directories(state);
+  const auto areaAtStart = [&] {
+    startVistrel();
+    const Rect area = vistrel_->picker().area();
+    vistrel_.reset();
+    return area;
+  };
+  const Rect middle = areaAtStart();
+  EXPECT_EQ(middle.width, 460);
+  for (const char* kept :
+       {"5000 300 460 439\n", "100 100 30000 900\n", "100 100 9 9\n", "nonsense"}) {
+    std::filesystem::remove(file);
+    std::ofstream(file) << kept;
+    EXPECT_EQ(areaAtStart(), middle) << kept;
+  }
+  std::filesystem::remove(file);
+  ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+  EXPECT_EQ(areaAtStart(), middle) << "a pipe";
 }
 
 }  // namespace

@@ -32,6 +32,19 @@ const std::vector<Screen> twoScreens{
     {.frame = rect(0, 0, 1440, 900), .visibleFrame = rect(0, 40, 1440, 835)},
     {.frame = rect(1440, 200, 1920, 1080), .visibleFrame = rect(1440, 200, 1920, 1080)}};
 
+TEST(Credible, AFrameIsThatAPersonCouldHaveGivenToTheWindow) {
+  constexpr Size smallest{400, 239};
+  EXPECT_TRUE(isCredible(rect(490, 240, 460, 439), smallest, twoScreens));
+  EXPECT_TRUE(isCredible(rect(490, 240, 399.5, 238.5), smallest, twoScreens));
+  EXPECT_TRUE(isCredible(rect(0, 0, 3360, 1280), smallest, twoScreens)) << "over both screens";
+  EXPECT_FALSE(isCredible(rect(490, 240, 1, 439), smallest, twoScreens));
+  EXPECT_FALSE(isCredible(rect(490, 240, 460, 1), smallest, twoScreens));
+  EXPECT_FALSE(isCredible(rect(0, 100, 30000, 439), smallest, twoScreens));
+  EXPECT_FALSE(isCredible(rect(0, -29000, 460, 29439), smallest, twoScreens));
+  EXPECT_FALSE(isCredible(rect(4000, 240, 460, 439), smallest, twoScreens)) << "out of reach";
+  EXPECT_FALSE(isCredible(rect(490, 240, 460, 439), smallest, {}));
+}
+
 TEST(BroughtIntoReach, AWindowInReachStaysWhereItIs) {
   for (const Rect& frame : {rect(32, 600, 340, 196), rect(-200, 600, 340, 196),
                             rect(1400, 600, 340, 196), rect(100, -100, 340, 196)}) {

@@ -11,6 +11,9 @@ namespace {
 constexpr double graspWidth = 80;
 constexpr double graspHeight = 24;
 
+/// By so much a size in points may be off that was made of whole pixels.
+constexpr double wholePixels = 1;
+
 /// How far apart they are across and up, together.
 double distance(const Rect& a, const Rect& b) {
   const double dx = std::max({a.minX() - b.maxX(), b.minX() - a.maxX(), 0.0});
@@ -27,6 +30,19 @@ const Screen& nearestTo(const Rect& frame, const std::vector<Screen>& screens) {
   });
 }
 
+/// Of the area that they span.
+Size sizeOfAll(const std::vector<Screen>& screens) {
+  Rect all = screens.front().frame;
+  for (const Screen& screen : screens) {
+    const Rect& each = screen.frame;
+    const double right = std::max(all.maxX(), each.maxX());
+    const double top = std::max(all.maxY(), each.maxY());
+    all.origin = {std::min(all.minX(), each.minX()), std::min(all.minY(), each.minY())};
+    all.size = {right - all.minX(), top - all.minY()};
+  }
+  return all.size;
+}
+
 }  // namespace
 
 bool isReachable(const Rect& frame, const std::vector<Screen>& screens) {
@@ -36,6 +52,15 @@ bool isReachable(const Rect& frame, const std::vector<Screen>& screens) {
     const Rect shown = intersection(topEdge, screen.visibleFrame);
     return shown.width() >= std::min(graspWidth, frame.width()) && shown.height() >= height;
   });
+}
+
+bool isCredible(const Rect& frame, Size smallest, const std::vector<Screen>& screens) {
+  if (!isReachable(frame, screens)) return false;
+  const Size largest = sizeOfAll(screens);
+  return frame.width() > smallest.width - wholePixels &&
+         frame.width() < largest.width + wholePixels &&
+         frame.height() > smallest.height - wholePixels &&
+         frame.height() < largest.height + wholePixels;
 }
 
 Rect broughtIntoReach(const Rect& frame, const std::vector<Screen>& screens) {

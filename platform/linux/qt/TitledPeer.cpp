@@ -98,7 +98,10 @@ void TitledPeer::close() { orderOut(); }
 
 std::optional<Rect> TitledPeer::adoptAutosavedFrame(const std::string& name) {
   const auto saved = host().savedFrames().load(name);
-  return saved && isReachable(*saved, screens()) ? saved : std::nullopt;
+  const QSizeF smallest = minimumSize();
+  const bool isBelieved =
+      saved && isCredible(*saved, {smallest.width(), smallest.height()}, screens());
+  return isBelieved ? saved : std::nullopt;
 }
 
 bool TitledPeer::hasKeyboard() const { return native_ && native_->isActiveWindow(); }
