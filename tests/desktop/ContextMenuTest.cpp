@@ -27,12 +27,19 @@ Hide This Mirror
 /// A person who opens a panel's menu and chooses from it, read by a screen reader.
 class ContextMenu : public DesktopTest {
  protected:
-  ContextMenu() : source_(openSource()) {}
+  ContextMenu() : ContextMenu(PrivateDisplay::Options{}) {}
+  explicit ContextMenu(const PrivateDisplay::Options& options)
+      : DesktopTest(options), source_(openSource()) {}
 
-  /// Starts the program with a screen reader and mirrors the only source there is.
-  PanelOnScreen openPanel() {
+  /// Starts the program with a screen reader and mirrors one of `count` sources.
+  PanelOnScreen openPanel(std::size_t row, std::size_t count) {
     reader_ = std::make_unique<AccessibilityBus>(display_);
-    const PanelOnScreen panel = mirrorOnlySource();
+    startVistrel();
+    return mirrorRow(row, count, 1);
+  }
+  /// The same with the only source there is.
+  PanelOnScreen openPanel() {
+    const PanelOnScreen panel = openPanel(0, 1);
     EXPECT_TRUE(becomes(panel, PanelOnScreen::computedArea(sourceArea, firstPanel)));
     EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
     return panel;
@@ -55,9 +62,7 @@ class ContextMenu : public DesktopTest {
   }
   MenuOnScreen openMenu(const PanelOnScreen& panel) {
     return menuOpenedBy([&] {
-      input_.moveTo(panel.titleBar());
-      input_.rest(betweenClicks);
-      input_.click(1, InputDriver::Button::right);
+      input_.clickAt(panel.titleBar(), 1, InputDriver::Button::right);
     });
   }
   void choose(const MenuOnScreen& menu, const std::string& title) {
@@ -70,6 +75,34 @@ class ContextMenu : public DesktopTest {
     const MenuOnScreen menu = openMenu(panel);
     input_.moveTo(menu.line("Scale"));
     choose(menu.submenu("Scale"), title);
+  }
+  /// Rolls the panel up and down again.
+  void roll(const PanelOnScreen& panel) {
+    const Rect full = panel.area();
+    choose(openMenu(panel), rollUp);
+    EXPECT_TRUE(becomes(panel, {full.x, full.y, full.width, PanelOnScreen::titleBarHeight}));
+    choose(openMenu(panel), rollDown);
+    EXPECT_TRUE(becomes(panel, full));
+    EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+  }
+  /// From under `cover`, which another program has just activated.
+  void bringToFront(const PanelOnScreen& panel, const TestWindow& other, const TestWindow& cover) {
+    activate(cover.id());
+    ASSERT_TRUE(eventually([&] {
+      return isAbove(connection_, cover.id(), source_->id()) &&
+             isAbove(connection_, cover.id(), other.id());
+    }));
+    choose(openMenu(panel), bringSource);
+    EXPECT_TRUE(eventually([&] {
+      return isAbove(connection_, source_->id(), cover.id()) &&
+             isAbove(connection_, other.id(), cover.id());
+    }));
+    EXPECT_TRUE(eventually(
+        [&] { return activeWindow() == source_->id() || activeWindow() == other.id(); }));
+
+    goToDesktop(1);
+    choose(openMenu(panel), bringSource);
+    EXPECT_TRUE(eventually([&] { return currentDesktop() == 0; }));
   }
   void closeMenu() {
     input_.type(keyEscape);
@@ -145,14 +178,21 @@ TEST_F(ContextMenu, OpensByTheRightButtonAndByKeysAndLeavesTheKeyboardWhereItIs)
   EXPECT_FALSE(isMenuOnScreen());
 }
 
+TEST_F(ContextMenu, ThatClosesLeavesTheKeyboardWhereItHasGoneMeanwhile) {
+  const PanelOnScreen panel = openPanel();
+  activate(vistrel_->picker().id());
+  openMenu(panel);
+  activate(source_->id());
+  const Keyboard before = keyboard();
+  closeMenu();
+  input_.type(keyReturn);
+  EXPECT_TRUE(eventually([&] { return source_->typedKeys() > 0; }));
+  EXPECT_EQ(keyboard(), before);
+}
+
 TEST_F(ContextMenu, RollsUpAndDownAndCapturesAnew) {
   const PanelOnScreen panel = openPanel();
-  const Rect full = panel.area();
-  choose(openMenu(panel), rollUp);
-  EXPECT_TRUE(becomes(panel, {full.x, full.y, full.width, PanelOnScreen::titleBarHeight}));
-  choose(openMenu(panel), rollDown);
-  EXPECT_TRUE(becomes(panel, full));
-
+  roll(panel);
   choose(openMenu(panel), recapture);
   source_->show(Quadrants::uniform(blue));
   EXPECT_TRUE(eventually([&] { return panel.shows(Quadrants::uniform(blue)); }));
@@ -180,9 +220,7 @@ TEST_F(ContextMenu, ScalesToPartsOfTheSource) {
 
 TEST_F(ContextMenu, HidesOneMirrorOrAll) {
   const auto second = openSource({.title = "Second", .area = sourceArea, .decorated = false});
-  reader_ = std::make_unique<AccessibilityBus>(display_);
-  startVistrel();
-  const PanelOnScreen first = mirrorRow(0, 2, 1);
+  const PanelOnScreen first = openPanel(0, 2);
   mirrorRow(1, 2, 2);
   const MenuOnScreen menu = openMenu(vistrel_->panels(2).back());
   EXPECT_EQ(menu.lines(), std::string(linesOfOnlyPanel) + "Hide All Window Mirrors\n");
@@ -199,28 +237,42 @@ TEST_F(ContextMenu, HidesOneMirrorOrAll) {
 
 TEST_F(ContextMenu, BringsAllWindowsOfTheSourcesProgramToTheFront) {
   const auto other = openSource({.title = "Other", .area = {700, 600, 300, 200}});
-  reader_ = std::make_unique<AccessibilityBus>(display_);
-  startVistrel();
-  const PanelOnScreen panel = mirrorRow(0, 2, 1);
+  const PanelOnScreen panel = openPanel(0, 2);
   const auto cover =
       openSource({.title = "Cover", .area = {500, 500, 600, 400}, .pid = ::getppid()});
-  activate(cover->id());
-  ASSERT_TRUE(eventually([&] {
-    return isAbove(connection_, cover->id(), source_->id()) &&
-           isAbove(connection_, cover->id(), other->id());
-  }));
-  choose(openMenu(panel), bringSource);
-  EXPECT_TRUE(eventually([&] {
-    return isAbove(connection_, source_->id(), cover->id()) &&
-           isAbove(connection_, other->id(), cover->id());
-  }));
-  EXPECT_TRUE(
-      eventually([&] { return activeWindow() == source_->id() || activeWindow() == other->id(); }));
-
-  goToDesktop(1);
-  choose(openMenu(panel), bringSource);
-  EXPECT_TRUE(eventually([&] { return currentDesktop() == 0; }));
+  bringToFront(panel, *other, *cover);
 }
+
+class ContextMenuUnderManager : public ContextMenu,
+                                public ::testing::WithParamInterface<WindowManager> {
+ protected:
+  ContextMenuUnderManager() : ContextMenu({.windowManager = GetParam()}) {}
+};
+
+TEST_P(ContextMenuUnderManager, EachCommandIsCarriedOut) {
+  const auto other = openSource({.title = "Other", .area = {700, 600, 300, 200}});
+  const PanelOnScreen panel = openPanel(0, 2);
+  roll(panel);
+  const Rect start = panel.area();
+  chooseScale(panel, "50% of source");
+  EXPECT_TRUE(becomes(panel, {start.x, start.y, 500, 250 + PanelOnScreen::titleBarHeight}));
+
+  mirrorRow(1, 2, 2);
+  choose(openMenu(vistrel_->panels(2).back()), hideThis);
+  EXPECT_EQ(vistrel_->panels(1).front().id(), panel.id());
+  mirrorRow(1, 2, 2);
+
+  const auto cover =
+      openSource({.title = "Cover", .area = {500, 500, 600, 400}, .pid = ::getppid()});
+  bringToFront(panel, *other, *cover);
+  choose(openMenu(panel), hideAll);
+  vistrel_->panels(0);
+}
+
+// Another one is what every other test here runs under.
+INSTANTIATE_TEST_SUITE_P(WindowManagers, ContextMenuUnderManager,
+                         ::testing::Values(WindowManager::xfwm4, WindowManager::mutter),
+                         [](const auto& test) { return std::string(nameOf(test.param)); });
 
 }  // namespace
 }  // namespace vistrel::testbed

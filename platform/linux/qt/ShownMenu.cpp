@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/Dispatch.h"
+#include "platform/linux/qt/ActiveWindow.h"
 #include "platform/linux/qt/PlainText.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -85,6 +86,12 @@ ShownMenu::ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent)
 }
 
 ShownMenu::~ShownMenu() = default;
+
+void ShownMenu::setVisible(bool visible) {
+  // Closing gives the keyboard back to the active window.
+  if (!visible && isVisible()) acknowledgeActiveWindow();
+  QMenu::setVisible(visible);
+}
 
 void ShownMenu::itemsDidChange() {
   if (std::exchange(isStale_, true) || !isVisible()) return;

@@ -15,6 +15,8 @@ class ShownMenu final : public QMenu {
   explicit ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent = nullptr);
   ~ShownMenu() override;
 
+  void setVisible(bool visible) override;
+
  private:
   class Follower;
   class Line;
