@@ -51,11 +51,12 @@ class ContextMenu : public DesktopTest {
     reader_->program(vistrel_->process().pid());
     reader_->events();
     open();
-    EXPECT_TRUE(eventually([&] { return isMenuOnScreen(); }));
+    // It is on the screen a moment before it has the keyboard, and told of when it has.
+    EXPECT_TRUE(eventually([&] { return told("StateChanged showing", "popup menu").has_value(); }));
     input_.type(keyDown);
     std::optional<Accessible> line;
     EXPECT_TRUE(eventually([&] {
-      line = highlighted();
+      line = told("StateChanged focused", "menu item");
       return line.has_value();
     })) << "no line of a menu is told of";
     return MenuOnScreen(line.value().parent());
@@ -134,13 +135,12 @@ class ContextMenu : public DesktopTest {
   std::unique_ptr<AccessibilityBus> reader_;
 
  private:
-  /// The line of a menu that was last told to be highlighted.
-  std::optional<Accessible> highlighted() {
+  /// An object of that role which was told to be so since the last call.
+  std::optional<Accessible> told(const std::string& state, const std::string& role) {
     const BusObject program = reader_->program(vistrel_->process().pid()).object();
     for (const AccessibilityBus::Event& event : reader_->events()) {
       const Accessible object({program.bus(), program.program(), event.path});
-      if (event.kind == "StateChanged focused" && event.detail == 1 &&
-          object.role() == "menu item") {
+      if (event.kind == state && event.detail == 1 && object.role() == role) {
         return object;
       }
     }
@@ -257,8 +257,12 @@ TEST_P(ContextMenuUnderManager, EachCommandIsCarriedOut) {
   chooseScale(panel, "50% of source");
   EXPECT_TRUE(becomes(panel, {start.x, start.y, 500, 250 + PanelOnScreen::titleBarHeight}));
 
-  mirrorRow(1, 2, 2);
-  choose(openMenu(vistrel_->panels(2).back()), hideThis);
+  const PanelOnScreen second = mirrorRow(1, 2, 2);
+  EXPECT_TRUE(eventually([&] {
+    return second.area().y == firstPanel.y + cascadeStep &&
+           isAbove(connection_, second.id(), panel.id());
+  }));
+  choose(openMenu(second), hideThis);
   EXPECT_EQ(vistrel_->panels(1).front().id(), panel.id());
   mirrorRow(1, 2, 2);
 

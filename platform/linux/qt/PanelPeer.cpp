@@ -67,8 +67,15 @@ void PanelPeer::orderFrontRegardless() {
     host().desktop().markAsFloatingPanel(id);
     repaint();
     native_->show();
+    isComingToFront_ = true;
   }
   host().desktop().raise(id);
+}
+
+void PanelPeer::comeToFront() {
+  // A manager may put a new window that does not get the keyboard below older ones.
+  if (!std::exchange(isComingToFront_, false)) return;
+  host().desktop().raise(static_cast<std::uint32_t>(native_->winId()));
 }
 
 void PanelPeer::makeKeyAndOrderFront() { orderFrontRegardless(); }
@@ -97,6 +104,7 @@ void PanelPeer::makeNative() {
   native_.reset(
       new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
                                 .released = [this] { place(); },
+                                .exposed = [this] { comeToFront(); },
                                 .hovered = [this](bool isOver) { pointerCameOrWent(isOver); }}));
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);

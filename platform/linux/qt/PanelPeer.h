@@ -41,6 +41,7 @@ class PanelPeer final : public HostedPeer {
 
  private:
   void makeNative();
+  void comeToFront();
   void pointerCameOrWent(bool isOver);
   void releaseNative();
   void place();
@@ -67,6 +68,7 @@ class PanelPeer final : public HostedPeer {
   const Layer* contentsLayer_ = nullptr;   // compared, never followed
   std::shared_ptr<const Image> shownContents_;
   bool takesMenuKeys_ = false;
+  bool isComingToFront_ = false;
   QTimer repaint_;     // runs out at the next turn of the event loop
   QTimer lastAnswer_;  // runs out when the desktop has said nothing for long
 };

@@ -51,6 +51,10 @@ void PanelWindow::showEvent(QShowEvent* /*event*/) {
 
 void PanelWindow::hideEvent(QHideEvent* /*event*/) { announce(QAccessible::ObjectHide); }
 
+void PanelWindow::exposeEvent(QExposeEvent* /*event*/) {
+  if (window_ != nullptr && isExposed()) callbacks_.exposed();
+}
+
 void PanelWindow::mousePressEvent(QMouseEvent* event) {
   tip_.hide();
   if (event->button() == Qt::RightButton) {

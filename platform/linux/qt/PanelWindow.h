@@ -19,6 +19,8 @@ class PanelWindow final : public QWindow {
     std::function<void()> placed;
     /// The pointer that held the window has let go of it.
     std::function<void()> released;
+    /// The desktop shows the window, or more of it.
+    std::function<void()> exposed;
     /// The pointer has come over the window, or left it.
     std::function<void(bool isOver)> hovered;
   };
@@ -45,6 +47,7 @@ class PanelWindow final : public QWindow {
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void exposeEvent(QExposeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
