@@ -20,7 +20,8 @@ struct PanelChrome {
   int height = 0;
   /// width × height pixels, top row first: 0xAARRGGBB in the host's byte order, premultiplied.
   std::vector<std::uint32_t> pixels;
-  /// Where the picture lies, aspect-fit and centred under the chrome; none when it is not shown.
+  /// Where the picture lies, aspect-fit and centred under the chrome, perhaps on below its lower
+  /// edge; none when it is not shown.
   std::optional<PixelRect> contents;
   /// What lies in `contents` beside the picture.
   Color contentsBackground;
@@ -42,6 +43,8 @@ class PanelSurface {
   /// is one, until `detach`, when the window may become as small as the chrome: that is when it
   /// shows it and what lies beside it is transparent, or earlier where nothing can be.
   virtual void setChrome(PanelChrome chrome, std::function<void()> shown) = 0;
+  /// What was set last; null before.
+  virtual std::shared_ptr<const PanelChrome> chrome() const = 0;
   /// Shows `image`, made by this backend's image context; null shows the background alone.
   virtual void setContents(std::shared_ptr<const Image> image) = 0;
   /// Stops drawing; returns once nothing touches the window any more, so that it may be destroyed.

@@ -62,9 +62,7 @@ class ContextMenu : public DesktopTest {
     return MenuOnScreen(line.value().parent());
   }
   MenuOnScreen openMenu(const PanelOnScreen& panel) {
-    return menuOpenedBy([&] {
-      input_.clickAt(panel.titleBar(), 1, InputDriver::Button::right);
-    });
+    return menuOpenedBy([&] { input_.clickAt(panel.titleBar(), 1, InputDriver::Button::right); });
   }
   void choose(const MenuOnScreen& menu, const std::string& title) {
     input_.moveTo(menu.line(title));

@@ -91,6 +91,39 @@ TEST_F(PanelGesture, ADoubleClickRollsUpAndAnotherRollsDown) {
   EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
 }
 
+TEST_F(PanelGesture, RollsByAndByWithItsTopEdgeFixed) {
+  const PanelOnScreen panel = openPanel();
+  const Rect full = panel.area();
+  const Rect rolled{full.x, full.y, full.width, rolledUp};
+  const auto isSeenRollingTo = [&](Rect end) {
+    int seenBetween = 0;
+    input_.clickAt(panel.titleBar(), 2);
+    input_.rest(betweenClicks);
+    EXPECT_TRUE(eventually([&] {
+      const Rect area = panel.area();
+      EXPECT_EQ((Rect{area.x, area.y, area.width, rolledUp}), rolled);
+      seenBetween += area.height > rolledUp && area.height < full.height ? 1 : 0;
+      return area == end;
+    }));
+    return seenBetween > 2;
+  };
+  // On a busy machine a roll may be over before it is seen.
+  EXPECT_TRUE(eventually([&] {
+    const bool isSeenRollingUp = isSeenRollingTo(rolled);
+    return isSeenRollingTo(full) && isSeenRollingUp;
+  }));
+}
+
+TEST_F(PanelGesture, ADragWinsOverARollThatIsUnderWay) {
+  const PanelOnScreen panel = openPanel();
+  const Rect full = panel.area();
+  const Point at = panel.titleBar();
+  input_.clickAt(at, 2);
+  input_.rest(InputDriver::betweenPresses);
+  input_.drag(at, {at.x + 40, at.y + 30});
+  EXPECT_TRUE(becomes(panel, {full.x + 40, full.y + 30, full.width, rolledUp}));
+}
+
 TEST_F(PanelGesture, ADoubleClickOnThePictureRollsUpToo) {
   const PanelOnScreen panel = openPanel();
   input_.clickAt(panel.contents().centre(), 2);

@@ -40,7 +40,9 @@ PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host)
 
 PanelPeer::~PanelPeer() { releaseNative(); }
 
-void PanelPeer::frameDidChange(bool /*display*/, bool /*animate*/) { place(); }
+void PanelPeer::frameDidChange(bool /*display*/, bool animate) {
+  place(animate ? Arrival::rolling : Arrival::atOnce);
+}
 
 void PanelPeer::propertiesDidChange() {
   if (!native_) return;
@@ -81,7 +83,9 @@ void PanelPeer::comeToFront() {
 void PanelPeer::makeKeyAndOrderFront() { orderFrontRegardless(); }
 
 void PanelPeer::orderOut() {
-  if (native_) native_->hide();
+  if (!native_) return;
+  native_->hide();
+  endRoll();
 }
 
 // Managers minimise what their taskbars list, which a panel is kept out of.
@@ -133,6 +137,7 @@ void PanelPeer::pointerCameOrWent(bool isOver) {
 
 void PanelPeer::releaseNative() {
   if (native_) pointerCameOrWent(false);
+  roll_.stop();
   if (surface_) surface_->detach();
   surface_.reset();
   native_.reset();
@@ -147,28 +152,63 @@ void PanelPeer::releaseNative() {
   lastAnswer_.stop();
 }
 
-void PanelPeer::place() {
+void PanelPeer::place(Arrival arrival) {
   if (!native_) return;
   const ScreenLayout layout = ScreenList::layout();
   const Rect frame = layout.flipped(window_.frame());
   // A panel that is dragged belongs to the monitor under the pointer, whichever holds most of it:
   // else it would change its scale while the pointer is elsewhere, and slip from under it.
   const auto pointer = native_->heldAt();
-  placeOn(pointer ? layout.at(*pointer) : layout.holding(frame), frame);
+  placeOn(pointer ? layout.at(*pointer) : layout.holding(frame), frame, arrival);
 }
 
-void PanelPeer::placeOn(const LaidOutMonitor& monitor, const Rect& frame) {
+void PanelPeer::placeOn(const LaidOutMonitor& monitor, const Rect& frame, Arrival arrival) {
   belongTo(monitor);
   const QRect wanted = toolkitPlace(monitor.toPixels(frame), *native_->screen()).pixels;
-  const QRect formerlyWanted = std::exchange(wanted_, wanted);
-  if (wanted_.size() != formerlyWanted.size()) scheduleRepaint();
+  const QRect formerlyDue = due();
+  if (std::exchange(wanted_, wanted) != wanted) {
+    endRoll();
+    if (arrival == Arrival::rolling) roll(formerlyDue);
+  }
+  if (due().size() != formerlyDue.size()) scheduleRepaint();
   ask();
+}
+
+QRect PanelPeer::due() const {
+  QRect due = wanted_;
+  if (roll_.isRunning()) due.setHeight(roll_.height());
+  return due;
+}
+
+void PanelPeer::roll(const QRect& from) {
+  const auto chrome = surface_ ? surface_->chrome() : nullptr;
+  const bool isShown = native_->isVisible() && chrome && chrome->width == from.width();
+  if (!isShown || from.topLeft() != wanted_.topLeft() || from.width() != wanted_.width()) return;
+  unrolled_ = chrome;
+  roll_.start(from.height(), wanted_.height());
+  scheduleRepaint();
+}
+
+void PanelPeer::endRoll() {
+  if (!roll_.isRunning()) return;
+  roll_.stop();
+  unrolled_.reset();
+  scheduleRepaint();
+}
+
+void PanelPeer::showRolled() {
+  if (!roll_.isRunning()) {
+    unrolled_.reset();
+    return repaint();
+  }
+  ask();
+  showChrome(topOf(*unrolled_, roll_.height()));
 }
 
 void PanelPeer::ask() {
   // The window has room for what it shows and for what it will show, so that neither is ever cut:
   // it grows before it shows more, and shrinks after it shows less.
-  const QRect room(wanted_.topLeft(), wanted_.size().expandedTo(shownSize_));
+  const QRect room(due().topLeft(), due().size().expandedTo(shownSize_));
   const auto [geometry, pixels] = toolkitPlace(pixelRect(room), *native_->screen());
   const QRect formerGeometry = askedGeometry();
   if (!placed_.ask(pixels)) return;
@@ -210,6 +250,7 @@ void PanelPeer::believeDesktop() {
 }
 
 void PanelPeer::adoptPlace(const QRect& place) {
+  endRoll();
   const QSize formerSize = std::exchange(wanted_, place).size();
   shownSize_ = shownSize_.boundedTo(place.size());
   const ScreenLayout layout = ScreenList::layout();
@@ -246,15 +287,26 @@ void PanelPeer::repaint() {
   repaint_.stop();
   window_.layoutIfNeeded();
   native_->reportToScreenReaders();
-  const QSize size = wanted_.size();
-  auto painted = paintChrome(*window_.contentView(), size.width(), size.height(),
+  // What is rolled up is what was there before.
+  if (roll_.isRunning() && roll_.isRollingUp()) return showRolled();
+  auto painted = paintChrome(*window_.contentView(), wanted_.width(), wanted_.height(),
                              monitor_.monitor.pixelsPerPoint);
-  surface_->setChrome(std::move(painted.chrome), [this, size] {
+  if (roll_.isRunning()) {
+    unrolled_ = std::make_shared<const PanelChrome>(std::move(painted.chrome));
+    showRolled();
+  } else {
+    showChrome(std::move(painted.chrome));
+  }
+  contentsLayer_ = painted.contentsLayer;
+  if (contentsLayer_ != nullptr) showContents(contentsLayer_->contents());
+}
+
+void PanelPeer::showChrome(PanelChrome chrome) {
+  const QSize size(chrome.width, chrome.height);
+  surface_->setChrome(std::move(chrome), [this, size] {
     shownSize_ = size;
     ask();
   });
-  contentsLayer_ = painted.contentsLayer;
-  if (contentsLayer_ != nullptr) showContents(contentsLayer_->contents());
 }
 
 void PanelPeer::showContents(std::shared_ptr<const Image> image) {

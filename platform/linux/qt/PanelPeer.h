@@ -12,6 +12,7 @@
 #include "platform/linux/qt/PanelWindow.h"
 #include "platform/linux/qt/PeerHost.h"
 #include "platform/linux/qt/PlacedFrame.h"
+#include "platform/linux/qt/RollAnimation.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -44,9 +45,17 @@ class PanelPeer final : public HostedPeer {
   void comeToFront();
   void pointerCameOrWent(bool isOver);
   void releaseNative();
-  void place();
+  enum class Arrival { atOnce, rolling };
+
+  void place(Arrival arrival = Arrival::atOnce);
   /// `frame` in global display space.
-  void placeOn(const LaidOutMonitor& monitor, const Rect& frame);
+  void placeOn(const LaidOutMonitor& monitor, const Rect& frame, Arrival arrival = Arrival::atOnce);
+  /// What is wanted now: the frame itself, or one on the way there.
+  QRect due() const;
+  /// From a frame that differs in its height alone; else it goes there at once.
+  void roll(const QRect& from);
+  void endRoll();
+  void showRolled();
   void ask();
   /// As the toolkit has it, or will have once the desktop has done what was asked.
   QRect askedGeometry() const;
@@ -56,6 +65,7 @@ class PanelPeer final : public HostedPeer {
   void adoptPlace(const QRect& place);
   void scheduleRepaint();
   void repaint();
+  void showChrome(PanelChrome chrome);
   void showContents(std::shared_ptr<const Image> image);
 
   OwnedNative<PanelWindow> native_;
@@ -67,6 +77,8 @@ class PanelPeer final : public HostedPeer {
   double toldBackingScale_ = 0;            // what the views know
   const Layer* contentsLayer_ = nullptr;   // compared, never followed
   std::shared_ptr<const Image> shownContents_;
+  RollAnimation roll_{[this] { showRolled(); }};
+  std::shared_ptr<const PanelChrome> unrolled_;  // while `roll_` runs; it shows the top of it
   bool takesMenuKeys_ = false;
   bool isComingToFront_ = false;
   QTimer repaint_;     // runs out at the next turn of the event loop

@@ -42,6 +42,10 @@ void X11PanelSurface::setChrome(PanelChrome chrome, std::function<void()> shown)
   });
 }
 
+std::shared_ptr<const PanelChrome> X11PanelSurface::chrome() const {
+  return chrome_ ? chrome_->chrome : nullptr;
+}
+
 void X11PanelSurface::setContents(std::shared_ptr<const Image> image) {
   const auto committed = std::dynamic_pointer_cast<const CommittedImage>(image);
   if (committed && committed->queue() != queue_) moveTo(committed->queue());

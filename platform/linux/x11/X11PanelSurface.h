@@ -21,6 +21,7 @@ class X11PanelSurface : public PanelSurface {
   ~X11PanelSurface() override;
 
   void setChrome(PanelChrome chrome, std::function<void()> shown) override;
+  std::shared_ptr<const PanelChrome> chrome() const override;
   void setContents(std::shared_ptr<const Image> image) override;
   void detach() override;
 
