@@ -60,7 +60,10 @@ void SimulatedAccessibility::scriptWindowsOf(std::int32_t processID,
 }
 
 bool SimulatedAccessibility::isProcessTrustedWithOptions(bool prompt) {
-  if (prompt && !trusted_) ++promptCount_;
+  if (prompt && !trusted_) {
+    ++promptCount_;
+    if (whenPrompted_) whenPrompted_();
+  }
   return trusted_;
 }
 

@@ -32,6 +32,8 @@ class SimulatedAccessibility : public AccessibilityBackend {
   /// At first it is trusted.
   void setTrusted(bool trusted) { trusted_ = trusted; }
   int promptCount() const { return promptCount_; }
+  /// Is called whenever a person would be asked.
+  void setWhenPrompted(std::function<void()> prompted) { whenPrompted_ = std::move(prompted); }
   /// The function for window numbers is missing from now on, or is there again.
   void setHasWindowNumberFunction(bool has) { hasWindowNumberFunction_ = has; }
   /// No point value can be made from now on, or it can again.
@@ -65,6 +67,7 @@ class SimulatedAccessibility : public AccessibilityBackend {
   CallJournal& journal_;
   bool trusted_ = true;
   int promptCount_ = 0;
+  std::function<void()> whenPrompted_;
   bool hasWindowNumberFunction_ = true;
   bool failsPointValues_ = false;
   std::map<WindowID, AccessibleWindowScript> scripts_;

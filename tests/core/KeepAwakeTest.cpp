@@ -178,6 +178,15 @@ TEST_F(KeepAwakeTest, WithoutPermissionAsksForItEachTimeAndParksNothing) {
   EXPECT_EQ(capture().contentRequests().size(), 1U);
 }
 
+TEST_F(KeepAwakeTest, WithoutPermissionHasTheSystemAskBeforeItShowsTheSettings) {
+  accessibility().setTrusted(false);
+  accessibility().setWhenPrompted(
+      [this] { EXPECT_THAT(desktop_.workspace().openedURLs(), IsEmpty()); });
+  mirror_->toggleKeepAwake();
+  EXPECT_EQ(accessibility().promptCount(), 1);
+  EXPECT_EQ(desktop_.workspace().openedURLs().size(), 1U);
+}
+
 TEST_F(KeepAwakeTest, ParksOnceThePermissionIsThere) {
   accessibility().setTrusted(false);
   mirror_->toggleKeepAwake();
