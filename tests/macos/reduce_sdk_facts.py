@@ -32,7 +32,9 @@ C_TYPES = {
     "int32_t": "int", "uint32_t": "unsigned int", "int64_t": "long", "uint64_t": "unsigned long",
     "OSType": "unsigned int", "pid_t": "int", "qos_class_t": "unsigned int",
     "dispatch_time_t": "unsigned long", "dispatch_block_t": "void (^)()",
-    "SCStreamFrameInfo": "NSString *",
+    "SCStreamFrameInfo": "NSString *", "CFTypeID": "unsigned long",
+    # An opaque reference, which the table misspells.
+    "CGDisplayConfigRef": "CGDisplayConfigRef",
 }
 
 

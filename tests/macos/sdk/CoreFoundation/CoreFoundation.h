@@ -7,7 +7,10 @@ typedef const void* CFTypeRef;
 typedef unsigned char Boolean;
 typedef uint32_t OSType;
 typedef double CGFloat;
+typedef unsigned long CFTypeID;
 typedef const struct __attribute__((objc_bridge(NSArray))) __CFArray* CFArrayRef;
+typedef const struct __attribute__((objc_bridge(NSDictionary))) __CFDictionary* CFDictionaryRef;
+typedef const struct __attribute__((objc_bridge(NSString))) __CFString* CFStringRef;
 
 struct CGPoint {
   CGFloat x;
@@ -30,4 +33,6 @@ typedef struct CGRect CGRect;
 extern "C" {
 CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
+CFTypeID CFGetTypeID(CFTypeRef object);
+CFTypeID CFArrayGetTypeID(void);
 }
