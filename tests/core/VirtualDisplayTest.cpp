@@ -262,6 +262,12 @@ TEST_F(VirtualDisplayHostTest, IsRefusedWhileItsDisplayHasNoBounds) {
   EXPECT_THAT(server().live(), IsEmpty());
 }
 
+TEST_F(VirtualDisplayHostTest, IsRefusedWithoutBoundsAlsoWhereNoneLieRightOfTheMainDisplay) {
+  server().setScript({.onlineAfter = std::nullopt});
+  displays().setMainBounds(rect(-1440, 0, 1440, 900));
+  EXPECT_EQ(VirtualDisplayHost::make({1000, 700}), nullptr);
+}
+
 TEST_F(VirtualDisplayHostTest, ThatCannotBePlacedIsTakenWhereItHappensToBe) {
   displays().setRefusesConfiguration(true);
   EXPECT_EQ(VirtualDisplayHost::make({1000, 700}), nullptr);
