@@ -1,5 +1,8 @@
 #include "parking/VLVirtualDisplay.h"
 
+#include <ostream>
+#include <sstream>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -22,13 +25,16 @@ constexpr platform::GlobalQueue userInteractiveQueue{.identifier = 0x21, .flags 
 
 /// The size that the display claims to have: its whole points, of two pixels each, by 10 / 2.54.
 platform::Size sizeInMillimeters(std::int32_t width, std::int32_t height) {
-  const auto millimeters = [](std::int32_t pixels) { return (pixels / 2) / 2.54 * 10; };
+  const auto millimeters = [](std::int32_t pixels) {
+    const std::int32_t points = pixels / 2;
+    return points / 2.54 * 10;
+  };
   return {millimeters(width), millimeters(height)};
 }
 
 std::shared_ptr<RuntimeObject> makeDescriptor(RuntimeClass& itsClass, std::int32_t width,
                                               std::int32_t height, const std::string& name) {
-  const auto descriptor = itsClass.make();
+  auto descriptor = itsClass.make();
   descriptor->send("setQueue:", {userInteractiveQueue});
   descriptor->send("setName:", {name});
   descriptor->send("setMaxPixelsWide:", {static_cast<std::uint32_t>(width)});
@@ -43,7 +49,7 @@ std::shared_ptr<RuntimeObject> makeDescriptor(RuntimeClass& itsClass, std::int32
 
 std::shared_ptr<RuntimeObject> makeSettings(RuntimeClass& itsClass, RuntimeClass& itsModeClass,
                                             std::int32_t width, std::int32_t height) {
-  const auto settings = itsClass.make();
+  auto settings = itsClass.make();
   settings->send("setHiDPI:", {true});
   const auto mode = itsModeClass.make(
       "initWithWidth:height:refreshRate:",
@@ -52,25 +58,23 @@ std::shared_ptr<RuntimeObject> makeSettings(RuntimeClass& itsClass, RuntimeClass
   return settings;
 }
 
-std::string listingOf(const RuntimeClass& itsClass) {
-  std::string text;
+void list(const RuntimeClass& itsClass, std::ostream& text) {
   for (const auto& [name, attributes] : itsClass.properties()) {
-    text += "  prop " + name + " : " + attributes + "\n";
+    text << "  prop " << name << " : " << attributes << "\n";
   }
-  for (const std::string& selector : itsClass.selectors()) text += "  sel  " + selector + "\n";
-  return text;
+  for (const std::string& selector : itsClass.selectors()) text << "  sel  " << selector << "\n";
 }
 
 }  // namespace
 
 std::string VLVirtualDisplay::diagnostics() {
-  std::string text;
+  std::ostringstream text;
   for (const char* name : classNames) {
     const auto found = classNamed(name);
-    text += std::string("=== ") + name + " " + (found ? "(found)" : "(MISSING)") + "\n";
-    if (found) text += listingOf(*found);
+    text << "=== " << name << " " << (found ? "(found)" : "(MISSING)") << "\n";
+    if (found) list(*found, text);
   }
-  return text;
+  return text.str();
 }
 
 std::unique_ptr<VLVirtualDisplay> VLVirtualDisplay::displayWithWidth(std::int32_t width,

@@ -9,6 +9,8 @@
 
 namespace vistrel::platform::simulated {
 
+inline constexpr DisplayID mainDisplay = 1;
+
 /// The display server's displays as a test sets them: at first the main one, 1440 × 900. Changes of
 /// the arrangement go into the journal. Main thread.
 class SimulatedDisplays : public DisplayBackend {
@@ -17,7 +19,7 @@ class SimulatedDisplays : public DisplayBackend {
 
   /// Adds the display when there is none of that id.
   void setBounds(DisplayID display, const Rect& bounds) { bounds_[display] = bounds; }
-  void setMainBounds(const Rect& bounds) { setBounds(mainID, bounds); }
+  void setMainBounds(const Rect& bounds) { setBounds(mainDisplay, bounds); }
   void remove(DisplayID display) { bounds_.erase(display); }
   /// The next number that no display has had.
   DisplayID takeID() { return nextID_++; }
@@ -28,7 +30,7 @@ class SimulatedDisplays : public DisplayBackend {
   using Placement = std::function<Point(Point asked)>;
   void setPlacement(Placement placement) { placement_ = std::move(placement); }
 
-  DisplayID mainDisplayID() override { return mainID; }
+  DisplayID mainDisplayID() override { return mainDisplay; }
   Rect displayBounds(DisplayID display) override;
   std::uint32_t onlineDisplayCount() override;
   std::unique_ptr<DisplayConfiguration> beginDisplayConfiguration() override;
@@ -36,11 +38,9 @@ class SimulatedDisplays : public DisplayBackend {
  private:
   class Configuration;
 
-  static constexpr DisplayID mainID = 1;
-
   CallJournal& journal_;
-  std::map<DisplayID, Rect> bounds_{{mainID, rect(0, 0, 1440, 900)}};
-  DisplayID nextID_ = mainID + 1;
+  std::map<DisplayID, Rect> bounds_{{mainDisplay, rect(0, 0, 1440, 900)}};
+  DisplayID nextID_ = mainDisplay + 1;
   bool refusesConfiguration_ = false;
   Placement placement_;
 };
