@@ -20,6 +20,7 @@ from sdk_declarations import canonical_type, declared_facts
 METHODS_LEFT_OUT = {
     "+[NSObject alloc]",
     "+[NSObject class]",
+    "+[NSObject instanceMethodSignatureForSelector:]",
     "-[NSObject init]",
     "-[NSObject isKindOfClass:]",
 }

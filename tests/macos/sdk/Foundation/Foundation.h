@@ -33,6 +33,7 @@ typedef CGSize NSSize;
 
 NS_ASSUME_NONNULL_BEGIN
 
+@class NSMethodSignature;
 @class NSString;
 
 @protocol NSObject
@@ -43,6 +44,7 @@ __attribute__((objc_root_class))
 @interface NSObject<NSObject>
 + (instancetype)alloc;
 + (Class)class;
++ (nullable NSMethodSignature*)instanceMethodSignatureForSelector:(SEL)selector;
 - (instancetype)init;
 @end
 
@@ -122,6 +124,26 @@ typedef struct {
 
 @interface NSNotification : NSObject
 @end
+
+@interface NSMethodSignature : NSObject
+- (const char*)getArgumentTypeAtIndex:(NSUInteger)index;
+@property(readonly) const char* methodReturnType;
+@end
+
+@interface NSInvocation : NSObject
++ (NSInvocation*)invocationWithMethodSignature:(NSMethodSignature*)signature;
+@property(readonly, retain) NSMethodSignature* methodSignature;
+@property SEL selector;
+- (void)retainArguments;
+- (void)setArgument:(void*)argument atIndex:(NSInteger)index;
+- (void)getReturnValue:(void*)result;
+- (void)invokeWithTarget:(id)target;
+@end
+
+extern "C" {
+Class _Nullable NSClassFromString(NSString* name);
+SEL NSSelectorFromString(NSString* name);
+}
 
 typedef NSString* NSAttributedStringKey;
 

@@ -25,6 +25,7 @@ typedef void (*dispatch_function_t)(void* _Nullable);
 
 extern "C" {
 dispatch_queue_t _Nonnull dispatch_get_main_queue(void);
+dispatch_queue_t _Nonnull dispatch_get_global_queue(intptr_t identifier, uintptr_t flags);
 dispatch_queue_attr_t _Nullable dispatch_queue_attr_make_with_qos_class(
     dispatch_queue_attr_t _Nullable attributes, qos_class_t quality, int relativePriority);
 dispatch_queue_t _Nonnull dispatch_queue_create(const char* _Nullable label,
