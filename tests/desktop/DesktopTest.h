@@ -88,6 +88,14 @@ class DesktopTest : public ::testing::Test {
   std::uint32_t currentDesktop() const {
     return connection_.numbers(connection_.root(), "_NET_CURRENT_DESKTOP").at(0);
   }
+  /// As a person asks the manager to (EWMH 1.5, _NET_MOVERESIZE_WINDOW: static gravity, x and y, by
+  /// a pager).
+  void moveByManager(xcb_window_t window, Point there) const {
+    constexpr std::uint32_t staticGravityXAndYByPager = 10 | 1 << 8 | 1 << 9 | 2 << 12;
+    connection_.sendToManager(window, "_NET_MOVERESIZE_WINDOW",
+                              {staticGravityXAndYByPager, static_cast<std::uint32_t>(there.x),
+                               static_cast<std::uint32_t>(there.y), 0, 0});
+  }
   /// Waits until the panel is there.
   ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
     if (eventually([&] { return panel.area() == area; })) {

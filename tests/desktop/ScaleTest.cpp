@@ -77,10 +77,13 @@ class MixedScales : public DesktopTest {
   static constexpr Rect left{0, 0, 1200, 1000};
   static constexpr Rect right{1200, 0, 1200, 1000};
 
-  explicit MixedScales(const std::string& factors = "left=1;right=2", double scaleOfLeft = 1)
-      : DesktopTest(
-            {.width = 2400, .height = 1000, .variables = {"QT_SCREEN_SCALE_FACTORS=" + factors}},
-            scaleOfLeft) {
+  explicit MixedScales(const std::string& factors = "left=1;right=2", double scaleOfLeft = 1,
+                       WindowManager manager = WindowManager::openbox)
+      : DesktopTest({.width = 2400,
+                     .height = 1000,
+                     .windowManager = manager,
+                     .variables = {"QT_SCREEN_SCALE_FACTORS=" + factors}},
+                    scaleOfLeft) {
     monitors_.setPrimary("left", left);
     monitors_.set("right", right);
   }
@@ -124,15 +127,6 @@ class MixedScales : public DesktopTest {
     }
     input_.release();
     input_.letGo(keyControl);
-  }
-
-  /// As a person asks the manager to (EWMH 1.5, _NET_MOVERESIZE_WINDOW: static gravity, x and y, by
-  /// a pager).
-  void moveByManager(xcb_window_t window, Point there) const {
-    constexpr std::uint32_t staticGravityXAndYByPager = 10 | 1 << 8 | 1 << 9 | 2 << 12;
-    connection_.sendToManager(window, "_NET_MOVERESIZE_WINDOW",
-                              {staticGravityXAndYByPager, static_cast<std::uint32_t>(there.x),
-                               static_cast<std::uint32_t>(there.y), 0, 0});
   }
 
   Monitors monitors_{connection_};
@@ -182,6 +176,9 @@ TEST_F(FineMonitorFirst, APanelKeepsItsPointsOnItsWayToAnotherMonitorAndBack) {
 /// A person who unplugs monitors, and plugs them in again.
 class MonitorsThatChange : public MixedScales {
  protected:
+  explicit MonitorsThatChange(WindowManager manager = WindowManager::openbox)
+      : MixedScales("left=1;right=2", 1, manager) {}
+
   /// Whether enough of the window's top edge shows for a person to drag it by.
   static bool isReachable(Rect window, Rect monitor) {
     const int shown = std::min(window.x + window.width, monitor.x + monitor.width) -
@@ -217,6 +214,7 @@ TEST_F(MonitorsThatChange, WindowsComeBackIntoViewAndOthersStay) {
   EXPECT_TRUE(eventually([&] { return moves.area().width == 340; })) << moves.area();
   EXPECT_TRUE(eventually([&] { return moves.shows(fourColours); }));
   EXPECT_TRUE(comesInto(left, picker));
+  EXPECT_TRUE(eventually([&] { return picker.area().width == pickerWidth; })) << picker.area();
   EXPECT_EQ(stays.area(), (Rect{32, 32, 340, 196}));
 
   constexpr Rect small{0, 0, 800, 600};
@@ -232,6 +230,37 @@ TEST_F(MonitorsThatChange, WindowsComeBackIntoViewAndOthersStay) {
   EXPECT_TRUE(comesInto(right, picker));
   EXPECT_TRUE(eventually([&] { return moves.shows(fourColours) && stays.shows(fourColours); }));
 }
+
+/// Managers move windows away from a monitor that goes, each at a moment of its own.
+class PickerOfFineMonitor : public MonitorsThatChange,
+                            public ::testing::WithParamInterface<WindowManager> {
+ protected:
+  PickerOfFineMonitor() : MonitorsThatChange(GetParam()) {}
+};
+
+TEST_P(PickerOfFineMonitor, HasItsSizeInPointsWhenThatGoesAndComesBack) {
+  startVistrel();
+  const auto picker = vistrel_->picker();
+  const Rect start = picker.area();
+  const auto hasSize = [&](int scale) {
+    return eventually([&] {
+      const Rect area = picker.area();
+      return area.width == scale * start.width && area.height == scale * start.height;
+    });
+  };
+  moveByManager(picker.id(), {1500, 100});
+  EXPECT_TRUE(hasSize(2)) << picker.area();
+  monitors_.remove("right");
+  EXPECT_TRUE(hasSize(1)) << picker.area();
+  EXPECT_TRUE(comesInto(left, picker));
+  monitors_.set("right", right);
+  moveByManager(picker.id(), {1500, 100});
+  EXPECT_TRUE(hasSize(2)) << picker.area();
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, PickerOfFineMonitor,
+                         ::testing::Values(WindowManager::xfwm4, WindowManager::mutter),
+                         [](const auto& test) { return std::string(nameOf(test.param)); });
 
 }  // namespace
 }  // namespace vistrel::testbed

@@ -19,6 +19,9 @@ class PlacedFrame {
   /// there. If so, nothing that was asked before is waited for.
   bool isMovedTo(const QRect& frame);
 
+  /// Whether the desktop has said something about the last frame that code asked for.
+  bool isAnswered() const { return underWay_.empty(); }
+
   /// The desktop says that the window is at `frame`, while more may be under way: nothing is
   /// decided before `isRefused` is asked.
   void hear(const QRect& frame);

@@ -20,6 +20,9 @@ constexpr int saveDelayMilliseconds = 300;
 /// How long after the last change of its scale or of the screens a window has come to rest: a
 /// person may be dragging it, and the manager moves it as well.
 constexpr int restMilliseconds = 200;
+/// After how many rests a window takes the size that it has after a change of its scale, if that is
+/// still not the one that it asks for, or if the manager has not answered.
+constexpr int mostSettlings = 5;
 
 /// By its middle, as the toolkit has it. `frame` in global display space.
 const LaidOutMonitor& monitorOf(const Rect& frame, const ScreenLayout& layout) {
@@ -164,7 +167,9 @@ void TitledPeer::nativeWasPlaced() {
   if (!native_) return;  // while it is being made
   const QSize formerSize = placed_.current().size();
   if (placed_.isMovedTo(toolkitRect(placeOfNative()))) {
-    adoptPlace(/*keepingSize=*/placed_.current().size() == formerSize);
+    // Managers apply the new scale's bounds to the former size, and move and resize at different
+    // times: until all has come to rest, no size is one that somebody wants.
+    adoptPlace(/*keepingSize=*/settling_.isActive() || placed_.current().size() == formerSize);
     saveFrameSoon();
   }
   update();
@@ -188,14 +193,21 @@ void TitledPeer::adoptPlace(bool keepingSize) {
 
 void TitledPeer::scaleDidChange() {
   window_.peerDidChangeBackingProperties();
-  settling_.start();
+  settleSoon();
 }
 
 void TitledPeer::screensDidChange() {
-  if (native_) settling_.start();
+  if (native_) settleSoon();
+}
+
+void TitledPeer::settleSoon() {
+  settlingsLeft_ = mostSettlings;
+  settling_.start();
 }
 
 void TitledPeer::settle() {
+  settling_.start();  // the first answer may come while it asks
+  const QRect former = placed_.current();
   const Size size = window_.frame().size;
   const ScreenLayout layout = ScreenList::layout();
   const Point middle = middleOf(placed_.current());
@@ -209,6 +221,8 @@ void TitledPeer::settle() {
   }
   window_.setFrame(broughtIntoReach(layout.flipped(frame), screens()), /*display=*/true,
                    /*animate=*/false);
+  const bool isSettled = placed_.current() == former && placed_.isAnswered();
+  if (isSettled || --settlingsLeft_ == 0) settling_.stop();
 }
 
 void TitledPeer::nativeWasClosed() {

@@ -50,6 +50,7 @@ class TitledPeer final : public HostedPeer {
   PixelRect placeOfNative() const;
   void adoptPlace(bool keepingSize);
   void scaleDidChange();
+  void settleSoon();
   /// Gives the window back its size in points, and brings it back into view.
   void settle();
   void nativeWasClosed();
@@ -62,7 +63,8 @@ class TitledPeer final : public HostedPeer {
   PlacedFrame placed_;  // of native_, in pixels of the root window
   QTimer saving_;
   QTimer settling_;  // runs out some time after the last change of scale or screens
-  QTimer update_;    // runs out at the next turn of the event loop
+  int settlingsLeft_ = 0;
+  QTimer update_;  // runs out at the next turn of the event loop
   struct {
     bool hierarchy = false;
     bool appearance = false;

@@ -39,6 +39,13 @@ TitledWindow::TitledWindow(Window& window, Callbacks callbacks)
   });
 }
 
+void TitledWindow::setGeometry(const QRect& geometry) {
+  if (windowHandle()->size() == size()) return QMainWindow::setGeometry(geometry);
+  // Its scale has changed and its pixels have not. The widget believes that it is as large as
+  // before in points: asked to be so, it would only move.
+  windowHandle()->setGeometry(geometry);
+}
+
 void TitledWindow::moveEvent(QMoveEvent* /*event*/) {
   if (window_ != nullptr) callbacks_.placed();
 }

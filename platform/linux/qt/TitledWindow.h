@@ -25,6 +25,8 @@ class TitledWindow final : public QMainWindow {
   TitledWindow(Window& window, Callbacks callbacks);
 
   WidgetTree& widgets() { return widgets_; }
+  /// In the toolkit's points, as of the scale that the window has now.
+  void setGeometry(const QRect& geometry);
   /// The window goes, or does not want to hear of this any more.
   void abandon() { window_ = nullptr; }
 
