@@ -51,6 +51,15 @@ class MainMenu : public DesktopTest {
       return false;
     })) << menu.lines();
   }
+  MenuOnScreen openMirrorSubmenuByKeys(const std::string& title) {
+    input_.type(keyF10);
+    bar().submenu("Vistrel");
+    input_.type(keyRight);
+    const MenuOnScreen mirror = bar().submenu("Mirror");
+    walkTo(mirror, title);
+    input_.type(keyRight);
+    return mirror.submenu(title);
+  }
   void type(char letter) { input_.typeHolding(keyControl, static_cast<std::uint32_t>(letter)); }
 
   ::testing::AssertionResult comesToRead(const MenuOnScreen& menu, const std::string& lines) {
@@ -129,18 +138,42 @@ TEST_F(MainMenu, WindowsAreMirroredAndMirrorsAreFoundByPointer) {
 TEST_F(MainMenu, AWindowIsMirroredByKeysAlone) {
   const auto source = openSource();
   startReading();
-  input_.type(keyF10);
-  bar().submenu("Vistrel");
-  input_.type(keyRight);
-  const MenuOnScreen mirror = bar().submenu("Mirror");
-  walkTo(mirror, "Mirror Window");
-  input_.type(keyRight);
-  const MenuOnScreen windows = mirror.submenu("Mirror Window");
+  const MenuOnScreen windows = openMirrorSubmenuByKeys("Mirror Window");
   ASSERT_TRUE(comesToRead(windows, "(Sample)\n  Document\n"));
   walkTo(windows, "  Document");
   input_.type(keyReturn);
   vistrel_->panels(1);
-  EXPECT_TRUE(eventually([&] { return !mirror.isOpen(); }));
+  EXPECT_TRUE(eventually([&] { return !windows.isOpen(); }));
+}
+
+TEST_F(MainMenu, AnOpenListThatIsFilledAnewStaysOpenAndInUse) {
+  const auto source = openSource();
+  startReading();
+  const MenuOnScreen windows = openMirrorSubmenu("Mirror Window");
+  ASSERT_TRUE(comesToRead(windows, "(Sample)\n  Document\n"));
+  choose(windows, "  Document");
+  vistrel_->panels(1);
+  input_.moveTo(vistrel_->picker().refreshButton());
+  const auto earlier = openSource({.title = "Earlier", .application = "Alpha"});
+  const auto later = openSource({.title = "Later", .application = "Zebra"});
+  activate(vistrel_->picker().id());
+  // It opens with what was there before, on its only line.
+  openMirrorSubmenuByKeys("Mirror Window");
+  ASSERT_TRUE(comesToRead(windows, R"((Alpha)
+  Earlier
+---
+(Sample)
+✓   Document
+---
+(Zebra)
+  Later
+)"));
+  EXPECT_TRUE(windows.isOpen());
+  EXPECT_TRUE(windows.isHighlighted("  Document"));
+  input_.type(keyDown);
+  EXPECT_TRUE(eventually([&] { return windows.isHighlighted("  Later"); }));
+  choose(windows, "  Earlier");
+  vistrel_->panels(2);
 }
 
 TEST_F(MainMenu, TheAboutBoxTellsTheVersion) {
