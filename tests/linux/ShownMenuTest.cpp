@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/qt/Legibility.h"
 #include "platform/linux/qt/ShownMenu.h"
 #include "platform/simulated/SimulatedBackend.h"
 #include "tests/linux/OffscreenToolkit.h"
@@ -90,6 +91,16 @@ TEST_F(ShownMenuTest, CutsTitlesThatWouldNotFitAScreen) {
   const ShownMenu shown(menu_);
   EXPECT_TRUE(texts(shown).front().ends_with("…"));
   EXPECT_LT(shown.sizeHint().width(), 700);
+}
+
+TEST_F(ShownMenuTest, ItsHeadersCanBeRead) {
+  add("Header")->setEnabled(false);
+  ShownMenu shown(menu_);
+  shown.popup({10, 10});
+  const QPalette& colours = shown.palette();
+  EXPECT_GE(
+      contrast(colours.color(QPalette::Disabled, QPalette::Text), colours.color(QPalette::Base)),
+      4.5);
 }
 
 TEST_F(ShownMenuTest, SendsTheActionAtALaterTurn) {

@@ -1,6 +1,7 @@
 #include "platform/linux/qt/ShownMenu.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFontMetrics>
 #include <QScreen>
 #include <QTimer>
@@ -9,6 +10,7 @@
 
 #include "platform/Dispatch.h"
 #include "platform/linux/qt/ActiveWindow.h"
+#include "platform/linux/qt/Legibility.h"
 #include "platform/linux/qt/PlainText.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -80,6 +82,8 @@ ShownMenu::ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent)
   menu_->setPeer(follower_);
   refill();
   QObject::connect(this, &QMenu::aboutToShow, this, [this] {
+    // The headers among the lines are disabled.
+    setPalette(withLegibleDisabledLines(QApplication::palette(this)));
     menu_->update();
     refill();
   });
