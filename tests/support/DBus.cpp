@@ -31,6 +31,8 @@ void BusMessage::readBasic(char type, void* value) {
   }
 }
 
+void BusMessage::skip(const char* types) { checked(sd_bus_message_skip(get(), types), types); }
+
 void BusMessage::enter(char kind, const char* types) {
   checked(sd_bus_message_enter_container(get(), kind, types), types);
 }

@@ -33,6 +33,9 @@ class BusMessage {
   std::int32_t signedNumber() { return basic<std::int32_t>(SD_BUS_TYPE_INT32); }
   std::uint32_t number() { return basic<std::uint32_t>(SD_BUS_TYPE_UINT32); }
 
+  /// Passes over what has `types`.
+  void skip(const char* types);
+
   /// Reads an array of `types`, one item by each call of `readItem`.
   template <class ReadItem>
   void array(const char* types, const ReadItem& readItem) {

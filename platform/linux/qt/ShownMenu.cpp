@@ -98,8 +98,8 @@ void ShownMenu::setVisible(bool visible) {
 }
 
 void ShownMenu::itemsDidChange() {
-  if (std::exchange(isStale_, true) || !isVisible()) return;
-  // Once for all the changes of one refill.
+  if (std::exchange(isStale_, true)) return;
+  // Once for all the changes of one refill. The desktop's own bar may show it while this does not.
   QTimer::singleShot(0, this, [this] { refill(); });
 }
 
