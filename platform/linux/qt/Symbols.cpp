@@ -2,8 +2,11 @@
 
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 #include <algorithm>
+
+/// The macro names a function outside any namespace. Linkers leave out of a library what nobody
+/// calls.
+static void initialiseIcons() { Q_INIT_RESOURCE(icons); }
 
 namespace vistrel::platform::linux_desktop {
 
@@ -45,21 +48,6 @@ void drawLeaningWindows(QPainter& painter, const QColor& tint) {
   painter.drawPath(roundedRect(front, 1.8));
 }
 
-QPixmap iconPixmap(int size) {
-  QPixmap pixmap(size, size);
-  pixmap.fill(Qt::transparent);
-  QPainter painter(&pixmap);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const QRectF whole(0, 0, size, size);
-  const double margin = size * 0.04;
-  painter.fillPath(roundedRect(whole.adjusted(margin, margin, -margin, -margin), size * 0.21),
-                   QColor(28, 30, 36));
-  const double inset = size * 0.18;
-  drawSymbol(painter, mirrorSymbol, whole.adjusted(inset, inset, -inset, -inset),
-             QColor::fromRgbF(0.4F, 0.78F, 1.0F));
-  return pixmap;
-}
-
 }  // namespace
 
 void drawSymbol(QPainter& painter, const std::string& name, const QRectF& rect,
@@ -74,8 +62,11 @@ void drawSymbol(QPainter& painter, const std::string& name, const QRectF& rect,
 }
 
 QIcon applicationIcon() {
+  initialiseIcons();
   QIcon icon;
-  for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) icon.addPixmap(iconPixmap(size));
+  for (const int size : {16, 22, 24, 32, 44, 48, 64, 96, 128}) {
+    icon.addFile(QStringLiteral(":/icons/%1.png").arg(size));
+  }
   return icon;
 }
 

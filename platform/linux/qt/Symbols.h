@@ -13,7 +13,7 @@ namespace vistrel::platform::linux_desktop {
 /// have no drawing of. Wants an antialiasing painter.
 void drawSymbol(QPainter& painter, const std::string& name, const QRectF& rect, const QColor& tint);
 
-/// The program's own icon, made of its symbol.
+/// The program's own icon in all the sizes that it is drawn in.
 QIcon applicationIcon();
 
 }  // namespace vistrel::platform::linux_desktop
