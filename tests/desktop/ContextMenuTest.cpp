@@ -108,13 +108,7 @@ class ContextMenu : public DesktopTest {
     EXPECT_TRUE(eventually([&] { return !isMenuOnScreen(); }));
   }
 
-  /// No other window of the program's is out of the manager's hands, tool tips aside.
-  bool isMenuOnScreen() const {
-    return std::ranges::any_of(
-        windowsOfProcess(connection_, vistrel_->process().pid()), [&](xcb_window_t window) {
-          return isViewable(connection_, window) && isUnmanaged(connection_, window);
-        });
-  }
+  bool isMenuOnScreen() const { return !menusOnScreen().empty(); }
 
   /// What the keys of the menu are to leave alone.
   struct Keyboard {

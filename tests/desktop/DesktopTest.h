@@ -96,6 +96,15 @@ class DesktopTest : public ::testing::Test {
                               {staticGravityXAndYByPager, static_cast<std::uint32_t>(there.x),
                                static_cast<std::uint32_t>(there.y), 0, 0});
   }
+  /// The program's menus, innermost last: no other windows of its are out of the manager's hands,
+  /// tool tips aside.
+  std::vector<xcb_window_t> menusOnScreen() const {
+    std::vector<xcb_window_t> menus = windowsOfProcess(connection_, vistrel_->process().pid());
+    std::erase_if(menus, [&](xcb_window_t window) {
+      return !isViewable(connection_, window) || !isUnmanaged(connection_, window);
+    });
+    return menus;
+  }
   /// Waits until the panel is there.
   ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
     if (eventually([&] { return panel.area() == area; })) {

@@ -32,6 +32,13 @@ void BusMessage::readBasic(char type, void* value) {
 }
 
 void BusMessage::skip(const char* types) { checked(sd_bus_message_skip(get(), types), types); }
+std::vector<unsigned char> BusMessage::bytes() {
+  const void* first = nullptr;
+  std::size_t count = 0;
+  checked(sd_bus_message_read_array(get(), SD_BUS_TYPE_BYTE, &first, &count), "a message");
+  const auto* const begin = static_cast<const unsigned char*>(first);
+  return {begin, begin + count};
+}
 
 void BusMessage::enter(char kind, const char* types) {
   checked(sd_bus_message_enter_container(get(), kind, types), types);

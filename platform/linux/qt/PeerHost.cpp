@@ -28,6 +28,12 @@ Window* PeerHost::keyWindow() const {
   return key == peers_.end() ? nullptr : &(*key)->window();
 }
 
+bool PeerHost::hasVisibleWindows() const {
+  return !isHidden_ && std::any_of(peers_.begin(), peers_.end(), [](const HostedPeer* peer) {
+    return peer->window().isVisible();
+  });
+}
+
 void PeerHost::hide() {
   if (std::exchange(isHidden_, true)) return;
   for (HostedPeer* peer : peers_) peer->hideWithProgram();
@@ -38,6 +44,12 @@ void PeerHost::unhide() {
   for (HostedPeer* peer : peers_) {
     if (peer->window().isVisible()) peer->showWithProgram();
   }
+}
+
+void PeerHost::setFoundByIcon(bool isFound) {
+  isFoundByIcon_ = isFound;
+  if (!isHidden_) return;
+  for (HostedPeer* peer : peers_) peer->hideWithProgram();
 }
 
 void PeerHost::screensDidChange() {

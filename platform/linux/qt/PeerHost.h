@@ -61,9 +61,15 @@ class PeerHost : public OpenWindows {
   std::vector<std::shared_ptr<Window>> openWindows() const override;
   Window* keyWindow() const override;
 
-  /// Takes every window off the screen until `unhide`.
+  /// Whether any window is on the screen, or minimised.
+  bool hasVisibleWindows() const;
+  /// Takes every window off the screen until `unhide`. The ordinary ones stay in the desktop's
+  /// taskbar unless the program is found by its icon.
   void hide();
   void unhide();
+  /// Whether a person finds the program by its icon in a tray.
+  void setFoundByIcon(bool isFound);
+  bool isFoundByIcon() const { return isFoundByIcon_; }
 
   void screensDidChange();
   void saveFrames();
@@ -79,6 +85,7 @@ class PeerHost : public OpenWindows {
   std::vector<HostedPeer*> peers_;  // the oldest first
   bool isOpen_ = true;
   bool isHidden_ = false;
+  bool isFoundByIcon_ = false;
 };
 
 }  // namespace vistrel::platform::linux_desktop

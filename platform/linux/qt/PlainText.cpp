@@ -4,6 +4,11 @@
 
 namespace vistrel::platform::linux_desktop {
 
+QString inOneLine(QString text) {
+  constexpr QChar wideBlank(0x2003);
+  return text.replace(QLatin1Char('\t'), wideBlank).replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
 QString withoutMnemonics(const std::string& text) {
   return QString::fromStdString(text).replace(QLatin1Char('&'), QLatin1String("&&"));
 }

@@ -5,6 +5,10 @@
 
 namespace vistrel::platform::linux_desktop {
 
+/// In one line, for a menu: a tab, by which desktops take the rest for a key's name, becomes a wide
+/// blank and a line feed a blank.
+QString inOneLine(QString text);
+
 /// For places where the toolkit reads "&" as the mark of a mnemonic: the text as it is.
 QString withoutMnemonics(const std::string& text);
 

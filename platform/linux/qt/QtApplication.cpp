@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/Menu.h"
 #include "platform/linux/qt/ToolkitConnection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -40,9 +41,11 @@ void QtApplication::setDelegate(std::weak_ptr<ApplicationDelegate> delegate) {
 
 void QtApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
   windows_.unhide();
-  // A program is active by one of its windows being so.
-  QWidget* active = QApplication::activeWindow();
-  if (ignoringOtherApps && active != nullptr) active->activateWindow();
+  const QWidget* const foremost = foremostWidget();
+  if (!ignoringOtherApps || foremost == nullptr) return;
+  // The toolkit itself knows no later time than that of its windows' last input.
+  syncToolkit();
+  windows_.desktop().activateWindow(static_cast<std::uint32_t>(foremost->winId()), personActedAt_);
 }
 
 void QtApplication::setMainMenu(std::shared_ptr<Menu> menu) {
@@ -72,8 +75,20 @@ void QtApplication::sendNextEvent(Date until) {
 void QtApplication::run() {
   finishLaunching();
   windows_.desktop().whenStartedAgain([this](std::uint32_t time) { reopen(time); });
+  icon_.emplace(iconCallbacks());
   if (!isTerminated_) QApplication::exec();
+  icon_.reset();
   ended_();
+}
+
+TrayIcon::Callbacks QtApplication::iconCallbacks() {
+  return {.activated = [this] { reopen(XCB_CURRENT_TIME); },
+          .menu =
+              [this] {
+                const auto delegate = delegate_.lock();
+                return delegate ? delegate->applicationDockMenu() : nullptr;
+              },
+          .shownChanged = [this](bool isShown) { windows_.setFoundByIcon(isShown); }};
 }
 
 void QtApplication::terminate() {
@@ -85,12 +100,9 @@ void QtApplication::terminate() {
 void QtApplication::reopen(std::uint32_t time) {
   const auto delegate = delegate_.lock();
   if (isTerminated_ || !delegate) return;
-  delegate->applicationShouldHandleReopen(!windows_.openWindows().empty());
-  const QWidget* foremost = foremostWidget();
-  if (foremost == nullptr) return;
-  // The toolkit itself knows no later time than that of its windows' last input.
-  syncToolkit();
-  windows_.desktop().activateWindow(static_cast<std::uint32_t>(foremost->winId()), time);
+  personActedAt_ = time;
+  delegate->applicationShouldHandleReopen(windows_.hasVisibleWindows());
+  personActedAt_ = XCB_CURRENT_TIME;
 }
 
 }  // namespace vistrel::platform::linux_desktop

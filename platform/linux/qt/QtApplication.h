@@ -3,10 +3,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <xcb/xcb.h>
 
 #include "platform/Application.h"
 #include "platform/linux/qt/PeerHost.h"
 #include "platform/linux/qt/TerminationSignals.h"
+#include "platform/linux/qt/TrayIcon.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -28,14 +31,18 @@ class QtApplication final : public Application {
   void terminate() override;
 
  private:
-  /// A person has started the program once more, at that time of the display server's.
+  TrayIcon::Callbacks iconCallbacks();
+  /// A person wants to see the program, by what they did at `time` of the display server's.
   void reopen(std::uint32_t time);
 
   PeerHost& windows_;
   const std::function<void()> ended_;
   std::weak_ptr<ApplicationDelegate> delegate_;
   bool isTerminated_ = false;
+  /// What the window manager is told when the program comes to the front; the server's time.
+  std::uint32_t personActedAt_ = XCB_CURRENT_TIME;
   TerminationSignals signals_;
+  std::optional<TrayIcon> icon_;  // while the event loop runs
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -20,14 +20,10 @@ namespace {
 /// Longer titles are cut at their tail, in points.
 constexpr int widestTitle = 560;
 
-/// The title in one line as it is: no mark of a mnemonic, and no tab, by which the toolkit would
-/// take the rest for a key's name.
+/// The title in one line as it is, without any mark of a mnemonic.
 QString lineText(const std::string& title, const QFontMetrics& metrics) {
-  constexpr QChar wideBlank(0x2003);
-  QString text = QString::fromStdString(title);
-  text.replace(QLatin1Char('\t'), wideBlank);
-  text.replace(QLatin1Char('\n'), QLatin1Char(' '));
-  text = metrics.elidedText(text, Qt::ElideRight, widestTitle);
+  const QString line = inOneLine(QString::fromStdString(title));
+  const QString text = metrics.elidedText(line, Qt::ElideRight, widestTitle);
   return withoutMnemonics(text.toStdString());
 }
 

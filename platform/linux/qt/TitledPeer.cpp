@@ -7,6 +7,7 @@
 #include "platform/linux/qt/Reach.h"
 #include "platform/linux/qt/RootPlace.h"
 #include "platform/linux/qt/ScreenList.h"
+#include "platform/linux/qt/ToolkitConnection.h"
 #include "platform/linux/qt/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -110,7 +111,7 @@ std::optional<Rect> TitledPeer::adoptAutosavedFrame(const std::string& name) {
 bool TitledPeer::hasKeyboard() const { return native_ && native_->isActiveWindow(); }
 
 // Taskbars keep it there, so a person can have the program back.
-void TitledPeer::hideWithProgram() { miniaturize(); }
+void TitledPeer::hideWithProgram() { host().isFoundByIcon() ? orderOut() : miniaturize(); }
 
 void TitledPeer::showWithProgram() { show(); }
 

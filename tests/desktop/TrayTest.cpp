@@ -1,0 +1,273 @@
+#include <algorithm>
+#include <csignal>
+
+#include "tests/desktop/DesktopTest.h"
+#include "tests/support/NotifierHost.h"
+
+namespace vistrel::testbed {
+namespace {
+
+using Opening = TrayItem::Opening;
+
+/// The display server, which lists of windows come from, answers nobody while there is one of these.
+class HaltedServer {
+ public:
+  explicit HaltedServer(const PrivateDisplay& display) : pid_(display.serverPid()) {
+    kill(pid_, SIGSTOP);
+  }
+  HaltedServer(const HaltedServer&) = delete;
+  HaltedServer& operator=(const HaltedServer&) = delete;
+  ~HaltedServer() { kill(pid_, SIGCONT); }
+
+ private:
+  const pid_t pid_;
+};
+
+/// The program's icon in a tray, by the status notifier protocol.
+class Tray : public DesktopTest {
+ protected:
+  explicit Tray(const PrivateDisplay::Options& options = {}) : DesktopTest(options) {}
+
+  void startTray() { tray_ = std::make_unique<NotifierHost>(display_); }
+  /// Starts a tray and the program, and waits for its picker, which lists `count` windows.
+  TrayItem startInTray(std::size_t count) {
+    startTray();
+    startVistrel();
+    vistrel_->pickerRows(count);
+    return tray_->icon();
+  }
+
+  void hideByKey() {
+    activate(vistrel_->picker().id());
+    input_.typeHolding(keyControl, 'h');
+  }
+  /// Whether a person finds the window in a taskbar.
+  bool isMinimised(xcb_window_t window) const {
+    return hasState(connection_, window, "_NET_WM_STATE_HIDDEN");
+  }
+  /// Whether the manager knows of the window (EWMH 1.5, _NET_CLIENT_LIST).
+  bool isManaged(xcb_window_t window) const {
+    const auto all = connection_.numbers(connection_.root(), "_NET_CLIENT_LIST");
+    return std::ranges::find(all, window) != all.end();
+  }
+  ::testing::AssertionResult pickerComesToTheFront() {
+    const PickerOnScreen picker = vistrel_->picker();
+    if (eventually([&] { return activeWindow() == picker.id(); })) {
+      return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << "without the keyboard";
+  }
+
+  std::unique_ptr<NotifierHost> tray_;
+};
+
+TEST_F(Tray, TheIconSaysWhatItIs) {
+  const TrayItem icon = startInTray(0);
+  EXPECT_EQ(icon.text("Id"), "vistrel");
+  EXPECT_EQ(icon.text("Title"), "Vistrel");
+  EXPECT_EQ(icon.text("Category"), "ApplicationStatus");
+  EXPECT_EQ(icon.text("Status"), "Active");
+  EXPECT_EQ(icon.toolTipTitle(), "Vistrel");
+  EXPECT_FALSE(icon.truth("ItemIsMenu"));
+  EXPECT_EQ(icon.text("IconName"), "") << "a theme may not have it";
+  std::vector<int> sizes;
+  for (const TrayItem::Pixmap& pixmap : icon.pixmaps()) {
+    sizes.push_back(pixmap.width);
+    EXPECT_EQ(pixmap.height, pixmap.width);
+    const auto side = static_cast<std::size_t>(pixmap.width);
+    ASSERT_EQ(pixmap.pixels.size(), side * side * 4);
+    // In the middle of the window that the icon shows, at its left: opaque, and of the sea's blue.
+    const auto* const pixel = &pixmap.pixels[(side * 7 / 8 * side + side / 4) * 4];
+    EXPECT_EQ(pixel[0], 255);
+    EXPECT_GT(pixel[3], pixel[1]) << side;
+  }
+  EXPECT_EQ(sizes, (std::vector{16, 22, 24, 32, 44, 48, 64, 96, 128}));
+}
+
+TEST_F(Tray, IsMadeAnewEachTimeAndItsItemsDoWhatTheySay) {
+  const auto source = openSource({.title = "Save & &Close a_b __c\td", .decorated = false});
+  const auto second = openSource({.title = "שלום 🙂", .application = "Zebra_&"});
+  TrayItem icon = startInTray(2);
+  auto menu = icon.openMenu();
+  EXPECT_EQ(textOf(menu), R"(Window Picker…
+Mirror a Window ▸
+    (Sample)
+      Save & &Close a_b __c d
+    ---
+    (Zebra_&)
+      שלום 🙂
+)");
+  EXPECT_EQ(menu.at(1).children.at(1).label, "  Save & &Close a__b ____c\u2003d");
+  icon.choose(menu, "  Save & &Close a_b __c\u2003d");
+  vistrel_->panels(1);
+
+  const auto third = openSource({.title = "a", .application = "Sample"});
+  menu = icon.openMenu();
+  EXPECT_EQ(textOf(menu), R"(Window Picker…
+Mirror a Window ▸
+    (Sample)
+      a
+    ✓   Save & &Close a_b __c d
+    ---
+    (Zebra_&)
+      שלום 🙂
+Hide All Mirrors
+)");
+  icon.choose(menu, "  שלום 🙂");
+  vistrel_->panels(2);
+
+  icon.choose(icon.openMenu(), "Hide All Mirrors");
+  vistrel_->panels(0);
+  EXPECT_EQ(icon.openMenu().size(), 2u);
+}
+
+TEST_F(Tray, IsMadeAnewHoweverATrayLetsItKnow) {
+  const auto source = openSource();
+  TrayItem icon = startInTray(1);
+  const auto menuOf = [](const std::string& windows) {
+    return "Window Picker…\nMirror a Window ▸\n    (Sample)\n" + windows;
+  };
+  EXPECT_EQ(textOf(icon.openMenu(Opening::read)), menuOf("      Document\n"));
+  icon.closeMenu();
+  {
+    const auto second = openSource({.title = "Second"});
+    const auto menu = icon.openMenu(Opening::told);
+    EXPECT_EQ(textOf(menu), menuOf("      Document\n      Second\n"));
+    icon.choose(menu, "  Document");
+    vistrel_->panels(1);
+  }
+  icon.choose(icon.openMenu(Opening::read), "Hide All Mirrors");
+  vistrel_->panels(0);
+  EXPECT_EQ(textOf(icon.openMenu(Opening::told)), menuOf("      Document\n"));
+  // This one does not say that it has closed the menu.
+  const auto third = openSource({.title = "Third"});
+  const auto formerMenu = icon.openMenu(Opening::told);
+  EXPECT_EQ(textOf(formerMenu), menuOf("      Document\n      Third\n"));
+  EXPECT_EQ(textOf(icon.openMenu(Opening::asked)), menuOf("      Document\n      Third\n"));
+  // A person is still looking at the former menu.
+  icon.choose(formerMenu, "  Third");
+  EXPECT_TRUE(vistrel_->panels(1).front().isOnScreen());
+}
+
+TEST_F(Tray, AListThatDoesNotComeKeepsNobodyWaitingForever) {
+  const auto source = openSource();
+  TrayItem icon = startInTray(1);
+  std::string menu;
+  {
+    const HaltedServer halted(display_);
+    menu = textOf(icon.openMenu());
+  }
+  icon.closeMenu();
+  EXPECT_EQ(menu, "Window Picker…\nMirror a Window ▸\n    (Looking for windows…)\n");
+  EXPECT_EQ(textOf(icon.openMenu()),
+            "Window Picker…\nMirror a Window ▸\n    (Sample)\n      Document\n");
+}
+
+TEST_F(Tray, ATrayThatShowsNoMenusHasItShown) {
+  const auto source = openSource();
+  const TrayItem icon = startInTray(1);
+  icon.askForMenu({700, 40});
+  ASSERT_TRUE(eventually([&] { return menusOnScreen().size() == 1; }));
+  const Rect menu = areaOf(connection_, menusOnScreen().front()).value();
+  EXPECT_EQ(menu.x, 700);
+  EXPECT_EQ(menu.y, 40);
+  input_.type(keyDown);
+  input_.type(keyDown);
+  input_.type(keyRight);
+  ASSERT_TRUE(eventually([&] { return menusOnScreen().size() == 2; }));
+  input_.type(keyReturn);
+  vistrel_->panels(1);
+  EXPECT_TRUE(eventually([&] { return menusOnScreen().empty(); }));
+}
+
+TEST_F(Tray, TheDoorToAHiddenProgramIsTheTrayWhileThereIsOne) {
+  const auto source = openSource();
+  startVistrel();
+  const PanelOnScreen panel = mirrorRow(0, 1, 1);
+  const PickerOnScreen picker = vistrel_->picker();
+  hideByKey();
+  EXPECT_TRUE(eventually([&] { return isMinimised(picker.id()) && !panel.isOnScreen(); }))
+      << "without a tray it stays in the taskbar";
+
+  startTray();
+  const TrayItem icon = tray_->icon();
+  EXPECT_TRUE(eventually([&] { return !isManaged(picker.id()); }));
+  icon.activate();
+  EXPECT_TRUE(pickerComesToTheFront());
+  EXPECT_TRUE(eventually([&] { return panel.isOnScreen(); }));
+
+  hideByKey();
+  EXPECT_TRUE(eventually([&] { return !isManaged(picker.id()) && !panel.isOnScreen(); }));
+  tray_->show(false);
+  EXPECT_TRUE(eventually([&] { return isMinimised(picker.id()); })) << "nobody shows the icon";
+  EXPECT_FALSE(picker.isOnScreen());
+  tray_->show(true);
+  EXPECT_TRUE(eventually([&] { return !isManaged(picker.id()); }));
+  tray_.reset();
+  EXPECT_TRUE(eventually([&] { return isMinimised(picker.id()); })) << "the tray is gone";
+  activate(picker.id());
+  EXPECT_TRUE(eventually([&] { return picker.isOnScreen() && panel.isOnScreen(); }));
+
+  startTray();
+  EXPECT_EQ(tray_->icon().openMenu().size(), 3u);
+}
+
+/// Managers differ in what they let a program do that a person has not just clicked into.
+class TrayClick : public Tray, public ::testing::WithParamInterface<WindowManager> {
+ protected:
+  TrayClick() : Tray({.windowManager = GetParam()}) {}
+};
+VISTREL_WITH_EACH_MANAGER(TrayClick);
+
+TEST_P(TrayClick, ShowsThePickerWithTheKeyboardWhereverItWas) {
+  const TrayItem icon = startInTray(0);
+  const PickerOnScreen picker = vistrel_->picker();
+  // A person works in another program.
+  const auto other = openSource({.area = {400, 400, 500, 400}});
+  const auto workInOther = [&] {
+    activate(other->id());
+    input_.clickAt({600, 600});
+    input_.type('a');
+    ASSERT_TRUE(eventually([&] { return activeWindow() == other->id(); }));
+  };
+  workInOther();
+  icon.activate();
+  EXPECT_TRUE(pickerComesToTheFront()) << "from behind";
+  vistrel_->pickerRows(1);
+
+  const auto second = openSource({.title = "Second"});
+  workInOther();
+  connection_.sendToManager(picker.id(), "_NET_CLOSE_WINDOW", {0, byPerson});
+  EXPECT_TRUE(eventually([&] { return !picker.isOnScreen(); }));
+  icon.activate();
+  EXPECT_TRUE(pickerComesToTheFront()) << "after it was closed";
+  vistrel_->pickerRows(2);
+
+  hideByKey();
+  EXPECT_TRUE(eventually([&] { return !picker.isOnScreen(); }));
+  workInOther();
+  icon.activate();
+  EXPECT_TRUE(pickerComesToTheFront()) << "out of hiding";
+}
+
+TEST_F(Tray, WithoutASessionBusThereIsNoneAndTheProgramRuns) {
+  std::vector<std::string> environment = display_.environment();
+  std::erase_if(environment, [](const std::string& each) { return each.starts_with("DBUS_"); });
+  environment.emplace_back("DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere");
+  ChildProcess program(RunningVistrel::command({}, environment));
+  const auto hasPicker = [&] {
+    const auto windows = windowsOfProcess(connection_, program.pid());
+    return std::ranges::any_of(windows, [&](xcb_window_t window) {
+      return isViewable(connection_, window) && titleOf(connection_, window) == "Vistrel";
+    });
+  };
+  EXPECT_TRUE(eventually(hasPicker));
+  program.sendSignal(SIGTERM);
+  const auto ending = program.waitForEnd();
+  ASSERT_TRUE(ending.has_value());
+  EXPECT_EQ(ending->exitStatus, 0);
+  EXPECT_EQ(program.standardError(), "");
+}
+
+}  // namespace
+}  // namespace vistrel::testbed
