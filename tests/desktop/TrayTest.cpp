@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 
 #include "tests/desktop/DesktopTest.h"
 #include "tests/support/NotifierHost.h"
@@ -9,7 +11,8 @@ namespace {
 
 using Opening = TrayItem::Opening;
 
-/// The display server, which lists of windows come from, answers nobody while there is one of these.
+/// The display server, which lists of windows come from, answers nobody while there is one of
+/// these.
 class HaltedServer {
  public:
   explicit HaltedServer(const PrivateDisplay& display) : pid_(display.serverPid()) {
@@ -69,7 +72,7 @@ TEST_F(Tray, TheIconSaysWhatItIs) {
   EXPECT_EQ(icon.text("Status"), "Active");
   EXPECT_EQ(icon.toolTipTitle(), "Vistrel");
   EXPECT_FALSE(icon.truth("ItemIsMenu"));
-  EXPECT_EQ(icon.text("IconName"), "") << "a theme may not have it";
+  EXPECT_EQ(icon.text("IconName"), "") << "the theme does not have it";
   std::vector<int> sizes;
   for (const TrayItem::Pixmap& pixmap : icon.pixmaps()) {
     sizes.push_back(pixmap.width);
@@ -82,6 +85,15 @@ TEST_F(Tray, TheIconSaysWhatItIs) {
     EXPECT_GT(pixel[3], pixel[1]) << side;
   }
   EXPECT_EQ(sizes, (std::vector{16, 22, 24, 32, 44, 48, 64, 96, 128}));
+}
+
+TEST_F(Tray, TheIconIsNamedWhereTheThemeHasIt) {
+  const auto theme = display_.home() / "data/icons/hicolor";
+  std::filesystem::create_directories(theme / "22x22/apps");
+  std::ofstream(theme / "index.theme") << "[Icon Theme]\nName=Hicolor\nDirectories=22x22/apps\n"
+                                          "[22x22/apps]\nSize=22\nType=Fixed\n";
+  std::ofstream(theme / "22x22/apps/vistrel.png") << "a picture";
+  EXPECT_EQ(startInTray(0).text("IconName"), "vistrel");
 }
 
 TEST_F(Tray, IsMadeAnewEachTimeAndItsItemsDoWhatTheySay) {
@@ -100,6 +112,8 @@ Mirror a Window ▸
   EXPECT_EQ(menu.at(1).children.at(1).label, "  Save & &Close a__b ____c\u2003d");
   icon.choose(menu, "  Save & &Close a_b __c\u2003d");
   vistrel_->panels(1);
+  EXPECT_TRUE(eventually([&] { return icon.wasToldOfNewLayout(); }))
+      << "it has one line more, which trays may have to make room for beforehand";
 
   const auto third = openSource({.title = "a", .application = "Sample"});
   menu = icon.openMenu();
@@ -139,6 +153,12 @@ TEST_F(Tray, IsMadeAnewHoweverATrayLetsItKnow) {
   icon.choose(icon.openMenu(Opening::read), "Hide All Mirrors");
   vistrel_->panels(0);
   EXPECT_EQ(textOf(icon.openMenu(Opening::told)), menuOf("      Document\n"));
+  icon.closeMenu();
+  {
+    const auto brief = openSource({.title = "Brief"});
+    EXPECT_EQ(textOf(icon.openMenu(Opening::askedInVain)), menuOf("      Brief\n      Document\n"));
+    icon.closeMenu();
+  }
   // This one does not say that it has closed the menu.
   const auto third = openSource({.title = "Third"});
   const auto formerMenu = icon.openMenu(Opening::told);

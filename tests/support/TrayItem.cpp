@@ -135,18 +135,20 @@ std::string TrayItem::toolTipTitle() const {
 }
 
 std::vector<TrayMenuLine> TrayItem::openMenu(Opening opening) {
+  while (wasToldOfNewLayout()) continue;
   if (opening == Opening::asked) {
     const bool isOutdated = menu_.call(menuInterface, "AboutToShow", "i", wholeMenu).truth();
     if (isOutdated) lastRead_ = readMenu();
     tell(wholeMenu, "opened");
+    while (wasToldOfNewLayout()) continue;
     return lastRead_;
   }
-  if (opening == Opening::told) {
-    while (wasToldOfNewLayout()) continue;
+  if (opening == Opening::askedInVain) {
+    menu_.call(menuInterface, "AboutToShowGroup", "ai", 1, wholeMenu);
+    waitUntilToldOfNewLayout();
+  } else if (opening == Opening::told) {
     tell(wholeMenu, "opened");
-    if (!eventually([&] { return wasToldOfNewLayout(); })) {
-      throw std::runtime_error("the menu stays what it was");
-    }
+    waitUntilToldOfNewLayout();
   }
   return lastRead_ = readMenu();
 }
@@ -170,6 +172,12 @@ std::vector<TrayMenuLine> TrayItem::readMenu() const {
 
 void TrayItem::tell(int number, const char* event) const {
   menu_.call(menuInterface, "Event", "isvu", number, event, "s", "", 0);
+}
+
+void TrayItem::waitUntilToldOfNewLayout() {
+  if (!eventually([&] { return wasToldOfNewLayout(); })) {
+    throw std::runtime_error("the menu stays what it was");
+  }
 }
 
 bool TrayItem::wasToldOfNewLayout() {

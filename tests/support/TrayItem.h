@@ -50,13 +50,17 @@ class TrayItem {
   /// A click with the other button in a tray that does not show the menu itself.
   void askForMenu(Point at) const { item_.call(itemInterface, "ContextMenu", "ii", at.x, at.y); }
 
-  /// How trays let a program know that its menu opens: most ask it beforehand; some tell it while
-  /// what they have read earlier is open already; some just read.
-  enum class Opening { asked, told, read };
+  /// How trays let a program know that its menu opens: most ask it beforehand, whose answer some do
+  /// not heed but wait to be told; some tell it while what they have read earlier is open already;
+  /// some just read.
+  enum class Opening { asked, askedInVain, told, read };
   std::vector<TrayMenuLine> openMenu(Opening opening = Opening::asked);
   /// Chooses the line of that title, in a submenu perhaps; the menu closes. Throws
   /// std::runtime_error when there is none.
   void choose(const std::vector<TrayMenuLine>& menu, const std::string& title) const;
+  /// Whether the program has told trays, since this was last asked or the menu last opened, that
+  /// the menu has become another one.
+  bool wasToldOfNewLayout();
   void closeMenu() const { tell(wholeMenu, "closed"); }
 
  private:
@@ -73,7 +77,7 @@ class TrayItem {
   }
   std::vector<TrayMenuLine> readMenu() const;
   void tell(int number, const char* event) const;
-  bool wasToldOfNewLayout();
+  void waitUntilToldOfNewLayout();
 
   BusObject item_;
   BusObject menu_;

@@ -14,6 +14,8 @@ namespace {
 
 constexpr unsigned protocolVersion = 3;
 constexpr int wholeMenu = 0;
+/// How long after the last change the menu is made anew, which is in nobody's way then.
+constexpr int restMilliseconds = 300;
 
 /// Of an argument with the signature `ai`.
 QList<int> numbersIn(const QVariant& argument) { return qdbus_cast<QList<int>>(argument); }
@@ -55,6 +57,9 @@ BusMenu::BusMenu(const QDBusConnection& bus, const QString& path,
   addSignal("LayoutUpdated", {"u", "i"});
   addQuestions();
   addSigns();
+  changed_.setSingleShot(true);
+  changed_.setInterval(restMilliseconds);
+  QObject::connect(&changed_, &QTimer::timeout, &changed_, [this] { replace(); });
 }
 
 void BusMenu::addQuestions() {
@@ -107,16 +112,26 @@ bool BusMenu::begins(MenuSign sign) {
 }
 
 void BusMenu::makeAnew() {
-  // The numbers are new ones: a choice in the former menu must not be taken for one in this.
-  const int first = current_.end();
   const auto menu = make_();
   former_ = std::move(current_);
-  current_ = menu ? NumberedMenu(*menu, first) : NumberedMenu();
+  current_ = menu ? NumberedMenu(*menu, former_) : NumberedMenu();
   ++revision_;
 }
 
+void BusMenu::mayHaveChanged() {
+  const bool isRead = revision_ > 0;
+  if (isRead) changed_.start();
+}
+
+/// Some hosts that ask whether it is out of date do not listen to the answer, but to this.
+void BusMenu::replace() {
+  makeAnew();
+  emitSignal("LayoutUpdated", {revision_, wholeMenu});
+}
+
 std::optional<MenuLayout> BusMenu::layout(int number, int depth, const QStringList& names) const {
-  return (former_.contains(number) ? former_ : current_).layout(number, depth, names);
+  const auto found = current_.layout(number, depth, names);
+  return found ? found : former_.layout(number, depth, names);
 }
 
 QList<NumberedProperties> BusMenu::properties(const QList<int>& numbers,
@@ -131,26 +146,28 @@ QList<NumberedProperties> BusMenu::properties(const QList<int>& numbers,
 
 bool BusMenu::isAboutToShow(int number) {
   if (number != wholeMenu || !begins(MenuSign::aboutToShow)) return false;
-  makeAnew();
+  replace();
   return true;
 }
 
 bool BusMenu::receive(int number, const QString& event) {
   if (event == QLatin1String("clicked")) return choose(number);
-  if (number != wholeMenu) return current_.contains(number) || former_.contains(number);
+  if (number != wholeMenu) return item(number) != nullptr;
   if (event == QLatin1String("closed")) openings_.menuWasClosed();
-  if (event == QLatin1String("opened") && begins(MenuSign::opened)) {
-    makeAnew();
-    emitSignal("LayoutUpdated", {revision_, wholeMenu});
-  }
+  if (event == QLatin1String("opened") && begins(MenuSign::opened)) replace();
   return true;
 }
 
 bool BusMenu::choose(int number) {
-  const NumberedMenu& menu = former_.contains(number) ? former_ : current_;
-  if (!menu.contains(number)) return false;
-  mainQueue().async([chosen = menu.item(number)] { performAction(chosen); });
+  const auto chosen = item(number);
+  if (!chosen) return false;
+  mainQueue().async([chosen] { performAction(chosen); });
   return true;
+}
+
+std::shared_ptr<MenuItem> BusMenu::item(int number) const {
+  const auto found = current_.item(number);
+  return found ? found : former_.item(number);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <QTimer>
 #include <QVariant>
 #include <functional>
 #include <memory>
@@ -21,12 +22,18 @@ class BusMenu final : public ExportedObject {
   BusMenu(const QDBusConnection& bus, const QString& path,
           std::function<std::shared_ptr<Menu>()> make);
 
+  /// It would be another one now. It is made anew a little later, in case a host has read it: some
+  /// show what they have read before they hear of an opening, and cannot make room for another line
+  /// then.
+  void mayHaveChanged();
+
  private:
   void addQuestions();
   void addSigns();
 
   bool begins(MenuSign sign);
   void makeAnew();
+  void replace();
   std::optional<MenuLayout> layout(int number, int depth, const QStringList& names) const;
   QList<NumberedProperties> properties(const QList<int>& numbers, const QStringList& names) const;
 
@@ -35,12 +42,14 @@ class BusMenu final : public ExportedObject {
   /// False when there is no such line.
   bool receive(int number, const QString& event);
   bool choose(int number);
+  std::shared_ptr<MenuItem> item(int number) const;
 
   const std::function<std::shared_ptr<Menu>()> make_;
   MenuOpenings openings_;
   NumberedMenu current_;
   NumberedMenu former_;  // which a person may still be looking at
   unsigned revision_ = 0;
+  QTimer changed_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,5 +1,6 @@
 #include "platform/linux/qt/BusTypes.h"
 
+#include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QImage>

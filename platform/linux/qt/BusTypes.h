@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QByteArray>
-#include <QDBusArgument>
 #include <QIcon>
 #include <QList>
+#include <QMetaType>
 #include <QString>
 #include <QVariant>
 

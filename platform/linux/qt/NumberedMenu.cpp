@@ -33,28 +33,40 @@ QVariantMap only(const QStringList& names, QVariantMap properties) {
 
 }  // namespace
 
-NumberedMenu::NumberedMenu(const Menu& menu, int first) : first_(first), topLevel_(add(menu)) {}
+NumberedMenu::NumberedMenu(const Menu& menu, const NumberedMenu& former) : next_(former.next_) {
+  topLevel_ = add(menu, former.topLevel_, former);
+}
 
-std::vector<int> NumberedMenu::add(const Menu& menu) {
+std::vector<int> NumberedMenu::add(const Menu& menu, const std::vector<int>& formerNumbers,
+                                   const NumberedMenu& former) {
   std::vector<int> numbers;
   for (const auto& item : menu.items()) {
-    const auto index = lines_.size();
-    numbers.push_back(end());
-    lines_.push_back({item, {}});
-    if (item->submenu()) lines_[index].children = add(*item->submenu());
+    const auto index = numbers.size();
+    const bool isKept =
+        index < formerNumbers.size() && former.item(formerNumbers[index])->title() == item->title();
+    const int number = isKept ? formerNumbers[index] : next_++;
+    numbers.push_back(number);
+    lines_[number].item = item;
+    if (item->submenu()) lines_[number].children = add(*item->submenu(), {}, former);
   }
   return numbers;
+}
+
+std::shared_ptr<MenuItem> NumberedMenu::item(int number) const {
+  const auto found = lines_.find(number);
+  return found == lines_.end() ? nullptr : found->second.item;
 }
 
 std::optional<MenuLayout> NumberedMenu::layout(int number, int depth,
                                                const QStringList& names) const {
   const bool isMenu = number == 0;
-  if (!isMenu && !contains(number)) return std::nullopt;
+  const auto line = lines_.find(number);
+  if (!isMenu && line == lines_.end()) return std::nullopt;
   const QVariantMap properties =
-      isMenu ? QVariantMap{{"children-display", "submenu"}} : propertiesOf(*item(number));
+      isMenu ? QVariantMap{{"children-display", "submenu"}} : propertiesOf(*line->second.item);
   MenuLayout layout{number, only(names, properties), {}};
   if (depth == 0) return layout;
-  for (const int child : isMenu ? topLevel_ : line(number).children) {
+  for (const int child : isMenu ? topLevel_ : line->second.children) {
     layout.children.append(*this->layout(child, depth - 1, names));
   }
   return layout;

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <QVariant>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -17,15 +18,12 @@ class NumberedMenu {
  public:
   /// An empty one.
   NumberedMenu() = default;
-  /// The lines get numbers from `first` on.
-  NumberedMenu(const Menu& menu, int first);
+  /// The lines have numbers that none in `former` has, except for those of the menu itself that are
+  /// what they were there: a host that shows them leaves them alone.
+  NumberedMenu(const Menu& menu, const NumberedMenu& former);
 
-  /// One more than the last line's.
-  int end() const { return first_ + static_cast<int>(lines_.size()); }
-  bool contains(int number) const { return number >= first_ && number < end(); }
-  /// Of one that it contains.
-  const std::shared_ptr<MenuItem>& item(int number) const { return line(number).item; }
-
+  /// Null when there is no such line.
+  std::shared_ptr<MenuItem> item(int number) const;
   /// The line, or the menu, with `depth` levels of what is below it (all of them: negative); none
   /// when there is no such line. Of the properties those that `names` asks for (all of them:
   /// empty).
@@ -37,12 +35,12 @@ class NumberedMenu {
     std::vector<int> children;
   };
 
-  std::vector<int> add(const Menu& menu);
-  const Line& line(int number) const { return lines_[static_cast<std::size_t>(number - first_)]; }
+  std::vector<int> add(const Menu& menu, const std::vector<int>& formerNumbers,
+                       const NumberedMenu& former);
 
-  int first_ = 1;
-  std::vector<Line> lines_;
+  std::map<int, Line> lines_;
   std::vector<int> topLevel_;
+  int next_ = 1;
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -8,9 +8,13 @@ namespace vistrel::platform::linux_desktop {
 HostedPeer::HostedPeer(Window& window, std::shared_ptr<PeerHost> host)
     : window_(window), host_(std::move(host)) {
   host_->peers_.push_back(this);
+  host_->windowsChanged_();
 }
 
-HostedPeer::~HostedPeer() { std::erase(host_->peers_, this); }
+HostedPeer::~HostedPeer() {
+  std::erase(host_->peers_, this);
+  host_->windowsChanged_();
+}
 
 std::vector<std::shared_ptr<Window>> PeerHost::openWindows() const {
   std::vector<std::shared_ptr<Window>> windows;

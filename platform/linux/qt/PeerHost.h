@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -71,6 +72,9 @@ class PeerHost : public OpenWindows {
   void setFoundByIcon(bool isFound);
   bool isFoundByIcon() const { return isFoundByIcon_; }
 
+  /// Called from now on whenever a window has been made or is about to be gone.
+  void onWindowsChange(std::function<void()> changed) { windowsChanged_ = std::move(changed); }
+
   void screensDidChange();
   void saveFrames();
   /// Retires all peers, for good.
@@ -83,6 +87,7 @@ class PeerHost : public OpenWindows {
   const SavedFrames savedFrames_;
   MainMenu mainMenu_{*this};
   std::vector<HostedPeer*> peers_;  // the oldest first
+  std::function<void()> windowsChanged_ = [] {};
   bool isOpen_ = true;
   bool isHidden_ = false;
   bool isFoundByIcon_ = false;

@@ -76,7 +76,9 @@ void QtApplication::run() {
   finishLaunching();
   windows_.desktop().whenStartedAgain([this](std::uint32_t time) { reopen(time); });
   icon_.emplace(iconCallbacks());
+  windows_.onWindowsChange([this] { icon_->windowsDidChange(); });
   if (!isTerminated_) QApplication::exec();
+  windows_.onWindowsChange([] {});
   icon_.reset();
   ended_();
 }

@@ -30,16 +30,18 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const QString
 
 void StatusNotifierItem::describe(const QIcon& icon, const QString& menuPath) {
   const QString name = QCoreApplication::applicationName();
+  const QString iconName = QStringLiteral("vistrel");
   addProperty("Category", "s", "ApplicationStatus");
-  addProperty("Id", "s", "vistrel");
+  addProperty("Id", "s", iconName);
   addProperty("Title", "s", name);
   addProperty("Status", "s", "Active");
   addProperty("WindowId", "i", 0);
   addProperty("ItemIsMenu", "b", false);
   addProperty("Menu", "o", QVariant::fromValue(QDBusObjectPath(menuPath)));
   addProperty("ToolTip", "(sa(iiay)ss)", QVariant::fromValue(IconToolTip{{}, {}, name, {}}));
-  // By its pixels alone: some trays show nothing for a name that their theme does not have.
-  addProperty("IconName", "s", QString());
+  // By name it is drawn in just the size that the tray has, but some trays show nothing for a name
+  // that their theme does not have.
+  addProperty("IconName", "s", QIcon::hasThemeIcon(iconName) ? iconName : QString());
   addProperty("IconPixmap", "a(iiay)", QVariant::fromValue(pixmapsOf(icon)));
   for (const char* other : {"Overlay", "Attention"}) {
     const auto kind = QLatin1String(other);

@@ -30,6 +30,9 @@ class TrayIcon {
 
   explicit TrayIcon(Callbacks callbacks);
 
+  /// The program's windows have changed, which the menu may depend on.
+  void windowsDidChange() { menu_.mayHaveChanged(); }
+
  private:
   using Answered = std::function<void(const QDBusMessage& answer)>;
 
