@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "tests/desktop/DesktopTest.h"
+#include "tests/support/EmbeddingTray.h"
 #include "tests/support/NotifierHost.h"
 
 namespace vistrel::testbed {
@@ -230,6 +231,38 @@ TEST_F(Tray, TheDoorToAHiddenProgramIsTheTrayWhileThereIsOne) {
 
   startTray();
   EXPECT_EQ(tray_->icon().openMenu().size(), 3u);
+}
+
+TEST_F(Tray, OneThatEmbedsWindowsHasItWhereThereIsNoOther) {
+  constexpr Rect area{1200, 0, 22, 22};
+  const auto source = openSource();
+  startVistrel();
+  const PickerOnScreen picker = vistrel_->picker();
+  // The icon is a window that the manager has no hand in, as a menu is.
+  const auto unmanaged = [&] { return menusOnScreen().size(); };
+  auto older = std::make_unique<EmbeddingTray>(display_.name(), area);
+  const xcb_window_t icon = older->icon();
+  EXPECT_TRUE(eventually([&] {
+    return screen_.pixel({area.x + 8, 20}) != EmbeddingTray::grey;
+  })) << "nothing is drawn";
+  activate(source->id());
+  input_.clickAt(area.centre());
+  EXPECT_TRUE(eventually([&] { return activeWindow() == picker.id(); }));
+  input_.rest(betweenClicks);
+  input_.click(1, InputDriver::Button::right);
+  EXPECT_TRUE(eventually([&] { return unmanaged() == 2; }));
+  input_.type(keyEscape);
+  EXPECT_TRUE(eventually([&] { return unmanaged() == 1; }));
+
+  startTray();
+  tray_->icon();
+  EXPECT_TRUE(eventually([&] { return !isViewable(connection_, icon); })) << "there are two";
+  tray_.reset();
+  EXPECT_TRUE(isViewable(connection_, older->icon()));
+  older.reset();
+  EXPECT_TRUE(eventually([&] { return unmanaged() == 0; }));
+  EmbeddingTray later(display_.name(), area);
+  EXPECT_TRUE(isViewable(connection_, later.icon()));
 }
 
 /// Managers differ in what they let a program do that a person has not just clicked into.

@@ -77,6 +77,12 @@ void XConnection::setText(xcb_window_t window, std::string_view name, xcb_atom_t
 
 void XConnection::sendToManager(xcb_window_t window, std::string_view message,
                                 const std::vector<std::uint32_t>& data) const {
+  send(root(), window, message, data,
+       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+}
+
+void XConnection::send(xcb_window_t destination, xcb_window_t window, std::string_view message,
+                       const std::vector<std::uint32_t>& data, std::uint32_t eventMask) const {
   xcb_client_message_event_t event{};
   event.response_type = XCB_CLIENT_MESSAGE;
   event.format = 32;
@@ -87,9 +93,7 @@ void XConnection::sendToManager(xcb_window_t window, std::string_view message,
   static_assert(sizeof(event) == 32);
   std::array<char, 32> bytes{};
   std::memcpy(bytes.data(), &event, sizeof(event));
-  xcb_send_event(connection_, 0, root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                 bytes.data());
+  xcb_send_event(connection_, 0, destination, eventMask, bytes.data());
   sync();
 }
 

@@ -46,6 +46,10 @@ class XConnection {
   /// A message for the window manager: format 32, to the root window (ICCCM 4.1.4, EWMH 1.5).
   void sendToManager(xcb_window_t window, std::string_view message,
                      const std::vector<std::uint32_t>& data) const;
+  /// A message about `window` (format 32) for whoever listens to `destination` for one of these
+  /// kinds of events; for whoever made that when there are none.
+  void send(xcb_window_t destination, xcb_window_t window, std::string_view message,
+            const std::vector<std::uint32_t>& data, std::uint32_t eventMask) const;
 
  private:
   xcb_connection_t* connection_;
