@@ -84,8 +84,8 @@ TEST_F(Relaunch, AnotherInstanceTakesThePlaceOfThisOneWithItsPickersFrame) {
   first_ = startInstalled();
   const PickerOnScreen picker = pickerOf(first_->pid());
   openAlert(picker);
-  moveAndResize(picker);
   upgrade();
+  moveAndResize(picker);
   input_.type(keyReturn);
   const auto ending = first_->waitForEnd();
   ASSERT_TRUE(ending.has_value());

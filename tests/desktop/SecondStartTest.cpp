@@ -173,14 +173,18 @@ TEST_F(Instances, ALauncherHearsThatAStartIsOverThatShowsNoWindow) {
   const auto second = start(display_, {"DESKTOP_STARTUP_ID=a launcher's \"first\"-1_TIME77"});
   EXPECT_TRUE(leavesItToAnother(*second));
   std::string heard;
-  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(launcher.get())}) {
-    const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(*event);
-    const bool isMessage = (event->response_type & 0x7f) == XCB_CLIENT_MESSAGE;
-    if (isMessage && message.type == launcher.atom(heard.empty() ? "_NET_STARTUP_INFO_BEGIN"
-                                                                 : "_NET_STARTUP_INFO")) {
-      heard.append(reinterpret_cast<const char*>(message.data.data8), 20);
+  const auto hearsAll = [&] {
+    while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(launcher.get())}) {
+      const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(*event);
+      const bool isMessage = (event->response_type & 0x7f) == XCB_CLIENT_MESSAGE;
+      if (isMessage && message.type == launcher.atom(heard.empty() ? "_NET_STARTUP_INFO_BEGIN"
+                                                                   : "_NET_STARTUP_INFO")) {
+        heard.append(reinterpret_cast<const char*>(message.data.data8), 20);
+      }
     }
-  }
+    return heard.find('\0') != std::string::npos;
+  };
+  EXPECT_TRUE(eventually(hearsAll));
   EXPECT_EQ(heard.substr(0, heard.find('\0')), R"(remove: ID=a\ launcher's\ \"first\"-1_TIME77)");
 }
 

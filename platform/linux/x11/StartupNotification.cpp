@@ -48,7 +48,8 @@ void tellStartIsOver(Connection& connection, xcb_window_t sender, std::string_vi
                    reinterpret_cast<const char*>(&message));
     message.type = connection.atom("_NET_STARTUP_INFO");
   }
-  connection.flush();
+  // The server drops what it has not read yet from a client that it finds gone.
+  connection.sync();
 }
 
 }  // namespace vistrel::platform::linux_desktop
