@@ -9,70 +9,13 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
-#include <memory>
-#include <stdexcept>
 #include <string>
-#include <vector>
 
-#include "tests/desktop/RunningVistrel.h"
-#include "tests/support/InputDriver.h"
+#include "tests/desktop/demo/DemoDesktop.h"
 #include "tests/support/Poll.h"
-#include "tests/support/PrivateDisplay.h"
-#include "tests/support/ScreenReader.h"
-#include "tests/support/XWindows.h"
 
 namespace vistrel::testbed {
 namespace {
-
-struct Source {
-  std::string kind;
-  Rect area;
-};
-
-const std::vector<Source> demoSources{
-    {"notes", {1000, 60, 400, 220}}, {"log", {40, 560, 480, 300}}, {"tide", {450, 330, 950, 530}}};
-// The picker sorts by program: Builder, Notes, Tide.
-constexpr std::size_t tideRow = 2;
-constexpr std::size_t builderRow = 0;
-
-void paintDesktop(const XConnection& connection) {
-  constexpr std::uint32_t slate = 0x3a4656;
-  xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_BACK_PIXEL, &slate);
-  xcb_clear_area(connection.get(), 0, connection.root(), 0, 0, 0, 0);
-  connection.sync();
-}
-
-std::unique_ptr<ChildProcess> startSource(const PrivateDisplay& display, const Source& source) {
-  const auto [x, y, width, height] = source.area;
-  return std::make_unique<ChildProcess>(ChildProcess::Command{
-      .arguments = {VISTREL_DEMO_SOURCE, source.kind, std::to_string(x), std::to_string(y),
-                    std::to_string(width), std::to_string(height)},
-      .environment = display.environment()});
-}
-
-xcb_window_t windowOf(const XConnection& connection, const ChildProcess& process) {
-  xcb_window_t found = XCB_WINDOW_NONE;
-  const bool came = eventually([&] {
-    for (const xcb_window_t window : windowsOfProcess(connection, process.pid())) {
-      if (isViewable(connection, window) && frameExtentsOf(connection, window)) {
-        found = window;
-      }
-    }
-    return found != XCB_WINDOW_NONE;
-  });
-  if (!came) {
-    throw std::runtime_error("a source window did not open: " + process.standardError());
-  }
-  return found;
-}
-
-// The window with what the manager draws around it.
-Rect framedArea(const XConnection& connection, xcb_window_t window) {
-  const Rect area = areaOf(connection, window).value_or(Rect{});
-  const FrameExtents frame = frameExtentsOf(connection, window).value_or(FrameExtents{});
-  return {area.x - frame.left, area.y - frame.top, area.width + frame.left + frame.right,
-          area.height + frame.top + frame.bottom};
-}
 
 // The mean colour of a part of a picture, each channel.
 std::array<double, 3> meanColour(const Picture& picture, Rect part) {
@@ -114,10 +57,10 @@ double difference(const Picture& screen, Rect a, Rect b) {
 
 // Whether the mirror shows what the source shows, at so many moments at which the source looks
 // different.
-bool follows(const XConnection& connection, xcb_window_t source, const PanelOnScreen& mirror) {
+bool follows(const DemoDesktop& desktop, xcb_window_t source, const PanelOnScreen& mirror) {
   constexpr int moments = 20;
   constexpr double same = 8;
-  const ScreenReader screen(connection);
+  const ScreenReader screen(desktop.connection());
   Picture last;
   for (int moment = 0; moment < moments; ++moment) {
     const bool matched = eventually([&] {
@@ -125,7 +68,7 @@ bool follows(const XConnection& connection, xcb_window_t source, const PanelOnSc
       const bool isNew = now != last;
       last = now;
       return isNew &&
-             difference(screen.readAll(), framedArea(connection, source), mirror.contents()) < same;
+             difference(screen.readAll(), desktop.framedArea(source), mirror.contents()) < same;
     });
     if (!matched) {
       return false;
@@ -134,82 +77,34 @@ bool follows(const XConnection& connection, xcb_window_t source, const PanelOnSc
   return true;
 }
 
-/// A session with ordinary windows, and a person who mirrors them.
-class Demo {
- public:
-  Demo() {
-    paintDesktop(connection_);
-    for (const Source& source : demoSources) {
-      sources_.push_back(startSource(display_, source));
-      newestSource_ = windowOf(connection_, *sources_.back());
-    }
-  }
-
-  /// Starts the program, the one that is built here if `program` is empty; whether the mirror
-  /// followed its source.
-  bool run(const std::string& program) {
-    auto command = RunningVistrel::command({}, display_.environment());
-    if (!program.empty()) {
-      command.arguments.front() = program;
-    }
-    vistrel_ = std::make_unique<RunningVistrel>(connection_, command);
-    mirrorRow(builderRow, 1);
-    const PanelOnScreen mirror = mirrorRow(tideRow, 2);
-    std::cout << "Double-clicked rows of the picker: panels mirror the windows.\n";
-    const Point from = mirror.titleBar();
-    hand_.drag(from, {from.x + 240, from.y - 20}, 40);
-    // In the open, so that what it shows can be compared.
-    activate(newestSource_);
-    const bool followed = follows(connection_, newestSource_, mirror);
-    std::cout << (followed ? "The mirror's pixels followed the source's.\n"
-                           : "The mirror's pixels did not follow the source's.\n");
-    activate(vistrel_->picker().id());
-    return followed;
-  }
-
-  void savePicture(const std::filesystem::path& file) const {
-    ScreenReader(connection_).readAll().savePng(file);
-    std::cout << "The screen is saved as " << file.string() << ".\n";
-  }
-
- private:
-  // Brings a window to the front, as a taskbar does (EWMH 1.5, _NET_ACTIVE_WINDOW).
-  void activate(xcb_window_t window) {
-    constexpr std::uint32_t byPerson = 2;
-    connection_.sendToManager(window, "_NET_ACTIVE_WINDOW", {byPerson});
-    const bool isActive = eventually([&] {
-      return connection_.numbers(connection_.root(), "_NET_ACTIVE_WINDOW") == std::vector{window};
-    });
-    if (!isActive) {
-      throw std::runtime_error("a window did not come to the front");
-    }
-  }
-
-  PanelOnScreen mirrorRow(std::size_t row, std::size_t panelsAfter) {
-    constexpr std::uint32_t betweenClicks = 700;
-    const Point at = vistrel_->pickerRows(demoSources.size()).at(row).centre();
-    hand_.rest(betweenClicks);
-    hand_.clickAt(at, 2);
-    return vistrel_->panels(panelsAfter).back();
-  }
-
-  const PrivateDisplay display_{{.width = 1440, .height = 900}};
-  const XConnection connection_{display_.name()};
-  InputDriver hand_{connection_};
-  std::vector<std::unique_ptr<ChildProcess>> sources_;
-  xcb_window_t newestSource_ = XCB_WINDOW_NONE;
-  std::unique_ptr<RunningVistrel> vistrel_;
-};
+// Mirrors two windows from the picker of `program`; whether the second mirror followed its source.
+bool mirrorWindows(DemoDesktop& desktop, const std::string& program) {
+  using enum DemoDesktop::Program;
+  desktop.start(program);
+  desktop.mirror(builder, 1);
+  const PanelOnScreen mirror = desktop.mirror(tide, 2);
+  std::cout << "Double-clicked rows of the picker: panels mirror the windows.\n";
+  const Point from = mirror.titleBar();
+  desktop.hand().drag(from, {from.x + 240, from.y - 20}, 40);
+  // In the open, so that what it shows can be compared.
+  desktop.activate(desktop.windowOf(tide));
+  const bool followed = follows(desktop, desktop.windowOf(tide), mirror);
+  std::cout << (followed ? "The mirror's pixels followed the source's.\n"
+                         : "The mirror's pixels did not follow the source's.\n");
+  desktop.activate(desktop.vistrel().picker().id());
+  return followed;
+}
 
 bool show(const std::filesystem::path& picture, const std::string& program) {
-  Demo demo;
+  DemoDesktop desktop({.width = 1440, .height = 900});
   bool followed = false;
   try {
-    followed = demo.run(program);
+    followed = mirrorWindows(desktop, program);
   } catch (const std::exception& failure) {
     std::cerr << "The demo failed: " << failure.what() << '\n';
   }
-  demo.savePicture(picture);
+  desktop.screen().savePng(picture);
+  std::cout << "The screen is saved as " << picture.string() << ".\n";
   return followed;
 }
 
