@@ -62,7 +62,14 @@ class ContextMenu : public DesktopTest {
     return MenuOnScreen(line.value().parent());
   }
   MenuOnScreen openMenu(const PanelOnScreen& panel) {
-    return menuOpenedBy([&] { input_.clickAt(panel.titleBar(), 1, InputDriver::Button::right); });
+    return menuOpenedBy([&] {
+      input_.moveTo(panel.titleBar());
+      // Where nothing of the panel is drawn yet, a press goes to what lies below.
+      EXPECT_TRUE(eventually([&] {
+        return topLevelUnderPointer(connection_) == topLevelOf(connection_, panel.id());
+      }));
+      input_.click(1, InputDriver::Button::right);
+    });
   }
   void choose(const MenuOnScreen& menu, const std::string& title) {
     input_.moveTo(menu.line(title));

@@ -87,6 +87,12 @@ xcb_window_t topLevelOf(const XConnection& connection, xcb_window_t window) {
   }
 }
 
+xcb_window_t topLevelUnderPointer(const XConnection& connection) {
+  const XReply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
+      connection.get(), xcb_query_pointer(connection.get(), connection.root()), nullptr));
+  return pointer ? pointer->child : xcb_window_t{XCB_WINDOW_NONE};
+}
+
 std::vector<xcb_window_t> stackingOrder(const XConnection& connection) {
   return childrenOf(connection, connection.root());
 }
