@@ -2,14 +2,17 @@
 
 #include <QApplication>
 #include <QWidget>
-#include <QWindow>
+
+#include "platform/linux/qt/ToolkitConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 
 void acknowledgeActiveWindow() {
-  const QWindow* const withKeyboard = QGuiApplication::focusWindow();
-  QApplication::setActiveWindow(withKeyboard == nullptr ? nullptr
-                                                        : QWidget::find(withKeyboard->winId()));
+  xcb_connection_t* connection = toolkitConnection();
+  if (connection == nullptr) return;
+  const OwnedReply<xcb_get_input_focus_reply_t> withKeyboard(
+      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr), &std::free);
+  if (withKeyboard) QApplication::setActiveWindow(QWidget::find(withKeyboard->focus));
 }
 
 }  // namespace vistrel::platform::linux_desktop
