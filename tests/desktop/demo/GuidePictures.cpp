@@ -49,16 +49,18 @@ class Photographer {
  private:
   /// To where no other window lies under it.
   void movePickerAside() {
-    const Rect frame = pickerFrame();
-    const Point title{frame.x + frame.width / 2, frame.y + 12};
-    desktop_.hand().drag(title, {1425 + frame.width / 2, title.y}, 20);
-    await("the picker did not go aside", [&] { return pickerFrame().x > frame.x + frame.width; });
+    const xcb_window_t picker = desktop_.vistrel().picker().id();
+    desktop_.vistrel().pickerRows(3);
+    desktop_.activate(picker);
+    // EWMH 1.5, _NET_MOVERESIZE_WINDOW: x alone, by a pager
+    constexpr std::uint32_t xByPager = 1 << 8 | 2 << 12;
+    constexpr std::uint32_t aside = 1425;
+    desktop_.connection().sendToManager(picker, "_NET_MOVERESIZE_WINDOW", {xByPager, aside});
+    await("the picker did not go aside", [&] { return pickerFrame().x > 1400; });
   }
   Rect pickerFrame() const { return desktop_.framedArea(desktop_.vistrel().picker().id()); }
 
   void takePicker() {
-    desktop_.vistrel().pickerRows(3);
-    desktop_.activate(desktop_.vistrel().picker().id());
     save("picker", pickerFrame());
   }
 
