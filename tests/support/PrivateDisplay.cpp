@@ -130,22 +130,26 @@ void PrivateDisplay::adoptEnvironment() const {
 
 void PrivateDisplay::startServer(const Options& options) {
   Pipe pipe = Pipe::open();
-  const std::string size =
-      std::to_string(options.width) + "x" + std::to_string(options.height) + "x24";
   ChildProcess::Command command{
-      .arguments = {"Xvfb", "-displayfd", std::to_string(pipe.writeEnd.get()), "-screen", "0", size,
-                    "-nolisten", "tcp", "-noreset"},
+      .arguments = commandOf(options.server, options.width, options.height, directory_.path()),
       .environment = environment(),
       .inherited = {pipe.writeEnd.get()}};
+  const std::string program = command.arguments.front();
+  for (const std::string& each :
+       {std::string("-displayfd"), std::to_string(pipe.writeEnd.get()), std::string("-nolisten"),
+        std::string("tcp"), std::string("-noreset")}) {
+    command.arguments.push_back(each);
+  }
   command.arguments.insert(command.arguments.end(), options.serverArguments.begin(),
                            options.serverArguments.end());
   server_ = std::make_unique<ChildProcess>(command);
   pipe.writeEnd.close();
   const std::string number = readLine(pipe.readEnd);
   if (number.empty()) {
-    failToStart("Xvfb", *server_);
+    failToStart(program, *server_);
   }
   name_ = ":" + number;
+  setUpMonitor(options.server, XConnection(name_), options.width, options.height);
 }
 
 void PrivateDisplay::startBus() {

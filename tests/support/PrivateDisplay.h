@@ -5,13 +5,14 @@
 #include <vector>
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/DisplayServer.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/WindowManager.h"
 
 namespace vistrel::testbed {
 
-/// A desktop session of a test's own: a display server without a screen (Xvfb, which picks its
-/// number by itself), a window manager, a session bus, and empty directories for whatever programs
+/// A desktop session of a test's own: a display server without a screen (which picks its number by
+/// itself), a window manager, a session bus, and empty directories for whatever programs
 /// store. Everything ends with this object, also when the test failed or was killed.
 class PrivateDisplay {
  public:
@@ -19,6 +20,7 @@ class PrivateDisplay {
     int width = 1280;
     int height = 1024;
     WindowManager windowManager = WindowManager::openbox;
+    DisplayServer server = DisplayServer::fixed;
     /// Further arguments of the server.
     std::vector<std::string> serverArguments = {};
     /// Further variables of the session's programs, as a person's login sets them: "NAME=value".
