@@ -5,18 +5,12 @@
 #include <optional>
 #include <set>
 
+#include "platform/linux/x11/Manager.h"
+#include "platform/linux/x11/ProcessIds.h"
 #include "platform/linux/x11/Property.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
-
-/// A manager that has gone leaves its property on the root; a living one shows on the window that
-/// the property names (EWMH, _NET_SUPPORTING_WM_CHECK).
-bool hasEwmhManager(Connection& connection) {
-  constexpr auto check = "_NET_SUPPORTING_WM_CHECK";
-  const auto window = propertyOf(connection, connection.root(), check).firstValue();
-  return window && propertyOf(connection, *window, check).firstValue() == window;
-}
 
 /// Each window where it comes first, `root` not at all: any client can write into the manager's
 /// list.
@@ -27,7 +21,7 @@ std::vector<xcb_window_t> withoutRepetitions(std::vector<xcb_window_t> windows, 
 }
 
 std::optional<std::vector<xcb_window_t>> managedWindows(Connection& connection) {
-  if (!hasEwmhManager(connection)) return std::nullopt;
+  if (!hasManager(connection)) return std::nullopt;
   for (const auto* list : {"_NET_CLIENT_LIST_STACKING", "_NET_CLIENT_LIST"}) {
     const auto property = propertyOf(connection, connection.root(), list);
     if (!property.hasValues()) continue;
@@ -108,6 +102,18 @@ std::vector<xcb_window_t> windowsBelowRoot(Connection& connection) {
 std::vector<xcb_window_t> clientWindows(Connection& connection) {
   if (auto managed = managedWindows(connection)) return *std::move(managed);
   return windowsBelowRoot(connection);
+}
+
+std::vector<xcb_window_t> clientWindowsOf(Connection& connection, std::int32_t processID) {
+  const auto clients = clientWindows(connection);
+  std::list<ProcessIdRequest> requests;
+  for (const auto each : clients) requests.emplace_back(connection, each);
+  std::vector<xcb_window_t> windows;
+  auto request = requests.begin();
+  for (const auto each : clients) {
+    if ((request++)->fetch() == processID) windows.push_back(each);
+  }
+  return windows;
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,19 +1,13 @@
 #include "platform/linux/x11/FullScreenFollower.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "platform/linux/x11/Manager.h"
 #include "platform/linux/x11/Property.h"
 #include "platform/linux/x11/ServedConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
-
-bool isFullScreen(Connection& connection, xcb_window_t window) {
-  const auto states = propertyOf(connection, window, "_NET_WM_STATE").values();
-  const auto fullScreen = connection.atom("_NET_WM_STATE_FULLSCREEN");
-  return std::find(states.begin(), states.end(), fullScreen) != states.end();
-}
 
 /// ICCCM, 4.1.3.1.
 bool isMinimised(Connection& connection, xcb_window_t window) {
@@ -87,8 +81,9 @@ void FullScreenFollower::watchActive(std::uint32_t mask) {
 }
 
 void FullScreenFollower::followState() {
-  const xcb_window_t fullScreen =
-      isFullScreen(*connection_, active_) ? active_ : xcb_window_t{XCB_WINDOW_NONE};
+  const xcb_window_t fullScreen = hasState(*connection_, active_, "_NET_WM_STATE_FULLSCREEN")
+                                      ? active_
+                                      : xcb_window_t{XCB_WINDOW_NONE};
   if (fullScreen == fullScreen_) return;
   fullScreen_ = fullScreen;
   for (const xcb_window_t panel : panels_) attach(panel);
