@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxBackend.h"
 
 #include "platform/Factory.h"
+#include "platform/linux/WithoutDisplay.h"
 
 namespace vistrel::platform {
 

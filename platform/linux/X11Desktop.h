@@ -8,14 +8,15 @@
 
 #include "platform/Backend.h"
 #include "platform/Factory.h"
+#include "platform/VirtualDisplayClasses.h"
 #include "platform/linux/PanelSurface.h"
 #include "platform/linux/PixelRect.h"
 #include "platform/linux/ScreenLayout.h"
 
 namespace vistrel::platform::linux_desktop {
 
-/// The X11 half of the backend: listing and capturing windows, drawing panels. Knows nothing of the
-/// toolkit.
+/// The X11 half of the backend: listing, capturing and moving windows, drawing panels, displays.
+/// Knows nothing of the toolkit.
 class X11Desktop : public ScreenCaptureBackend {
  public:
   struct OrFailure;
@@ -29,7 +30,13 @@ class X11Desktop : public ScreenCaptureBackend {
   /// The program's next start is a new instance, although this one still runs. Main thread.
   virtual void letOthersStart() = 0;
 
-  /// Where windows' pixels are in points: the frames of lists asked for from now on. Main thread.
+  /// Main thread, as all three.
+  virtual DisplayBackend& displays() = 0;
+  virtual std::shared_ptr<VirtualDisplayServer> virtualDisplays() = 0;
+  virtual AccessibilityBackend& accessibility() = 0;
+
+  /// Where windows' pixels are in points: the frames of lists asked for from now on, the bounds of
+  /// displays, the positions of windows. Main thread.
   virtual void setScreenLayout(ScreenLayout layout) = 0;
 
   /// From now on calls `changed`, on a thread of its own, whenever what docks and the like keep

@@ -6,19 +6,23 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/linux/HiddenMonitorName.h"
 #include "platform/linux/qt/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-/// The primary one first.
+/// Nothing of ours is to be where nobody sees it.
+bool isHidden(const QScreen& screen) { return isHiddenMonitor(screen.name().toStdString()); }
+
+/// Those that a person sees, the primary one first.
 std::vector<const QScreen*> toolkitScreensInOrder() {
   const QScreen* primary = QGuiApplication::primaryScreen();
   std::vector<const QScreen*> screens;
   if (primary != nullptr) screens.push_back(primary);
   for (const QScreen* screen : QGuiApplication::screens()) {
-    if (screen != primary) screens.push_back(screen);
+    if (screen != primary && !isHidden(*screen)) screens.push_back(screen);
   }
   return screens;
 }

@@ -9,6 +9,7 @@
 #include <xcb/xcb.h>
 
 #include "platform/linux/x11/PictureFormats.h"
+#include "platform/linux/x11/PixelGeometry.h"
 #include "platform/linux/x11/XcbPointers.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -36,6 +37,10 @@ class Connection {
   xcb_connection_t* xcb() const { return connection_.get(); }
   xcb_window_t root() const { return screen_->root; }
   int screenNumber() const { return screenNumber_; }
+  /// How large the screen said it was when the connection was opened.
+  PixelSize screenMillimetres() const {
+    return {screen_->width_in_millimeters, screen_->height_in_millimeters};
+  }
   const Extensions& extensions() const { return extensions_; }
   const PictureFormats& formats() const { return formats_; }
 

@@ -18,6 +18,8 @@
 #include "platform/linux/x11/MirrorWorker.h"
 #include "platform/linux/x11/ShareableContentService.h"
 #include "platform/linux/x11/WindowFrames.h"
+#include "platform/linux/x11/X11Accessibility.h"
+#include "platform/linux/x11/X11Displays.h"
 #include "platform/linux/x11/X11PanelSurface.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -68,12 +70,17 @@ class XcbDesktop : public X11Desktop {
       if (worker) worker->setOnLost([] { endProgramDisplayLost(); });
       if (claim_) claim_->serveOn(*panelQueue_);
     });
+    removeAbandonedMonitors(*connection_);
   }
 
   void whenStartedAgain(std::function<void(std::uint32_t time)> show) override;
   void letOthersStart() override {
     if (claim_) asyncAndWait(*panelQueue_, [this] { claim_->giveUp(); });
   }
+
+  DisplayBackend& displays() override { return displays_; }
+  std::shared_ptr<VirtualDisplayServer> virtualDisplays() override { return virtualDisplays_; }
+  AccessibilityBackend& accessibility() override { return accessibility_; }
 
   bool preflightScreenCaptureAccess() override {
     return connection_->extensions().offersCapture && !connection_->isLost();
@@ -99,6 +106,7 @@ class XcbDesktop : public X11Desktop {
   }
 
   void setScreenLayout(ScreenLayout layout) override {
+    layout_ = layout;
     contentService_.setScreenLayout(std::move(layout));
   }
 
@@ -138,6 +146,12 @@ class XcbDesktop : public X11Desktop {
   std::shared_ptr<MenuKeys> menuKeys_;               // made when they are first taken
   std::function<void()> menuKeyPressed_;
   ShareableContentService contentService_;
+  ScreenLayout layout_;
+  std::shared_ptr<X11VirtualDisplays> virtualDisplays_ =
+      std::make_shared<X11VirtualDisplays>(*connection_);
+  X11Displays displays_{*connection_, layout_, *virtualDisplays_};
+  // Windows go back before the displays go that they are on.
+  X11Accessibility accessibility_{*connection_, layout_};
 };
 
 void XcbDesktop::whenStartedAgain(std::function<void(std::uint32_t time)> show) {

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/linux/x11/Connection.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Keeps the display server from serving anybody else while it lives, so that nobody sees or
+/// changes what is half done. Nothing may be waited for meanwhile but the server's own answers.
+class ServerGrab {
+ public:
+  explicit ServerGrab(Connection& connection) : connection_(connection) {
+    xcb_grab_server(connection_.xcb());
+  }
+  ServerGrab(const ServerGrab&) = delete;
+  ServerGrab& operator=(const ServerGrab&) = delete;
+  /// Returns once the server serves the others again.
+  ~ServerGrab() {
+    xcb_ungrab_server(connection_.xcb());
+    connection_.sync();
+  }
+
+ private:
+  Connection& connection_;
+};
+
+}  // namespace vistrel::platform::linux_desktop

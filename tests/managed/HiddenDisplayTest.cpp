@@ -1,0 +1,159 @@
+#include <xcb/randr.h>
+#include <xcb/xtest.h>
+
+#include "tests/managed/ParkingBed.h"
+#include "tests/support/MonitorReport.h"
+#include "tests/support/Monitors.h"
+#include "tests/support/Poll.h"
+#include "tests/support/XWindows.h"
+
+namespace vistrel::testbed {
+namespace {
+
+constexpr Rect mainArea{0, 0, 1280, 1024};
+
+xcb_randr_output_t primaryOutput(const XConnection& connection) {
+  const XReply<xcb_randr_get_output_primary_reply_t> reply(xcb_randr_get_output_primary_reply(
+      connection.get(), xcb_randr_get_output_primary(connection.get(), connection.root()),
+      nullptr));
+  return reply->output;
+}
+
+void setPrimaryOutput(const XConnection& connection, xcb_randr_output_t output) {
+  xcb_randr_set_output_primary(connection.get(), connection.root(), output);
+  connection.sync();
+}
+
+/// The pointer as a mouse moves it, by so much.
+Point pushPointer(const XConnection& connection, std::int16_t x, std::int16_t y) {
+  constexpr std::uint8_t relative = 1;
+  xcb_test_fake_input(connection.get(), XCB_MOTION_NOTIFY, relative, XCB_CURRENT_TIME,
+                      XCB_WINDOW_NONE, x, y, 0);
+  const XReply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
+      connection.get(), xcb_query_pointer(connection.get(), connection.root()), nullptr));
+  return {reply->root_x, reply->root_y};
+}
+
+class HiddenDisplay : public ::testing::TestWithParam<ParkingPlace> {
+ protected:
+  std::string report() { return monitorReport(bed_.session().display()); }
+
+  ParkingBed bed_{GetParam()};
+};
+
+TEST_P(HiddenDisplay, StandsToTheRightUntilItIsRemovedWithoutATrace) {
+  const std::string before = report();
+  EXPECT_EQ(bed_.displayCount(), 1u);
+  const auto display = bed_.makeDisplay(1500, 1200);
+  ASSERT_TRUE(display.has_value());
+  EXPECT_NE(*display, 0u);
+  EXPECT_EQ(bed_.boundsOf(*display), (Rect{1280, 0, 1500, 1200}));
+  EXPECT_EQ(bed_.displayCount(), 2u);
+  EXPECT_NE(report().find("current 2780 x 1024"), std::string::npos) << report();
+  bed_.removeDisplay(*display);
+  EXPECT_EQ(bed_.boundsOf(*display), Rect{});
+  EXPECT_EQ(report(), before);
+}
+
+TEST_P(HiddenDisplay, LeavesRoomForAnother) {
+  const std::string before = report();
+  const auto first = bed_.makeDisplay(1000, 800);
+  const auto second = bed_.makeDisplay(1100, 900);
+  ASSERT_TRUE(first && second);
+  EXPECT_NE(*first, *second);
+  EXPECT_EQ(bed_.boundsOf(*first), (Rect{1280, 0, 1000, 800}));
+  EXPECT_EQ(bed_.boundsOf(*second), (Rect{2280, 0, 1100, 900}));
+  bed_.removeDisplay(*first);
+  EXPECT_EQ(bed_.boundsOf(*second), (Rect{2280, 0, 1100, 900}));
+  const auto third = bed_.makeDisplay(900, 700);
+  ASSERT_TRUE(third.has_value());
+  EXPECT_EQ(bed_.boundsOf(*third), (Rect{1280, 0, 900, 700}));
+  bed_.removeDisplay(*second);
+  bed_.removeDisplay(*third);
+  EXPECT_EQ(report(), before);
+}
+
+TEST_P(HiddenDisplay, IsNoPlaceForNewWindowsNorForThePointer) {
+  const auto output = primaryOutput(bed_.connection());
+  setPrimaryOutput(bed_.connection(), XCB_NONE);
+  const std::string before = report();
+  const auto display = bed_.makeDisplay(1280, 1024);
+  ASSERT_TRUE(display.has_value());
+  EXPECT_EQ(primaryOutput(bed_.connection()), output);
+  for (int i = 0; i < 3; ++i) {
+    // Wants no place of its own.
+    const TestWindow window(bed_.session().display().name(), {.area = {0, 0, 300, 200}});
+    EXPECT_LT(window.area().x + window.area().width, mainArea.width + 1);
+  }
+  EXPECT_LT(pushPointer(bed_.connection(), 5000, 0).x, mainArea.width);
+  EXPECT_LT(pushPointer(bed_.connection(), 1, 1).x, mainArea.width);
+  bed_.removeDisplay(*display);
+  EXPECT_EQ(report(), before) << "no output was primary, and none is to be";
+}
+
+TEST_P(HiddenDisplay, LeavesAloneWhatAPersonHasChangedMeanwhile) {
+  setPrimaryOutput(bed_.connection(), XCB_NONE);
+  const auto display = bed_.makeDisplay(1280, 1024);
+  ASSERT_TRUE(display.has_value());
+  xcb_randr_set_screen_size(bed_.connection().get(), bed_.connection().root(), 3000, 1100, 700,
+                            300);
+  setPrimaryOutput(bed_.connection(), XCB_NONE);
+  const auto another = bed_.makeDisplay(1280, 1024);
+  ASSERT_TRUE(another.has_value());
+  bed_.removeDisplay(*display);
+  bed_.removeDisplay(*another);
+  EXPECT_EQ(areaOf(bed_.connection(), bed_.connection().root()), (Rect{0, 0, 3000, 1100}));
+}
+
+TEST_P(HiddenDisplay, IsRefusedWhereTheScreenCannotGrowThatFar) {
+  const std::string before = report();
+  EXPECT_FALSE(bed_.makeDisplay(32000, 1024).has_value());
+  EXPECT_FALSE(bed_.makeDisplay(100000, 1024).has_value());
+  EXPECT_EQ(report(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, HiddenDisplay,
+                         ::testing::Values(ParkingPlace{"GrowableWithOpenbox",
+                                                        DisplayServer::growable,
+                                                        WindowManager::openbox, true},
+                                           ParkingPlace{"XorgWithMutter", DisplayServer::xorg,
+                                                        WindowManager::mutter, true}),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(HiddenDisplayAmongMonitors, StandsToTheRightOfAllThatAreInItsWay) {
+  ParkingBed bed({"", DisplayServer::growable, WindowManager::none, true});
+  const Monitors monitors(bed.connection());
+  monitors.setPrimary("first", {0, 0, 700, 1024});
+  monitors.set("second", {700, 0, 580, 500});
+  monitors.set("third", {1280, 400, 300, 600});
+  const std::string before = monitorReport(bed.session().display());
+  const auto display = bed.makeDisplay(1000, 800);
+  ASSERT_TRUE(display.has_value());
+  EXPECT_EQ(bed.boundsOf(*display), (Rect{1580, 0, 1000, 800}));
+  monitors.remove("third");
+  bed.removeDisplay(*display);
+  const auto next = bed.makeDisplay(1000, 800);
+  ASSERT_TRUE(next.has_value());
+  EXPECT_EQ(bed.boundsOf(*next), (Rect{1280, 0, 1000, 800}));
+  bed.removeDisplay(*next);
+  monitors.set("third", {1280, 400, 300, 600});
+  EXPECT_EQ(monitorReport(bed.session().display()), before);
+}
+
+TEST(HiddenDisplayClasses, AreMissingWhereTheScreenCannotGrow) {
+  ParkingBed bed({"", DisplayServer::fixed, WindowManager::none, false});
+  EXPECT_FALSE(bed.session().desktop().virtualDisplays()->hostsVirtualDisplays());
+  EXPECT_FALSE(bed.makeDisplay(100, 100).has_value());
+  EXPECT_EQ(bed.displayCount(), 1u);
+}
+
+TEST(HiddenDisplayUnderAManagerThatIgnoresIt, IsRefusedAndLeavesNoTrace) {
+  ParkingBed bed({"", DisplayServer::growable, WindowManager::xfwm4, false});
+  const std::string before = monitorReport(bed.session().display());
+  EXPECT_TRUE(bed.session().desktop().virtualDisplays()->hostsVirtualDisplays());
+  EXPECT_FALSE(bed.makeDisplay(1000, 800).has_value());
+  EXPECT_EQ(monitorReport(bed.session().display()), before);
+}
+
+}  // namespace
+}  // namespace vistrel::testbed

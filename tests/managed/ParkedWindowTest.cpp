@@ -1,0 +1,242 @@
+#include <algorithm>
+#include <ranges>
+#include <set>
+
+#include "tests/managed/ParkingBed.h"
+#include "tests/support/MonitorReport.h"
+#include "tests/support/Poll.h"
+#include "tests/support/XWindows.h"
+
+namespace vistrel::testbed {
+namespace {
+
+constexpr int screenWidth = 1280;
+constexpr int screenHeight = 1024;
+constexpr std::uint32_t byPerson = 2;
+constexpr auto horizontally = "_NET_WM_STATE_MAXIMIZED_HORZ";
+constexpr auto vertically = "_NET_WM_STATE_MAXIMIZED_VERT";
+constexpr auto fullScreen = "_NET_WM_STATE_FULLSCREEN";
+constexpr auto rolledUp = "_NET_WM_STATE_SHADED";
+constexpr auto minimised = "_NET_WM_STATE_HIDDEN";
+
+using States = std::set<std::string>;
+
+/// What a window has that parking must not cost it.
+struct Belongings {
+  Rect area;
+  States states;
+  std::vector<std::uint32_t> desktop;
+  bool isViewable = false;
+
+  friend bool operator==(const Belongings&, const Belongings&) = default;
+  friend std::ostream& operator<<(std::ostream& stream, const Belongings& all) {
+    stream << all.area;
+    for (const auto& each : all.states) {
+      stream << ", " << each;
+    }
+    return stream << ", desktop " << (all.desktop.empty() ? -1 : int(all.desktop.front()))
+                  << (all.isViewable ? ", viewable" : "");
+  }
+};
+
+class Parked : public ::testing::TestWithParam<ParkingPlace> {
+ protected:
+  const XConnection& connection() { return bed_.connection(); }
+  std::unique_ptr<TestWindow> open(const TestWindow::Options& options = {
+                                       .area = {300, 250, 400, 300}}) {
+    return std::make_unique<TestWindow>(bed_.session().display().name(), options);
+  }
+  void setGravity(const TestWindow& window, std::uint32_t gravity) {
+    auto hints = connection().numbers(window.id(), "WM_NORMAL_HINTS");
+    hints.at(17) = gravity;
+    connection().setNumbers(window.id(), "WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, hints);
+    connection().sync();
+  }
+
+  Belongings belongingsOf(const TestWindow& window) {
+    Belongings all{.area = window.area(),
+                   .desktop = connection().numbers(window.id(), "_NET_WM_DESKTOP"),
+                   .isViewable = isViewable(connection(), window.id())};
+    for (const auto* each : {horizontally, vertically, fullScreen, rolledUp, minimised}) {
+      if (hasState(connection(), window.id(), each)) {
+        all.states.insert(each);
+      }
+    }
+    return all;
+  }
+  /// Once the manager has nothing more to do with it, as far as one can see.
+  Belongings settledBelongingsOf(const TestWindow& window) {
+    Belongings last;
+    int timesSame = 0;
+    EXPECT_TRUE(eventually([&] {
+      const Belongings now = belongingsOf(window);
+      timesSame = now == last ? timesSame + 1 : 0;
+      last = now;
+      return timesSame == 8;
+    }));
+    return last;
+  }
+  void setStates(const TestWindow& window, bool areOn, const States& states) {
+    std::vector<std::uint32_t> atoms;
+    for (const auto& each : states) {
+      atoms.push_back(connection().atom(each));
+    }
+    atoms.resize(2);
+    connection().sendToManager(window.id(), "_NET_WM_STATE",
+                               {areOn ? 1U : 0U, atoms[0], atoms[1], byPerson, 0});
+    ASSERT_TRUE(eventually([&] {
+      const States now = belongingsOf(window).states;
+      return std::ranges::all_of(states,
+                                 [&](const auto& each) { return now.contains(each) == areOn; });
+    })) << (areOn ? "with " : "without ")
+        << ::testing::PrintToString(states) << ": " << belongingsOf(window);
+  }
+  void goToDesktop(std::uint32_t number) {
+    connection().sendToManager(connection().root(), "_NET_CURRENT_DESKTOP", {number, 0});
+    ASSERT_TRUE(eventually([&] {
+      return connection().numbers(connection().root(), "_NET_CURRENT_DESKTOP") ==
+             std::vector<std::uint32_t>{number};
+    }));
+  }
+  /// Whether nothing of it is on the screen that a person sees, or no more than the corner.
+  bool isOutOfSight(const TestWindow& window) {
+    const Rect area = window.area();
+    if (GetParam().hasHiddenDisplay) {
+      return area.x >= screenWidth;
+    }
+    // Managers may keep a tenth of a window on the screen.
+    return area.x >= screenWidth - std::max(64, screenWidth / 10) &&
+           area.y >= screenHeight - std::max(64, screenHeight / 10);
+  }
+  ::testing::AssertionResult comesBackTo(const Belongings& before, const TestWindow& window) {
+    if (eventually([&] { return belongingsOf(window) == before; })) {
+      return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << belongingsOf(window) << " instead of " << before;
+  }
+
+  ParkingBed bed_{GetParam()};
+};
+
+TEST_P(Parked, AWindowIsOutOfSightAndComesBackExactly) {
+  const std::string monitors = monitorReport(bed_.session().display());
+  for (const bool decorated : {true, false}) {
+    const auto window = open({.area = {300, 250, 400, 300}, .decorated = decorated});
+    for (const std::uint32_t gravity :
+         {XCB_GRAVITY_NORTH_WEST, XCB_GRAVITY_STATIC, XCB_GRAVITY_SOUTH_EAST}) {
+      setGravity(*window, gravity);
+      const Belongings before = settledBelongingsOf(*window);
+      {
+        const ParkedWindow parked(bed_, window->id());
+        EXPECT_EQ(parked.isOnHiddenDisplay(), GetParam().hasHiddenDisplay);
+        EXPECT_TRUE(eventually([&] { return isOutOfSight(*window); })) << window->area();
+        EXPECT_EQ(window->area().width, 400);
+        EXPECT_EQ(window->area().height, 300);
+      }
+      EXPECT_TRUE(comesBackTo(before, *window)) << "gravity " << gravity;
+      // What a manager counts a place from shows when something else about the window changes.
+      setStates(*window, true, {vertically});
+      setStates(*window, false, {vertically});
+      EXPECT_TRUE(comesBackTo(before, *window)) << "after all, gravity " << gravity;
+    }
+  }
+  EXPECT_EQ(monitorReport(bed_.session().display()), monitors);
+}
+
+TEST_P(Parked, AWindowKeepsItsStatesAndItsSize) {
+  // One after the other.
+  const std::vector<States> choices[] = {{{horizontally}},
+                                         {{vertically}},
+                                         {{horizontally, vertically}},
+                                         {{fullScreen}},
+                                         {{vertically}, {fullScreen}},
+                                         {{rolledUp}}};
+  for (const auto& steps : choices) {
+    const auto window = open();
+    const Belongings normal = settledBelongingsOf(*window);
+    for (const States& states : steps) {
+      setStates(*window, true, states);
+    }
+    const Belongings before = settledBelongingsOf(*window);
+    SCOPED_TRACE(::testing::PrintToString(before));
+    {
+      const ParkedWindow parked(bed_, window->id());
+      EXPECT_TRUE(eventually([&] { return isOutOfSight(*window); })) << window->area();
+      EXPECT_EQ(settledBelongingsOf(*window).area.width, before.area.width);
+    }
+    EXPECT_TRUE(comesBackTo(before, *window));
+    for (const States& states : std::ranges::reverse_view(steps)) {
+      setStates(*window, false, states);
+    }
+    EXPECT_TRUE(comesBackTo(normal, *window)) << "without its states";
+  }
+}
+
+TEST_P(Parked, AWindowIsThereOnEveryDesktopAndGoesBackToItsOwn) {
+  const auto window = open();
+  connection().sendToManager(window->id(), "_NET_WM_DESKTOP", {1, byPerson});
+  ASSERT_TRUE(eventually([&] { return belongingsOf(*window).desktop == std::vector{1U}; }));
+  const Belongings before = settledBelongingsOf(*window);
+  {
+    const ParkedWindow parked(bed_, window->id());
+    EXPECT_TRUE(eventually([&] { return isOutOfSight(*window); }));
+    for (const std::uint32_t desktop : {1, 0}) {
+      goToDesktop(desktop);
+      EXPECT_TRUE(eventually([&] { return isViewable(connection(), window->id()); }));
+    }
+  }
+  EXPECT_TRUE(comesBackTo(before, *window));
+}
+
+TEST_P(Parked, AMinimisedWindowStaysMinimised) {
+  const auto window = open();
+  const Belongings open = settledBelongingsOf(*window);
+  window->minimise();
+  ASSERT_TRUE(eventually([&] { return belongingsOf(*window).states.contains(minimised); }));
+  {
+    const ParkedWindow parked(bed_, window->id());
+    EXPECT_TRUE(settledBelongingsOf(*window).states.contains(minimised));
+  }
+  connection().sendToManager(window->id(), "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
+  EXPECT_TRUE(comesBackTo(open, *window));
+}
+
+TEST_P(Parked, AWindowStaysLive) {
+  const auto window = open();
+  const auto stream = bed_.session().stream(window->id());
+  const ParkedWindow parked(bed_, window->id());
+  ASSERT_TRUE(eventually([&] { return isOutOfSight(*window); }));
+  for (const Rgb colour : {red, green, blue}) {
+    window->show(Quadrants::uniform(colour));
+    EXPECT_TRUE(eventually([&] {
+      const Picture picture = stream->picture();
+      return picture.width() > 0 && picture.at(picture.width() / 2, picture.height() / 2) == colour;
+    }));
+  }
+}
+
+TEST_P(Parked, AWindowMayClose) {
+  const std::string monitors = monitorReport(bed_.session().display());
+  const auto window = open();
+  const auto element = bed_.elementOf(window->id());
+  {
+    const ParkedWindow parked(bed_, window->id());
+    window->destroy();
+    ASSERT_TRUE(eventually([&] { return !areaOf(connection(), window->id()); }));
+    EXPECT_EQ(ParkingBed::positionOf(*element), std::nullopt);
+    EXPECT_EQ(ParkingBed::move(*element, {10, 10}), platform::AccessibilityError::invalidElement);
+  }
+  EXPECT_EQ(monitorReport(bed_.session().display()), monitors);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Places, Parked,
+    ::testing::Values(
+        ParkingPlace{"GrowableWithOpenbox", DisplayServer::growable, WindowManager::openbox, true},
+        ParkingPlace{"XorgWithMutter", DisplayServer::xorg, WindowManager::mutter, true},
+        ParkingPlace{"FixedWithOpenbox", DisplayServer::fixed, WindowManager::openbox, false},
+        ParkingPlace{"GrowableWithXfwm4", DisplayServer::growable, WindowManager::xfwm4, false}),
+    [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace vistrel::testbed

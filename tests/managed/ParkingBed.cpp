@@ -1,0 +1,102 @@
+#include "tests/managed/ParkingBed.h"
+
+#include <stdexcept>
+#include <unistd.h>
+#include <variant>
+
+#include "tests/support/XWindows.h"
+
+namespace vistrel::testbed {
+namespace {
+
+using platform::AccessibilityElement;
+using platform::accessibilityPosition;
+using platform::accessibilityWindows;
+
+}  // namespace
+
+ParkingBed::ParkingBed(const ParkingPlace& place)
+    : session_(PrivateDisplay::Options{.windowManager = place.manager, .server = place.server}) {}
+
+std::optional<platform::DisplayID> ParkingBed::makeDisplay(int width, int height) {
+  const auto size = [](int pixels) { return static_cast<std::uint32_t>(pixels); };
+  const auto server = session_.desktop().virtualDisplays();
+  const auto display = server->createDisplay(
+      {.name = "Test", .maxPixelsWide = size(width), .maxPixelsHigh = size(height)});
+  if (!display) {
+    return std::nullopt;
+  }
+  EXPECT_GT(boundsOf(*display).width, 0) << "before anybody places it";
+  EXPECT_TRUE(
+      server->applySettings(*display, {.hiDPI = true, .modes = {{size(width), size(height), 60}}}));
+  auto& displays = session_.desktop().displays();
+  const auto mainBounds = displays.displayBounds(displays.mainDisplayID());
+  const auto configuration = displays.beginDisplayConfiguration();
+  configuration->configureOrigin(*display, static_cast<std::int32_t>(mainBounds.maxX()), 0);
+  configuration->complete(platform::ConfigureOption::forSession);
+  return display;
+}
+
+void ParkingBed::removeDisplay(platform::DisplayID display) {
+  session_.desktop().virtualDisplays()->removeDisplay(display);
+}
+
+Rect ParkingBed::boundsOf(platform::DisplayID display) {
+  const auto bounds = session_.desktop().displays().displayBounds(display);
+  return {static_cast<int>(bounds.minX()), static_cast<int>(bounds.minY()),
+          static_cast<int>(bounds.width()), static_cast<int>(bounds.height())};
+}
+
+std::shared_ptr<AccessibilityElement> ParkingBed::elementOf(xcb_window_t window) {
+  auto& accessibility = session_.desktop().accessibility();
+  const auto numberOf = accessibility.windowNumberFunctionNamed("_AXUIElementGetWindow");
+  const auto application = accessibility.applicationElement(::getpid());
+  const auto [error, value] = application->copyAttributeValue(accessibilityWindows);
+  if (error != platform::AccessibilityError::success) {
+    throw std::runtime_error("a program has no windows that can be reached");
+  }
+  for (const auto& each : std::get<std::vector<std::shared_ptr<AccessibilityElement>>>(value)) {
+    platform::WindowID number = 0;
+    if (numberOf(*each, &number) == platform::AccessibilityError::success && number == window) {
+      return each;
+    }
+  }
+  throw std::runtime_error("a window has no element");
+}
+
+std::optional<platform::Point> ParkingBed::positionOf(AccessibilityElement& element) {
+  const auto [error, value] = element.copyAttributeValue(accessibilityPosition);
+  const auto* position = std::get_if<platform::AccessibilityValue>(&value);
+  return position ? position->point : std::nullopt;
+}
+
+platform::AccessibilityError ParkingBed::move(AccessibilityElement& element,
+                                              platform::Point position) {
+  return element.setAttributeValue(accessibilityPosition, {position});
+}
+
+ParkedWindow::ParkedWindow(ParkingBed& bed, xcb_window_t window)
+    : bed_(bed), element_(bed.elementOf(window)), home_(ParkingBed::positionOf(*element_)) {
+  const Rect area = areaOf(bed.connection(), window).value_or(Rect{});
+  display_ = bed.makeDisplay(2 * area.width, 2 * area.height);
+  auto& displays = bed.session().desktop().displays();
+  if (display_) {
+    const auto bounds = displays.displayBounds(*display_);
+    place_ = {bounds.minX() + 8, bounds.minY() + 8};
+  } else {
+    const auto screen = displays.displayBounds(displays.mainDisplayID());
+    place_ = {screen.width() - 40, screen.height() - 40};
+  }
+  EXPECT_EQ(ParkingBed::move(*element_, place_), platform::AccessibilityError::success);
+}
+
+ParkedWindow::~ParkedWindow() {
+  if (home_) {
+    ParkingBed::move(*element_, *home_);
+  }
+  if (display_) {
+    bed_.removeDisplay(*display_);
+  }
+}
+
+}  // namespace vistrel::testbed
