@@ -132,7 +132,7 @@ class LinuxBed : public ContractBed {
     return std::nullopt;
   }
 
-  const testbed::PrivateDisplay display_;
+  const testbed::PrivateDisplay display_{{.server = testbed::DisplayServer::growable}};
   const testbed::XConnection connection_;
   const std::unique_ptr<platform::Backend> backend_;
   const platform::BackendInstallation installation_;

@@ -1,5 +1,6 @@
 #include "tests/managed/ParkingBed.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <unistd.h>
 #include <variant>
@@ -19,7 +20,7 @@ ParkingBed::ParkingBed(const ParkingPlace& place)
     : session_(PrivateDisplay::Options{.windowManager = place.manager, .server = place.server}) {}
 
 std::optional<platform::DisplayID> ParkingBed::makeDisplay(int width, int height) {
-  const auto size = [](int pixels) { return static_cast<std::uint32_t>(pixels); };
+  const auto size = [](int points) { return 2 * static_cast<std::uint32_t>(points); };
   const auto server = session_.desktop().virtualDisplays();
   const auto display = server->createDisplay(
       {.name = "Test", .maxPixelsWide = size(width), .maxPixelsHigh = size(height)});
@@ -78,7 +79,7 @@ platform::AccessibilityError ParkingBed::move(AccessibilityElement& element,
 ParkedWindow::ParkedWindow(ParkingBed& bed, xcb_window_t window)
     : bed_(bed), element_(bed.elementOf(window)), home_(ParkingBed::positionOf(*element_)) {
   const Rect area = areaOf(bed.connection(), window).value_or(Rect{});
-  display_ = bed.makeDisplay(2 * area.width, 2 * area.height);
+  display_ = bed.makeDisplay(std::max(area.width, 640), std::max(area.height, 480));
   auto& displays = bed.session().desktop().displays();
   if (display_) {
     const auto bounds = displays.displayBounds(*display_);

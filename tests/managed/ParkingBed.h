@@ -34,7 +34,8 @@ class ParkingBed {
   ManagedSession& session() { return session_; }
   const XConnection& connection() const { return session_.connection(); }
 
-  /// A display of that size to the right of the main one; none when it cannot be had.
+  /// A display of that size in points, of high resolution, to the right of the main one; none when
+  /// it cannot be had.
   std::optional<platform::DisplayID> makeDisplay(int width, int height);
   void removeDisplay(platform::DisplayID display);
   Rect boundsOf(platform::DisplayID display);

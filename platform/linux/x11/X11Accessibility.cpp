@@ -23,7 +23,8 @@ class X11Accessibility::WindowElement final : public AccessibilityElement {
 
   AccessibilityError setAttributeValue(const std::string& attribute,
                                        const AccessibilityValue& value) override {
-    if (attribute != accessibilityPosition || !value.point) return attributeUnsupported;
+    if (attribute != accessibilityPosition) return attributeUnsupported;
+    if (!value.point) return illegalArgument;
     if (!accessibility_.isProcessTrusted()) return apiDisabled;
     return accessibility_.windows_.move(window_, *value.point) ? success : invalidElement;
   }

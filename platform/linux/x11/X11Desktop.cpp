@@ -148,7 +148,7 @@ class XcbDesktop : public X11Desktop {
   ShareableContentService contentService_;
   ScreenLayout layout_;
   std::shared_ptr<X11VirtualDisplays> virtualDisplays_ =
-      std::make_shared<X11VirtualDisplays>(*connection_);
+      std::make_shared<X11VirtualDisplays>(*connection_, layout_);
   X11Displays displays_{*connection_, layout_, *virtualDisplays_};
   // Windows go back before the displays go that they are on.
   X11Accessibility accessibility_{*connection_, layout_};

@@ -1,23 +1,19 @@
 #include "platform/linux/x11/X11Displays.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// What fits into the protocol's coordinates; none for anything else.
-std::optional<PixelSize> monitorSize(std::uint32_t width, std::uint32_t height) {
-  constexpr std::uint32_t largest = std::numeric_limits<std::int16_t>::max();
-  if (width == 0 || height == 0 || width > largest || height > largest) return std::nullopt;
-  return PixelSize{static_cast<int>(width), static_cast<int>(height)};
-}
+constexpr double pixelsPerPointOfHiDPI = 2;
 
 }  // namespace
 
 std::optional<DisplayID> X11VirtualDisplays::createDisplay(
     const VirtualDisplayDescriptor& descriptor) {
-  const auto size = monitorSize(descriptor.maxPixelsWide, descriptor.maxPixelsHigh);
+  const auto size = sizeOnRoot(descriptor.maxPixelsWide, descriptor.maxPixelsHigh, true);
   if (!size) return std::nullopt;
   auto monitor = HiddenMonitor::make(*size);
   if (!monitor) return std::nullopt;
@@ -29,7 +25,8 @@ std::optional<DisplayID> X11VirtualDisplays::createDisplay(
 bool X11VirtualDisplays::applySettings(DisplayID display, const VirtualDisplaySettings& settings) {
   const auto found = monitors_.find(display);
   if (found == monitors_.end() || settings.modes.empty()) return false;
-  const auto size = monitorSize(settings.modes.front().width, settings.modes.front().height);
+  const auto& mode = settings.modes.front();
+  const auto size = sizeOnRoot(mode.width, mode.height, settings.hiDPI);
   if (!size) return false;
   const PixelRect now = found->second->area();
   return found->second->place({now.x, now.y, size->width, size->height});
@@ -40,6 +37,17 @@ void X11VirtualDisplays::place(DisplayID display, int x, int y) {
   if (found == monitors_.end()) return;
   const PixelRect now = found->second->area();
   found->second->place({x, y, now.width, now.height});
+}
+
+std::optional<PixelSize> X11VirtualDisplays::sizeOnRoot(std::uint32_t width, std::uint32_t height,
+                                                        bool hiDPI) const {
+  constexpr double largest = std::numeric_limits<std::int16_t>::max();
+  const double scale =
+      layout_.monitors().front().monitor.pixelsPerPoint / (hiDPI ? pixelsPerPointOfHiDPI : 1);
+  const double across = std::round(width * scale);
+  const double down = std::round(height * scale);
+  if (across < 1 || down < 1 || across > largest || down > largest) return std::nullopt;
+  return PixelSize{static_cast<int>(across), static_cast<int>(down)};
 }
 
 /// Takes effect when it is completed.

@@ -13,13 +13,15 @@ namespace vistrel::platform::linux_desktop {
 /// Hidden monitors as virtual displays.
 class X11VirtualDisplays final : public VirtualDisplayServer {
  public:
-  /// `connection` outlives this object.
-  explicit X11VirtualDisplays(Connection& connection) : connection_(connection) {}
+  /// Both outlive this object.
+  X11VirtualDisplays(Connection& connection, const ScreenLayout& layout)
+      : connection_(connection), layout_(layout) {}
 
   bool hostsVirtualDisplays() override { return canHideMonitors(connection_); }
-  /// Its size in millimetres is that of as many pixels of the screen, whatever is asked for.
+  /// Of high resolution until it gets settings. Its millimetres are those of as many pixels of the
+  /// screen, whatever is asked for.
   std::optional<DisplayID> createDisplay(const VirtualDisplayDescriptor& descriptor) override;
-  /// The first mode counts. X has no scale of a display's own, so `hiDPI` makes no difference.
+  /// The first mode counts.
   bool applySettings(DisplayID display, const VirtualDisplaySettings& settings) override;
   void removeDisplay(DisplayID display) override { monitors_.erase(display); }
 
@@ -28,7 +30,13 @@ class X11VirtualDisplays final : public VirtualDisplayServer {
   void place(DisplayID display, int x, int y);
 
  private:
+  /// How many pixels of the root window such a mode takes. X has no scale of a display's own: the
+  /// mode's points are what it is about, and points are as large as on the main display. None for
+  /// more than the protocol's coordinates hold.
+  std::optional<PixelSize> sizeOnRoot(std::uint32_t width, std::uint32_t height, bool hiDPI) const;
+
   Connection& connection_;
+  const ScreenLayout& layout_;
   std::map<DisplayID, std::unique_ptr<HiddenMonitor>> monitors_;
 };
 
