@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <csignal>
+#include <filesystem>
 #include <ranges>
 #include <set>
+#include <stdexcept>
 
 #include "tests/managed/ParkingBed.h"
 #include "tests/support/MonitorReport.h"
@@ -235,8 +238,75 @@ INSTANTIATE_TEST_SUITE_P(
         ParkingPlace{"GrowableWithOpenbox", DisplayServer::growable, WindowManager::openbox, true},
         ParkingPlace{"XorgWithMutter", DisplayServer::xorg, WindowManager::mutter, true},
         ParkingPlace{"FixedWithOpenbox", DisplayServer::fixed, WindowManager::openbox, false},
-        ParkingPlace{"GrowableWithXfwm4", DisplayServer::growable, WindowManager::xfwm4, false}),
+        ParkingPlace{"FixedWithXfwm4", DisplayServer::fixed, WindowManager::xfwm4, false}),
     [](const auto& test) { return test.param.name; });
+
+/// What the display server and this process hold.
+struct Holdings {
+  std::string monitors;
+  std::size_t topLevelWindows = 0;
+  std::size_t descriptors = 0;
+};
+
+Holdings holdingsOf(ParkingBed& bed) {
+  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+  return {monitorReport(bed.session().display()), stackingOrder(bed.connection()).size(),
+          static_cast<std::size_t>(std::distance(begin(descriptors), end(descriptors)))};
+}
+
+TEST(ParkedTwoHundredTimes, AWindowIsWhereItWasEachTimeAndNothingIsLeftOver) {
+  ParkingBed bed({"", DisplayServer::growable, WindowManager::openbox, true});
+  const TestWindow window(bed.session().display().name(), {.area = {300, 250, 400, 300}});
+  const Rect home = window.area();
+  { const ParkedWindow once(bed, window.id()); }
+  ASSERT_TRUE(eventually([&] { return window.area() == home; }));
+  const Holdings before = holdingsOf(bed);
+  for (int i = 0; i < 200; ++i) {
+    {
+      const ParkedWindow parked(bed, window.id());
+      ASSERT_TRUE(parked.isOnHiddenDisplay());
+      ASSERT_TRUE(eventually([&] { return window.area().x >= screenWidth; }));
+    }
+    ASSERT_TRUE(eventually([&] { return window.area() == home; })) << "cycle " << i;
+  }
+  const Holdings after = holdingsOf(bed);
+  EXPECT_EQ(after.monitors, before.monitors);
+  EXPECT_EQ(after.topLevelWindows, before.topLevelWindows);
+  EXPECT_EQ(after.descriptors, before.descriptors);
+}
+
+TEST(ParkedUnderAManagerThatHangs, AWindowIsAskedToGoAndNobodyWaitsForEver) {
+  ParkingBed bed({"", DisplayServer::fixed, WindowManager::openbox, false});
+  const TestWindow window(bed.session().display().name(), {.area = {300, 250, 400, 300}});
+  const auto& connection = bed.connection();
+  connection.sendToManager(window.id(), "_NET_WM_STATE",
+                           {1, connection.atom(fullScreen), 0, byPerson, 0});
+  ASSERT_TRUE(eventually([&] { return hasState(connection, window.id(), fullScreen); }));
+  const Rect home = window.area();
+  const pid_t manager = bed.session().display().windowManagerPid();
+  ::kill(manager, SIGSTOP);
+  {
+    const ParkedWindow parked(bed, window.id());
+    EXPECT_EQ(window.area(), home);
+    ::kill(manager, SIGCONT);
+    EXPECT_TRUE(eventually([&] { return window.area() != home; }));
+  }
+  EXPECT_TRUE(eventually([&] { return window.area() == home; }));
+}
+
+TEST(OtherProgramsWindows, CannotBeReachedWithoutAManager) {
+  ParkingBed bed({"", DisplayServer::fixed, WindowManager::none, false});
+  const TestWindow window(bed.session().display().name(), {.area = {300, 250, 400, 300}});
+  auto& accessibility = bed.session().desktop().accessibility();
+  EXPECT_FALSE(accessibility.isProcessTrusted());
+  EXPECT_FALSE(accessibility.isProcessTrustedWithOptions(true));
+  EXPECT_THROW(bed.elementOf(window.id()), std::runtime_error);
+  bed.session().display().replaceWindowManager(WindowManager::openbox);
+  EXPECT_TRUE(accessibility.isProcessTrusted());
+  EXPECT_NE(bed.elementOf(window.id()), nullptr);
+  bed.session().display().replaceWindowManager(WindowManager::none);
+  EXPECT_TRUE(eventually([&] { return !accessibility.isProcessTrusted(); }));
+}
 
 }  // namespace
 }  // namespace vistrel::testbed

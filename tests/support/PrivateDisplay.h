@@ -47,6 +47,8 @@ class PrivateDisplay {
 
   /// The server's process, for measuring what it costs.
   pid_t serverPid() const { return server_->pid(); }
+  /// The process of the window manager, which must not be none.
+  pid_t windowManagerPid() const { return windowManager_->pid(); }
   /// Another window manager takes over from the one that runs, if any; with none it just ends.
   /// Throws like the constructor.
   void replaceWindowManager(WindowManager manager);
