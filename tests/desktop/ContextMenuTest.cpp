@@ -1,9 +1,7 @@
 #include <algorithm>
 #include <unistd.h>
 
-#include "tests/desktop/DesktopTest.h"
-#include "tests/desktop/MenuOnScreen.h"
-#include "tests/support/AccessibilityBus.h"
+#include "tests/desktop/ContextMenuUser.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -24,64 +22,11 @@ Scale ▸
 Hide This Mirror
 )";
 
-/// A person who opens a panel's menu and chooses from it, read by a screen reader.
-class ContextMenu : public DesktopTest {
+/// What several tests here do.
+class ContextMenu : public ContextMenuUser {
  protected:
-  ContextMenu() : ContextMenu(PrivateDisplay::Options{}) {}
-  explicit ContextMenu(const PrivateDisplay::Options& options)
-      : DesktopTest(options), source_(openSource()) {}
+  using ContextMenuUser::ContextMenuUser;
 
-  /// Starts the program with a screen reader and mirrors one of `count` sources.
-  PanelOnScreen openPanel(std::size_t row, std::size_t count) {
-    reader_ = std::make_unique<AccessibilityBus>(display_);
-    startVistrel();
-    return mirrorRow(row, count, 1);
-  }
-  /// The same with the only source there is.
-  PanelOnScreen openPanel() {
-    const PanelOnScreen panel = openPanel(0, 1);
-    EXPECT_TRUE(becomes(panel, PanelOnScreen::computedArea(sourceArea, firstPanel)));
-    EXPECT_TRUE(eventually([&] { return panel.shows(fourColours); }));
-    return panel;
-  }
-
-  /// The menu that opens at what the person does in `open`, its first line highlighted.
-  template <class Open>
-  MenuOnScreen menuOpenedBy(const Open& open) {
-    reader_->program(vistrel_->process().pid());
-    reader_->events();
-    open();
-    // It is on the screen a moment before it has the keyboard, and told of when it has.
-    EXPECT_TRUE(eventually([&] { return told("StateChanged showing", "popup menu").has_value(); }));
-    input_.type(keyDown);
-    std::optional<Accessible> line;
-    EXPECT_TRUE(eventually([&] {
-      line = told("StateChanged focused", "menu item");
-      return line.has_value();
-    })) << "no line of a menu is told of";
-    return MenuOnScreen(line.value().parent());
-  }
-  MenuOnScreen openMenu(const PanelOnScreen& panel) {
-    return menuOpenedBy([&] {
-      input_.moveTo(panel.titleBar());
-      // Where nothing of the panel is drawn yet, a press goes to what lies below.
-      EXPECT_TRUE(eventually([&] {
-        return topLevelUnderPointer(connection_) == topLevelOf(connection_, panel.id());
-      }));
-      input_.click(1, InputDriver::Button::right);
-    });
-  }
-  void choose(const MenuOnScreen& menu, const std::string& title) {
-    input_.moveTo(menu.line(title));
-    ASSERT_TRUE(eventually([&] { return menu.isHighlighted(title); }));
-    input_.click();
-    EXPECT_TRUE(eventually([&] { return !isMenuOnScreen(); }));
-  }
-  void chooseScale(const PanelOnScreen& panel, const std::string& title) {
-    const MenuOnScreen menu = openMenu(panel);
-    input_.moveTo(menu.line("Scale"));
-    choose(menu.submenu("Scale"), title);
-  }
   /// Rolls the panel up and down again.
   void roll(const PanelOnScreen& panel) {
     const Rect full = panel.area();
@@ -109,41 +54,6 @@ class ContextMenu : public DesktopTest {
     goToDesktop(1);
     choose(openMenu(panel), bringSource);
     EXPECT_TRUE(eventually([&] { return currentDesktop() == 0; }));
-  }
-  void closeMenu() {
-    input_.type(keyEscape);
-    EXPECT_TRUE(eventually([&] { return !isMenuOnScreen(); }));
-  }
-
-  bool isMenuOnScreen() const { return !menusOnScreen().empty(); }
-
-  /// What the keys of the menu are to leave alone.
-  struct Keyboard {
-    xcb_window_t active;
-    xcb_window_t focused;
-
-    friend bool operator==(const Keyboard&, const Keyboard&) = default;
-  };
-  Keyboard keyboard() const { return {activeWindow(), focusedWindow(connection_)}; }
-
-  void awaitMenuKeys(bool areTaken) {
-    ASSERT_TRUE(eventually([&] { return input_.isTaken(keyMenu) == areTaken; }));
-  }
-
-  std::unique_ptr<TestWindow> source_;
-  std::unique_ptr<AccessibilityBus> reader_;
-
- private:
-  /// An object of that role which was told to be so since the last call.
-  std::optional<Accessible> told(const std::string& state, const std::string& role) {
-    const BusObject program = reader_->program(vistrel_->process().pid()).object();
-    for (const AccessibilityBus::Event& event : reader_->events()) {
-      const Accessible object({program.bus(), program.program(), event.path});
-      if (event.kind == state && event.detail == 1 && object.role() == role) {
-        return object;
-      }
-    }
-    return std::nullopt;
   }
 };
 

@@ -60,9 +60,7 @@ class Photographer {
   }
   Rect pickerFrame() const { return desktop_.framedArea(desktop_.vistrel().picker().id()); }
 
-  void takePicker() {
-    save("picker", pickerFrame());
-  }
+  void takePicker() { save("picker", pickerFrame()); }
 
   void takePanel(const PanelOnScreen& panel) { save("panel", panel.area()); }
 

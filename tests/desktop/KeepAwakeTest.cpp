@@ -1,0 +1,167 @@
+#include <algorithm>
+#include <array>
+#include <csignal>
+
+#include "tests/desktop/ContextMenuUser.h"
+#include "tests/support/MonitorReport.h"
+
+namespace vistrel::testbed {
+namespace {
+
+constexpr const char* keepAwake = "Keep Source Awake (Park Off-Screen)";
+constexpr const char* stopKeepingAwake = "Stop Keeping Source Awake (Restore Window)";
+constexpr const char* hideThis = "Hide This Mirror";
+constexpr Quadrants otherColours{yellow, blue, red, green};
+constexpr int screenWidth = 1280;
+constexpr int screenHeight = 1024;
+constexpr auto fullScreen = "_NET_WM_STATE_FULLSCREEN";
+
+class KeepAwake : public ContextMenuUser {
+ protected:
+  explicit KeepAwake(const PrivateDisplay::Options& options) : ContextMenuUser(options) {}
+
+  std::string monitors() const { return monitorReport(display_); }
+  bool isOnHiddenDisplay() const { return source_->area().x >= screenWidth; }
+  /// Whether no more of it than managers insist on is on the screen.
+  bool isInCorner() const {
+    const Rect area = source_->area();
+    return area.x >= screenWidth - std::max(40, area.width / 10) &&
+           area.y >= screenHeight - std::max(40, area.height / 10);
+  }
+  ::testing::AssertionResult isBack(Rect home) {
+    if (eventually([&] { return source_->area() == home; })) {
+      return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << source_->area();
+  }
+  /// Whether what the source draws now comes to be seen in the panel. It draws more than once: a
+  /// compositor of mutter's kind may overlook a change just after the screen has grown.
+  bool isLive(const PanelOnScreen& panel) {
+    return std::ranges::all_of(std::array{otherColours, fourColours}, [&](const Quadrants& next) {
+      return eventually([&] {
+        source_->show(next);
+        return panel.shows(next);
+      });
+    });
+  }
+};
+
+class KeepAwakeOnAScreenThatGrows : public KeepAwake {
+ protected:
+  KeepAwakeOnAScreenThatGrows() : KeepAwake({.server = DisplayServer::growable}) {}
+};
+
+TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceIsOutOfSightAndLiveUntilItIsTakenBack) {
+  const std::string before = monitors();
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  const Rect place = panel.area();
+  choose(openMenu(panel), keepAwake);
+  EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  EXPECT_TRUE(isLive(panel));
+  EXPECT_EQ(panel.area(), place) << "a panel has no business where nobody sees it";
+  choose(openMenu(panel), stopKeepingAwake);
+  EXPECT_TRUE(isBack(home));
+  EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+  EXPECT_TRUE(isLive(panel));
+
+  connection_.sendToManager(source_->id(), "_NET_WM_STATE",
+                            {1, connection_.atom(fullScreen), 0, byPerson, 0});
+  ASSERT_TRUE(isBack({0, 0, screenWidth, screenHeight}));
+  choose(openMenu(panel), keepAwake);
+  EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  choose(openMenu(panel), hideThis);
+  EXPECT_TRUE(isBack({0, 0, screenWidth, screenHeight}));
+  EXPECT_TRUE(hasState(connection_, source_->id(), fullScreen));
+  EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+}
+
+TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackWhenTheProgramEnds) {
+  const std::string before = monitors();
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  vistrel_->process().sendSignal(SIGTERM);
+  const auto ending = vistrel_->process().waitForEnd();
+  ASSERT_TRUE(ending.has_value());
+  EXPECT_EQ(ending->signal, std::nullopt);
+  EXPECT_EQ(vistrel_->process().standardError(), "");
+  vistrel_.reset();
+  EXPECT_TRUE(isBack(home));
+  EXPECT_EQ(monitors(), before);
+}
+
+TEST_F(KeepAwakeOnAScreenThatGrows, WithoutAManagerThatMovesWindowsThePersonIsTold) {
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  const std::string before = monitors();
+  display_.replaceWindowManager(WindowManager::none);
+  choose(openMenu(panel), keepAwake);
+  const auto alerts = [&] {
+    auto all = reader_->program(vistrel_->process().pid()).all("alert message");
+    // A panel's status is one too.
+    std::erase_if(all, [](const Accessible& each) { return each.name() != "Vistrel"; });
+    return all;
+  };
+  ASSERT_TRUE(eventually([&] { return alerts().size() == 1; }));
+  EXPECT_NE(alerts().at(0).outline().find("Allow Accessibility for Vistrel"), std::string::npos);
+  EXPECT_EQ(source_->area(), home);
+  EXPECT_EQ(monitors(), before);
+  alerts().at(0).only("push button", "OK").perform("Press");
+  EXPECT_TRUE(eventually([&] { return alerts().empty(); }));
+}
+
+class KeepAwakeUnderMutter : public KeepAwake {
+ protected:
+  KeepAwakeUnderMutter()
+      : KeepAwake({.windowManager = WindowManager::mutter, .server = DisplayServer::xorg}) {}
+};
+
+TEST_F(KeepAwakeUnderMutter, TheSourceIsOutOfSightAndLiveUntilItIsTakenBack) {
+  const std::string before = monitors();
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  EXPECT_TRUE(isLive(panel));
+  choose(openMenu(panel), stopKeepingAwake);
+  EXPECT_TRUE(isBack(home));
+  EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+}
+
+class KeepAwakeInTheCorner : public KeepAwake {
+ protected:
+  KeepAwakeInTheCorner()
+      : KeepAwake({.windowManager = WindowManager::xfwm4, .server = DisplayServer::growable}) {}
+};
+
+TEST_F(KeepAwakeInTheCorner, TheSourceIsLiveAndNothingElseMovesWhereTheManagerHidesNothing) {
+  const std::string before = monitors();
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  EXPECT_TRUE(eventually([&] { return isInCorner(); })) << source_->area();
+  EXPECT_EQ(monitors(), before);
+  EXPECT_TRUE(isLive(panel));
+  choose(openMenu(panel), stopKeepingAwake);
+  EXPECT_TRUE(isBack(home));
+}
+
+class KeepAwakeOnAFixedScreen : public KeepAwake {
+ protected:
+  KeepAwakeOnAFixedScreen() : KeepAwake(PrivateDisplay::Options{}) {}
+};
+
+TEST_F(KeepAwakeOnAFixedScreen, TheSourceIsLiveInTheCorner) {
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  EXPECT_TRUE(eventually([&] { return isInCorner(); })) << source_->area();
+  EXPECT_TRUE(isLive(panel));
+  choose(openMenu(panel), stopKeepingAwake);
+  EXPECT_TRUE(isBack(home));
+}
+
+}  // namespace
+}  // namespace vistrel::testbed

@@ -1,0 +1,70 @@
+#include <csignal>
+#include <gtest/gtest.h>
+
+#include "tests/desktop/RunningVistrel.h"
+#include "tests/support/MonitorReport.h"
+
+namespace vistrel::testbed {
+namespace {
+
+constexpr const char* hiddenMonitor = "vistrel-hidden-";
+
+class VirtualDisplaySelfTest : public ::testing::Test {
+ protected:
+  explicit VirtualDisplaySelfTest(DisplayServer server = DisplayServer::growable)
+      : display_({.windowManager = WindowManager::none, .server = server}) {}
+
+  std::unique_ptr<ChildProcess> start(const char* option) const {
+    return std::make_unique<ChildProcess>(
+        RunningVistrel::command({option}, display_.environment()));
+  }
+  bool hasHiddenMonitor() const {
+    return monitorReport(display_).find(hiddenMonitor) != std::string::npos;
+  }
+
+  const PrivateDisplay display_;
+};
+
+TEST_F(VirtualDisplaySelfTest, MakesADisplayAndLeavesNoTrace) {
+  const std::string before = monitorReport(display_);
+  const auto program = start("--vdtest");
+  const auto ending = program->waitForEnd();
+  ASSERT_TRUE(ending.has_value());
+  EXPECT_EQ(ending->exitStatus, 0);
+  const std::string report = program->standardError();
+  EXPECT_TRUE(report.starts_with("vdtest: created=true displayID=")) << report;
+  EXPECT_TRUE(report.ends_with(" online 1->2 screens=1 mainMaxX=1280 bounds=1280,0 960x540\n"))
+      << report;
+  EXPECT_EQ(monitorReport(display_), before);
+}
+
+TEST_F(VirtualDisplaySelfTest, OneThatWasKilledIsTidiedUpAfterAndOneThatRunsIsLeftAlone) {
+  const std::string before = monitorReport(display_);
+  const auto killed = start("--vdtest");
+  ASSERT_TRUE(eventually([&] { return hasHiddenMonitor(); }));
+  ASSERT_EQ(start("--vddiag")->waitForEnd().value().exitStatus, 0);
+  EXPECT_TRUE(hasHiddenMonitor());
+  killed->sendSignal(SIGKILL);
+  ASSERT_TRUE(killed->waitForEnd().has_value());
+  EXPECT_TRUE(hasHiddenMonitor());
+  ASSERT_EQ(start("--vddiag")->waitForEnd().value().exitStatus, 0);
+  EXPECT_EQ(monitorReport(display_), before);
+}
+
+class VirtualDisplaySelfTestOnAFixedScreen : public VirtualDisplaySelfTest {
+ protected:
+  VirtualDisplaySelfTestOnAFixedScreen() : VirtualDisplaySelfTest(DisplayServer::fixed) {}
+};
+
+TEST_F(VirtualDisplaySelfTestOnAFixedScreen, ReportsThatNothingWasMade) {
+  const auto program = start("--vdtest");
+  const auto ending = program->waitForEnd();
+  ASSERT_TRUE(ending.has_value());
+  EXPECT_EQ(ending->exitStatus, 1);
+  EXPECT_EQ(program->standardError(),
+            "vdtest: created=false displayID=0 online 1->1 screens=1 mainMaxX=1280 "
+            "bounds=0,0 0x0\n");
+}
+
+}  // namespace
+}  // namespace vistrel::testbed
