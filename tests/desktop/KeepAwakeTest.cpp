@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <functional>
 
 #include "tests/desktop/ContextMenuUser.h"
 #include "tests/support/MonitorReport.h"
@@ -44,6 +45,20 @@ class KeepAwake : public ContextMenuUser {
       });
     });
   }
+  /// Parks the source, which is where `isParked` says, and takes it back.
+  void keepAwakeForAWhile(const PanelOnScreen& panel, const std::function<bool()>& isParked) {
+    const std::string before = monitors();
+    const Rect home = source_->area();
+    const Rect place = panel.area();
+    choose(openMenu(panel), keepAwake);
+    EXPECT_TRUE(eventually(isParked)) << source_->area();
+    EXPECT_TRUE(isLive(panel));
+    EXPECT_EQ(panel.area(), place) << "a panel has no business where nobody sees it";
+    choose(openMenu(panel), stopKeepingAwake);
+    EXPECT_TRUE(isBack(home));
+    EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+    EXPECT_TRUE(isLive(panel));
+  }
 };
 
 class KeepAwakeOnAScreenThatGrows : public KeepAwake {
@@ -54,16 +69,7 @@ class KeepAwakeOnAScreenThatGrows : public KeepAwake {
 TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceIsOutOfSightAndLiveUntilItIsTakenBack) {
   const std::string before = monitors();
   const PanelOnScreen panel = openPanel();
-  const Rect home = source_->area();
-  const Rect place = panel.area();
-  choose(openMenu(panel), keepAwake);
-  EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
-  EXPECT_TRUE(isLive(panel));
-  EXPECT_EQ(panel.area(), place) << "a panel has no business where nobody sees it";
-  choose(openMenu(panel), stopKeepingAwake);
-  EXPECT_TRUE(isBack(home));
-  EXPECT_TRUE(eventually([&] { return monitors() == before; }));
-  EXPECT_TRUE(isLive(panel));
+  keepAwakeForAWhile(panel, [&] { return isOnHiddenDisplay(); });
 
   connection_.sendToManager(source_->id(), "_NET_WM_STATE",
                             {1, connection_.atom(fullScreen), 0, byPerson, 0});
@@ -119,15 +125,7 @@ class KeepAwakeUnderMutter : public KeepAwake {
 };
 
 TEST_F(KeepAwakeUnderMutter, TheSourceIsOutOfSightAndLiveUntilItIsTakenBack) {
-  const std::string before = monitors();
-  const PanelOnScreen panel = openPanel();
-  const Rect home = source_->area();
-  choose(openMenu(panel), keepAwake);
-  EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
-  EXPECT_TRUE(isLive(panel));
-  choose(openMenu(panel), stopKeepingAwake);
-  EXPECT_TRUE(isBack(home));
-  EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+  keepAwakeForAWhile(openPanel(), [&] { return isOnHiddenDisplay(); });
 }
 
 class KeepAwakeInTheCorner : public KeepAwake {
@@ -136,16 +134,8 @@ class KeepAwakeInTheCorner : public KeepAwake {
       : KeepAwake({.windowManager = WindowManager::xfwm4, .server = DisplayServer::growable}) {}
 };
 
-TEST_F(KeepAwakeInTheCorner, TheSourceIsLiveAndNothingElseMovesWhereTheManagerHidesNothing) {
-  const std::string before = monitors();
-  const PanelOnScreen panel = openPanel();
-  const Rect home = source_->area();
-  choose(openMenu(panel), keepAwake);
-  EXPECT_TRUE(eventually([&] { return isInCorner(); })) << source_->area();
-  EXPECT_EQ(monitors(), before);
-  EXPECT_TRUE(isLive(panel));
-  choose(openMenu(panel), stopKeepingAwake);
-  EXPECT_TRUE(isBack(home));
+TEST_F(KeepAwakeInTheCorner, TheSourceIsLiveWhereTheManagerHidesNothing) {
+  keepAwakeForAWhile(openPanel(), [&] { return isInCorner(); });
 }
 
 class KeepAwakeOnAFixedScreen : public KeepAwake {
@@ -154,13 +144,7 @@ class KeepAwakeOnAFixedScreen : public KeepAwake {
 };
 
 TEST_F(KeepAwakeOnAFixedScreen, TheSourceIsLiveInTheCorner) {
-  const PanelOnScreen panel = openPanel();
-  const Rect home = source_->area();
-  choose(openMenu(panel), keepAwake);
-  EXPECT_TRUE(eventually([&] { return isInCorner(); })) << source_->area();
-  EXPECT_TRUE(isLive(panel));
-  choose(openMenu(panel), stopKeepingAwake);
-  EXPECT_TRUE(isBack(home));
+  keepAwakeForAWhile(openPanel(), [&] { return isInCorner(); });
 }
 
 }  // namespace

@@ -95,13 +95,16 @@ bool canHideMonitors(Connection& connection) {
 
 void removeAbandonedMonitors(Connection& connection) {
   if (!offersMonitors(connection)) return;
-  const ServerGrab grab(connection);
-  for (const auto& each : monitorsOf(connection)) {
-    if (isHiddenMonitor(each.name) && !hasOwner(connection, each)) {
-      deleteMonitor(connection, each.id);
+  {
+    const ServerGrab grab(connection);
+    for (const auto& each : monitorsOf(connection)) {
+      if (isHiddenMonitor(each.name) && !hasOwner(connection, each)) {
+        deleteMonitor(connection, each.id);
+      }
     }
+    putScreenBackAfterLast(connection);
   }
-  putScreenBackAfterLast(connection);
+  connection.sync();
 }
 
 std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size) {
@@ -126,9 +129,12 @@ HiddenMonitor::HiddenMonitor(std::unique_ptr<Connection> connection)
 }
 
 HiddenMonitor::~HiddenMonitor() {
-  const ServerGrab grab(*connection_);
-  withdraw();
-  putScreenBackAfterLast(*connection_);
+  {
+    const ServerGrab grab(*connection_);
+    withdraw();
+    putScreenBackAfterLast(*connection_);
+  }
+  connection_->sync();
 }
 
 bool HiddenMonitor::place(const PixelRect& wanted) {

@@ -9,6 +9,7 @@
 
 #include "platform/linux/x11/Corners.h"
 #include "platform/linux/x11/MipLevels.h"
+#include "platform/linux/x11/ServerGrab.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -34,23 +35,6 @@ std::pair<int, int> differingRows(const PanelChrome& a, const PanelChrome& b) {
   const auto end = static_cast<int>(last.first.base() - a.pixels.begin() - 1) / a.width + 1;
   return {first, end - first};
 }
-
-/// Nobody sees what is drawn before this ends.
-class ServerGrab {
- public:
-  explicit ServerGrab(Connection& connection) : connection_(connection) {
-    xcb_grab_server(connection_.xcb());
-  }
-  ServerGrab(const ServerGrab&) = delete;
-  ServerGrab& operator=(const ServerGrab&) = delete;
-  ~ServerGrab() {
-    xcb_ungrab_server(connection_.xcb());
-    connection_.flush();
-  }
-
- private:
-  Connection& connection_;
-};
 
 /// Whether two chromes differ in their pixels alone.
 bool sameLayout(const PanelChrome& a, const PanelChrome& b) {

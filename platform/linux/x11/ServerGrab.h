@@ -4,8 +4,8 @@
 
 namespace vistrel::platform::linux_desktop {
 
-/// Keeps the display server from serving anybody else while it lives, so that nobody sees or
-/// changes what is half done. Nothing may be waited for meanwhile but the server's own answers.
+/// Keeps the display server from serving anybody else while it lives: nobody sees or changes what
+/// is half done. Nothing may be waited for meanwhile but the server's own answers.
 class ServerGrab {
  public:
   explicit ServerGrab(Connection& connection) : connection_(connection) {
@@ -13,10 +13,9 @@ class ServerGrab {
   }
   ServerGrab(const ServerGrab&) = delete;
   ServerGrab& operator=(const ServerGrab&) = delete;
-  /// Returns once the server serves the others again.
   ~ServerGrab() {
     xcb_ungrab_server(connection_.xcb());
-    connection_.sync();
+    connection_.flush();
   }
 
  private:
