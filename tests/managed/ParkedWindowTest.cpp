@@ -175,6 +175,17 @@ TEST_P(Parked, AWindowKeepsItsStatesAndItsSize) {
   }
 }
 
+TEST_P(Parked, AWindowThatBecomesFullScreenMeanwhileComesBackAllTheSame) {
+  const auto window = open();
+  const Belongings before = settledBelongingsOf(*window);
+  {
+    const ParkedWindow parked(bed_, window->id());
+    EXPECT_TRUE(eventually([&] { return isOutOfSight(*window); }));
+    setStates(*window, true, {fullScreen});
+  }
+  EXPECT_TRUE(comesBackTo(before, *window));
+}
+
 TEST_P(Parked, AWindowIsThereOnEveryDesktopAndGoesBackToItsOwn) {
   const auto window = open();
   connection().sendToManager(window->id(), "_NET_WM_DESKTOP", {1, byPerson});

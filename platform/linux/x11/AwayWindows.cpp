@@ -79,6 +79,8 @@ AwayWindows::Home AwayWindows::leave(xcb_window_t window, const Place& found) {
 }
 
 void AwayWindows::giveBack(xcb_window_t window, const Home& home) {
+  // It may have become full-screen where it is.
+  takeOffTies(window);
   const auto place = placeOf(window);
   if (!place) return;
   request(window, home.client, place->frame);
