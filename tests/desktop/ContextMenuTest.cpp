@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <unistd.h>
 
 #include "tests/desktop/ContextMenuUser.h"
