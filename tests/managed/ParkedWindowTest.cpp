@@ -207,6 +207,8 @@ TEST_P(Parked, AMinimisedWindowStaysMinimised) {
   const Belongings open = settledBelongingsOf(*window);
   window->minimise();
   ASSERT_TRUE(eventually([&] { return belongingsOf(*window).states.contains(minimised); }));
+  // There is a manager that shows the window on its way to the taskbar.
+  settledBelongingsOf(*window);
   {
     const ParkedWindow parked(bed_, window->id());
     EXPECT_TRUE(settledBelongingsOf(*window).states.contains(minimised));

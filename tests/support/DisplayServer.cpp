@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <xcb/randr.h>
 
+#include "tests/support/XConnection.h"
+
 namespace vistrel::testbed {
 namespace {
 
@@ -143,9 +145,9 @@ std::vector<std::string> commandOf(DisplayServer server, int width, int height,
   return xvfb(width, height);
 }
 
-void setUpMonitor(DisplayServer server, const XConnection& connection, int width, int height) {
+void setUpMonitor(DisplayServer server, const std::string& display, int width, int height) {
   if (server == DisplayServer::growable) {
-    makeRoomAroundMonitor(connection, width, height);
+    makeRoomAroundMonitor(XConnection(display), width, height);
   }
 }
 

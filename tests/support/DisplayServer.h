@@ -5,8 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/support/XConnection.h"
-
 namespace vistrel::testbed {
 
 /// The display servers that tests run sessions on.
@@ -26,6 +24,6 @@ std::vector<std::string> commandOf(DisplayServer server, int width, int height,
 
 /// What is left to do once the server answers, before anybody looks at its monitor. Throws
 /// std::runtime_error when it refuses.
-void setUpMonitor(DisplayServer server, const XConnection& connection, int width, int height);
+void setUpMonitor(DisplayServer server, const std::string& display, int width, int height);
 
 }  // namespace vistrel::testbed

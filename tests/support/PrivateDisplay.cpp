@@ -149,7 +149,7 @@ void PrivateDisplay::startServer(const Options& options) {
     failToStart(program, *server_);
   }
   name_ = ":" + number;
-  setUpMonitor(options.server, XConnection(name_), options.width, options.height);
+  setUpMonitor(options.server, name_, options.width, options.height);
 }
 
 void PrivateDisplay::startBus() {

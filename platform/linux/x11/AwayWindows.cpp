@@ -24,7 +24,9 @@ AwayWindows::~AwayWindows() {
 
 std::optional<Point> AwayWindows::positionOf(xcb_window_t window) {
   const auto place = placeOf(window);
-  return place ? std::optional(pointsOf(*place)) : std::nullopt;
+  if (!place) return std::nullopt;
+  told_ = {window, pointsOf(*place)};
+  return told_->second;
 }
 
 bool AwayWindows::move(xcb_window_t window, Point position) {
@@ -69,7 +71,8 @@ Point AwayWindows::pointsOf(const Place& place) const {
 }
 
 AwayWindows::Home AwayWindows::leave(xcb_window_t window, const Place& found) {
-  Home home{.position = pointsOf(found),
+  const bool isTold = told_ && told_->first == window;
+  Home home{.position = isTold ? told_->second : pointsOf(found),
             .client = found.client,
             .ties = takeOffTies(window),
             .desktop = propertyOf(connection_, window, "_NET_WM_DESKTOP").firstValue()};

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <utility>
 
 #include "platform/Geometry.h"
 #include "platform/linux/ScreenLayout.h"
@@ -58,7 +59,8 @@ class AwayWindows {
   };
   /// What a window gets back.
   struct Home {
-    /// As told when it was left.
+    /// As it was last told before it was left, which may be another place than it was left from:
+    /// managers move windows while they minimise them.
     Point position;
     /// Where the client is without its ties.
     PixelRect client;
@@ -84,6 +86,8 @@ class AwayWindows {
   Connection& connection_;
   const ScreenLayout& layout_;
   std::map<xcb_window_t, Home> homes_;
+  /// The last position that was told, and whose.
+  std::optional<std::pair<xcb_window_t, Point>> told_;
 };
 
 }  // namespace vistrel::platform::linux_desktop
