@@ -4,6 +4,7 @@
 
 #include "platform/linux/x11/RunningInstance.h"
 #include "platform/linux/x11/ServedConnection.h"
+#include "platform/linux/x11/ServerGrab.h"
 #include "platform/linux/x11/StartupNotification.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -58,17 +59,13 @@ xcb_window_t InstanceClaim::takeFrom(xcb_window_t silent) {
   const auto selection = connection_->atom(instanceSelection);
   // So that of several starts at the same moment one alone finds the claim free. Nobody comes in
   // between, hence the current time will do.
-  xcb_grab_server(xcb);
+  const ServerGrab grab(*connection_);
   const auto reply =
       replyTo<xcb_get_selection_owner_reply>(xcb, xcb_get_selection_owner(xcb, selection));
-  xcb_window_t owner = reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
-  if (owner == XCB_WINDOW_NONE || owner == silent) {
-    owner = window_.id();
-    xcb_set_selection_owner(xcb, owner, selection, XCB_CURRENT_TIME);
-  }
-  xcb_ungrab_server(xcb);
-  connection_->sync();
-  return owner;
+  const xcb_window_t owner = reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+  if (owner != XCB_WINDOW_NONE && owner != silent) return owner;
+  xcb_set_selection_owner(xcb, window_.id(), selection, XCB_CURRENT_TIME);
+  return window_.id();
 }
 
 void InstanceClaim::serveOn(SerialQueue& queue) {
