@@ -84,8 +84,9 @@ bool mirrorWindows(DemoDesktop& desktop, const std::string& program) {
   desktop.mirror(builder, 1);
   const PanelOnScreen mirror = desktop.mirror(tide, 2);
   std::cout << "Double-clicked rows of the picker: panels mirror the windows.\n";
+  // To below the first, close enough that it jumps onto its edges.
   const Point from = mirror.titleBar();
-  desktop.hand().drag(from, {from.x + 240, from.y - 20}, 40);
+  desktop.hand().drag(from, {from.x - 22, from.y + 152}, 40);
   // In the open, so that what it shows can be compared.
   desktop.activate(desktop.windowOf(tide));
   const bool followed = follows(desktop, desktop.windowOf(tide), mirror);
