@@ -47,6 +47,7 @@ std::vector<ListedMonitor> monitorsOf(Connection& connection) {
 
 std::vector<PixelRect> areasOf(const std::vector<ListedMonitor>& monitors) {
   std::vector<PixelRect> areas;
+  areas.reserve(monitors.size());
   for (const auto& each : monitors) areas.push_back(each.area);
   return areas;
 }
