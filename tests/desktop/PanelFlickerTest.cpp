@@ -68,9 +68,11 @@ class PanelFlicker : public DesktopTestWithManager {
     sizes_.clear();
   }
 
-  /// One manager puts its picture out in parts, and a shot may come between two of them, however
+  /// Compositors put their picture out in parts, and a shot may come between two of them, however
   /// long that takes. There a shot counts once the panel is whole in it.
-  static bool isPutOutInParts() { return GetParam() == WindowManager::mutter; }
+  static bool isPutOutInParts() {
+    return GetParam() == WindowManager::mutter || GetParam() == WindowManager::xfwm4Compositing;
+  }
 
   std::unique_ptr<TestWindow> source_;
   std::vector<Picture> shots_;
