@@ -1,5 +1,7 @@
 #include "tests/support/WindowManager.h"
 
+#include <ostream>
+
 namespace vistrel::testbed {
 
 std::string_view nameOf(WindowManager manager) {
@@ -17,6 +19,8 @@ std::string_view nameOf(WindowManager manager) {
   }
   return "None";
 }
+
+void PrintTo(WindowManager manager, std::ostream* out) { *out << nameOf(manager); }
 
 std::vector<std::string> commandOf(WindowManager manager) {
   switch (manager) {

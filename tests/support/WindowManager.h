@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,8 @@ inline constexpr WindowManager windowManagers[] = {WindowManager::openbox, Windo
 
 /// As a part of a test's name: letters and digits.
 std::string_view nameOf(WindowManager manager);
+/// For GoogleTest, which names tests by their parameters.
+void PrintTo(WindowManager manager, std::ostream* out);
 
 /// The program and its arguments; empty for none.
 std::vector<std::string> commandOf(WindowManager manager);
