@@ -1,3 +1,5 @@
+#include <csignal>
+
 #include "tests/desktop/DesktopTest.h"
 #include "tests/support/PointerLook.h"
 
@@ -111,6 +113,35 @@ TEST_F(PanelGesture, RollsByAndByWithItsTopEdgeFixed) {
   EXPECT_TRUE(eventually([&] {
     const bool isSeenRollingUp = isSeenRollingTo(rolled);
     return isSeenRollingTo(full) && isSeenRollingUp;
+  }));
+}
+
+TEST_F(PanelGesture, ARollWhoseLastStepsComeLateEndsWhole) {
+  constexpr std::uint32_t longerThanARoll = 400;
+  const PanelOnScreen panel = openPanel();
+  const Rect full = panel.area();
+  const auto isHaltedRollingDown = [&] {
+    input_.rest(betweenClicks);
+    input_.clickAt(panel.titleBar(), 2);
+    EXPECT_TRUE(becomes(panel, {full.x, full.y, full.width, rolledUp}));
+    input_.rest(betweenClicks);
+    input_.clickAt(panel.titleBar(), 2);
+    int height = rolledUp;
+    EXPECT_TRUE(eventually([&] {
+      height = panel.area().height;
+      return height > rolledUp;
+    }));
+    vistrel_->process().sendSignal(SIGSTOP);
+    return height < full.height;
+  };
+  // On a busy machine a roll may be over before it is seen.
+  EXPECT_TRUE(eventually([&] {
+    const bool isOnTheWay = isHaltedRollingDown();
+    input_.rest(longerThanARoll);
+    input_.moveTo(panel.titleBar());
+    vistrel_->process().sendSignal(SIGCONT);
+    EXPECT_TRUE(becomes(panel, full));
+    return isOnTheWay;
   }));
 }
 

@@ -197,12 +197,10 @@ void PanelPeer::endRoll() {
 }
 
 void PanelPeer::showRolled() {
-  if (!roll_.isRunning()) {
-    unrolled_.reset();
-    return repaint();
-  }
   ask();
-  showChrome(topOf(*unrolled_, roll_.height()));
+  if (roll_.isRunning()) return showChrome(topOf(*unrolled_, roll_.height()));
+  unrolled_.reset();
+  repaint();
 }
 
 void PanelPeer::ask() {
