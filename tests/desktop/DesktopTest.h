@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <iostream>
 #include <memory>
@@ -9,6 +10,7 @@
 #include "tests/desktop/RunningVistrel.h"
 #include "tests/support/EachWindowManager.h"
 #include "tests/support/InputDriver.h"
+#include "tests/support/Ping.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
 #include "tests/support/TestWindow.h"
@@ -76,8 +78,22 @@ class DesktopTest : public ::testing::Test {
     return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
   }
 
+  /// Waits until the program has asked the manager for all that follows from what has happened to
+  /// it so far, such as to come forward: none of that can undo what the test asks for next.
+  void letProgramCatchUp() {
+    for (const xcb_window_t window : windowsOfProcess(connection_, vistrel_->process().pid())) {
+      const auto protocols = connection_.numbers(window, "WM_PROTOCOLS");
+      if (std::ranges::find(protocols, connection_.atom("_NET_WM_PING")) != protocols.end()) {
+        EXPECT_TRUE(answersPing(display_.name(), window));
+        return;
+      }
+    }
+  }
   /// Has the manager activate the window.
   void activate(xcb_window_t window) {
+    if (vistrel_) {
+      letProgramCatchUp();
+    }
     connection_.sendToManager(window, "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
     EXPECT_TRUE(eventually([&] { return activeWindow() == window; }));
   }
