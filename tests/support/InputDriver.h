@@ -51,6 +51,8 @@ class InputDriver {
 
  private:
   void fake(std::uint8_t event, std::uint8_t detail, Point point = {});
+  /// The same, without waiting for the server.
+  void request(std::uint8_t event, std::uint8_t detail, Point point = {});
   std::uint8_t keycodeOf(std::uint32_t keysym) const;
 
   const XConnection* connection_;

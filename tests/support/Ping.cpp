@@ -8,7 +8,9 @@ bool answersPing(const std::string& display, xcb_window_t window) {
   const XConnection connection(display);
   const xcb_atom_t protocols = connection.atom("WM_PROTOCOLS");
   const xcb_atom_t ping = connection.atom("_NET_WM_PING");
-  constexpr std::uint32_t answersToRoot = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+  // Managers get the answer, by "substructure redirect"; one toolkit sends it for the other kind.
+  constexpr std::uint32_t answersToRoot =
+      XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK,
                                &answersToRoot);
   // Managers ask too. Their messages hold the server's time here.
