@@ -81,13 +81,12 @@ class DesktopTest : public ::testing::Test {
   /// Waits until the program has asked the manager for all that follows from what has happened to
   /// it so far, such as to come forward: none of that can undo what the test asks for next.
   void letProgramCatchUp() {
-    for (const xcb_window_t window : windowsOfProcess(connection_, vistrel_->process().pid())) {
-      const auto protocols = connection_.numbers(window, "WM_PROTOCOLS");
-      if (std::ranges::find(protocols, connection_.atom("_NET_WM_PING")) != protocols.end()) {
-        EXPECT_TRUE(answersPing(display_.name(), window));
-        return;
-      }
-    }
+    EXPECT_TRUE(eventually([&] {
+      const auto windows = windowsOfProcess(connection_, vistrel_->process().pid());
+      const auto asked = std::ranges::find_if(
+          windows, [&](xcb_window_t window) { return takesPing(connection_, window); });
+      return asked == windows.end() || answersPing(display_.name(), *asked);
+    }));
   }
   /// Has the manager activate the window.
   void activate(xcb_window_t window) {
