@@ -195,6 +195,31 @@ TEST_F(Accessibility, TheGripResizesInStepsDownToTheMinimum) {
   })) << panel.area();
 }
 
+TEST_F(Accessibility, EachStepCountsWhileTheManagerIsHeldUp) {
+  constexpr std::uint32_t longerThanAFreeManagerTakes = 2500;
+  const auto source = openSource();
+  startReading(1);
+  const PanelOnScreen panel = pressRow(0);
+  const Accessible grip = panelWindow().only("grip", "Resize");
+  const Rect before = panel.area();
+  const auto isLargerBy = [&](int steps) {
+    return eventually([&] {
+      return panel.area() ==
+             Rect{before.x, before.y, before.width + 40 * steps, before.height + 40 * steps};
+    });
+  };
+  grip.perform("Increase");
+  ASSERT_TRUE(isLargerBy(1)) << panel.area();
+  const pid_t manager = display_.windowManagerPid();
+  ::kill(manager, SIGSTOP);
+  grip.perform("Increase");
+  input_.rest(longerThanAFreeManagerTakes);
+  input_.moveTo({1200, 1000});
+  grip.perform("Increase");
+  ::kill(manager, SIGCONT);
+  EXPECT_TRUE(isLargerBy(3)) << panel.area();
+}
+
 TEST_F(Accessibility, AVanishedSourceIsAnnounced) {
   auto source = openSource();
   startReading(1);

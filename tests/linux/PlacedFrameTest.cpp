@@ -92,6 +92,35 @@ TEST(PlacedFrame, WhatIsHeardLastCountsOnceNothingIsUnderWay) {
   EXPECT_EQ(placed.current(), a);
 }
 
+TEST(PlacedFrame, ADesktopThatHasConfirmedOlderFramesAloneIsBehind) {
+  PlacedFrame placed;
+  placed.ask(a);
+  EXPECT_FALSE(placed.isBehind()) << "it has said nothing yet";
+  placed.hear(a);
+  EXPECT_FALSE(placed.isBehind());
+  placed.ask(b);
+  placed.ask(c);
+  EXPECT_TRUE(placed.isBehind());
+  placed.hear(a);
+  EXPECT_TRUE(placed.isBehind()) << "it says the same once more";
+  placed.hear(b);
+  EXPECT_TRUE(placed.isBehind());
+  placed.hear(c);
+  EXPECT_FALSE(placed.isBehind());
+}
+
+TEST(PlacedFrame, ADesktopThatDecidesOtherwiseIsNotBehind) {
+  PlacedFrame placed;
+  placed.ask(a);
+  placed.hear(a);
+  placed.ask(b);
+  placed.hear(elsewhere);
+  EXPECT_FALSE(placed.isBehind());
+  placed.ask(c);
+  placed.hear(elsewhere);
+  EXPECT_FALSE(placed.isBehind());
+}
+
 TEST(PlacedFrame, NothingIsRefusedThatWasAnswered) {
   PlacedFrame placed;
   placed.ask(a);

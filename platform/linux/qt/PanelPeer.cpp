@@ -19,8 +19,10 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-/// Managers answer within milliseconds. One that takes longer is believed too soon, until it does.
+/// Managers answer within milliseconds, on a busy machine later. One that takes longer is believed
+/// too soon, until it does.
 constexpr std::chrono::milliseconds longSilence{1500};
+constexpr std::chrono::milliseconds longSilenceWhenBehind{6000};
 
 QString nativeTitle(const Window& window) {
   if (window.title().empty()) return QStringLiteral("Vistrel");
@@ -34,7 +36,6 @@ PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host)
   repaint_.setSingleShot(true);
   QObject::connect(&repaint_, &QTimer::timeout, &repaint_, [this] { repaint(); });
   lastAnswer_.setSingleShot(true);
-  lastAnswer_.setInterval(longSilence);
   QObject::connect(&lastAnswer_, &QTimer::timeout, &lastAnswer_, [this] { believeDesktop(); });
 }
 
@@ -210,7 +211,7 @@ void PanelPeer::ask() {
   const auto [geometry, pixels] = toolkitPlace(pixelRect(room), *native_->screen());
   const QRect formerGeometry = askedGeometry();
   if (!placed_.ask(pixels)) return;
-  lastAnswer_.start();
+  awaitLastAnswer();
   placeNative(*native_, formerGeometry, geometry, wholePoints(window_.contentMinSize()));
 }
 
@@ -236,10 +237,14 @@ void PanelPeer::nativeWasPlaced() {
   if (!pixels) return;
   const QRect place = toolkitRect(*pixels);
   if (lastAnswer_.isActive()) {  // an answer to an older request must not undo a newer one
-    lastAnswer_.start();
-    return placed_.hear(place);
+    placed_.hear(place);
+    return awaitLastAnswer();
   }
   if (placed_.isMovedTo(place)) adoptPlace(place);
+}
+
+void PanelPeer::awaitLastAnswer() {
+  lastAnswer_.start(placed_.isBehind() ? longSilenceWhenBehind : longSilence);
 }
 
 void PanelPeer::believeDesktop() {

@@ -61,6 +61,7 @@ class PanelPeer final : public HostedPeer {
   QRect askedGeometry() const;
   void belongTo(const LaidOutMonitor& monitor);
   void nativeWasPlaced();
+  void awaitLastAnswer();
   void believeDesktop();
   void adoptPlace(const QRect& place);
   void scheduleRepaint();

@@ -24,8 +24,9 @@ bool PlacedFrame::ask(const QRect& frame) {
 bool PlacedFrame::isMovedTo(const QRect& frame) {
   // Managers say a frame more than once (ICCCM 4.1.5 has them send what the server tells as well),
   // the later time perhaps when the next one is on its way.
-  const bool isRepeated = frame == std::exchange(told_, frame);
-  if (confirms(frame) || (isRepeated && !underWay_.empty())) return false;
+  const bool isRepeated = frame == told_;
+  hear(frame);
+  if (isConfirmation_ || (isRepeated && !underWay_.empty())) return false;
   underWay_.clear();
   if (frame == current_) return false;
   current_ = frame;
@@ -33,8 +34,8 @@ bool PlacedFrame::isMovedTo(const QRect& frame) {
 }
 
 void PlacedFrame::hear(const QRect& frame) {
-  told_ = frame;
-  confirms(frame);
+  const bool isRepeated = frame == std::exchange(told_, frame);
+  isConfirmation_ = confirms(frame) || (isRepeated && isConfirmation_);
 }
 
 bool PlacedFrame::isRefused() {

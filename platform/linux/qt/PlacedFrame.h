@@ -25,6 +25,9 @@ class PlacedFrame {
   /// The desktop says that the window is at `frame`, while more may be under way: nothing is
   /// decided before `isRefused` is asked.
   void hear(const QRect& frame);
+  /// Whether the desktop's last word was about a frame that code asked for before others: it is
+  /// likely to be busy, and to answer those too.
+  bool isBehind() const { return isConfirmation_ && !isAnswered(); }
   /// The desktop has said nothing for so long that everything must be answered: whether the window
   /// stays where it was said to be last, which is not where code wants it.
   bool isRefused();
@@ -33,8 +36,9 @@ class PlacedFrame {
   bool confirms(const QRect& frame);
 
   QRect current_;
-  QRect told_;                  // what the desktop said last
-  std::deque<QRect> underWay_;  // oldest first
+  QRect told_;                   // what the desktop said last
+  bool isConfirmation_ = false;  // what it said last
+  std::deque<QRect> underWay_;   // oldest first
 };
 
 }  // namespace vistrel::platform::linux_desktop
