@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "tests/support/ManagerProbe.h"
+
 namespace vistrel::testbed {
 namespace {
 
@@ -60,6 +62,8 @@ Picture ManagedTest::settledScreen() const {
   Picture screen;
   int looks = 0;
   EXPECT_TRUE(eventually([&] {
+    // One that is held up paints nothing, which proves nothing.
+    awaitManager(connection());
     const Picture former = std::exchange(screen, session_.screen().readAll());
     looks = screen == former ? looks + 1 : 0;
     return looks == looksAlike;

@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "tests/support/ManagerProbe.h"
 #include "tests/support/XConnection.h"
 
 extern char** environ;
@@ -39,36 +40,6 @@ std::string readLine(const FileDescriptor& descriptor) {
 [[noreturn]] void failToStart(const std::string& program, const ChildProcess& child) {
   throw std::runtime_error(program + " did not start: " + child.standardError());
 }
-
-// EWMH 1.5, _NET_SUPPORTING_WM_CHECK: the root window names a window that names itself.
-bool isManaged(const XConnection& connection) {
-  const auto check = connection.numbers(connection.root(), "_NET_SUPPORTING_WM_CHECK");
-  return !check.empty() && connection.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") == check;
-}
-
-// The check window stands before the manager turns to its events, and some managers overlook what
-// came in between until the next event. So it is ready once it has answered a question (EWMH 1.5,
-// _NET_REQUEST_FRAME_EXTENTS), asked anew each time.
-class ReadinessProbe {
- public:
-  explicit ReadinessProbe(const XConnection& connection)
-      : connection_(connection), window_(xcb_generate_id(connection.get())) {
-    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window_, connection.root(), 0, 0, 1,
-                      1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-  }
-
-  bool isAnswered() const {
-    if (!isManaged(connection_)) {
-      return false;
-    }
-    connection_.sendToManager(window_, "_NET_REQUEST_FRAME_EXTENTS", {});
-    return !connection_.numbers(window_, "_NET_FRAME_EXTENTS").empty();
-  }
-
- private:
-  const XConnection& connection_;
-  xcb_window_t window_;
-};
 
 }  // namespace
 
@@ -186,7 +157,8 @@ void PrivateDisplay::startWindowManager(WindowManager manager) {
   if (former && !former->waitForEnd()) {
     throw std::runtime_error("the former window manager does not leave");
   }
-  const ReadinessProbe probe(connection);
+  // What it says of itself on the root window stands before it turns to its events.
+  const ManagerProbe probe(connection);
   if (!eventually([&] { return probe.isAnswered() || windowManager_->ending(); }) ||
       windowManager_->ending()) {
     failToStart(command.arguments.front(), *windowManager_);

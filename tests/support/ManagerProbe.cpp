@@ -1,0 +1,44 @@
+#include "tests/support/ManagerProbe.h"
+
+#include <stdexcept>
+
+#include "tests/support/Poll.h"
+
+namespace vistrel::testbed {
+namespace {
+
+// EWMH 1.5, _NET_SUPPORTING_WM_CHECK: the root window names a window that names itself.
+bool isManaged(const XConnection& connection) {
+  const auto check = connection.numbers(connection.root(), "_NET_SUPPORTING_WM_CHECK");
+  return !check.empty() && connection.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") == check;
+}
+
+}  // namespace
+
+ManagerProbe::ManagerProbe(const XConnection& connection)
+    : connection_(connection), window_(xcb_generate_id(connection.get())) {
+  xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window_, connection.root(), 0, 0, 1, 1,
+                    0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+}
+
+ManagerProbe::~ManagerProbe() {
+  xcb_destroy_window(connection_.get(), window_);
+  connection_.sync();
+}
+
+bool ManagerProbe::isAnswered() const {
+  if (!isManaged(connection_)) {
+    return false;
+  }
+  connection_.sendToManager(window_, "_NET_REQUEST_FRAME_EXTENTS", {});
+  return !connection_.numbers(window_, "_NET_FRAME_EXTENTS").empty();
+}
+
+void awaitManager(const XConnection& connection) {
+  const ManagerProbe probe(connection);
+  if (!eventually([&] { return probe.isAnswered() || !isManaged(connection); })) {
+    throw std::runtime_error("the window manager does not answer");
+  }
+}
+
+}  // namespace vistrel::testbed

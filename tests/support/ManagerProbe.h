@@ -1,0 +1,30 @@
+#pragma once
+
+#include "tests/support/XConnection.h"
+
+namespace vistrel::testbed {
+
+/// A question to the display's window manager (EWMH 1.5, _NET_REQUEST_FRAME_EXTENTS), which it
+/// answers once it has dealt with all that it was told before. About a window that nobody sees.
+class ManagerProbe {
+ public:
+  /// `connection` outlives this object.
+  explicit ManagerProbe(const XConnection& connection);
+  ~ManagerProbe();
+  ManagerProbe(const ManagerProbe&) = delete;
+  ManagerProbe& operator=(const ManagerProbe&) = delete;
+
+  /// Whether a manager runs and has answered. Asks anew each time, since some managers overlook
+  /// what comes in while they start.
+  bool isAnswered() const;
+
+ private:
+  const XConnection& connection_;
+  const xcb_window_t window_;
+};
+
+/// Waits until the manager, if any, has dealt with all that it was told so far. Throws
+/// std::runtime_error when it does not by a generous deadline.
+void awaitManager(const XConnection& connection);
+
+}  // namespace vistrel::testbed
