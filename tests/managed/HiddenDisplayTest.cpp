@@ -1,6 +1,7 @@
 #include <xcb/randr.h>
 #include <xcb/xtest.h>
 
+#include "tests/managed/LazyManager.h"
 #include "tests/managed/ParkingBed.h"
 #include "tests/support/MonitorReport.h"
 #include "tests/support/Monitors.h"
@@ -169,6 +170,14 @@ TEST(HiddenDisplayUnderAManagerThatIgnoresIt, IsRefusedAndLeavesNoTrace) {
   EXPECT_TRUE(bed.session().desktop().virtualDisplays()->hostsVirtualDisplays());
   EXPECT_FALSE(bed.makeDisplay(1000, 800).has_value());
   EXPECT_EQ(monitorReport(bed.session().display()), before);
+}
+
+TEST(HiddenDisplayUnderAManagerThatIsLate, IsMadeAllTheSame) {
+  ParkingBed bed({"", DisplayServer::growable, WindowManager::none, true});
+  const LazyManager manager(bed.session().display().name());
+  const auto display = bed.makeDisplay(1000, 800);
+  ASSERT_TRUE(display.has_value());
+  EXPECT_EQ(bed.boundsOf(*display), (Rect{1280, 0, 1000, 800}));
 }
 
 }  // namespace

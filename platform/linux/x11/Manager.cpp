@@ -113,8 +113,11 @@ bool managerReaches(Connection& connection, const PixelRect& area) {
   awaitManager(connection);
   // EWMH: the size of every desktop. A manager that leaves out what no output shows does not count
   // it in here either.
-  return awaitProperty(connection, connection.root(), grace,
-                       [&] { return covers(connection, area); });
+  const auto isCovered = [&] { return covers(connection, area); };
+  if (awaitProperty(connection, connection.root(), grace, isCovered)) return true;
+  // It may have been held up all the while.
+  awaitManager(connection);
+  return isCovered();
 }
 
 }  // namespace vistrel::platform::linux_desktop
