@@ -5,6 +5,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "tests/managed/LazyManager.h"
 #include "tests/managed/ParkingBed.h"
 #include "tests/support/ManagerProbe.h"
 #include "tests/support/MonitorReport.h"
@@ -324,6 +325,18 @@ TEST(ParkedUnderAManagerThatHangs, AWindowIsAskedToGoAndNobodyWaitsForEver) {
     EXPECT_TRUE(eventually([&] { return window.area() != home; }));
   }
   EXPECT_TRUE(eventually([&] { return window.area() == home; }));
+}
+
+TEST(ParkedUnderAManagerThatIsLate, AWindowIsNotSoughtWhereItIsAboutToLeave) {
+  ParkingBed bed({"", DisplayServer::growable, WindowManager::none, true});
+  const TestWindow window(bed.session().display().name(), {.area = {300, 250, 400, 300}});
+  const LazyManager manager(bed.session().display().name());
+  {
+    const ParkedWindow parked(bed, window.id());
+    awaitManager(bed.connection());
+    ASSERT_GE(window.area().x, screenWidth);
+  }
+  EXPECT_EQ(ParkingBed::positionOf(*bed.elementOf(window.id())), (platform::Point{300, 250}));
 }
 
 TEST(OtherProgramsWindows, CannotBeReachedWithoutAManager) {

@@ -23,6 +23,8 @@ AwayWindows::~AwayWindows() {
 }
 
 std::optional<Point> AwayWindows::positionOf(xcb_window_t window) {
+  // It may still be on its way to where it was last asked to be.
+  awaitManager(connection_);
   const auto place = placeOf(window);
   if (!place) return std::nullopt;
   told_ = {window, pointsOf(*place)};

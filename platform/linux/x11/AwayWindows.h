@@ -33,7 +33,8 @@ class AwayWindows {
   /// Gives back all that are still away.
   ~AwayWindows();
 
-  /// None for a window that has gone.
+  /// Once the manager has done what it was asked before, which it gets two seconds for. None for a
+  /// window that has gone.
   std::optional<Point> positionOf(xcb_window_t window);
   /// Returns once the manager has been told; it may have its own mind. False for a window that has
   /// gone.
