@@ -64,6 +64,14 @@ class KeepAwake : public ContextMenuUser {
 class KeepAwakeOnAScreenThatGrows : public KeepAwake {
  protected:
   KeepAwakeOnAScreenThatGrows() : KeepAwake({.server = DisplayServer::growable}) {}
+
+  /// Starts the program once more, which ends by itself.
+  void startAnother() {
+    ChildProcess another(RunningVistrel::command({"--vddiag"}, display_.environment()));
+    const auto ending = another.waitForEnd();
+    ASSERT_TRUE(ending.has_value());
+    EXPECT_EQ(ending->exitStatus, 0);
+  }
 };
 
 TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceIsOutOfSightAndLiveUntilItIsTakenBack) {
@@ -78,7 +86,7 @@ TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceIsOutOfSightAndLiveUntilItIsTakenBa
   EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
   choose(openMenu(panel), hideThis);
   EXPECT_TRUE(isBack({0, 0, screenWidth, screenHeight}));
-  EXPECT_TRUE(hasState(connection_, source_->id(), fullScreen));
+  EXPECT_TRUE(eventually([&] { return hasState(connection_, source_->id(), fullScreen); }));
   EXPECT_TRUE(eventually([&] { return monitors() == before; }));
 }
 
@@ -95,6 +103,21 @@ TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackWhenTheProgramEnds) {
   EXPECT_EQ(vistrel_->process().standardError(), "");
   vistrel_.reset();
   EXPECT_TRUE(isBack(home));
+  EXPECT_EQ(monitors(), before);
+}
+
+TEST_F(KeepAwakeOnAScreenThatGrows, TheDisplayOfAProgramThatWasKilledIsTidiedUpByTheNextOne) {
+  const std::string before = monitors();
+  choose(openMenu(openPanel()), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  const std::string parked = monitors();
+  startAnother();
+  EXPECT_EQ(monitors(), parked) << "somebody still has it";
+  vistrel_->process().sendSignal(SIGKILL);
+  ASSERT_TRUE(vistrel_->process().waitForEnd().has_value());
+  vistrel_.reset();
+  EXPECT_EQ(monitors(), parked);
+  startAnother();
   EXPECT_EQ(monitors(), before);
 }
 
