@@ -6,7 +6,9 @@
 namespace vistrel::platform::linux_desktop {
 
 /// Other programs' windows by way of the window manager. X11 asks nobody for a permission: what
-/// there has to be is a manager that moves windows on request (EWMH, _NET_MOVERESIZE_WINDOW).
+/// there has to be is a manager that moves windows on request (EWMH, _NET_MOVERESIZE_WINDOW), and
+/// nothing else counts. So there are no settings to show either, unless some program of the desktop
+/// serves their URL.
 class X11Accessibility final : public AccessibilityBackend {
  public:
   /// Both outlive this object, which outlives its elements. Windows that are not where they were
