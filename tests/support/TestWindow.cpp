@@ -6,6 +6,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "tests/support/ManagerProbe.h"
 #include "tests/support/Poll.h"
 #include "tests/support/XWindows.h"
 
@@ -197,6 +198,7 @@ void TestWindow::minimise() {
   waitUntil("minimised", [&] {
     return !isViewable(connection_, id_) || hasState(connection_, id_, "_NET_WM_STATE_HIDDEN");
   });
+  awaitManager(connection_);
 }
 
 void TestWindow::raiseAbove(const TestWindow& other) {
