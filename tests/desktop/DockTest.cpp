@@ -30,23 +30,31 @@ class Docks : public DesktopTest {
   ::testing::AssertionResult snaps(const PanelOnScreen& panel, Point proposed, Point snapped) {
     const Rect start = panel.area();
     const Point from = panel.contents().centre();
-    const Point to{from.x + proposed.x - start.x, from.y + proposed.y - start.y};
-    // On an axis without a line near it the panel goes as the hand trembles.
-    const auto isThere = [&](Rect area) {
-      return (proposed.x == snapped.x || area.x == snapped.x) &&
-             (proposed.y == snapped.y || area.y == snapped.y);
+    const auto moveHand = [&](int aside) {
+      input_.moveTo({from.x + proposed.x - start.x + aside, from.y + proposed.y - start.y + aside});
+    };
+    // On an axis without a line near it the panel goes with the hand.
+    const auto hasSnapped = [&](int aside) {
+      const Rect area = panel.area();
+      return area.x == (proposed.x == snapped.x ? proposed.x + aside : snapped.x) &&
+             area.y == (proposed.y == snapped.y ? proposed.y + aside : snapped.y);
     };
     input_.moveTo(from);
     input_.press();
     int tremor = 0;
-    const bool hasSnapped = eventually([&] {
+    const bool isThere = eventually([&] {
       tremor = 1 - tremor;
-      input_.moveTo({to.x + tremor, to.y});
-      return isThere(panel.area());
+      moveHand(tremor);
+      return hasSnapped(0) || hasSnapped(1);
     });
+    // Where the hand has not been before: once the panel is there, no older move is on its way,
+    // which would have it jump by what the docks are next.
+    constexpr int last = 2;
+    moveHand(last);
+    const bool isAtRest = isThere && eventually([&] { return hasSnapped(last); });
     input_.release();
     input_.rest(betweenClicks);
-    if (hasSnapped) {
+    if (isAtRest) {
       return ::testing::AssertionSuccess();
     }
     return ::testing::AssertionFailure() << panel.area();
