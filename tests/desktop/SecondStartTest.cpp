@@ -210,6 +210,17 @@ TEST_F(Instances, OfSeveralStartsAtOnceOneStays) {
   EXPECT_TRUE(eventually([&] { return isInstance(connection_, *next); }));
 }
 
+TEST_F(Instances, EachDisplayHasOneWhicheverSessionBusesAreUsed) {
+  startVistrel();
+  vistrel_->picker();
+  const PrivateDisplay other;
+  ChildProcess second(RunningVistrel::command({}, environmentOnBus(display_, other.busAddress())));
+  EXPECT_TRUE(leavesItToAnother(second));
+  ChildProcess onOther(RunningVistrel::command({}, environmentOnBus(other, display_.busAddress())));
+  const XConnection connection(other.name());
+  EXPECT_TRUE(eventually([&] { return isInstance(connection, onOther); }));
+}
+
 // The starts below wait for an answer at the same time.
 TEST_F(Instances, OneThatDoesNotAnswerKeepsNobodyFromStarting) {
   const PrivateDisplay other;

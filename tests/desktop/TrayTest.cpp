@@ -333,10 +333,8 @@ TEST_P(TrayClick, ShowsThePickerWithTheKeyboardWhereverItWas) {
 }
 
 TEST_F(Tray, WithoutASessionBusThereIsNoneAndTheProgramRuns) {
-  std::vector<std::string> environment = display_.environment();
-  std::erase_if(environment, [](const std::string& each) { return each.starts_with("DBUS_"); });
-  environment.emplace_back("DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere");
-  ChildProcess program(RunningVistrel::command({}, environment));
+  ChildProcess program(
+      RunningVistrel::command({}, environmentOnBus(display_, "unix:path=/nowhere")));
   const auto hasPicker = [&] {
     const auto windows = windowsOfProcess(connection_, program.pid());
     return std::ranges::any_of(windows, [&](xcb_window_t window) {
