@@ -38,7 +38,9 @@ class Photographer {
     takePicker();
     takeAbout();
     const PanelOnScreen panel = desktop_.mirror(tide, 1);
-    dragTo(panel, {60, 60}, {60, 60});
+    // There the menu over it lies beside all other windows.
+    constexpr Point corner{24, 24};
+    dragTo(panel, corner, corner);
     takePanel(panel);
     takeContextMenu(panel);
     takeRolledUp(panel);
@@ -54,7 +56,7 @@ class Photographer {
     desktop_.activate(picker);
     // EWMH 1.5, _NET_MOVERESIZE_WINDOW: x alone, by a pager
     constexpr std::uint32_t xByPager = 1 << 8 | 2 << 12;
-    constexpr std::uint32_t aside = 1425;
+    constexpr std::uint32_t aside = 1432;
     desktop_.connection().sendToManager(picker, "_NET_MOVERESIZE_WINDOW", {xByPager, aside});
     await("the picker did not go aside", [&] { return pickerFrame().x > 1400; });
   }
@@ -80,7 +82,7 @@ class Photographer {
 
   /// With the lists of windows that it opens.
   void takeTrayMenu() {
-    const Rect bar{60, 920, 320, 24};
+    const Rect bar{1480, 860, 320, 24};
     EmbeddingTray tray(desktop_.display().name(), bar);
     const xcb_window_t icon = tray.icon();
     const Rect area = areaOf(desktop_.connection(), icon).value();
@@ -88,7 +90,9 @@ class Photographer {
     await("the icon is not drawn",
           [&] { return screen.readAll().at(area.centre()) != EmbeddingTray::grey; });
     desktop_.hand().rest(betweenClicks);
-    desktop_.hand().clickAt(area.centre(), 1, InputDriver::Button::right);
+    // The menu opens below the pointer, and is to leave the icon to be seen.
+    const Point foot{area.centre().x, area.y + area.height - 1};
+    desktop_.hand().clickAt(foot, 1, InputDriver::Button::right);
     const auto isMenu = [&](xcb_window_t window) {
       return window != icon && isUnmanaged(desktop_.connection(), window);
     };
