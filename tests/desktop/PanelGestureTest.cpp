@@ -20,9 +20,11 @@ class PanelGesture : public DesktopTest {
   }
   // The second press moves before it ends.
   void doubleClickThatMoves(Point from, Point to) {
-    input_.clickAt(from);
-    input_.rest(InputDriver::betweenPresses);
-    input_.drag(from, to, 1);
+    input_.inOneGo([&] {
+      input_.clickAt(from);
+      input_.rest(InputDriver::betweenPresses);
+      input_.drag(from, to, 1);
+    });
   }
 
   std::unique_ptr<TestWindow> source_;

@@ -23,14 +23,14 @@ void InputDriver::release(Button button) {
   fake(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
 }
 
-// All at once, so that a double-click remains one however long this process is held up.
 void InputDriver::click(int count, Button button) {
-  for (int i = 0; i < count; ++i) {
-    if (i > 0) rest(betweenPresses);
-    request(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
-    request(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
-  }
-  connection_->sync();
+  inOneGo([&] {
+    for (int i = 0; i < count; ++i) {
+      if (i > 0) rest(betweenPresses);
+      press(button);
+      release(button);
+    }
+  });
 }
 
 void InputDriver::clickAt(Point point, int count, Button button) {
@@ -81,15 +81,15 @@ bool InputDriver::isTaken(std::uint32_t keysym, std::uint16_t modifiers) const {
 }
 
 void InputDriver::fake(std::uint8_t event, std::uint8_t detail, Point point) {
-  request(event, detail, point);
-  connection_->sync();
-}
-
-void InputDriver::request(std::uint8_t event, std::uint8_t detail, Point point) {
   constexpr std::uint8_t coreDevice = 0;
   xcb_test_fake_input(connection_->get(), event, detail, std::exchange(rest_, 0),
                       connection_->root(), static_cast<std::int16_t>(point.x),
                       static_cast<std::int16_t>(point.y), coreDevice);
+  deliver();
+}
+
+void InputDriver::deliver() const {
+  if (!isGathering_) connection_->sync();
 }
 
 std::uint8_t InputDriver::keycodeOf(std::uint32_t keysym) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 #include "tests/support/Rect.h"
 #include "tests/support/XConnection.h"
@@ -23,6 +24,16 @@ class InputDriver {
   void release(Button button = Button::left);
   /// Two presses within one millisecond of the server's clock are no double-click to toolkits.
   static constexpr std::uint32_t betweenPresses = 20;
+
+  /// All that `input` does with this hand follows without a pause, even while this process is held
+  /// up: programs tell a double-click from two clicks by the server's clock.
+  template <class Input>
+  void inOneGo(const Input& input) {
+    const bool isPartOfAnother = std::exchange(isGathering_, true);
+    input();
+    isGathering_ = isPartOfAnother;
+    deliver();
+  }
 
   /// Clicks where the pointer is, `count` times, fast enough for a double-click.
   void click(int count = 1, Button button = Button::left);
@@ -51,12 +62,13 @@ class InputDriver {
 
  private:
   void fake(std::uint8_t event, std::uint8_t detail, Point point = {});
-  /// The same, without waiting for the server.
-  void request(std::uint8_t event, std::uint8_t detail, Point point = {});
+  /// Unless more is to go with it.
+  void deliver() const;
   std::uint8_t keycodeOf(std::uint32_t keysym) const;
 
   const XConnection* connection_;
   std::uint32_t rest_ = 0;
+  bool isGathering_ = false;
 };
 
 /// Keysyms that tests type (X11/keysymdef.h).
