@@ -7,7 +7,6 @@
 #include "tests/desktop/DesktopTest.h"
 #include "tests/desktop/MenuOnScreen.h"
 #include "tests/support/AccessibilityBus.h"
-#include "tests/support/ManagerProbe.h"
 
 namespace vistrel::testbed {
 
@@ -51,17 +50,7 @@ class ContextMenuUser : public DesktopTest {
   }
   MenuOnScreen openMenu(const PanelOnScreen& panel) {
     return menuOpenedBy([&] {
-      input_.moveTo(panel.titleBar());
-      // Where nothing of the panel is drawn yet, or the manager still changes the windows' order, a
-      // press goes to what lies below.
-      int timesOnTop = 0;
-      EXPECT_TRUE(eventually([&] {
-        awaitManager(connection_);
-        const bool isOnTop =
-            topLevelUnderPointer(connection_) == topLevelOf(connection_, panel.id());
-        timesOnTop = isOnTop ? timesOnTop + 1 : 0;
-        return timesOnTop == 8;
-      }));
+      pointAt(panel, panel.titleBar());
       input_.click(1, InputDriver::Button::right);
     });
   }

@@ -10,6 +10,7 @@
 #include "tests/desktop/RunningVistrel.h"
 #include "tests/support/EachWindowManager.h"
 #include "tests/support/InputDriver.h"
+#include "tests/support/ManagerProbe.h"
 #include "tests/support/Ping.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
@@ -135,6 +136,20 @@ class DesktopTest : public ::testing::Test {
       return ::testing::AssertionSuccess();
     }
     return ::testing::AssertionFailure() << panel.area() << " instead of " << area;
+  }
+
+  /// Moves the pointer there, and waits until a press goes to the panel: where nothing of it is
+  /// drawn yet, or the manager has still to give its frame the panel's shape or the windows their
+  /// order, one goes to what lies below.
+  void pointAt(const PanelOnScreen& panel, Point there) {
+    input_.moveTo(there);
+    int timesOnTop = 0;
+    EXPECT_TRUE(eventually([&] {
+      awaitManager(connection_);
+      const bool isOnTop = topLevelUnderPointer(connection_) == topLevelOf(connection_, panel.id());
+      timesOnTop = isOnTop ? timesOnTop + 1 : 0;
+      return timesOnTop == 8;
+    }));
   }
 
   /// For whoever looks into a failure: what the screen showed at its end.

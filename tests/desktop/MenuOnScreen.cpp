@@ -47,6 +47,17 @@ std::string MenuOnScreen::lines() const {
 
 bool MenuOnScreen::isHighlighted(const std::string& title) const { return item(title).is(focused); }
 
+std::string MenuOnScreen::highlighted() const {
+  for (const Accessible& item : menu_.children()) {
+    try {
+      if (item.is(focused)) return item.name();
+    } catch (const BusError&) {
+      continue;  // the menu is being filled anew
+    }
+  }
+  return {};
+}
+
 MenuOnScreen MenuOnScreen::submenu(const std::string& title) const {
   const MenuOnScreen menu(item(title).children().at(0));
   if (!eventually([&] { return menu.isOpen(); })) {

@@ -21,6 +21,8 @@ class MenuOnScreen {
   Point line(const std::string& title) const { return item(title).area().centre(); }
   /// Whether that line is the one that a key or a click would choose.
   bool isHighlighted(const std::string& title) const;
+  /// The title of that line; empty while there is none.
+  std::string highlighted() const;
   /// What that line opens, once it is open. Throws std::runtime_error when it does not open.
   MenuOnScreen submenu(const std::string& title) const;
 

@@ -9,24 +9,13 @@ class PanelPlace : public DesktopTestWithManager {
  protected:
   PanelPlace() : source_(openSource()) {}
 
-  ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
-    if (eventually([&] { return panel.area() == area; })) {
-      return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << panel.area() << " instead of " << area;
-  }
   void dragBy(const PanelOnScreen& panel, Point by) {
     const Point from = panel.titleBar();
     input_.drag(from, {from.x + by.x, from.y + by.y});
   }
   void resizeBy(const PanelOnScreen& panel, Point by) {
-    // Where nothing of the panel is drawn yet, a press goes to what lies below.
-    EXPECT_TRUE(eventually([&] {
-      const Rect area = panel.area();
-      const Point atRightEdge{area.x + area.width - 3, area.y + area.height * 6 / 10};
-      return similar(screen_.pixel(atRightEdge), yellow, 6);
-    }));
     const Point from = panel.grip();
+    pointAt(panel, from);
     input_.drag(from, {from.x + by.x, from.y + by.y}, 20);
   }
   void doubleClick(const PanelOnScreen& panel) {
