@@ -29,7 +29,7 @@ class GlobalMenuTest : public DesktopTest {
 };
 
 TEST_F(GlobalMenuTest, TheDesktopsOwnBarOffersWhatThePickersDoes) {
-  const auto source = openSource();
+  const auto source = openSource({.title = "Save & &Close a_b", .decorated = false});
   const xcb_window_t picker = start();
   EXPECT_EQ(menu_.outline(picker), R"(Vistrel
   About Vistrel
@@ -48,10 +48,10 @@ Window
 )");
   EXPECT_TRUE(opensWith(picker, "Window", "Minimize\nClose\n---\nVistrel\n"));
   EXPECT_TRUE(opensWith(picker, "Focus Mirror", "(No window mirrors open)\n"));
-  EXPECT_TRUE(opensWith(picker, "Mirror Window", "(Sample)\n  Document\n"));
-  menu_.choose(picker, "  Document");
+  EXPECT_TRUE(opensWith(picker, "Mirror Window", "(Sample)\n  Save & &Close a_b\n"));
+  menu_.choose(picker, "  Save & &Close a_b");
   vistrel_->panels(1);
-  EXPECT_TRUE(opensWith(picker, "Focus Mirror", "Sample — Document\n"));
+  EXPECT_TRUE(opensWith(picker, "Focus Mirror", "Sample — Save & &Close a_b\n"));
   menu_.choose(picker, "Hide All Mirrors");
   vistrel_->panels(0);
 

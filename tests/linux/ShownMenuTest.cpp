@@ -86,6 +86,24 @@ TEST_F(ShownMenuTest, ShowsTitlesAsTheyAre) {
   EXPECT_THAT(texts(shown), ElementsAre("Save && &&Close", "a_b\u2003c d", "שלום 🙂"));
 }
 
+// The toolkit makes "_" of the first "&" there, and desktops take "_" for the mark of an access
+// key.
+TEST_F(ShownMenuTest, HasNoAccessKeysInADesktopsBarEither) {
+  add("Save & &Close");
+  add("a_b");
+  const ShownMenu shown(menu_, nullptr, ShownMenu::Shower::desktopsBar);
+  EXPECT_THAT(texts(shown), ElementsAre("&\u2060Save & &Close", "a__b"));
+}
+
+TEST_F(ShownMenuTest, LooksTheSameInTheWindowWhereADesktopsBarShowsItToo) {
+  add("Save & &Close a_b");
+  const auto look = [this](ShownMenu::Shower shower) {
+    ShownMenu shown(menu_, nullptr, shower);
+    return shown.grab().toImage();
+  };
+  EXPECT_EQ(look(ShownMenu::Shower::desktopsBar), look(ShownMenu::Shower::program));
+}
+
 TEST_F(ShownMenuTest, CutsTitlesThatWouldNotFitAScreen) {
   add(std::string(10'000, 'W'));
   const ShownMenu shown(menu_);

@@ -1,6 +1,7 @@
 #include "tests/support/GlobalMenu.h"
 
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 
 namespace vistrel::testbed {
@@ -15,11 +16,27 @@ void check(int result, const char* what) {
   }
 }
 
+/// As a desktop shows it: "__" is one "_", and another "_" marks the character after it as an
+/// access key, which nobody sees of a word joiner.
+std::string shownLabel(std::string label) {
+  constexpr std::string_view marksNothingSeen = "_\u2060";
+  for (std::size_t at = 0; (at = label.find('_', at)) != std::string::npos;) {
+    if (label.compare(at, 2, "__") == 0) {
+      label.erase(at++, 1);
+    } else if (label.compare(at, marksNothingSeen.size(), marksNothingSeen) == 0) {
+      label.erase(at, marksNothingSeen.size());
+    } else {
+      label.replace(at, 1, "[access key]");
+    }
+  }
+  return label;
+}
+
 void readProperty(BusMessage& message, GlobalMenu::Line& line) {
   const std::string name = message.text();
   if (name == "label") {
     line.label = message.structure(
-        "s", [&] { return message.text(); }, SD_BUS_TYPE_VARIANT);
+        "s", [&] { return shownLabel(message.text()); }, SD_BUS_TYPE_VARIANT);
   } else if (name == "enabled") {
     line.isEnabled = message.structure(
         "b", [&] { return message.truth(); }, SD_BUS_TYPE_VARIANT);

@@ -23,7 +23,7 @@ class GlobalMenu {
   /// A line of a menu that a program exports.
   struct Line {
     std::int32_t id = 0;
-    std::string label;
+    std::string label;  // as it is shown
     bool isEnabled = true;
     std::vector<Line> lines;
   };

@@ -45,9 +45,12 @@ void MainMenu::setWindowsMenu(const std::shared_ptr<Menu>& menu) {
 void MainMenu::fill(QMenuBar& bar) const {
   bar.clear();
   if (!menu_) return;
+  const auto shower =
+      bar.isNativeMenuBar() ? ShownMenu::Shower::desktopsBar : ShownMenu::Shower::program;
   for (const auto& item : menu_->items()) {
     const auto& submenu = item->submenu();
-    auto* const menu = new ShownMenu(submenu == windowsMenu_ ? listingWindowsMenu_ : submenu, &bar);
+    auto* const menu =
+        new ShownMenu(submenu == windowsMenu_ ? listingWindowsMenu_ : submenu, &bar, shower);
     menu->setTitle(titleOf(*item));
     bar.addMenu(menu);
   }

@@ -6,10 +6,9 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-/// A single underscore would mark a mnemonic.
 QString labelOf(const MenuItem& item) {
   const QString title = readableBeginning(QString::fromStdString(item.title()));
-  return inOneLine(title).replace(QLatin1Char('_'), QLatin1String("__"));
+  return withoutAccessKeys(inOneLine(title));
 }
 
 /// Those that are not as the protocol has them by default.

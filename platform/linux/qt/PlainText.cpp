@@ -9,6 +9,18 @@ QString inOneLine(QString text) {
   return text.replace(QLatin1Char('\t'), wideBlank).replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
+QString withoutAccessKeys(QString text) {
+  return text.replace(QLatin1Char('_'), QLatin1String("__"));
+}
+
+QString withoutAccessKeysForToolkit(const QString& text) {
+  QString plain = withoutAccessKeys(text);
+  if (!plain.contains(QLatin1Char('&'))) return plain;
+  // The one mark that it makes goes to a character that nobody sees and no key gives.
+  constexpr QChar wordJoiner(0x2060);
+  return QLatin1Char('&') + QString(wordJoiner) + plain;
+}
+
 QString withoutMnemonics(const std::string& text) {
   return QString::fromStdString(text).replace(QLatin1Char('&'), QLatin1String("&&"));
 }

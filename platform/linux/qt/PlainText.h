@@ -9,6 +9,14 @@ namespace vistrel::platform::linux_desktop {
 /// blank and a line feed a blank.
 QString inOneLine(QString text);
 
+/// For a menu that another program shows (com.canonical.dbusmenu), where "_" marks an access key
+/// and
+/// "__" is one "_": the text as it is.
+QString withoutAccessKeys(QString text);
+
+/// The same for a menu that the toolkit hands over, which makes a "_" of the first "&".
+QString withoutAccessKeysForToolkit(const QString& text);
+
 /// For places where the toolkit reads "&" as the mark of a mnemonic: the text as it is.
 QString withoutMnemonics(const std::string& text);
 

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QFontMetrics>
 #include <QScreen>
+#include <QStyleOptionMenuItem>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
@@ -20,11 +21,9 @@ namespace {
 /// Longer titles are cut at their tail, in points.
 constexpr int widestTitle = 560;
 
-/// The title in one line as it is, without any mark of a mnemonic.
-QString lineText(const std::string& title, const QFontMetrics& metrics) {
-  const QString line = inOneLine(QString::fromStdString(title));
-  const QString text = metrics.elidedText(line, Qt::ElideRight, widestTitle);
-  return withoutMnemonics(text.toStdString());
+QString titleInOneLine(const MenuItem& item, const QFontMetrics& metrics) {
+  const QString line = inOneLine(readableBeginning(QString::fromStdString(item.title())));
+  return metrics.elidedText(line, Qt::ElideRight, widestTitle);
 }
 
 /// Control stands in for Command.
@@ -50,7 +49,7 @@ class ShownMenu::Line : public QAction {
       : QAction(text, &menu) {
     setSeparator(item->isSeparatorItem());
     setShortcut(shortcutOf(*item));
-    if (item->submenu()) setMenu(new ShownMenu(item->submenu(), &menu));
+    if (item->submenu()) setMenu(new ShownMenu(item->submenu(), &menu, menu.shower_));
     standFor(item);
     QObject::connect(this, &QAction::triggered, this,
                      [this] { mainQueue().async([chosen = item_] { performAction(chosen); }); });
@@ -61,6 +60,7 @@ class ShownMenu::Line : public QAction {
     return text() == itemText && isSeparator() == item.isSeparatorItem() &&
            item_->submenu() == item.submenu() && shortcut() == shortcutOf(item);
   }
+  const MenuItem& item() const { return *item_; }
   void standFor(const std::shared_ptr<MenuItem>& item) {
     item_ = item;
     setEnabled(item->isEnabled());
@@ -73,8 +73,11 @@ class ShownMenu::Line : public QAction {
   std::shared_ptr<MenuItem> item_;
 };
 
-ShownMenu::ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent)
-    : QMenu(parent), menu_(std::move(menu)), follower_(std::make_shared<Follower>(*this)) {
+ShownMenu::ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent, Shower shower)
+    : QMenu(parent),
+      menu_(std::move(menu)),
+      shower_(shower),
+      follower_(std::make_shared<Follower>(*this)) {
   menu_->setPeer(follower_);
   refill();
   QObject::connect(this, &QMenu::aboutToShow, this, [this] {
@@ -93,6 +96,14 @@ void ShownMenu::setVisible(bool visible) {
   QMenu::setVisible(visible);
 }
 
+void ShownMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
+  QMenu::initStyleOption(option, action);
+  if (shower_ == Shower::program) return;
+  // A key's name may follow.
+  const MenuItem& item = static_cast<const Line*>(action)->item();
+  option->text.replace(0, action->text().size(), drawnTextOf(item));
+}
+
 void ShownMenu::itemsDidChange() {
   if (std::exchange(isStale_, true)) return;
   // Once for all the changes of one refill. The desktop's own bar may show it while this does not.
@@ -108,20 +119,37 @@ void ShownMenu::refill() {
   for (; kept < lines.size() && kept < static_cast<qsizetype>(items.size()); ++kept) {
     const auto& item = items[static_cast<std::size_t>(kept)];
     auto* const line = static_cast<Line*>(lines[kept]);
-    if (!line->fits(*item, lineText(item->title(), fontMetrics()))) break;
+    if (!line->fits(*item, textOf(*item))) break;
     line->standFor(item);
   }
   setUpdatesEnabled(false);
   std::for_each(lines.begin() + kept, lines.end(), [](QAction* line) { delete line; });
   std::for_each(items.begin() + kept, items.end(), [this](const auto& item) { appendLine(item); });
+  // The toolkit makes room for the texts that it is told.
+  if (shower_ == Shower::desktopsBar) makeRoomForDrawnTexts();
   setUpdatesEnabled(true);
   if (!isVisible()) return;
   highlight(highlighted);
   stayOnScreen();
 }
 
+QString ShownMenu::textOf(const MenuItem& item) const {
+  if (shower_ == Shower::program) return drawnTextOf(item);
+  return withoutAccessKeysForToolkit(titleInOneLine(item, fontMetrics()));
+}
+
+QString ShownMenu::drawnTextOf(const MenuItem& item) const {
+  return withoutMnemonics(titleInOneLine(item, fontMetrics()).toStdString());
+}
+
+void ShownMenu::makeRoomForDrawnTexts() {
+  QMenu drawn;
+  for (const auto& item : menu_->items()) drawn.addAction(drawnTextOf(*item));
+  setMinimumWidth(drawn.sizeHint().width());
+}
+
 void ShownMenu::appendLine(const std::shared_ptr<MenuItem>& item) {
-  addAction(new Line(item, lineText(item->title(), fontMetrics()), *this));
+  addAction(new Line(item, textOf(*item), *this));
 }
 
 void ShownMenu::highlight(const QString& text) {

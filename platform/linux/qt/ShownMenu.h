@@ -12,10 +12,17 @@ namespace vistrel::platform::linux_desktop {
 /// at a later turn of the main queue, when the menu is off the screen. Main thread.
 class ShownMenu final : public QMenu {
  public:
-  explicit ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent = nullptr);
+  /// Who shows it, unless a person asks for it in the window by a key.
+  enum class Shower { program, desktopsBar };
+
+  explicit ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent = nullptr,
+                     Shower shower = Shower::program);
   ~ShownMenu() override;
 
   void setVisible(bool visible) override;
+
+ protected:
+  void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
 
  private:
   class Follower;
@@ -25,11 +32,17 @@ class ShownMenu final : public QMenu {
   /// Lines that stay what they are keep their place, so that an open menu neither flickers nor
   /// loses what a person is pointing at.
   void refill();
+  /// How the toolkit is told of the item.
+  QString textOf(const MenuItem& item) const;
+  /// What the program draws for it.
+  QString drawnTextOf(const MenuItem& item) const;
+  void makeRoomForDrawnTexts();
   void appendLine(const std::shared_ptr<MenuItem>& item);
   void highlight(const QString& text);
   void stayOnScreen();
 
   const std::shared_ptr<Menu> menu_;
+  const Shower shower_;
   const std::shared_ptr<Follower> follower_;
   bool isStale_ = true;
 };
