@@ -98,6 +98,23 @@ TEST_F(ContextMenu, ThatClosesLeavesTheKeyboardWhereItHasGoneMeanwhile) {
   EXPECT_EQ(keyboard(), before);
 }
 
+// The toolkit is sure that the keyboard has left only a tenth of a second later.
+TEST_F(ContextMenu, StaysOpenWhereTheKeyboardHasJustLeftTheProgram) {
+  const PanelOnScreen panel = openPanel();
+  for (const std::uint32_t milliseconds : {84, 88, 92, 95, 97, 99, 101, 103}) {
+    activate(vistrel_->picker().id());
+    pointAt(panel, panel.titleBar());
+    const MenuOnScreen menu = menuOpenedBy([&] {
+      xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_PARENT, source_->id(),
+                          XCB_CURRENT_TIME);
+      input_.rest(milliseconds);
+      input_.click(1, InputDriver::Button::right);
+    });
+    EXPECT_TRUE(menu.isHighlighted(rollUp)) << milliseconds;
+    closeMenu();
+  }
+}
+
 TEST_F(ContextMenu, RollsUpAndDownAndCapturesAnew) {
   const PanelOnScreen panel = openPanel();
   roll(panel);

@@ -6,6 +6,7 @@
 #include <QStyleHints>
 #include <utility>
 
+#include "platform/linux/qt/ActiveWindow.h"
 #include "platform/linux/qt/PanelAccessible.h"
 #include "platform/linux/qt/Pointer.h"
 #include "platform/linux/qt/ScreenReaders.h"
@@ -124,6 +125,10 @@ void PanelWindow::openContextMenu(const QPointF& position, const QPointF& onDesk
   const auto menu = window_->menuForEvent(
       {.type = EventType::rightMouseDown, .locationInWindow = locationInWindow(position)});
   if (!menu) return;
+  onceKeyboardIsKnownToHaveLeft(*this, [this, menu, onDesktop] { showMenu(menu, onDesktop); });
+}
+
+void PanelWindow::showMenu(const std::shared_ptr<Menu>& menu, const QPointF& onDesktop) {
   auto* const shown = new ShownMenu(menu);
   shown->setAttribute(Qt::WA_DeleteOnClose);
   shown->winId();  // it has no window before

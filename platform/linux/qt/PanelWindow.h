@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QWindow>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "platform/Window.h"
@@ -59,6 +60,7 @@ class PanelWindow final : public QWindow {
   void announce(QAccessible::Event event);
   void send(EventType type, const QMouseEvent& event);
   void openContextMenu(const QPointF& position, const QPointF& onDesktop);
+  void showMenu(const std::shared_ptr<Menu>& menu, const QPointF& onDesktop);
   void hover(const QMouseEvent& event);
   Point locationInWindow(const QPointF& toolkitPosition) const;
 
