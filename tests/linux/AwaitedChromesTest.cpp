@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <vector>
 
 #include "platform/linux/x11/AwaitedChromes.h"
 
@@ -60,6 +61,20 @@ TEST(AwaitedChromes, WhereTheManagersFrameWouldBeSeenTheWindowShrinksFirst) {
   EXPECT_EQ(widthTakenFor(chromes, {340, 200}, Beside::managersFrame), std::nullopt);
   EXPECT_EQ(asked, 1);
   EXPECT_EQ(widthTakenFor(chromes, {300, 200}, Beside::managersFrame), 300);
+}
+
+TEST(AwaitedChromes, TheSmallestHasTheLastWordWhileALargerOneIsShown) {
+  AwaitedChromes chromes;
+  std::vector<int> told;
+  for (const int width : {320, 300}) {
+    AwaitedChrome chrome = chromeOf(width, 200);
+    chrome.shown = [&told, width] { told.push_back(width); };
+    chromes.add(chrome);
+  }
+  const auto taken = chromes.takeFor({320, 200}, Beside::managersFrame);
+  ASSERT_TRUE(taken.has_value());
+  taken->shown();
+  EXPECT_EQ(told, (std::vector{320, 300}));
 }
 
 TEST(AwaitedChromes, AWindowThatShrinksStepByStepShowsEachStep) {

@@ -129,6 +129,7 @@ void PanelWindow::openContextMenu(const QPointF& position, const QPointF& onDesk
 }
 
 void PanelWindow::showMenu(const std::shared_ptr<Menu>& menu, const QPointF& onDesktop) {
+  if (window_ == nullptr) return;
   auto* const shown = new ShownMenu(menu);
   shown->setAttribute(Qt::WA_DeleteOnClose);
   shown->winId();  // it has no window before

@@ -38,15 +38,24 @@ std::optional<AwaitedChrome> AwaitedChromes::takeFor(PixelSize window, Beside be
     taken = std::move(*newest);
     chromes_.erase(chromes_.begin(), newest.base());
   }
-  if (beside == Beside::managersFrame) askForSmallerWindow(window);
+  if (beside == Beside::nothing) return taken;
+  const auto askForLess = askingForLess(window);
+  if (!taken) {
+    askForLess();
+  } else {
+    taken->shown = [shown = std::move(taken->shown), askForLess] {
+      shown();
+      askForLess();
+    };
+  }
   return taken;
 }
 
-void AwaitedChromes::askForSmallerWindow(PixelSize window) {
+std::function<void()> AwaitedChromes::askingForLess(PixelSize window) const {
   const auto newest =
       std::find_if(chromes_.rbegin(), chromes_.rend(),
                    [&](const AwaitedChrome& each) { return hasRoomFor(*each.chrome, window); });
-  if (newest != chromes_.rend()) newest->shown();
+  return newest != chromes_.rend() ? newest->shown : [] {};
 }
 
 }  // namespace vistrel::platform::linux_desktop

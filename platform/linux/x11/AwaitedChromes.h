@@ -27,11 +27,13 @@ class AwaitedChromes {
   void add(AwaitedChrome chrome);
   /// Takes out the newest that a window of that size has room for, and drops those before it. None
   /// when there is no such chrome. Where a person would see the manager's frame beside it, it must
-  /// fill the window; if none does, the newest that has room asks for a smaller window.
+  /// fill the window; the newest that has room but does not fill it asks for a smaller window,
+  /// after one that does is shown: whoever is told takes the last word for what is shown.
   std::optional<AwaitedChrome> takeFor(PixelSize window, Beside beside);
 
  private:
-  void askForSmallerWindow(PixelSize window);
+  /// What has the window made smaller; does nothing where no chrome needs it.
+  std::function<void()> askingForLess(PixelSize window) const;
 
   std::deque<AwaitedChrome> chromes_;  // oldest first
 };
