@@ -3,8 +3,11 @@
 #include <chrono>
 #include <gtest/gtest.h>
 #include <thread>
+#include <utility>
 
+#include "platform/linux/x11/WindowFrames.h"
 #include "tests/linux/MirrorInPanel.h"
+#include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -63,6 +66,72 @@ TEST(Capture, NoticesWhatChangesWhileAFrameIsTaken) {
   stream->addStreamOutput(handler, StreamOutputType::screen, queue);
   stream->startCapture([](const std::optional<Error>&) {});
   EXPECT_TRUE(testbed::eventually([&] { return handler->samples() > ChangesTheSource::changes; }));
+}
+
+/// A queue that knows how many timed blocks it has been given and has not run yet.
+class CountingQueue final : public SerialQueue {
+ public:
+  const std::string& label() const override { return queue_->label(); }
+  QualityOfService qualityOfService() const override { return queue_->qualityOfService(); }
+  void async(Block block) override { queue_->async(std::move(block)); }
+  bool isCurrent() const override { return queue_->isCurrent(); }
+  void watch(int descriptor, std::function<void()> readable) override {
+    queue_->watch(descriptor, std::move(readable));
+  }
+  void unwatch(int descriptor) override { queue_->unwatch(descriptor); }
+  void asyncAt(double monotonicSeconds, Block block) override {
+    ++*timed_;
+    queue_->asyncAt(monotonicSeconds, [timed = timed_, block = std::move(block)] {
+      --*timed;
+      block();
+    });
+  }
+  std::shared_ptr<void>& attachment() override { return queue_->attachment(); }
+
+  int timed() const { return *timed_; }
+
+ private:
+  const std::shared_ptr<std::atomic<int>> timed_ = std::make_shared<std::atomic<int>>(0);
+  const std::shared_ptr<SerialQueue> queue_ =
+      SerialQueue::make("mirror", QualityOfService::userInteractive);
+};
+
+/// Counts the frames and takes them.
+class TakesFrames : public StreamOutputHandler {
+ public:
+  void streamDidOutputSampleBuffer(Stream&, const SampleBuffer& sample, StreamOutputType) override {
+    WindowImageContext().createImage(sample.imageBuffer());
+    ++frames_;
+  }
+  int frames() const { return frames_; }
+
+ private:
+  std::atomic<int> frames_ = 0;
+};
+
+TEST(Capture, WaitsForNoMoreMomentsTheLongerThePointerRestsOverAFastSource) {
+  constexpr testbed::Rect area{300, 100, 200, 160};
+  const testbed::PrivateDisplay display{{.windowManager = testbed::WindowManager::none}};
+  display.adoptEnvironment();
+  const testbed::XConnection hand(display.name());
+  testbed::InputDriver(hand).moveTo({400, 180});
+  testbed::TestWindow source(display.name(), {.area = area, .managed = false});
+  const auto queue = std::make_shared<CountingQueue>();
+  const auto handler = std::make_shared<TakesFrames>();
+  const auto stream = std::make_shared<CaptureStream>(
+      source.id(), StreamConfiguration{.minimumFrameInterval = {1, 30}, .showsCursor = true},
+      std::weak_ptr<StreamDelegate>());
+  stream->addStreamOutput(handler, StreamOutputType::screen, queue);
+  stream->startCapture([](const std::optional<Error>&) {});
+  int most = 0;
+  int changes = 0;
+  EXPECT_TRUE(testbed::eventually([&] {
+    const auto level = static_cast<std::uint8_t>(++changes % 200);
+    source.paint({0, 0, 50, 50}, {level, level, level});
+    most = std::max(most, queue->timed());
+    return handler->frames() >= 60;
+  }));
+  EXPECT_LE(most, 12);
 }
 
 TEST(Capture, HandsOutNoMoreFramesInASecondThanAskedFor) {

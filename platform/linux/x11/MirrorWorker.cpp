@@ -64,9 +64,10 @@ void MirrorWorker::comeBackAt(double seconds) {
   const auto queue = queue_.lock();
   if (!queue) return;
   comingBackAt_ = seconds;
-  queue->asyncAt(seconds, [worker = weak_from_this()] {
+  queue->asyncAt(seconds, [worker = weak_from_this(), seconds] {
     const auto strong = worker.lock();
-    if (!strong) return;
+    // An earlier moment may have taken this one's place.
+    if (!strong || strong->comingBackAt_ != seconds) return;
     strong->comingBackAt_.reset();
     strong->serve();
   });
