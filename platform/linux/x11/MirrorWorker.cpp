@@ -6,7 +6,11 @@
 namespace vistrel::platform::linux_desktop {
 
 std::shared_ptr<MirrorWorker> MirrorWorker::of(const std::shared_ptr<SerialQueue>& queue) {
-  if (auto worker = existingOf(*queue); worker && !worker->connection_->isLost()) return worker;
+  if (auto worker = existingOf(*queue)) {
+    if (!worker->connection_->isLost()) return worker;
+    // It need not have noticed yet.
+    worker->lose();
+  }
   auto connection = Connection::open();
   if (!connection) return nullptr;
   std::shared_ptr<MirrorWorker> worker(new MirrorWorker(queue, std::move(connection)));
