@@ -29,7 +29,9 @@ struct Running {
   std::shared_ptr<Output> output = std::make_shared<Output>();
   std::shared_ptr<CaptureStream> stream;
 
-  void stop() const { stream->stopCapture([](const auto&) {}); }
+  void stop() const {
+    stream->stopCapture([](const auto&) {});
+  }
   bool hasWidth(int width) const {
     return testbed::eventually([&] { return output->width == width; });
   }
@@ -69,6 +71,32 @@ TEST_F(Streams, EndWithTheirConnectionWhoeverNoticesFirst) {
   });
   EXPECT_EQ(first.output->ends, 1);
   EXPECT_TRUE(start(source).hasWidth(200));
+}
+
+TEST_F(Streams, OfOneWindowLeaveItToThoseThatGoOn) {
+  RawSource source(connection_, {.area = {20, 20, 200, 160}});
+  const RawSource other(connection_, {.area = {300, 300, 100, 80}});
+  const auto first = start(source);
+  const auto second = start(source);
+  ASSERT_TRUE(first.hasWidth(200) && second.hasWidth(200));
+  first.stop();
+  const auto elsewhere = start(other);
+  ASSERT_TRUE(elsewhere.hasWidth(100));
+  source.resize(210, 160);
+  EXPECT_TRUE(second.hasWidth(210));
+}
+
+TEST_F(Streams, OfOneWindowLeaveItToTheNextOne) {
+  RawSource source(connection_, {.area = {20, 20, 200, 160}});
+  const auto first = start(source);
+  const auto second = start(source);
+  ASSERT_TRUE(first.hasWidth(200) && second.hasWidth(200));
+  first.stop();
+  second.stop();
+  const auto next = start(source);
+  ASSERT_TRUE(next.hasWidth(200));
+  source.resize(210, 160);
+  EXPECT_TRUE(next.hasWidth(210));
 }
 
 }  // namespace

@@ -39,6 +39,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
   /// Ends the capture, which keeps quiet from now on.
   std::unique_ptr<SourceWindow> takeSource() { return std::move(source_); }
 
+  SourceWindow& source() { return *source_; }
   const std::shared_ptr<const LivePicture>& picture() const { return source_->picture(); }
   /// Whether the picture still is what was taken over last; asks the server.
   bool isUnchangedSinceCommit();

@@ -44,10 +44,23 @@ std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window
 std::unique_ptr<SourceWindow> MirrorWorker::openSource(WindowID window) {
   auto resting = std::move(restingSource_);
   if (!resting || resting->client() != window || resting->isGone()) {
+    release(std::move(resting));
     return SourceWindow::open(*connection_, window);
   }
   resting->renew();
   return resting;
+}
+
+void MirrorWorker::release(std::unique_ptr<SourceWindow> source) {
+  if (!source) return;
+  const auto client = source->client();
+  source.reset();
+  // It has taken along what the connection listened to for others of the same window.
+  const auto renewIfAffected = [client](SourceWindow& other) {
+    if (other.client() == client) other.renew();
+  };
+  for (const auto& each : captures_) renewIfAffected(each.capture->source());
+  if (restingSource_) renewIfAffected(*restingSource_);
 }
 
 Capture* MirrorWorker::captureOf(const void* key) {
@@ -59,8 +72,9 @@ Capture* MirrorWorker::captureOf(const void* key) {
 void MirrorWorker::stopCapture(const void* key) {
   auto* const capture = captureOf(key);
   if (!capture) return;
-  restingSource_ = capture->takeSource();
+  auto source = capture->takeSource();
   std::erase_if(captures_, [&](const Running& each) { return each.key == key; });
+  release(std::exchange(restingSource_, std::move(source)));
 }
 
 void MirrorWorker::comeBackAt(double seconds) {

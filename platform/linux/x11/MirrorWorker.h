@@ -64,6 +64,8 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
 
   /// Null when there is no such window.
   std::unique_ptr<SourceWindow> openSource(WindowID window);
+  /// Null does nothing.
+  void release(std::unique_ptr<SourceWindow> source);
   void handle(const xcb_generic_event_t& event);
   void lose();
   PanelPainter* panelOf(xcb_window_t window);

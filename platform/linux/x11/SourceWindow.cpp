@@ -67,6 +67,14 @@ SourceWindow::~SourceWindow() {
   forgive(connection_.xcb(), connection_.selectEvents(client_, 0));
 }
 
+void SourceWindow::renew() {
+  gone_ = gone_ || !watchClient();
+  if (frame_ != XCB_NONE) forgive(connection_.xcb(), listenToFrame());
+  viewable_ = false;
+  moved_ = true;
+  renamed_ = true;
+}
+
 bool SourceWindow::watchClient() {
   return !failureOf(connection_.xcb(), connection_.selectEvents(client_, clientEvents));
 }
@@ -81,14 +89,18 @@ void SourceWindow::attachToFrame() {
   if (!watchFrame()) releaseFrame();
 }
 
+xcb_void_cookie_t SourceWindow::listenToFrame() {
+  watchShape(connection_, frame_, true);
+  return connection_.selectEvents(frame_,
+                                  frame_ == client_ ? clientEvents | frameEvents : frameEvents);
+}
+
 bool SourceWindow::watchFrame() {
   auto* const xcb = connection_.xcb();
-  const auto mask = frame_ == client_ ? clientEvents | frameEvents : frameEvents;
   damage_ = Damage(xcb);
-  watchShape(connection_, frame_, true);
   renamed_ = true;
   const std::array<xcb_void_cookie_t, 3> requests{
-      connection_.selectEvents(frame_, mask),
+      listenToFrame(),
       xcb_composite_redirect_window_checked(xcb, frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC),
       xcb_damage_create_checked(xcb, damage_.id(), frame_, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY)};
   const auto failures = std::count_if(requests.begin(), requests.end(), [xcb](auto request) {

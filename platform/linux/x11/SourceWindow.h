@@ -24,8 +24,8 @@ class SourceWindow {
   ~SourceWindow();
 
   xcb_window_t client() const { return client_; }
-  /// Takes the picture anew, as if the window had just been opened.
-  void renew() { renamed_ = true; }
+  /// Listens to the window and takes its picture anew, as if it had just been opened.
+  void renew();
   void handle(const xcb_generic_event_t& event);
   /// Follows what the events told. To be called once they have all been handled.
   void refresh();
@@ -54,6 +54,7 @@ class SourceWindow {
 
   bool watchClient();
   void attachToFrame();
+  xcb_void_cookie_t listenToFrame();
   /// False when the frame is gone, or cannot be captured.
   bool watchFrame();
   void releaseFrame();
