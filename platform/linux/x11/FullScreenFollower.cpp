@@ -66,8 +66,11 @@ void FullScreenFollower::changedProperty(const xcb_property_notify_event_t& even
 }
 
 void FullScreenFollower::followActiveWindow() {
-  const xcb_window_t active =
-      propertyOf(*connection_, connection_->root(), "_NET_ACTIVE_WINDOW").firstValue().value_or(0);
+  const auto root = connection_->root();
+  xcb_window_t active =
+      propertyOf(*connection_, root, "_NET_ACTIVE_WINDOW").firstValue().value_or(XCB_WINDOW_NONE);
+  // Any client can write there, and the root is to be listened to all the time.
+  if (active == root) active = XCB_WINDOW_NONE;
   if (active == active_) return;
   watchActive(XCB_EVENT_MASK_NO_EVENT);
   active_ = active;
