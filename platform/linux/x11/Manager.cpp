@@ -18,16 +18,17 @@ bool awaitProperty(Connection& connection, xcb_window_t window, std::chrono::mil
   const auto end = Clock::now() + longest;
   forgive(connection.xcb(), connection.selectEvents(window, XCB_EVENT_MASK_PROPERTY_CHANGE));
   bool holds = isAsWanted();
-  while (!holds && !connection.isLost()) {
-    // The answer to the last question may have brought the event along.
-    if (connection.pollEvent()) {
-      holds = isAsWanted();
-      continue;
-    }
+  bool isOver = false;
+  while (!holds && !isOver && !connection.isLost()) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
-    if (left.count() <= 0) break;
-    pollfd readable{connection.descriptor(), POLLIN, 0};
-    poll(&readable, 1, static_cast<int>(left.count()));
+    isOver = left.count() <= 0;
+    // The answer to the last question may have brought the event along.
+    if (isOver || connection.pollEvent()) {
+      holds = isAsWanted();
+    } else {
+      pollfd readable{connection.descriptor(), POLLIN, 0};
+      poll(&readable, 1, static_cast<int>(left.count()));
+    }
   }
   forgive(connection.xcb(), connection.selectEvents(window, XCB_EVENT_MASK_NO_EVENT));
   return holds;
