@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <string>
 
 #include "platform/linux/qt/NumberedMenu.h"
@@ -70,6 +71,8 @@ TEST(NumberedMenuTest, IsReadAsDeepAsAskedFor) {
   EXPECT_TRUE(menu.layout(0, 0, {})->children.isEmpty());
   EXPECT_THAT(numbersOf(menu.layout(0, 1, {}).value()), ElementsAre(1, 2));
   EXPECT_THAT(numbersOf(menu.layout(2, -1, {}).value()), ElementsAre(3));
+  constexpr int lowest = std::numeric_limits<int>::min();
+  EXPECT_THAT(numbersOf(menu.layout(0, lowest, {}).value()), ElementsAre(1, 2, 3));
   EXPECT_EQ(menu.layout(4, -1, {}).has_value(), false);
   EXPECT_EQ(menu.layout(-1, -1, {}).has_value(), false);
 }

@@ -65,8 +65,9 @@ std::optional<MenuLayout> NumberedMenu::layout(int number, int depth,
       isMenu ? QVariantMap{{"children-display", "submenu"}} : propertiesOf(*line->second.item);
   MenuLayout layout{number, only(names, properties), {}};
   if (depth == 0) return layout;
+  const int depthBelow = depth < 0 ? depth : depth - 1;
   for (const int child : isMenu ? topLevel_ : line->second.children) {
-    layout.children.append(*this->layout(child, depth - 1, names));
+    layout.children.append(*this->layout(child, depthBelow, names));
   }
   return layout;
 }
