@@ -37,6 +37,21 @@ class NoScreens final : public WindowBackend {
   int runModal(const Alert&) override { std::abort(); }
 };
 
+/// No display is online.
+class NoDisplays final : public DisplayBackend {
+ public:
+  DisplayID mainDisplayID() override { return 0; }
+  Rect displayBounds(DisplayID) override { return {}; }
+  std::uint32_t onlineDisplayCount() override { return 0; }
+  std::unique_ptr<DisplayConfiguration> beginDisplayConfiguration() override { return nullptr; }
+};
+
+/// The system has no classes for virtual displays.
+class NoVirtualDisplays final : public VirtualDisplayBackend {
+ public:
+  std::shared_ptr<RuntimeClass> classNamed(const std::string&) override { return nullptr; }
+};
+
 /// Events never come.
 class EventlessApplication final : public Application {
  public:
