@@ -45,7 +45,7 @@ class TrayIcon {
   void showMenu(QPoint position);
 
   const Callbacks callbacks_;
-  QDBusConnection bus_ = QDBusConnection::sessionBus();
+  QDBusConnection bus_;
   BusMenu menu_;
   StatusNotifierItem item_;
   QDBusServiceWatcher watchers_;

@@ -3,7 +3,7 @@
 #include <vector>
 #include <xcb/xcb.h>
 
-#include "platform/linux/PanelSurface.h"
+#include "platform/linux/PixelRect.h"
 
 namespace vistrel::platform::linux_desktop {
 
