@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "platform/linux/x11/XcbPointers.h"
+#include "platform/linux/XcbPointers.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

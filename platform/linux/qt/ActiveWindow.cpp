@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/linux/XcbPointers.h"
 #include "platform/linux/qt/ToolkitConnection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -21,8 +22,8 @@ constexpr int mostLooks = 10;
 std::optional<xcb_window_t> windowWithKeyboard() {
   xcb_connection_t* connection = toolkitConnection();
   if (connection == nullptr) return std::nullopt;
-  const OwnedReply<xcb_get_input_focus_reply_t> withKeyboard(
-      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr), &std::free);
+  const auto withKeyboard =
+      replyTo<xcb_get_input_focus_reply>(connection, xcb_get_input_focus(connection));
   if (!withKeyboard) return std::nullopt;
   return withKeyboard->focus;
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/linux/XcbPointers.h"
 #include "platform/linux/qt/ToolkitConnection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -13,8 +14,7 @@ namespace {
 xcb_atom_t atomNamed(xcb_connection_t* connection, std::string_view name) {
   const auto request = xcb_intern_atom(connection, /*only_if_exists=*/0,
                                        static_cast<std::uint16_t>(name.size()), name.data());
-  const OwnedReply<xcb_intern_atom_reply_t> reply(
-      xcb_intern_atom_reply(connection, request, nullptr), &std::free);
+  const auto reply = replyTo<xcb_intern_atom_reply>(connection, request);
   if (!reply) return XCB_ATOM_NONE;
   return reply->atom;
 }

@@ -2,6 +2,8 @@
 
 #include <QGuiApplication>
 
+#include "platform/linux/XcbPointers.h"
+
 namespace vistrel::platform::linux_desktop {
 
 xcb_connection_t* toolkitConnection() {
@@ -12,8 +14,7 @@ xcb_connection_t* toolkitConnection() {
 void syncToolkit() {
   xcb_connection_t* connection = toolkitConnection();
   if (connection == nullptr) return;
-  const OwnedReply<xcb_get_input_focus_reply_t> synced(
-      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr), &std::free);
+  replyTo<xcb_get_input_focus_reply>(connection, xcb_get_input_focus(connection));
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdlib>
-#include <memory>
 #include <xcb/xcb.h>
 
 namespace vistrel::platform::linux_desktop {
@@ -12,9 +10,5 @@ xcb_connection_t* toolkitConnection();
 
 /// Waits until the server has carried out what the toolkit has asked for so far. Main thread.
 void syncToolkit();
-
-/// What libxcb hands out to be released with free().
-template <class Reply>
-using OwnedReply = std::unique_ptr<Reply, decltype(&std::free)>;
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/AwayWindows.h"
 
+#include "platform/linux/WindowPlace.h"
 #include "platform/linux/x11/Manager.h"
 #include "platform/linux/x11/Property.h"
 #include "platform/linux/x11/RequestedOrigin.h"
@@ -52,16 +53,13 @@ bool AwayWindows::move(xcb_window_t window, Point position) {
 }
 
 std::optional<AwayWindows::Place> AwayWindows::placeOf(xcb_window_t window) {
-  auto* const xcb = connection_.xcb();
-  const auto geometry = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, window));
-  const auto position = replyTo<xcb_translate_coordinates_reply>(
-      xcb, xcb_translate_coordinates(xcb, window, connection_.root(), 0, 0));
-  if (!geometry || !position) return std::nullopt;
+  const auto client = placeIn(connection_.xcb(), window, connection_.root());
+  if (!client) return std::nullopt;
   const auto extents = [&](const char* property) {
     return extentsFrom(propertyOf(connection_, window, property).values());
   };
   Place place;
-  place.client = {position->dst_x, position->dst_y, geometry->width, geometry->height};
+  place.client = *client;
   // A manager may have left extents on a window that it has taken out of its frame.
   if (topLevelOf(connection_, window) != window) place.frame = extents("_NET_FRAME_EXTENTS");
   place.visible = visibleFrame(place.client, place.frame, extents("_GTK_FRAME_EXTENTS"));

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <xcb/xcb.h>
 
+#include "platform/linux/XcbPointers.h"
 #include "platform/linux/x11/PictureFormats.h"
 #include "platform/linux/x11/PixelGeometry.h"
-#include "platform/linux/x11/XcbPointers.h"
 
 namespace vistrel::platform::linux_desktop {
 

@@ -5,6 +5,7 @@
 #include <list>
 #include <utility>
 
+#include "platform/linux/WindowPlace.h"
 #include "platform/linux/x11/Property.h"
 #include "platform/linux/x11/ServedConnection.h"
 #include "platform/linux/x11/TopLevel.h"
@@ -141,12 +142,8 @@ std::optional<PixelRect> DockWatch::followPlace(xcb_window_t window) {
   }
   const auto attributes =
       replyTo<xcb_get_window_attributes_reply>(xcb, xcb_get_window_attributes(xcb, window));
-  const auto geometry = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, window));
-  const auto position = replyTo<xcb_translate_coordinates_reply>(
-      xcb, xcb_translate_coordinates(xcb, window, connection_->root(), 0, 0));
-  const bool isThere = attributes && geometry && position;
-  if (!isThere || attributes->map_state != XCB_MAP_STATE_VIEWABLE) return std::nullopt;
-  return PixelRect{position->dst_x, position->dst_y, geometry->width, geometry->height};
+  if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE) return std::nullopt;
+  return placeIn(xcb, window, connection_->root());
 }
 
 std::optional<PixelRect> DockWatch::readWorkArea() {

@@ -5,7 +5,7 @@
 #include <utility>
 #include <xcb/render.h>
 
-#include "platform/linux/x11/XcbPointers.h"
+#include "platform/linux/XcbPointers.h"
 
 namespace vistrel::platform::linux_desktop {
 

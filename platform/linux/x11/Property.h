@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/linux/XcbPointers.h"
 #include "platform/linux/x11/Connection.h"
-#include "platform/linux/x11/XcbPointers.h"
 
 namespace vistrel::platform::linux_desktop {
 

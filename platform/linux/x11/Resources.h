@@ -8,7 +8,7 @@
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
-#include "platform/linux/x11/XcbPointers.h"
+#include "platform/linux/XcbPointers.h"
 
 namespace vistrel::platform::linux_desktop {
 

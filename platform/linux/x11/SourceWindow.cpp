@@ -8,6 +8,7 @@
 #include <xcb/damage.h>
 #include <xcb/shape.h>
 
+#include "platform/linux/WindowPlace.h"
 #include "platform/linux/x11/Property.h"
 #include "platform/linux/x11/TopLevel.h"
 #include "platform/linux/x11/VisibleFrame.h"
@@ -237,19 +238,14 @@ std::vector<PixelRect> SourceWindow::outsideShape(const PixelRect& crop) const {
 }
 
 std::optional<PixelRect> SourceWindow::visibleInFrame() const {
-  auto* const xcb = connection_.xcb();
-  const auto geometry = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, client_));
-  const auto position = replyTo<xcb_translate_coordinates_reply>(
-      xcb, xcb_translate_coordinates(xcb, client_, frame_, 0, 0));
-  if (!geometry || !position) return std::nullopt;
-  const PixelRect client{position->dst_x, position->dst_y, geometry->width, geometry->height};
-  if (isRolledUp(client, rectOf(sizeOf(frameGeometry_)))) return std::nullopt;
+  const auto client = placeIn(connection_.xcb(), client_, frame_);
+  if (!client || isRolledUp(*client, rectOf(sizeOf(frameGeometry_)))) return std::nullopt;
   const auto extents = [&](const char* property) {
     return extentsFrom(propertyOf(connection_, client_, property).values());
   };
   // A manager may have left extents on a window that it has taken out of its frame.
   const auto decoration = frame_ == client_ ? Extents{} : extents("_NET_FRAME_EXTENTS");
-  return visibleFrame(client, decoration, extents("_GTK_FRAME_EXTENTS"));
+  return visibleFrame(*client, decoration, extents("_GTK_FRAME_EXTENTS"));
 }
 
 PixelRect SourceWindow::inCrop(const PixelRect& inFrame, const PixelRect& crop) const {

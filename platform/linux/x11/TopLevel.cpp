@@ -1,6 +1,6 @@
 #include "platform/linux/x11/TopLevel.h"
 
-#include "platform/linux/x11/XcbPointers.h"
+#include "platform/linux/XcbPointers.h"
 
 namespace vistrel::platform::linux_desktop {
 

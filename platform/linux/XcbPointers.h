@@ -47,11 +47,6 @@ class Pending {
   Cookie cookie_;
 };
 
-template <auto Fetch, class Cookie>
-Pending<Fetch, Cookie> pending(xcb_connection_t* connection, Cookie cookie) {
-  return {connection, cookie};
-}
-
 /// Waits for a checked request; the error's code when it failed.
 inline std::optional<std::uint8_t> failureOf(xcb_connection_t* connection,
                                              xcb_void_cookie_t cookie) {
