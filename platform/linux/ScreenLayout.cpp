@@ -57,20 +57,12 @@ class Axis {
   std::set<int> edges_;
 };
 
-Axis horizontalAxis(const std::vector<Monitor>& monitors) {
+/// The axis along which a rectangle has that `first` pixel and that `length`.
+Axis axisOf(const std::vector<Monitor>& monitors, int PixelRect::*first, int PixelRect::*length) {
   std::vector<Stretch> stretches;
   stretches.reserve(monitors.size());
   for (const auto& [pixels, scale] : monitors) {
-    stretches.push_back({pixels.x, pixels.x + pixels.width, scale});
-  }
-  return Axis(std::move(stretches));
-}
-
-Axis verticalAxis(const std::vector<Monitor>& monitors) {
-  std::vector<Stretch> stretches;
-  stretches.reserve(monitors.size());
-  for (const auto& [pixels, scale] : monitors) {
-    stretches.push_back({pixels.y, pixels.y + pixels.height, scale});
+    stretches.push_back({pixels.*first, pixels.*first + pixels.*length, scale});
   }
   return Axis(std::move(stretches));
 }
@@ -125,8 +117,8 @@ ScreenLayout::ScreenLayout(const std::vector<Monitor>& monitors) {
     monitors_.emplace_back();
     return;
   }
-  const Axis horizontal = horizontalAxis(monitors);
-  const Axis vertical = verticalAxis(monitors);
+  const Axis horizontal = axisOf(monitors, &PixelRect::x, &PixelRect::width);
+  const Axis vertical = axisOf(monitors, &PixelRect::y, &PixelRect::height);
   const PixelRect& primary = monitors.front().pixels;
   for (const Monitor& each : monitors) {
     const PixelRect& pixels = each.pixels;
