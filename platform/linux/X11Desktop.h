@@ -68,7 +68,7 @@ class X11Desktop : public ScreenCaptureBackend {
   /// since. The window is one of the toolkit's, whose requests have been synced. Main thread.
   virtual void activateWindow(std::uint32_t window, std::uint32_t time) = 0;
 
-  /// Raises the window in its layer (a checked ConfigureWindow), without giving it the focus.
+  /// Raises the window in its layer, without giving it the keyboard. Main thread.
   virtual void raise(std::uint32_t window) = 0;
 };
 

@@ -4,11 +4,11 @@
 #include <QPushButton>
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <string>
 
 #include "platform/Alert.h"
 #include "platform/Controls.h"
+#include "platform/linux/Environment.h"
 #include "platform/linux/qt/AlertBox.h"
 #include "platform/linux/qt/Fonts.h"
 #include "platform/linux/qt/PanelPeer.h"
@@ -22,13 +22,9 @@ namespace {
 
 constexpr double buttonMargin = 14;
 
-std::string environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
 SavedFrames savedFramesOfPerson() {
-  return SavedFrames(stateDirectory(environment("XDG_STATE_HOME"), environment("HOME")));
+  return SavedFrames(
+      stateDirectory(environmentVariable("XDG_STATE_HOME"), environmentVariable("HOME")));
 }
 
 Size sizeOf(const Label& label) {

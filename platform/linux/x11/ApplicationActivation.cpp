@@ -30,20 +30,14 @@ xcb_window_t frontmost(Connection& connection, const std::vector<xcb_window_t>& 
   return open != windows.end() ? *open : windows.front();
 }
 
-void raise(Connection& connection, xcb_window_t window) {
+void raiseByPerson(Connection& connection, xcb_window_t window) {
   constexpr auto restack = "_NET_RESTACK_WINDOW";
-  constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
-  if (managerSupports(connection, restack)) {
-    return tellManager(connection, window, restack, {byPerson, XCB_WINDOW_NONE, above});
-  }
-  // A window that has gone meanwhile needs no raising.
-  failureOf(connection.xcb(), xcb_configure_window_checked(connection.xcb(), window,
-                                                           XCB_CONFIG_WINDOW_STACK_MODE, &above));
+  if (!managerSupports(connection, restack)) return raise(connection, window);
+  tellManager(connection, window, restack, {byPerson, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE});
 }
 
 /// Before the windows are raised: some managers would bring them to the desktop that is shown.
 void showDesktopOf(Connection& connection, xcb_window_t window) {
-  constexpr std::uint32_t everyDesktop = 0xffffffff;
   const auto desktop = propertyOf(connection, window, "_NET_WM_DESKTOP").firstValue();
   const auto shown = propertyOf(connection, connection.root(), "_NET_CURRENT_DESKTOP").firstValue();
   if (!desktop || desktop == everyDesktop || desktop == shown) return;
@@ -57,6 +51,12 @@ void sendActivation(Connection& connection, xcb_window_t window, xcb_timestamp_t
 
 }  // namespace
 
+void raise(Connection& connection, xcb_window_t window) {
+  constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+  failureOf(connection.xcb(), xcb_configure_window_checked(connection.xcb(), window,
+                                                           XCB_CONFIG_WINDOW_STACK_MODE, &above));
+}
+
 bool hasWindows(Connection& connection, std::int32_t processID) {
   return !clientWindowsOf(connection, processID).empty();
 }
@@ -67,9 +67,9 @@ bool activateWindows(Connection& connection, std::int32_t processID) {
   const auto front = frontmost(connection, windows);
   showDesktopOf(connection, front);
   std::for_each(windows.rbegin(), windows.rend(), [&](xcb_window_t each) {
-    if (each != front && !isMinimised(connection, each)) raise(connection, each);
+    if (each != front && !isMinimised(connection, each)) raiseByPerson(connection, each);
   });
-  raise(connection, front);
+  raiseByPerson(connection, front);
   sendActivation(connection, front, XCB_CURRENT_TIME);
   return true;
 }

@@ -6,6 +6,10 @@
 
 namespace vistrel::platform::linux_desktop {
 
+/// Raises the window in its layer, without giving it the keyboard. One that has gone needs none.
+/// Returns once the server has done so, or has passed it on to the manager.
+void raise(Connection& connection, xcb_window_t window);
+
 /// Whether a program of that process has a window that the window manager knows of.
 bool hasWindows(Connection& connection, std::int32_t processID);
 

@@ -14,9 +14,6 @@ constexpr auto horizontally = "_NET_WM_STATE_MAXIMIZED_HORZ";
 constexpr auto vertically = "_NET_WM_STATE_MAXIMIZED_VERT";
 constexpr auto fullScreen = "_NET_WM_STATE_FULLSCREEN";
 
-/// EWMH, _NET_WM_DESKTOP.
-constexpr std::uint32_t everyDesktop = 0xffffffff;
-
 }  // namespace
 
 AwayWindows::~AwayWindows() {

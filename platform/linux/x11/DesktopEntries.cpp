@@ -1,12 +1,12 @@
 #include "platform/linux/x11/DesktopEntries.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <system_error>
 #include <utility>
 
+#include "platform/linux/Environment.h"
 #include "platform/linux/x11/TextDecoding.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -15,11 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view fileSuffix = ".desktop";
-
-std::string environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value ? value : "";
-}
 
 std::string lowerCase(std::string_view text) {
   std::string result(text);
@@ -125,7 +120,7 @@ std::vector<std::string> localeSuffixes(std::string_view locale) {
 
 std::string messagesLocale() {
   for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    if (auto value = environment(name); !value.empty()) return value;
+    if (auto value = environmentVariable(name); !value.empty()) return value;
   }
   return "C";
 }
@@ -196,9 +191,9 @@ const DesktopEntry* DesktopEntries::withWindowClass(std::string_view windowClass
 }
 
 std::vector<fs::path> xdgDataDirectories() {
-  auto home = environment("XDG_DATA_HOME");
-  if (home.empty()) home = environment("HOME") + "/.local/share";
-  auto system = environment("XDG_DATA_DIRS");
+  auto home = environmentVariable("XDG_DATA_HOME");
+  if (home.empty()) home = environmentVariable("HOME") + "/.local/share";
+  auto system = environmentVariable("XDG_DATA_DIRS");
   if (system.empty()) system = "/usr/local/share:/usr/share";
   std::vector<fs::path> directories{home};
   for (std::string_view rest = system; !rest.empty();) {

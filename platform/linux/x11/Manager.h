@@ -17,6 +17,9 @@ namespace vistrel::platform::linux_desktop {
 /// tool of theirs.
 inline constexpr std::uint32_t byPerson = 2;
 
+/// The number that stands for all desktops (EWMH, _NET_WM_DESKTOP).
+inline constexpr std::uint32_t everyDesktop = 0xffffffff;
+
 /// Whether a manager runs that follows EWMH.
 bool hasManager(Connection& connection);
 /// Whether `hint` is among what it says it supports (_NET_SUPPORTED).

@@ -2,11 +2,11 @@
 
 #include <array>
 #include <atomic>
-#include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
 
+#include "platform/linux/Environment.h"
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/ApplicationActivation.h"
 #include "platform/linux/x11/CaptureStream.h"
@@ -14,6 +14,7 @@
 #include "platform/linux/x11/DockWatch.h"
 #include "platform/linux/x11/FullScreenFollower.h"
 #include "platform/linux/x11/InstanceClaim.h"
+#include "platform/linux/x11/Manager.h"
 #include "platform/linux/x11/MenuKeys.h"
 #include "platform/linux/x11/MirrorWorker.h"
 #include "platform/linux/x11/ShareableContentService.h"
@@ -24,11 +25,6 @@
 
 namespace vistrel::platform::linux_desktop {
 namespace {
-
-std::string environmentVariable(const char* name) {
-  const char* value = std::getenv(name);
-  return value ? value : "";
-}
 
 std::string displayName() { return environmentVariable("DISPLAY"); }
 
@@ -122,7 +118,7 @@ class XcbDesktop : public X11Desktop {
   }
 
   void markAsFloatingPanel(std::uint32_t window) override;
-  void raise(std::uint32_t window) override;
+  void raise(std::uint32_t window) override { linux_desktop::raise(*connection_, window); }
 
   void takeMenuKeys(std::function<void()> pressed) override;
 
@@ -190,24 +186,16 @@ void XcbDesktop::markAsFloatingPanel(std::uint32_t window) {
   const std::array<xcb_atom_t, 4> states{
       c.atom("_NET_WM_STATE_ABOVE"), c.atom("_NET_WM_STATE_STICKY"),
       c.atom("_NET_WM_STATE_SKIP_TASKBAR"), c.atom("_NET_WM_STATE_SKIP_PAGER")};
-  const std::uint32_t allDesktops = 0xffffffff;
   xcb_change_property(c.xcb(), XCB_PROP_MODE_REPLACE, window, c.atom("_NET_WM_STATE"),
                       XCB_ATOM_ATOM, 32, states.size(), states.data());
   xcb_change_property(c.xcb(), XCB_PROP_MODE_REPLACE, window, c.atom("_NET_WM_DESKTOP"),
-                      XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+                      XCB_ATOM_CARDINAL, 32, 1, &everyDesktop);
   // The toolkit maps the window on a connection of its own, after this.
   c.sync();
   while (c.pollEvent()) continue;  // no events are asked for here, so this looks for errors alone
   if (!fullScreens_) fullScreens_ = FullScreenFollower::on(panelQueue_);
   if (!fullScreens_) return;
   panelQueue_->async([follower = fullScreens_, window] { follower->add(window); });
-}
-
-void XcbDesktop::raise(std::uint32_t window) {
-  const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-  // A window that has gone needs no raising.
-  failureOf(connection_->xcb(), xcb_configure_window_checked(connection_->xcb(), window,
-                                                             XCB_CONFIG_WINDOW_STACK_MODE, &above));
 }
 
 }  // namespace
