@@ -24,17 +24,13 @@ bool isMirrorWorthy(const ShareableWindow& window, std::int32_t ownProcessID) {
          window.frame.width() >= minWidth && window.frame.height() >= minHeight && !isOwn;
 }
 
-std::string applicationName(const ShareableWindow& window) {
-  return window.owningApplication ? window.owningApplication->applicationName : std::string();
-}
-
 bool isAscending(const std::string& a, const std::string& b) {
   return platform::localizedCaseInsensitiveCompare(a, b) == ComparisonResult::ascending;
 }
 
 bool comesBefore(const WindowRecord& a, const WindowRecord& b) {
-  const std::string nameOfA = applicationName(*a);
-  const std::string nameOfB = applicationName(*b);
+  const std::string nameOfA = a->applicationNameOr("");
+  const std::string nameOfB = b->applicationNameOr("");
   if (nameOfA != nameOfB) return isAscending(nameOfA, nameOfB);
   return isAscending(a->title.value_or(""), b->title.value_or(""));
 }

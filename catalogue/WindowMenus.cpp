@@ -44,10 +44,6 @@ std::shared_ptr<MenuItem> disabledItem(const std::string& title) {
   return item;
 }
 
-std::string applicationName(const platform::ShareableWindow& window) {
-  return window.owningApplication ? window.owningApplication->applicationName : "Unknown";
-}
-
 }  // namespace
 
 std::shared_ptr<Menu> WindowMirrorManager::makeDockPickerMenu() {
@@ -82,7 +78,7 @@ void WindowMirrorManager::populatePicker(Menu& menu, const Windows& windows) {
   if (windows.empty()) menu.addItem(disabledItem("Looking for windows…"));
   std::optional<std::string> previousName;
   for (const WindowRecord& window : windows) {
-    const std::string name = applicationName(*window);
+    const std::string name = window->applicationNameOr("Unknown");
     if (name != previousName) {
       if (previousName) menu.addItem(MenuItem::separatorItem());
       menu.addItem(disabledItem(name));

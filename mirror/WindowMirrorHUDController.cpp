@@ -18,10 +18,6 @@ using platform::Size;
 
 namespace {
 
-std::string applicationName(const platform::ShareableWindow& window) {
-  return window.owningApplication ? window.owningApplication->applicationName : "Window";
-}
-
 std::int32_t processID(const platform::ShareableWindow& window) {
   return window.owningApplication ? window.owningApplication->processID : -1;
 }
@@ -63,7 +59,7 @@ WindowMirrorHUDController::WindowMirrorHUDController(const platform::ShareableWi
                                                      std::weak_ptr<MirrorHost> host)
     : windowID_(window.windowID),
       sourceTitle_(window.title.value_or("Untitled")),
-      appName_(applicationName(window)),
+      appName_(window.applicationNameOr("Window")),
       sourcePID_(processID(window)),
       onClosed_(std::move(onClosed)),
       host_(std::move(host)),

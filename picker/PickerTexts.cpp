@@ -17,9 +17,8 @@ std::string pickerStatus(std::size_t count, bool accessGranted) {
 }
 
 std::string pickerRowText(const platform::ShareableWindow& window, bool mirrored) {
-  const std::string application =
-      window.owningApplication ? window.owningApplication->applicationName : "Unknown";
-  return (mirrored ? "● " : "") + application + " — " + window.title.value_or("Untitled");
+  return (mirrored ? "● " : "") + window.applicationNameOr("Unknown") + " — " +
+         window.title.value_or("Untitled");
 }
 
 }  // namespace vistrel

@@ -45,6 +45,11 @@ struct ShareableWindow {
   std::shared_ptr<const SharedApplication> owningApplication;  // null when unknown
   bool isOnScreen = false;
   std::int64_t windowLayer = 0;  // 0 for ordinary windows
+
+  /// Of the owning application; `unknown` where that is not known.
+  std::string applicationNameOr(const char* unknown) const {
+    return owningApplication ? owningApplication->applicationName : unknown;
+  }
 };
 using WindowRecord = std::shared_ptr<const ShareableWindow>;
 
