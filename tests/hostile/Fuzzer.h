@@ -93,6 +93,9 @@ class Fuzzer {
   std::string mirrorsThatAreWrong();
   std::vector<std::string> resources() const;
 
+  static constexpr const char* checkProperty = "_NET_SUPPORTING_WM_CHECK";
+  static constexpr const char* listProperty = "_NET_CLIENT_LIST";
+
   int below(int bound);
   bool oneIn(int count) { return below(count) == 0; }
   std::uint32_t anything();
