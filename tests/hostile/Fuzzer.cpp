@@ -133,6 +133,9 @@ std::string Fuzzer::finish() {
       return "a stream's request has no answer";
     }
   }
+  if (!testbed::eventually([this] { return *answers_ == listsAsked_; })) {
+    return "a request for the list has no answer";
+  }
   const auto now = resources();
   for (std::size_t i = 0; i < now.size(); ++i) {
     if (now[i] != resourcesAtStart_[i]) {

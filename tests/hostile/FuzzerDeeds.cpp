@@ -291,6 +291,7 @@ void Fuzzer::resizePanel() { someMirror().resizePanel(1 + below(300), 1 + below(
 
 void Fuzzer::list() {
   ++listings_;
+  ++listsAsked_;
   service_.request(oneIn(2), oneIn(2),
                    [answers = answers_](const auto&, const auto&) { ++*answers; });
 }
