@@ -10,11 +10,13 @@
 
 #include "platform/linux/x11/ShareableContentService.h"
 #include "platform/linux/x11/WindowList.h"
-#include "tests/hostile/TestMirror.h"
+#include "tests/linux/TestMirror.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/PrivateDisplay.h"
 
 namespace vistrel::hostile {
+
+using platform::linux_desktop::TestMirror;
 
 /// Programs gone mad on a display, and the window list and some mirrors in the midst of them. What
 /// they do is random but for the seed: windows of every kind come, go, and move into one another;

@@ -6,11 +6,13 @@
 
 #include "platform/linux/x11/StrayErrors.h"
 #include "tests/hostile/RawSource.h"
-#include "tests/hostile/TestMirror.h"
+#include "tests/linux/TestMirror.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
 
 namespace vistrel::hostile {
+
+using platform::linux_desktop::TestMirror;
 
 inline constexpr testbed::Quadrants otherColours{testbed::yellow, testbed::blue, testbed::green,
                                                  testbed::red};

@@ -7,6 +7,7 @@
 #include "tests/linux/TestCursor.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
+#include "tests/support/ScreenReader.h"
 #include "tests/support/XWindows.h"
 
 namespace vistrel::platform::linux_desktop {

@@ -21,8 +21,8 @@ struct Extents {
 Extents extentsFrom(const std::vector<std::uint32_t>& property);
 
 /// What a person sees as the window: the client's inside with the manager's decoration around it
-/// (`_NET_FRAME_EXTENTS`) or, where there is none, less the shadow that a client draws inside itself
-/// (`_GTK_FRAME_EXTENTS`). In the space of `client`.
+/// (`_NET_FRAME_EXTENTS`) or, where there is none, less the shadow that a client draws inside
+/// itself (`_GTK_FRAME_EXTENTS`). In the space of `client`.
 PixelRect visibleFrame(const PixelRect& client, const Extents& decoration, const Extents& shadow);
 
 }  // namespace vistrel::platform::linux_desktop

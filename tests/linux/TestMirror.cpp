@@ -1,4 +1,4 @@
-#include "tests/hostile/TestMirror.h"
+#include "tests/linux/TestMirror.h"
 
 #include <array>
 #include <utility>
@@ -8,9 +8,8 @@
 #include "platform/linux/x11/WindowFrames.h"
 #include "tests/support/ScreenReader.h"
 
-namespace vistrel::hostile {
+namespace vistrel::platform::linux_desktop {
 
-namespace x11 = platform::linux_desktop;
 using testbed::Rect;
 using testbed::Rgb;
 
@@ -32,36 +31,34 @@ xcb_window_t openPanel(const testbed::XConnection& connection, Rect area) {
   return window;
 }
 
-x11::PanelChrome clearChrome(int width, int height) {
-  x11::PanelChrome chrome;
+PanelChrome clearChrome(int width, int height) {
+  PanelChrome chrome;
   chrome.width = width;
   chrome.height = height;
   chrome.pixels.assign(static_cast<std::size_t>(width * height), 0);
-  chrome.contents = x11::PixelRect{0, 0, width, height};
-  chrome.contentsBackground = platform::Color::black();
+  chrome.contents = PixelRect{0, 0, width, height};
+  chrome.contentsBackground = Color::black();
   return chrome;
 }
 
 }  // namespace
 
-void TestMirror::Events::streamDidOutputSampleBuffer(platform::Stream& /*stream*/,
-                                                     const platform::SampleBuffer& sample,
-                                                     platform::StreamOutputType /*type*/) {
-  ++samples;
+void TestMirror::Events::streamDidOutputSampleBuffer(Stream& /*stream*/, const SampleBuffer& sample,
+                                                     StreamOutputType /*type*/) {
   const auto buffer = sample.imageBuffer();
-  std::vector<platform::PixelBGRA> pixels;
-  buffer->visitSampleGrid(gridSide, gridSide, [&pixels](platform::PixelBGRA pixel) {
+  std::vector<PixelBGRA> pixels;
+  buffer->visitSampleGrid(gridSide, gridSide, [&pixels](PixelBGRA pixel) {
     pixels.push_back(pixel);
     return true;
   });
-  auto image = x11::WindowImageContext().createImage(buffer);
+  auto image = WindowImageContext().createImage(buffer);
   const std::lock_guard lock(mutex);
+  frames.push_back(monotonicNow());
   latest = std::move(image);
   grid = std::move(pixels);
 }
 
-void TestMirror::Events::streamDidStopWithError(platform::Stream& /*stream*/,
-                                                const platform::Error& /*error*/) {
+void TestMirror::Events::streamDidStopWithError(Stream& /*stream*/, const Error& /*error*/) {
   ++ends;
 }
 
@@ -69,7 +66,7 @@ TestMirror::TestMirror(const testbed::XConnection& connection, Rect panel)
     : connection_(connection),
       panel_(openPanel(connection, panel)),
       area_(panel),
-      queue_(x11::SerialQueue::make("mirror", platform::QualityOfService::userInteractive)),
+      queue_(SerialQueue::make("mirror", QualityOfService::userInteractive)),
       events_(std::make_shared<Events>()) {
   surface_.emplace(panel_, queue_);
   surface_->setChrome(clearChrome(area_.width, area_.height), nullptr);
@@ -83,7 +80,7 @@ TestMirror::~TestMirror() {
   connection_.sync();
 }
 
-platform::StreamConfiguration TestMirror::usualConfiguration() {
+StreamConfiguration TestMirror::usualConfiguration() {
   return {.width = 400,
           .height = 300,
           .minimumFrameInterval = {1, 30},
@@ -92,15 +89,15 @@ platform::StreamConfiguration TestMirror::usualConfiguration() {
           .scalesToFit = true};
 }
 
-platform::StreamCompletion TestMirror::counted() {
+StreamCompletion TestMirror::counted() {
   ++asked_;
   return [events = events_](const auto& /*error*/) { ++events->answered; };
 }
 
-void TestMirror::start(xcb_window_t source) {
+void TestMirror::start(xcb_window_t source, const StreamConfiguration& configuration) {
   stop();
-  stream_ = std::make_shared<x11::CaptureStream>(source, usualConfiguration(), events_);
-  stream_->addStreamOutput(events_, platform::StreamOutputType::screen, queue_);
+  stream_ = std::make_shared<CaptureStream>(source, configuration, events_);
+  stream_->addStreamOutput(events_, StreamOutputType::screen, queue_);
   stream_->startCapture([events = events_, count = counted()](const auto& error) {
     {
       const std::lock_guard lock(events->mutex);
@@ -114,7 +111,7 @@ void TestMirror::stop() {
   if (const auto stream = std::exchange(stream_, nullptr)) stream->stopCapture(counted());
 }
 
-void TestMirror::configure(const platform::StreamConfiguration& configuration) {
+void TestMirror::configure(const StreamConfiguration& configuration) {
   if (stream_) stream_->updateConfiguration(configuration, counted());
 }
 
@@ -130,7 +127,7 @@ void TestMirror::resizePanel(int width, int height) {
 }
 
 void TestMirror::turn() {
-  std::shared_ptr<const platform::Image> image;
+  std::shared_ptr<const Image> image;
   {
     const std::lock_guard lock(events_->mutex);
     image = std::exchange(events_->latest, nullptr);
@@ -145,8 +142,8 @@ testbed::Picture TestMirror::panelPicture() const {
 }
 
 Rgb TestMirror::colourAt(double fractionX, double fractionY, Rect source) const {
-  const auto place = x11::aspectFit({source.width, source.height},
-                                    x11::PixelRect{0, 0, area_.width, area_.height});
+  const auto place =
+      aspectFit({source.width, source.height}, PixelRect{0, 0, area_.width, area_.height});
   const Rect picture{place.x, place.y, place.width, place.height};
   return panelPicture().at(picture.at(fractionX, fractionY));
 }
@@ -173,14 +170,19 @@ bool TestMirror::wasGiven(const testbed::Quadrants& expected) const {
          isAt(near, far, expected.bottomLeft) && isAt(far, far, expected.bottomRight);
 }
 
+std::vector<double> TestMirror::frames() const {
+  const std::lock_guard lock(events_->mutex);
+  return events_->frames;
+}
+
 std::string TestMirror::startFailure() const {
   const std::lock_guard lock(events_->mutex);
   return events_->startFailure;
 }
 
 void TestMirror::settle() const {
-  x11::asyncAndWait(*queue_, [queue = queue_] {
-    const auto worker = x11::MirrorWorker::of(queue);
+  asyncAndWait(*queue_, [queue = queue_] {
+    const auto worker = MirrorWorker::of(queue);
     worker->serve();
     worker->connection().sync();
     worker->serve();
@@ -189,11 +191,11 @@ void TestMirror::settle() const {
 
 std::uint32_t TestMirror::idBase() const {
   std::uint32_t base = 0;
-  x11::asyncAndWait(*queue_, [queue = queue_, &base] {
-    const auto worker = x11::MirrorWorker::of(queue);
+  asyncAndWait(*queue_, [queue = queue_, &base] {
+    const auto worker = MirrorWorker::of(queue);
     base = xcb_get_setup(worker->connection().xcb())->resource_id_base;
   });
   return base;
 }
 
-}  // namespace vistrel::hostile
+}  // namespace vistrel::platform::linux_desktop

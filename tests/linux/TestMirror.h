@@ -14,7 +14,7 @@
 #include "tests/support/TestWindow.h"
 #include "tests/support/XConnection.h"
 
-namespace vistrel::hostile {
+namespace vistrel::platform::linux_desktop {
 
 /// A mirror as the program has one, without its views: a queue, a stream, and the window of a panel
 /// in which every frame is shown, whatever it is. One thread, except for what is said to be its
@@ -28,13 +28,13 @@ class TestMirror {
   ~TestMirror();
 
   /// Starts mirroring `source`, which need not exist. Does not wait.
-  void start(xcb_window_t source);
+  void start(xcb_window_t source, const StreamConfiguration& configuration = usualConfiguration());
   void stop();
-  void configure(const platform::StreamConfiguration& configuration);
+  void configure(const StreamConfiguration& configuration);
   /// Gives the panel another size.
   void resizePanel(int width, int height);
   /// The configuration that the program starts with.
-  static platform::StreamConfiguration usualConfiguration();
+  static StreamConfiguration usualConfiguration();
 
   /// Lets the panel show what has come.
   void turn();
@@ -50,7 +50,9 @@ class TestMirror {
   /// Requests that have been made, and those that were answered.
   int asked() const { return asked_; }
   int answered() const { return events_->answered; }
-  int samples() const { return events_->samples; }
+  /// When each frame was handed out or a little later, by the monotonic clock.
+  std::vector<double> frames() const;
+  int samples() const { return static_cast<int>(frames().size()); }
   /// How often a stream ended by itself.
   int ends() const { return events_->ends; }
   /// What the last start was answered with; empty for success.
@@ -64,31 +66,31 @@ class TestMirror {
  private:
   struct Events;
 
-  platform::StreamCompletion counted();
+  StreamCompletion counted();
 
   const testbed::XConnection& connection_;
   const xcb_window_t panel_;
   testbed::Rect area_;
-  std::shared_ptr<platform::linux_desktop::SerialQueue> queue_;
+  std::shared_ptr<SerialQueue> queue_;
   std::shared_ptr<Events> events_;
-  std::shared_ptr<platform::linux_desktop::CaptureStream> stream_;
-  std::optional<platform::linux_desktop::X11PanelSurface> surface_;
+  std::shared_ptr<CaptureStream> stream_;
+  std::optional<X11PanelSurface> surface_;
   int asked_ = 0;
 
   /// What comes from the queue.
-  struct Events : platform::StreamOutputHandler, platform::StreamDelegate {
-    void streamDidOutputSampleBuffer(platform::Stream& stream, const platform::SampleBuffer& sample,
-                                     platform::StreamOutputType type) override;
-    void streamDidStopWithError(platform::Stream& stream, const platform::Error& error) override;
+  struct Events : StreamOutputHandler, StreamDelegate {
+    void streamDidOutputSampleBuffer(Stream& stream, const SampleBuffer& sample,
+                                     StreamOutputType type) override;
+    void streamDidStopWithError(Stream& stream, const Error& error) override;
 
     std::atomic<int> answered = 0;
-    std::atomic<int> samples = 0;
     std::atomic<int> ends = 0;
     mutable std::mutex mutex;
-    std::string startFailure;                       // guarded by mutex
-    std::shared_ptr<const platform::Image> latest;  // guarded by mutex
-    std::vector<platform::PixelBGRA> grid;          // of the last frame; guarded by mutex
+    std::vector<double> frames;           // guarded by mutex
+    std::string startFailure;             // guarded by mutex
+    std::shared_ptr<const Image> latest;  // guarded by mutex
+    std::vector<PixelBGRA> grid;          // of the last frame; guarded by mutex
   };
 };
 
-}  // namespace vistrel::hostile
+}  // namespace vistrel::platform::linux_desktop
