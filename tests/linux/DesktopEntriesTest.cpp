@@ -1,9 +1,15 @@
+#include <atomic>
 #include <chrono>
+#include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <string>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 #include "platform/linux/x11/DesktopEntries.h"
+#include "tests/support/Poll.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -120,6 +126,21 @@ TEST_F(DesktopEntriesTest, installedLaterAreFoundAfterARefresh) {
       applications, std::filesystem::last_write_time(applications) + std::chrono::seconds(5));
   all.refresh();
   EXPECT_EQ(all.withId("second")->name, "Second");
+}
+
+TEST_F(DesktopEntriesTest, areNotWaitedForInAPipe) {
+  install("system", "edit.desktop", "Name=Edit\n");
+  const auto pipe = directory_.path() / "system" / "applications" / "pipe.desktop";
+  ASSERT_EQ(mkfifo(pipe.c_str(), S_IRWXU), 0);
+  std::atomic<bool> isRead = false;
+  std::thread reader([&] {
+    EXPECT_EQ(entries().withId("edit")->name, "Edit");
+    isRead = true;
+  });
+  EXPECT_TRUE(testbed::eventually([&] { return isRead.load(); }));
+  // Whoever waits for somebody to write is let go.
+  close(open(pipe.c_str(), O_RDWR));
+  reader.join();
 }
 
 TEST_F(DesktopEntriesTest, areNoneWithoutDirectories) { EXPECT_EQ(entries().withId("x"), nullptr); }

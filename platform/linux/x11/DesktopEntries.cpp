@@ -85,7 +85,11 @@ std::string localizedName(const Keys& keys, std::string_view locale) {
   return unescaped(valueOf(keys, "Name"));
 }
 
+/// Empty for what is no regular file, such as a pipe, which would have us wait for somebody to
+/// write.
 std::string contentsOf(const fs::path& file) {
+  std::error_code unknown;
+  if (!fs::is_regular_file(file, unknown)) return {};
   std::ostringstream contents;
   contents << std::ifstream(file, std::ios::binary).rdbuf();
   return contents.str();
