@@ -52,7 +52,7 @@ class X11Desktop : public ScreenCaptureBackend {
 
   /// Sets the EWMH properties that keep a panel above all windows and on every desktop, out of
   /// taskbar and pager (`_NET_WM_STATE`, `_NET_WM_DESKTOP`), and from then on keeps it above
-  /// full-screen windows too. Each time before the window is mapped.
+  /// full-screen windows too. Each time before the window is mapped. Main thread.
   virtual void markAsFloatingPanel(std::uint32_t window) = 0;
   /// From now on the keys that ask for a context menu (Menu, Shift+F10) call `pressed`, on the main
   /// queue, whatever window has the keyboard; null lets them be. Main thread.

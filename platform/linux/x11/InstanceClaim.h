@@ -48,7 +48,7 @@ class InstanceClaim : public std::enable_shared_from_this<InstanceClaim> {
 };
 
 struct InstanceClaim::OrShown {
-  /// Null when the display refuses another connection.
+  /// Null when the display refuses another connection, or when there is nothing left to claim for.
   std::shared_ptr<InstanceClaim> claim;
   /// Whether this process has nothing left to do.
   bool isShown = false;
