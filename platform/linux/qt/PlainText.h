@@ -10,8 +10,7 @@ namespace vistrel::platform::linux_desktop {
 QString inOneLine(QString text);
 
 /// For a menu that another program shows (com.canonical.dbusmenu), where "_" marks an access key
-/// and
-/// "__" is one "_": the text as it is.
+/// and "__" is one "_": the text as it is.
 QString withoutAccessKeys(QString text);
 
 /// The same for a menu that the toolkit hands over, which makes a "_" of the first "&".
