@@ -5,7 +5,7 @@
 #include <numeric>
 #include <sstream>
 
-#include "platform/linux/x11/StrayErrors.h"
+#include "platform/linux/x11/server/StrayErrors.h"
 #include "tests/hostile/RawSource.h"
 #include "tests/hostile/ServerResources.h"
 #include "tests/support/Poll.h"

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/x11/ShareableContentService.h"
-#include "platform/linux/x11/WindowList.h"
+#include "platform/linux/x11/listing/ShareableContentService.h"
+#include "platform/linux/x11/listing/WindowList.h"
 #include "tests/linux/TestMirror.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/PrivateDisplay.h"

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-#include "platform/linux/x11/StrayErrors.h"
+#include "platform/linux/x11/server/StrayErrors.h"
 #include "tests/hostile/RawSource.h"
 #include "tests/linux/TestMirror.h"
 #include "tests/support/Poll.h"

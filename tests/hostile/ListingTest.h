@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/x11/WindowList.h"
+#include "platform/linux/x11/listing/WindowList.h"
 #include "tests/hostile/HostileTest.h"
 
 namespace vistrel::hostile {

@@ -2,8 +2,8 @@
 #include <thread>
 
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/x11/FullScreenFollower.h"
-#include "platform/linux/x11/Manager.h"
+#include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/panel/FullScreenFollower.h"
 #include "tests/hostile/ListingTest.h"
 
 namespace vistrel::hostile {

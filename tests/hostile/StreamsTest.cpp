@@ -1,6 +1,6 @@
 #include <atomic>
 
-#include "platform/linux/x11/MirrorWorker.h"
+#include "platform/linux/x11/stream/MirrorWorker.h"
 #include "tests/hostile/HostileTest.h"
 
 namespace vistrel::hostile {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/qt/AlertBox.h"
+#include "platform/linux/qt/widgets/AlertBox.h"
 #include "tests/linux/OffscreenToolkit.h"
 
 namespace vistrel::platform::linux_desktop {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "platform/linux/x11/AwaitedChromes.h"
+#include "platform/linux/x11/panel/AwaitedChromes.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

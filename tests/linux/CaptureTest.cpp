@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/linux/x11/WindowFrames.h"
+#include "platform/linux/x11/stream/WindowFrames.h"
 #include "tests/linux/MirrorInPanel.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/Controls.h"
-#include "platform/linux/qt/ChromePainter.h"
+#include "platform/linux/qt/paint/ChromePainter.h"
 #include "tests/linux/OffscreenToolkit.h"
 
 namespace vistrel::platform::linux_desktop {

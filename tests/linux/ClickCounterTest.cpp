@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/ClickCounter.h"
+#include "platform/linux/qt/panel/ClickCounter.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/x11/ProcessIds.h"
+#include "platform/linux/x11/manager/ProcessIds.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

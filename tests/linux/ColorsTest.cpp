@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/Colors.h"
-#include "platform/linux/qt/Legibility.h"
+#include "platform/linux/qt/paint/Colors.h"
+#include "platform/linux/qt/paint/Legibility.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

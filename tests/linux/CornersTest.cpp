@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/x11/Corners.h"
+#include "platform/linux/x11/picture/Corners.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/linux/x11/PictureStore.h"
+#include "platform/linux/x11/picture/PictureStore.h"
 #include "tests/support/Picture.h"
 
 namespace vistrel::platform::linux_desktop {

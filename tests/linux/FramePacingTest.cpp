@@ -5,7 +5,7 @@
 #include <random>
 #include <vector>
 
-#include "platform/linux/x11/FramePacing.h"
+#include "platform/linux/x11/source/FramePacing.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

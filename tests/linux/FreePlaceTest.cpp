@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/x11/FreePlace.h"
+#include "platform/linux/x11/monitors/FreePlace.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/Legibility.h"
+#include "platform/linux/qt/paint/Legibility.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/MenuOpenings.h"
+#include "platform/linux/qt/tray/MenuOpenings.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "platform/linux/x11/MipLevels.h"
+#include "platform/linux/x11/picture/MipLevels.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

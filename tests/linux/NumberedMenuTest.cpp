@@ -3,7 +3,7 @@
 #include <limits>
 #include <string>
 
-#include "platform/linux/qt/NumberedMenu.h"
+#include "platform/linux/qt/tray/NumberedMenu.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

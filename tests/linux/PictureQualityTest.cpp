@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/x11/PanelPainter.h"
+#include "platform/linux/x11/panel/PanelPainter.h"
 #include "tests/linux/DrawnPictures.h"
 #include "tests/support/PrivateDisplay.h"
 #include "tests/support/ScreenReader.h"

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "platform/linux/x11/PixelGeometry.h"
+#include "platform/linux/x11/server/PixelGeometry.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/PlacedFrame.h"
+#include "platform/linux/qt/windows/PlacedFrame.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

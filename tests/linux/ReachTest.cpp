@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/Reach.h"
+#include "platform/linux/qt/windows/Reach.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

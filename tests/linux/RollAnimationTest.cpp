@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/qt/RollAnimation.h"
+#include "platform/linux/qt/panel/RollAnimation.h"
 #include "tests/linux/OffscreenToolkit.h"
 
 namespace vistrel::platform::linux_desktop {

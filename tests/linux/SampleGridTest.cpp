@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 
-#include "platform/linux/x11/SampleGrid.h"
+#include "platform/linux/x11/picture/SampleGrid.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -7,7 +7,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include "platform/linux/qt/SavedFrames.h"
+#include "platform/linux/qt/windows/SavedFrames.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace vistrel::platform::linux_desktop {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/qt/Legibility.h"
-#include "platform/linux/qt/ShownMenu.h"
+#include "platform/linux/qt/menus/ShownMenu.h"
+#include "platform/linux/qt/paint/Legibility.h"
 #include "platform/simulated/SimulatedBackend.h"
 #include "tests/linux/OffscreenToolkit.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/x11/StartupNotification.h"
+#include "platform/linux/x11/instance/StartupNotification.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

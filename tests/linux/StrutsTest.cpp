@@ -4,7 +4,7 @@
 #include <limits>
 #include <random>
 
-#include "platform/linux/x11/Struts.h"
+#include "platform/linux/x11/monitors/Struts.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <random>
 
-#include "platform/linux/x11/Drawing.h"
+#include "platform/linux/x11/picture/Drawing.h"
 #include "tests/support/TestWindow.h"
 
 namespace vistrel::platform::linux_desktop {

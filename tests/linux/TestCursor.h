@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/linux/x11/Connection.h"
+#include "platform/linux/x11/server/Connection.h"
 #include "tests/linux/DrawnPictures.h"
 
 namespace vistrel::platform::linux_desktop {

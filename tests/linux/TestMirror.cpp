@@ -3,9 +3,9 @@
 #include <array>
 #include <utility>
 
-#include "platform/linux/x11/MipLevels.h"
-#include "platform/linux/x11/MirrorWorker.h"
-#include "platform/linux/x11/WindowFrames.h"
+#include "platform/linux/x11/picture/MipLevels.h"
+#include "platform/linux/x11/stream/MirrorWorker.h"
+#include "platform/linux/x11/stream/WindowFrames.h"
 #include "tests/support/ScreenReader.h"
 
 namespace vistrel::platform::linux_desktop {

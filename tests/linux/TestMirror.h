@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/x11/CaptureStream.h"
-#include "platform/linux/x11/X11PanelSurface.h"
+#include "platform/linux/x11/stream/CaptureStream.h"
+#include "platform/linux/x11/stream/X11PanelSurface.h"
 #include "tests/support/Picture.h"
 #include "tests/support/TestWindow.h"
 #include "tests/support/XConnection.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/x11/TextDecoding.h"
+#include "platform/linux/x11/server/TextDecoding.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -1,7 +1,7 @@
 #include <QFontMetricsF>
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/Fonts.h"
+#include "platform/linux/qt/paint/Fonts.h"
 #include "tests/linux/OffscreenToolkit.h"
 
 namespace vistrel::platform::linux_desktop {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/ToolkitSpace.h"
+#include "platform/linux/qt/space/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -1,7 +1,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/UrlSchemes.h"
+#include "platform/linux/qt/process/UrlSchemes.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace vistrel::platform::linux_desktop {

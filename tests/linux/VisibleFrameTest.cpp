@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/x11/VisibleFrame.h"
+#include "platform/linux/x11/manager/VisibleFrame.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

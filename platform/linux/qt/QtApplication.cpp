@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "platform/Menu.h"
-#include "platform/linux/qt/ToolkitConnection.h"
+#include "platform/linux/qt/space/ToolkitConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 

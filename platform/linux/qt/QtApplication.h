@@ -7,9 +7,9 @@
 #include <xcb/xcb.h>
 
 #include "platform/Application.h"
-#include "platform/linux/qt/PeerHost.h"
-#include "platform/linux/qt/TerminationSignals.h"
-#include "platform/linux/qt/TrayIcon.h"
+#include "platform/linux/qt/process/TerminationSignals.h"
+#include "platform/linux/qt/tray/TrayIcon.h"
+#include "platform/linux/qt/windows/PeerHost.h"
 
 namespace vistrel::platform::linux_desktop {
 

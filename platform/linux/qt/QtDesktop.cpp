@@ -4,14 +4,14 @@
 #include <array>
 
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/qt/Accessibles.h"
 #include "platform/linux/qt/QtApplication.h"
-#include "platform/linux/qt/QtDispatch.h"
 #include "platform/linux/qt/QtWindows.h"
-#include "platform/linux/qt/QtWorkspace.h"
-#include "platform/linux/qt/ScreenReaders.h"
-#include "platform/linux/qt/Symbols.h"
-#include "platform/linux/qt/ToolkitConnection.h"
-#include "platform/linux/qt/ToolkitMessages.h"
+#include "platform/linux/qt/paint/Symbols.h"
+#include "platform/linux/qt/process/QtDispatch.h"
+#include "platform/linux/qt/process/QtWorkspace.h"
+#include "platform/linux/qt/process/ToolkitMessages.h"
+#include "platform/linux/qt/space/ToolkitConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 

@@ -9,12 +9,12 @@
 #include "platform/Alert.h"
 #include "platform/Controls.h"
 #include "platform/linux/Environment.h"
-#include "platform/linux/qt/AlertBox.h"
-#include "platform/linux/qt/Fonts.h"
-#include "platform/linux/qt/PanelPeer.h"
-#include "platform/linux/qt/PlainText.h"
-#include "platform/linux/qt/Pointer.h"
-#include "platform/linux/qt/TitledPeer.h"
+#include "platform/linux/qt/paint/Fonts.h"
+#include "platform/linux/qt/paint/PlainText.h"
+#include "platform/linux/qt/panel/PanelPeer.h"
+#include "platform/linux/qt/space/Pointer.h"
+#include "platform/linux/qt/widgets/AlertBox.h"
+#include "platform/linux/qt/widgets/TitledPeer.h"
 
 namespace vistrel::platform::linux_desktop {
 

@@ -6,8 +6,8 @@
 
 #include "platform/Backend.h"
 #include "platform/linux/X11Desktop.h"
-#include "platform/linux/qt/PeerHost.h"
-#include "platform/linux/qt/ScreenList.h"
+#include "platform/linux/qt/space/ScreenList.h"
+#include "platform/linux/qt/windows/PeerHost.h"
 
 namespace vistrel::platform::linux_desktop {
 

@@ -1,0 +1,68 @@
+#include "platform/linux/qt/paint/ChromePainter.h"
+
+#include <QImage>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/linux/qt/paint/Colors.h"
+#include "platform/linux/qt/paint/PainterContext.h"
+#include "platform/linux/qt/space/ToolkitSpace.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+/// An image over `pixels`, which it does not own.
+QImage imageOver(PanelChrome& chrome, double pixelsPerPoint) {
+  QImage image(reinterpret_cast<uchar*>(chrome.pixels.data()), chrome.width, chrome.height,
+               chrome.width * qsizetype{sizeof(std::uint32_t)},
+               QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(pixelsPerPoint);
+  image.fill(Qt::transparent);
+  return image;
+}
+
+/// Every pixel that `points` touches at all, within `bounds`.
+PixelRect coveringPixels(const QRectF& points, double scale, const PixelRect& bounds) {
+  const int left = std::max(bounds.x, static_cast<int>(std::floor(points.left() * scale)));
+  const int top = std::max(bounds.y, static_cast<int>(std::floor(points.top() * scale)));
+  const int right =
+      std::min(bounds.x + bounds.width, static_cast<int>(std::ceil(points.right() * scale)));
+  const int bottom =
+      std::min(bounds.y + bounds.height, static_cast<int>(std::ceil(points.bottom() * scale)));
+  return {left, top, right - left, bottom - top};
+}
+
+int cornerRadiusInPixels(const View& contentView, double pixelsPerPoint) {
+  const Layer* layer = contentView.layer();
+  if (layer == nullptr || !layer->masksToBounds()) return 0;
+  return static_cast<int>(std::lround(layer->cornerRadius() * pixelsPerPoint));
+}
+
+}  // namespace
+
+PaintedChrome paintChrome(View& contentView, int width, int height, double pixelsPerPoint) {
+  PaintedChrome painted;
+  PanelChrome& chrome = painted.chrome;
+  chrome.width = width;
+  chrome.height = height;
+  chrome.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  chrome.cornerRadius = cornerRadiusInPixels(contentView, pixelsPerPoint);
+
+  QImage image = imageOver(chrome, pixelsPerPoint);
+  QPainter painter(&image);
+  PainterContext context(painter, darkPalette());
+  paint(contentView, context);
+  painter.end();
+
+  if (!context.contents()) return painted;
+  painted.contentsLayer = context.contents()->layer;
+  chrome.contents = toPixels(context.contents()->rect, pixelsPerPoint);
+  chrome.contentsBackground = painted.contentsLayer->backgroundColor().value_or(Color::black());
+  for (const QRectF& overlay : context.overlays()) {
+    chrome.overlays.push_back(coveringPixels(overlay, pixelsPerPoint, *chrome.contents));
+  }
+  return painted;
+}
+
+}  // namespace vistrel::platform::linux_desktop

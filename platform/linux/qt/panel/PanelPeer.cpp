@@ -1,0 +1,321 @@
+#include "platform/linux/qt/panel/PanelPeer.h"
+
+#include <QScreen>
+#include <QSurfaceFormat>
+#include <QVariant>
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+#include "platform/linux/qt/paint/ChromePainter.h"
+#include "platform/linux/qt/panel/PanelProperties.h"
+#include "platform/linux/qt/space/RootPlace.h"
+#include "platform/linux/qt/space/ScreenList.h"
+#include "platform/linux/qt/space/ToolkitSpace.h"
+#include "platform/linux/qt/windows/Reach.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+/// Managers answer within milliseconds, on a busy machine later. One that takes longer is believed
+/// too soon, until it does.
+constexpr std::chrono::milliseconds longSilence{1500};
+constexpr std::chrono::milliseconds longSilenceWhenBehind{6000};
+
+QString nativeTitle(const Window& window) {
+  if (window.title().empty()) return QStringLiteral("Vistrel");
+  return QStringLiteral("Vistrel — ") + QString::fromStdString(window.title());
+}
+
+}  // namespace
+
+PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host)
+    : HostedPeer(window, std::move(host)) {
+  repaint_.setSingleShot(true);
+  QObject::connect(&repaint_, &QTimer::timeout, &repaint_, [this] { repaint(); });
+  lastAnswer_.setSingleShot(true);
+  QObject::connect(&lastAnswer_, &QTimer::timeout, &lastAnswer_, [this] { believeDesktop(); });
+}
+
+PanelPeer::~PanelPeer() { releaseNative(); }
+
+void PanelPeer::frameDidChange(bool /*display*/, bool animate) {
+  place(animate ? Arrival::rolling : Arrival::atOnce);
+}
+
+void PanelPeer::propertiesDidChange() {
+  if (!native_) return;
+  native_->setTitle(nativeTitle(window_));
+  bindResizing(*native_, wholePoints(window_.contentMinSize()), askedGeometry().size());
+}
+
+void PanelPeer::contentViewDidChange() { scheduleRepaint(); }
+
+void PanelPeer::viewDidChange(View& view, ViewChange change) {
+  if (change != ViewChange::layerContents) return scheduleRepaint();
+  if (!surface_ || view.isHiddenOrHasHiddenAncestor()) return;
+  const auto& contents = view.layer()->contents();
+  if (view.layer() == contentsLayer_ && contents) return showContents(contents);
+  scheduleRepaint();  // an opening for the picture comes or goes
+}
+
+void PanelPeer::orderFrontRegardless() {
+  if (!host().isOpen()) return;
+  if (!native_) makeNative();
+  const auto id = static_cast<std::uint32_t>(native_->winId());
+  if (!native_->isVisible()) {
+    // Managers take the state away from a window that is withdrawn.
+    host().desktop().markAsFloatingPanel(id);
+    repaint();
+    native_->show();
+    isComingToFront_ = true;
+  }
+  host().desktop().raise(id);
+}
+
+void PanelPeer::comeToFront() {
+  // A manager may put a new window that does not get the keyboard below older ones.
+  if (!std::exchange(isComingToFront_, false)) return;
+  host().desktop().raise(static_cast<std::uint32_t>(native_->winId()));
+}
+
+void PanelPeer::makeKeyAndOrderFront() { orderFrontRegardless(); }
+
+void PanelPeer::orderOut() {
+  if (!native_) return;
+  native_->hide();
+  endRoll();
+}
+
+// Managers minimise what their taskbars list, which a panel is kept out of.
+void PanelPeer::miniaturize() {}
+
+void PanelPeer::close() { releaseNative(); }
+
+std::optional<Rect> PanelPeer::adoptAutosavedFrame(const std::string& /*name*/) { return {}; }
+
+// It never takes the focus.
+bool PanelPeer::hasKeyboard() const { return false; }
+
+void PanelPeer::hideWithProgram() { orderOut(); }
+
+void PanelPeer::showWithProgram() { orderFrontRegardless(); }
+
+void PanelPeer::retire() { releaseNative(); }
+
+void PanelPeer::makeNative() {
+  native_.reset(
+      new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
+                                .released = [this] { place(); },
+                                .exposed = [this] { comeToFront(); },
+                                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); }}));
+  QSurfaceFormat format;
+  format.setAlphaBufferSize(8);
+  native_->setFormat(format);
+  native_->setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                    Qt::WindowDoesNotAcceptFocus);
+  // The toolkit then tells the manager a user time of 0: not to be activated when it is mapped.
+  native_->setProperty("_q_showWithoutActivating", QVariant(true));
+  native_->setTitle(nativeTitle(window_));
+  place();
+  native_->create();
+  const auto id = static_cast<xcb_window_t>(native_->winId());
+  completePanelWindow(id);
+  surface_ = host().desktop().makePanelSurface(id);
+}
+
+void PanelPeer::pointerCameOrWent(bool isOver) {
+  if (isOver == std::exchange(takesMenuKeys_, isOver)) return;
+  // The panel never has the keyboard: the pointer says that it is the one that is meant.
+  if (isOver) {
+    host().desktop().takeMenuKeys([this] { native_->openContextMenu(); });
+  } else {
+    host().desktop().takeMenuKeys(nullptr);
+  }
+}
+
+void PanelPeer::releaseNative() {
+  if (native_) pointerCameOrWent(false);
+  roll_.stop();
+  if (surface_) surface_->detach();
+  surface_.reset();
+  native_.reset();
+  wanted_ = {};
+  placed_ = {};
+  monitor_ = {};
+  toldBackingScale_ = 0;
+  shownSize_ = {};
+  contentsLayer_ = nullptr;
+  shownContents_.reset();
+  repaint_.stop();
+  lastAnswer_.stop();
+}
+
+void PanelPeer::place(Arrival arrival) {
+  if (!native_) return;
+  const ScreenLayout layout = ScreenList::layout();
+  const Rect frame = layout.flipped(window_.frame());
+  // A panel that is dragged belongs to the monitor under the pointer, whichever holds most of it:
+  // else it would change its scale while the pointer is elsewhere, and slip from under it.
+  const auto pointer = native_->heldAt();
+  placeOn(pointer ? layout.at(*pointer) : layout.holding(frame), frame, arrival);
+}
+
+void PanelPeer::placeOn(const LaidOutMonitor& monitor, const Rect& frame, Arrival arrival) {
+  belongTo(monitor);
+  const QRect wanted = toolkitPlace(monitor.toPixels(frame), *native_->screen()).pixels;
+  const QRect formerlyDue = due();
+  if (std::exchange(wanted_, wanted) != wanted) {
+    endRoll();
+    if (arrival == Arrival::rolling) roll(formerlyDue);
+  }
+  if (due().size() != formerlyDue.size()) scheduleRepaint();
+  ask();
+}
+
+QRect PanelPeer::due() const {
+  QRect due = wanted_;
+  if (roll_.isRunning()) due.setHeight(roll_.height());
+  return due;
+}
+
+void PanelPeer::roll(const QRect& from) {
+  const auto chrome = surface_ ? surface_->chrome() : nullptr;
+  const bool isShown = native_->isVisible() && chrome && chrome->width == from.width();
+  if (!isShown || from.topLeft() != wanted_.topLeft() || from.width() != wanted_.width()) return;
+  unrolled_ = chrome;
+  roll_.start(from.height(), wanted_.height());
+  scheduleRepaint();
+}
+
+void PanelPeer::endRoll() {
+  if (!roll_.isRunning()) return;
+  roll_.stop();
+  unrolled_.reset();
+  scheduleRepaint();
+}
+
+void PanelPeer::showRolled() {
+  ask();
+  if (roll_.isRunning()) return showChrome(topOf(*unrolled_, roll_.height()));
+  unrolled_.reset();
+  repaint();
+}
+
+void PanelPeer::ask() {
+  // The window has room for what it shows and for what it will show, so that neither is ever cut:
+  // it grows before it shows more, and shrinks after it shows less.
+  const QRect room(due().topLeft(), due().size().expandedTo(shownSize_));
+  const auto [geometry, pixels] = toolkitPlace(pixelRect(room), *native_->screen());
+  const QRect formerGeometry = askedGeometry();
+  if (!placed_.ask(pixels)) return;
+  awaitLastAnswer();
+  placeNative(*native_, formerGeometry, geometry, wholePoints(window_.contentMinSize()));
+}
+
+QRect PanelPeer::askedGeometry() const {
+  return ToolkitScreen::of(*native_->screen()).fromPixels(pixelRect(placed_.current()));
+}
+
+void PanelPeer::belongTo(const LaidOutMonitor& monitor) {
+  const bool isRescaled = monitor.monitor.pixelsPerPoint != monitor_.monitor.pixelsPerPoint;
+  monitor_ = monitor;
+  if (isRescaled) {
+    native_->setPixelsPerPoint(monitor.monitor.pixelsPerPoint);
+    scheduleRepaint();
+  }
+  const double backingScale = window_.backingScaleFactor();
+  if (std::exchange(toldBackingScale_, backingScale) == backingScale) return;
+  window_.peerDidChangeBackingProperties();
+}
+
+void PanelPeer::nativeWasPlaced() {
+  if (native_->handle() == nullptr) return;  // while it is being made
+  const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
+  if (!pixels) return;
+  const QRect place = toolkitRect(*pixels);
+  if (lastAnswer_.isActive()) {  // an answer to an older request must not undo a newer one
+    placed_.hear(place);
+    return awaitLastAnswer();
+  }
+  if (placed_.isMovedTo(place)) adoptPlace(place);
+}
+
+void PanelPeer::awaitLastAnswer() {
+  lastAnswer_.start(placed_.isBehind() ? longSilenceWhenBehind : longSilence);
+}
+
+void PanelPeer::believeDesktop() {
+  if (wanted_ != placed_.current()) return;  // the last word is not said yet
+  if (placed_.isRefused()) adoptPlace(placed_.current());
+}
+
+void PanelPeer::adoptPlace(const QRect& place) {
+  endRoll();
+  const QSize formerSize = std::exchange(wanted_, place).size();
+  shownSize_ = shownSize_.boundedTo(place.size());
+  const ScreenLayout layout = ScreenList::layout();
+  // Whoever moves it, it takes another monitor's scale only when it has left its own altogether:
+  // its size changes with the scale, and must not carry it back.
+  const bool isOnItsOwn = toolkitRect(monitor_.monitor.pixels).intersects(place);
+  const LaidOutMonitor monitor = isOnItsOwn ? monitor_ : layout.holding(pixelRect(place));
+  Rect frame = monitor.toPoints(pixelRect(place));
+  if (place.size() == formerSize) frame.size = window_.frame().size;
+  scheduleRepaint();
+  window_.peerDidSetFrame(layout.flipped(frame));
+  if (monitor == monitor_) {
+    belongTo(monitor);
+  } else {
+    placeOn(monitor, frame);
+  }
+  bindResizing(*native_, wholePoints(window_.contentMinSize()), askedGeometry().size());
+}
+
+void PanelPeer::screensDidChange() {
+  if (!native_) return;
+  const ScreenLayout layout = ScreenList::layout();
+  const PixelRect pixels = pixelRect(placed_.current());
+  const Rect frame{layout.toPoints(pixels).origin, window_.frame().size};
+  window_.peerDidSetFrame(broughtIntoReach(layout.flipped(frame), screens()));
+  place();
+}
+
+void PanelPeer::scheduleRepaint() {
+  if (native_) repaint_.start();
+}
+
+void PanelPeer::repaint() {
+  repaint_.stop();
+  window_.layoutIfNeeded();
+  native_->reportToScreenReaders();
+  // What is rolled up is what was there before.
+  if (roll_.isRunning() && roll_.isRollingUp()) return showRolled();
+  auto painted = paintChrome(*window_.contentView(), wanted_.width(), wanted_.height(),
+                             monitor_.monitor.pixelsPerPoint);
+  if (roll_.isRunning()) {
+    unrolled_ = std::make_shared<const PanelChrome>(std::move(painted.chrome));
+    showRolled();
+  } else {
+    showChrome(std::move(painted.chrome));
+  }
+  contentsLayer_ = painted.contentsLayer;
+  if (contentsLayer_ != nullptr) showContents(contentsLayer_->contents());
+}
+
+void PanelPeer::showChrome(PanelChrome chrome) {
+  const QSize size(chrome.width, chrome.height);
+  surface_->setChrome(std::move(chrome), [this, size] {
+    shownSize_ = size;
+    ask();
+  });
+}
+
+void PanelPeer::showContents(std::shared_ptr<const Image> image) {
+  if (image == shownContents_) return;
+  shownContents_ = image;
+  surface_->setContents(std::move(image));
+}
+
+}  // namespace vistrel::platform::linux_desktop

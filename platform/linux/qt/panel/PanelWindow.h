@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QAccessible>
+#include <QWindow>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/Window.h"
+#include "platform/linux/qt/panel/ClickCounter.h"
+#include "platform/linux/qt/panel/HoverTip.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// The native window of a panel. Takes the pointer to the panel's views; draws nothing itself.
+class PanelWindow final : public QWindow {
+ public:
+  struct Callbacks {
+    /// The desktop has given the window a place or size.
+    std::function<void()> placed;
+    /// The pointer that held the window has let go of it.
+    std::function<void()> released;
+    /// The desktop shows the window, or more of it.
+    std::function<void()> exposed;
+    /// The pointer has come over the window, or left it.
+    std::function<void(bool isOver)> hovered;
+  };
+
+  PanelWindow(platform::Window& window, Callbacks callbacks);
+
+  /// How large the panel's views are drawn, which is how places in it are counted.
+  void setPixelsPerPoint(double pixelsPerPoint) { pixelsPerPoint_ = pixelsPerPoint; }
+  /// Where the pointer is, as a pixel of the root window, while it holds the panel, perhaps to drag
+  /// it.
+  std::optional<Point> heldAt() const { return heldAt_; }
+  /// Where the pointer is, as by the right button.
+  void openContextMenu();
+
+  /// The panel goes, or does not want to hear of this window any more.
+  void abandon();
+  /// Null once abandoned.
+  platform::Window* panel() const { return window_; }
+
+  /// Tells screen readers, if there are any, what has changed in the panel's views.
+  void reportToScreenReaders();
+  QAccessibleInterface* accessibleRoot() const override;
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void exposeEvent(QExposeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  bool event(QEvent* event) override;
+
+ private:
+  void announce(QAccessible::Event event);
+  void send(EventType type, const QMouseEvent& event);
+  void openContextMenu(const QPointF& position, const QPointF& onDesktop);
+  void showMenu(const std::shared_ptr<Menu>& menu, const QPointF& onDesktop);
+  void hover(const QMouseEvent& event);
+  Point locationInWindow(const QPointF& toolkitPosition) const;
+
+  platform::Window* window_;  // the base class has another thing of that name
+  const Callbacks callbacks_;
+  double pixelsPerPoint_ = 1;
+  std::optional<Point> heldAt_;
+  ClickCounter clicks_;
+  HoverTip tip_;
+};
+
+}  // namespace vistrel::platform::linux_desktop

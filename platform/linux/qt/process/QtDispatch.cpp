@@ -1,0 +1,155 @@
+#include "platform/linux/qt/process/QtDispatch.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QTimer>
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
+#include "platform/linux/SerialQueue.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+class BlockEvent final : public QEvent {
+ public:
+  explicit BlockEvent(Block work) : QEvent(blockType()), block(std::move(work)) {}
+
+  static Type blockType() {
+    static const int type = registerEventType();
+    return static_cast<Type>(type);
+  }
+
+  const Block block;
+};
+
+/// 1 January 2001 00:00 UTC in the system clock's seconds since 1970.
+constexpr double referenceDate = 978307200;
+
+double systemSeconds() {
+  const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+  return std::chrono::duration<double>(sinceEpoch).count();
+}
+
+/// Never earlier than asked for; the toolkit counts in milliseconds, and in an `int` of them.
+int millisecondsUpFrom(double seconds) {
+  constexpr double longest = 24.0 * 24 * 3600 * 1000;
+  return static_cast<int>(std::clamp(std::ceil(seconds * 1000), 0.0, longest));
+}
+
+class CountingSemaphore final : public Semaphore {
+ public:
+  explicit CountingSemaphore(int value) : value_(value) {}
+
+  void signal() override {
+    const std::lock_guard lock(mutex_);
+    ++value_;
+    signalled_.notify_one();
+  }
+
+  bool wait(double timeoutSeconds) override {
+    constexpr double longest = 1e9;
+    const std::chrono::duration<double> timeout(std::clamp(timeoutSeconds, 0.0, longest));
+    std::unique_lock lock(mutex_);
+    if (!signalled_.wait_for(lock, timeout, [this] { return value_ > 0; })) return false;
+    --value_;
+    return true;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable signalled_;
+  int value_;
+};
+
+}  // namespace
+
+void MainQueue::async(Block block) {
+  QCoreApplication::postEvent(this, new BlockEvent(std::move(block)));
+}
+
+bool MainQueue::event(QEvent* event) {
+  if (event->type() != BlockEvent::blockType()) return QObject::event(event);
+  static_cast<BlockEvent*>(event)->block();
+  return true;
+}
+
+class RunLoopTimer final : public Timer, public std::enable_shared_from_this<RunLoopTimer> {
+ public:
+  RunLoopTimer(double seconds, bool repeats, Block block,
+               const std::shared_ptr<RunLoopTimers>& runLoop)
+      : seconds_(seconds), block_(std::move(block)), runLoop_(runLoop) {
+    timer_.setTimerType(Qt::PreciseTimer);
+    timer_.setSingleShot(!repeats);
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { fire(); });
+  }
+
+  void start() {
+    if (const auto runLoop = runLoop_.lock()) runLoop->insert(shared_from_this());
+    timer_.start(millisecondsUpFrom(seconds_));
+  }
+
+  void invalidate() override {
+    timer_.stop();
+    const auto keptAlive = shared_from_this();
+    if (const auto runLoop = runLoop_.lock()) runLoop->erase(keptAlive);
+  }
+
+  bool isValid() const override { return timer_.isActive(); }
+  double timeInterval() const override { return seconds_; }
+
+ private:
+  void fire() {
+    const auto keptAlive = shared_from_this();  // the block may invalidate its timer
+    block_();
+    if (!timer_.isActive()) invalidate();
+  }
+
+  const double seconds_;
+  const Block block_;
+  const std::weak_ptr<RunLoopTimers> runLoop_;
+  QTimer timer_;
+};
+
+QtDispatch::QtDispatch()
+    : referenceOffset_(systemSeconds() - referenceDate - monotonicNow()),
+      timers_(std::make_shared<RunLoopTimers>()) {}
+
+QtDispatch::~QtDispatch() = default;
+
+Date QtDispatch::now() { return {monotonicNow() + referenceOffset_}; }
+
+void QtDispatch::mainAsyncAfter(double seconds, Block block) {
+  const double deadline = monotonicNow() + seconds;
+  mainQueue_.async([this, deadline, work = std::move(block)] {
+    scheduledTimer(deadline - monotonicNow(), /*repeats=*/false, work);
+  });
+}
+
+std::shared_ptr<DispatchQueue> QtDispatch::makeSerialQueue(std::string label,
+                                                           QualityOfService quality) {
+  return SerialQueue::make(std::move(label), quality);
+}
+
+std::shared_ptr<Timer> QtDispatch::scheduledTimer(double seconds, bool repeats, Block block) {
+  auto timer = std::make_shared<RunLoopTimer>(seconds, repeats, std::move(block), timers_);
+  timer->start();
+  return timer;
+}
+
+std::shared_ptr<Semaphore> QtDispatch::makeSemaphore(int value) {
+  return std::make_shared<CountingSemaphore>(value);
+}
+
+void QtDispatch::finish() {
+  const RunLoopTimers dropped = std::exchange(*timers_, {});
+  for (const auto& timer : dropped) timer->invalidate();
+  QCoreApplication::sendPostedEvents(&mainQueue_);
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,47 @@
+#include "platform/linux/qt/space/Pointer.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include "platform/Event.h"
+#include "platform/linux/qt/space/ScreenList.h"
+#include "platform/linux/qt/space/ToolkitSpace.h"
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+const DispatchedPosition* innermost = nullptr;  // main thread
+
+Point pointerPixel() {
+  const QPointF position = QCursor::pos();
+  const QScreen* primary = QGuiApplication::primaryScreen();
+  if (primary == nullptr) return {position.x(), position.y()};
+  return pixelOf(position, ToolkitScreen::of(*primary), toolkitScreens());
+}
+
+}  // namespace
+
+Point pointerLocation() {
+  const ScreenLayout layout = ScreenList::layout();
+  const Point pixel = innermost != nullptr ? innermost->pixel_ : pointerPixel();
+  return layout.flipped(layout.at(pixel).toPoints(pixel));
+}
+
+DispatchedPosition::DispatchedPosition(Point pixel) : pixel_(pixel), outer_(innermost) {
+  innermost = this;
+}
+
+DispatchedPosition::~DispatchedPosition() { innermost = outer_; }
+
+std::uint64_t modifierFlags(Qt::KeyboardModifiers modifiers) {
+  std::uint64_t flags = modifierNone;
+  if (modifiers.testFlag(Qt::ShiftModifier)) flags |= modifierShift;
+  if (modifiers.testFlag(Qt::AltModifier)) flags |= modifierOption;
+  if (modifiers.testFlag(Qt::ControlModifier)) flags |= modifierCommand;
+  if (modifiers.testFlag(Qt::MetaModifier)) flags |= modifierControl;
+  return flags;
+}
+
+}  // namespace vistrel::platform::linux_desktop

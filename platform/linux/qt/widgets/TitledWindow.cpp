@@ -1,0 +1,75 @@
+#include "platform/linux/qt/widgets/TitledWindow.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QWindow>
+#include <utility>
+
+namespace vistrel::platform::linux_desktop {
+
+namespace {
+
+Qt::WindowFlags flagsOfStyle(std::uint64_t styleMask) {
+  Qt::WindowFlags flags =
+      Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+  if ((styleMask & styleClosable) != 0) flags |= Qt::WindowCloseButtonHint;
+  if ((styleMask & styleMiniaturizable) != 0) flags |= Qt::WindowMinimizeButtonHint;
+  if ((styleMask & styleResizable) != 0) flags |= Qt::WindowMaximizeButtonHint;
+  return flags;
+}
+
+/// The key equivalent of a key press; empty for keys that are none.
+std::string keyEquivalent(const QKeyEvent& event) {
+  const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+  const bool isPlain = (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  return isReturn && isPlain ? "\r" : "";
+}
+
+}  // namespace
+
+TitledWindow::TitledWindow(Window& window, Callbacks callbacks)
+    : QMainWindow(nullptr, flagsOfStyle(window.styleMask())),
+      window_(&window),
+      callbacks_(std::move(callbacks)),
+      widgets_(*new QWidget(this)) {
+  setCentralWidget(&widgets_.parent());
+  create();
+  QObject::connect(windowHandle(), &QWindow::screenChanged, this, [this] {
+    if (window_ != nullptr) callbacks_.scaleChanged();
+  });
+}
+
+void TitledWindow::setGeometry(const QRect& geometry) {
+  if (windowHandle()->size() == size()) return QMainWindow::setGeometry(geometry);
+  // Its scale has changed and its pixels have not. The widget believes that it is as large as
+  // before in points: asked to be so, it would only move.
+  windowHandle()->setGeometry(geometry);
+}
+
+void TitledWindow::moveEvent(QMoveEvent* /*event*/) {
+  if (window_ != nullptr) callbacks_.placed();
+}
+
+void TitledWindow::resizeEvent(QResizeEvent* /*event*/) {
+  if (window_ != nullptr) callbacks_.placed();
+}
+
+void TitledWindow::closeEvent(QCloseEvent* event) {
+  event->accept();
+  if (window_ != nullptr) callbacks_.closed();
+}
+
+void TitledWindow::keyPressEvent(QKeyEvent* event) {
+  const std::string key = keyEquivalent(*event);
+  const bool isTaken = window_ != nullptr && !key.empty() && window_->performKeyEquivalent(key);
+  if (!isTaken) QMainWindow::keyPressEvent(event);
+}
+
+void TitledWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (window_ == nullptr) return;
+  if (event->type() == QEvent::PaletteChange) widgets_.dress();
+  if (event->type() == QEvent::WindowStateChange && !isMinimized()) callbacks_.restored();
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,124 @@
+#include "platform/linux/x11/instance/InstanceClaim.h"
+
+#include <utility>
+
+#include "platform/linux/x11/instance/RunningInstance.h"
+#include "platform/linux/x11/instance/StartupNotification.h"
+#include "platform/linux/x11/server/ServedConnection.h"
+#include "platform/linux/x11/server/ServerGrab.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// How many that do not answer are waited for, one after another.
+constexpr int mostSilentOwners = 3;
+
+}  // namespace
+
+InstanceClaim::OrShown InstanceClaim::take(std::string_view startupID) {
+  auto connection = Connection::open();
+  if (!connection) return {};
+  std::shared_ptr<InstanceClaim> claim(new InstanceClaim(std::move(connection)));
+  const auto time = timeOfStart(startupID).value_or(claim->timeNow());
+  xcb_window_t silent = XCB_WINDOW_NONE;
+  for (int i = 0; i < mostSilentOwners; ++i) {
+    const auto owner = claim->takeFrom(silent);
+    if (owner == claim->window_.id()) break;
+    if (showRunningInstance(*claim->connection_, owner, time)) {
+      if (!startupID.empty()) {
+        tellStartIsOver(*claim->connection_, claim->window_.id(), startupID);
+      }
+      return {nullptr, true};
+    }
+    silent = owner;
+  }
+  return {claim};
+}
+
+InstanceClaim::InstanceClaim(std::unique_ptr<Connection> connection)
+    : connection_(std::move(connection)),
+      window_(makeMessageWindow(*connection_, XCB_EVENT_MASK_PROPERTY_CHANGE)) {}
+
+/// As ICCCM 2.1 has clients find it out: by a change that changes nothing.
+xcb_timestamp_t InstanceClaim::timeNow() {
+  xcb_change_property(connection_->xcb(), XCB_PROP_MODE_APPEND, window_.id(), XCB_ATOM_WM_NAME,
+                      XCB_ATOM_STRING, 8, 0, nullptr);
+  connection_->sync();
+  xcb_timestamp_t time = XCB_CURRENT_TIME;
+  while (const auto event = connection_->pollEvent()) {
+    if (typeOf(*event) == XCB_PROPERTY_NOTIFY) {
+      time = eventAs<xcb_property_notify_event_t>(*event).time;
+    }
+  }
+  return time;
+}
+
+/// Who owns the selection afterwards: this claim, if nobody else has or only `silent`.
+xcb_window_t InstanceClaim::takeFrom(xcb_window_t silent) {
+  auto* const xcb = connection_->xcb();
+  const auto selection = connection_->atom(instanceSelection);
+  // So that of several starts at the same moment one alone finds the claim free. Nobody comes in
+  // between, hence the current time will do.
+  const ServerGrab grab(*connection_);
+  const auto reply =
+      replyTo<xcb_get_selection_owner_reply>(xcb, xcb_get_selection_owner(xcb, selection));
+  const xcb_window_t owner = reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+  if (owner != XCB_WINDOW_NONE && owner != silent) return owner;
+  xcb_set_selection_owner(xcb, window_.id(), selection, XCB_CURRENT_TIME);
+  return window_.id();
+}
+
+void InstanceClaim::serveOn(SerialQueue& queue) {
+  linux_desktop::serveOn(queue, *connection_, [self = shared_from_this()] {
+    self->connection_->serve([&](const xcb_generic_event_t& event) { self->handle(event); });
+  });
+}
+
+void InstanceClaim::giveUp() {
+  window_ = {};
+  connection_->sync();
+}
+
+void InstanceClaim::handle(const xcb_generic_event_t& event) {
+  if (typeOf(event) == XCB_SELECTION_REQUEST) {
+    receive(eventAs<xcb_selection_request_event_t>(event));
+  }
+}
+
+void InstanceClaim::receive(const xcb_selection_request_event_t& request) {
+  if (request.target != connection_->atom(showTarget) || request.property == XCB_ATOM_NONE) {
+    return answer(request, /*isDone=*/false);
+  }
+  // Whoever had to wait for too long has helped itself.
+  if (!isStillThere(request.requestor)) return;
+  if (!show_) return answer(request, /*isDone=*/true);
+  show_(request.time,
+        [self = shared_from_this(), request] { self->answer(request, /*isDone=*/true); });
+}
+
+bool InstanceClaim::isStillThere(xcb_window_t window) {
+  return replyTo<xcb_get_geometry_reply>(connection_->xcb(),
+                                         xcb_get_geometry(connection_->xcb(), window)) != nullptr;
+}
+
+void InstanceClaim::answer(const xcb_selection_request_event_t& request, bool isDone) {
+  if (!window_) return;
+  auto* const xcb = connection_->xcb();
+  if (isDone) {
+    forgive(xcb, xcb_change_property_checked(xcb, XCB_PROP_MODE_REPLACE, request.requestor,
+                                             request.property, connection_->atom("NULL"), 32, 0,
+                                             nullptr));
+  }
+  xcb_selection_notify_event_t notice{};
+  notice.response_type = XCB_SELECTION_NOTIFY;
+  notice.time = request.time;
+  notice.requestor = request.requestor;
+  notice.selection = request.selection;
+  notice.target = request.target;
+  notice.property = isDone ? request.property : xcb_atom_t{XCB_ATOM_NONE};
+  forgive(xcb, xcb_send_event_checked(xcb, 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
+                                      reinterpret_cast<const char*>(&notice)));
+  connection_->flush();
+}
+
+}  // namespace vistrel::platform::linux_desktop

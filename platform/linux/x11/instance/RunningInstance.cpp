@@ -1,0 +1,87 @@
+#include "platform/linux/x11/instance/RunningInstance.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <poll.h>
+
+#include "platform/linux/SerialQueue.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// After which desktops say of a program that it does not respond.
+constexpr double patienceInSeconds = 5;
+
+/// One request to the owner, for as long as this object lives: an owner that comes to it later
+/// finds no window to answer to.
+class ShowRequest {
+ public:
+  ShowRequest(Connection& connection, xcb_window_t owner, xcb_timestamp_t time)
+      : connection_(connection),
+        owner_(owner),
+        requestor_(makeMessageWindow(connection, XCB_EVENT_MASK_PROPERTY_CHANGE)),
+        property_(connection.atom(showTarget)) {
+    // Its end is told too, since nobody answers for a client that goes with a request unanswered.
+    const auto listening = connection.selectEvents(owner, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    if (failureOf(connection.xcb(), listening)) answer_ = false;
+    xcb_convert_selection(connection.xcb(), requestor_.id(), connection.atom(instanceSelection),
+                          connection.atom(showTarget), property_, time);
+    connection.flush();
+  }
+  ShowRequest(const ShowRequest&) = delete;
+  ShowRequest& operator=(const ShowRequest&) = delete;
+  ~ShowRequest() {
+    forgive(connection_.xcb(), connection_.selectEvents(owner_, XCB_EVENT_MASK_NO_EVENT));
+  }
+
+  bool isAnsweredBefore(double deadline) {
+    do {
+      while (const auto event = connection_.pollEvent()) handle(*event);
+    } while (!answer_ && !connection_.isLost() && waitUntil(deadline));
+    return answer_.value_or(false);
+  }
+
+ private:
+  /// Until something comes in; false when that is too late.
+  bool waitUntil(double deadline) const {
+    const double left = deadline - monotonicNow();
+    pollfd incoming{connection_.descriptor(), POLLIN, 0};
+    if (left > 0) poll(&incoming, 1, static_cast<int>(std::ceil(left * 1000)));
+    return left > 0;
+  }
+
+  void handle(const xcb_generic_event_t& event) {
+    if (typeOf(event) == XCB_PROPERTY_NOTIFY) {
+      const auto& change = eventAs<xcb_property_notify_event_t>(event);
+      if (change.window == requestor_.id() && change.atom == property_) answer_ = true;
+    } else if (typeOf(event) == XCB_DESTROY_NOTIFY || typeOf(event) == XCB_SELECTION_NOTIFY) {
+      // It is the server that answers for a selection without an owner.
+      answer_ = answer_.value_or(false);
+    }
+  }
+
+  Connection& connection_;
+  const xcb_window_t owner_;
+  const OwnWindow requestor_;
+  const xcb_atom_t property_;
+  std::optional<bool> answer_;
+};
+
+}  // namespace
+
+OwnWindow makeMessageWindow(Connection& connection, std::uint32_t events) {
+  OwnWindow window(connection.xcb());
+  constexpr std::uint32_t isUnmanaged = 1;
+  const std::uint32_t values[] = {isUnmanaged, events};
+  xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, window.id(), connection.root(), -1, -1,
+                    1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
+                    XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+  return window;
+}
+
+bool showRunningInstance(Connection& connection, xcb_window_t owner, xcb_timestamp_t time) {
+  return ShowRequest(connection, owner, time).isAnsweredBefore(monotonicNow() + patienceInSeconds);
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/linux/x11/listing/DesktopEntries.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// What a window says about the application that it belongs to; empty where it says nothing.
+struct ApplicationHints {
+  std::string gtkApplicationId;
+  std::string wmClassInstance;
+  std::string wmClass;
+  std::optional<std::int32_t> processId;
+};
+
+/// Names of applications as people know them. One thread at a time.
+class ApplicationNames {
+ public:
+  ApplicationNames() : entries_(xdgDataDirectories(), messagesLocale()) {}
+
+  /// Takes notice of applications that have been installed since.
+  void refresh() { entries_.refresh(); }
+  /// From the desktop entry, else the window class, else the process; empty when nothing is known.
+  std::string nameFor(const ApplicationHints& hints) const;
+
+ private:
+  const DesktopEntry* entryFor(const ApplicationHints& hints) const;
+
+  DesktopEntries entries_;
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,209 @@
+#include "platform/linux/x11/listing/DesktopEntries.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+#include <system_error>
+#include <utility>
+
+#include "platform/linux/Environment.h"
+#include "platform/linux/x11/server/TextDecoding.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view fileSuffix = ".desktop";
+
+std::string lowerCase(std::string_view text) {
+  std::string result(text);
+  for (char& each : result) {
+    if (each >= 'A' && each <= 'Z') each = static_cast<char>(each - 'A' + 'a');
+  }
+  return result;
+}
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r";
+  const auto first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+/// Takes the text up to `separator` off the front of `rest`.
+std::string_view takeUpTo(std::string_view& rest, char separator) {
+  const auto end = std::min(rest.find(separator), rest.size());
+  const auto part = rest.substr(0, end);
+  rest.remove_prefix(std::min(end + 1, rest.size()));
+  return part;
+}
+
+std::string unescaped(std::string_view value) {
+  std::string text;
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value[i] != '\\' || i + 1 == value.size()) {
+      text += value[i];
+      continue;
+    }
+    const char code = value[++i];
+    text += code == 's' ? ' ' : code == 'n' ? '\n' : code == 't' ? '\t' : code;
+  }
+  return repairedUtf8(text);
+}
+
+using Keys = std::map<std::string_view, std::string_view>;
+
+/// The keys of the group [Desktop Entry].
+Keys mainGroup(std::string_view text) {
+  Keys keys;
+  bool inGroup = false;
+  while (!text.empty()) {
+    const auto line = trimmed(takeUpTo(text, '\n'));
+    if (line.empty() || line.front() == '#') continue;
+    if (line.front() == '[') {
+      inGroup = line == "[Desktop Entry]";
+    } else if (inGroup) {
+      auto value = line;
+      const auto key = trimmed(takeUpTo(value, '='));
+      keys.emplace(key, trimmed(value));
+    }
+  }
+  return keys;
+}
+
+std::string_view valueOf(const Keys& keys, std::string_view key) {
+  const auto found = keys.find(key);
+  return found == keys.end() ? std::string_view() : found->second;
+}
+
+std::string localizedName(const Keys& keys, std::string_view locale) {
+  for (const auto& suffix : localeSuffixes(locale)) {
+    const auto value = valueOf(keys, std::string("Name[").append(suffix).append("]"));
+    if (!value.empty()) return unescaped(value);
+  }
+  return unescaped(valueOf(keys, "Name"));
+}
+
+/// Empty for what is no regular file, such as a pipe, which would have us wait for somebody to
+/// write.
+std::string contentsOf(const fs::path& file) {
+  std::error_code unknown;
+  if (!fs::is_regular_file(file, unknown)) return {};
+  std::ostringstream contents;
+  contents << std::ifstream(file, std::ios::binary).rdbuf();
+  return contents.str();
+}
+
+/// The id that the Desktop Entry Specification makes of a path below "applications":
+/// "kde/foo.desktop" is "kde-foo".
+std::string idOf(const fs::path& file, const fs::path& directory) {
+  auto id = file.lexically_relative(directory).generic_string();
+  id.resize(id.size() - fileSuffix.size());
+  std::replace(id.begin(), id.end(), '/', '-');
+  return id;
+}
+
+}  // namespace
+
+std::vector<std::string> localeSuffixes(std::string_view locale) {
+  auto rest = locale;
+  auto withoutModifier = takeUpTo(rest, '@');
+  const auto modifier = rest.empty() ? std::string() : std::string("@").append(rest);
+  const std::string region(takeUpTo(withoutModifier, '.'));
+  const std::string language = region.substr(0, region.find('_'));
+  if (language.empty() || language == "C" || language == "POSIX") return {};
+  std::vector<std::string> suffixes;
+  for (const auto& each : {region + modifier, region, language + modifier, language}) {
+    if (std::find(suffixes.begin(), suffixes.end(), each) == suffixes.end()) {
+      suffixes.push_back(each);
+    }
+  }
+  return suffixes;
+}
+
+std::string messagesLocale() {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    if (auto value = environmentVariable(name); !value.empty()) return value;
+  }
+  return "C";
+}
+
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale) {
+  const auto keys = mainGroup(text);
+  if (valueOf(keys, "Type") != "Application" || valueOf(keys, "Hidden") == "true") return {};
+  DesktopEntry entry{localizedName(keys, locale), unescaped(valueOf(keys, "StartupWMClass"))};
+  return entry.name.empty() ? std::nullopt : std::optional(entry);
+}
+
+DesktopEntries::DesktopEntries(std::vector<fs::path> dataDirectories, std::string locale)
+    : dataDirectories_(std::move(dataDirectories)), locale_(std::move(locale)) {}
+
+void DesktopEntries::refresh() {
+  auto stamps = stampsOfDirectories();
+  if (stamps == stamps_) return;
+  stamps_ = std::move(stamps);
+  readAll();
+}
+
+DesktopEntries::Stamps DesktopEntries::stampsOfDirectories() const {
+  Stamps stamps;
+  for (const auto& each : dataDirectories_) {
+    std::error_code missing;
+    const auto stamp = fs::last_write_time(each / "applications", missing);
+    if (!missing) stamps[each] = stamp;
+  }
+  return stamps;
+}
+
+void DesktopEntries::readAll() {
+  byId_.clear();
+  idByClass_.clear();
+  for (const auto& each : dataDirectories_) readDirectory(each / "applications");
+  // An application's own word on its class goes before an id that happens to be the same.
+  for (const auto& [id, entry] : byId_) {
+    if (entry && !entry->startupWMClass.empty()) {
+      idByClass_.emplace(lowerCase(entry->startupWMClass), id);
+    }
+  }
+  for (const auto& [id, entry] : byId_) {
+    if (entry) idByClass_.emplace(lowerCase(id), id);
+  }
+}
+
+void DesktopEntries::readDirectory(const fs::path& directory) {
+  std::error_code error;
+  const auto options = fs::directory_options::skip_permission_denied;
+  for (fs::recursive_directory_iterator file(directory, options, error), end; !error && file != end;
+       file.increment(error)) {
+    if (file->path().extension() != fileSuffix) continue;
+    // A file of a more important directory has the word, also when it hides the application.
+    const auto id = idOf(file->path(), directory);
+    if (byId_.contains(id)) continue;
+    byId_.emplace(id, parseDesktopEntry(contentsOf(file->path()), locale_));
+  }
+}
+
+const DesktopEntry* DesktopEntries::withId(std::string_view id) const {
+  const auto found = byId_.find(id);
+  return found == byId_.end() || !found->second ? nullptr : &*found->second;
+}
+
+const DesktopEntry* DesktopEntries::withWindowClass(std::string_view windowClass) const {
+  const auto found = idByClass_.find(lowerCase(windowClass));
+  return found == idByClass_.end() ? nullptr : withId(found->second);
+}
+
+std::vector<fs::path> xdgDataDirectories() {
+  auto home = environmentVariable("XDG_DATA_HOME");
+  if (home.empty()) home = environmentVariable("HOME") + "/.local/share";
+  auto system = environmentVariable("XDG_DATA_DIRS");
+  if (system.empty()) system = "/usr/local/share:/usr/share";
+  std::vector<fs::path> directories{home};
+  for (std::string_view rest = system; !rest.empty();) {
+    if (const auto each = takeUpTo(rest, ':'); !each.empty()) directories.emplace_back(each);
+  }
+  return directories;
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,58 @@
+#include "platform/linux/x11/listing/ShareableContentService.h"
+
+#include <utility>
+
+#include "platform/linux/x11/listing/WindowList.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// What lives with the service's queue.
+struct Lister {
+  std::unique_ptr<Connection> connection;
+  ApplicationNames names;
+  ScreenLayout layout;
+
+  /// False when the display refuses.
+  bool connect() {
+    if (!connection || connection->isLost()) connection = Connection::open();
+    return connection != nullptr;
+  }
+};
+
+Lister& listerOf(SerialQueue& queue) {
+  auto& attachment = queue.attachment();
+  if (!attachment) attachment = std::make_shared<Lister>();
+  return *static_cast<Lister*>(attachment.get());
+}
+
+void answer(Lister& lister, bool excludingDesktopWindows, bool onScreenWindowsOnly,
+            const ShareableContentCompletion& completion) {
+  const Error noAnswer{"The display server does not answer."};
+  if (!lister.connect()) return completion(nullptr, noAnswer);
+  auto content = listWindows(*lister.connection, lister.names, lister.layout,
+                             excludingDesktopWindows, onScreenWindowsOnly);
+  if (lister.connection->isLost()) return completion(nullptr, noAnswer);
+  completion(std::move(content), std::nullopt);
+}
+
+}  // namespace
+
+ShareableContentService::ShareableContentService()
+    : queue_(SerialQueue::make("vistrel.windows", QualityOfService::standard)) {}
+
+void ShareableContentService::setScreenLayout(ScreenLayout layout) {
+  queue_->async([queue = queue_, layout = std::move(layout)]() mutable {
+    listerOf(*queue).layout = std::move(layout);
+  });
+}
+
+void ShareableContentService::request(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+                                      ShareableContentCompletion completion) {
+  queue_->async([queue = queue_, excludingDesktopWindows, onScreenWindowsOnly,
+                 completion = std::move(completion)] {
+    answer(listerOf(*queue), excludingDesktopWindows, onScreenWindowsOnly, completion);
+  });
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,82 @@
+#include "platform/linux/x11/manager/ApplicationActivation.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/linux/x11/manager/ClientWindows.h"
+#include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/server/Property.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+bool isMinimised(Connection& connection, xcb_window_t window) {
+  return hasState(connection, window, "_NET_WM_STATE_HIDDEN");
+}
+
+bool isViewable(Connection& connection, xcb_window_t window) {
+  const auto attributes = replyTo<xcb_get_window_attributes_reply>(
+      connection.xcb(), xcb_get_window_attributes(connection.xcb(), window));
+  return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+/// On the desktop that is shown, else on another one, else minimised.
+xcb_window_t frontmost(Connection& connection, const std::vector<xcb_window_t>& windows) {
+  const auto shown = std::find_if(windows.begin(), windows.end(),
+                                  [&](auto each) { return isViewable(connection, each); });
+  if (shown != windows.end()) return *shown;
+  const auto open = std::find_if(windows.begin(), windows.end(),
+                                 [&](auto each) { return !isMinimised(connection, each); });
+  return open != windows.end() ? *open : windows.front();
+}
+
+void raiseByPerson(Connection& connection, xcb_window_t window) {
+  constexpr auto restack = "_NET_RESTACK_WINDOW";
+  if (!managerSupports(connection, restack)) return raise(connection, window);
+  tellManager(connection, window, restack, {byPerson, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE});
+}
+
+/// Before the windows are raised: some managers would bring them to the desktop that is shown.
+void showDesktopOf(Connection& connection, xcb_window_t window) {
+  const auto desktop = propertyOf(connection, window, "_NET_WM_DESKTOP").firstValue();
+  const auto shown = propertyOf(connection, connection.root(), "_NET_CURRENT_DESKTOP").firstValue();
+  if (!desktop || desktop == everyDesktop || desktop == shown) return;
+  tellManager(connection, connection.root(), "_NET_CURRENT_DESKTOP", {*desktop});
+}
+
+void sendActivation(Connection& connection, xcb_window_t window, xcb_timestamp_t time) {
+  tellManager(connection, window, "_NET_ACTIVE_WINDOW", {byPerson, time, XCB_WINDOW_NONE});
+  connection.sync();
+}
+
+}  // namespace
+
+void raise(Connection& connection, xcb_window_t window) {
+  constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+  failureOf(connection.xcb(), xcb_configure_window_checked(connection.xcb(), window,
+                                                           XCB_CONFIG_WINDOW_STACK_MODE, &above));
+}
+
+bool hasWindows(Connection& connection, std::int32_t processID) {
+  return !clientWindowsOf(connection, processID).empty();
+}
+
+bool activateWindows(Connection& connection, std::int32_t processID) {
+  const auto windows = clientWindowsOf(connection, processID);
+  if (windows.empty()) return false;
+  const auto front = frontmost(connection, windows);
+  showDesktopOf(connection, front);
+  std::for_each(windows.rbegin(), windows.rend(), [&](xcb_window_t each) {
+    if (each != front && !isMinimised(connection, each)) raiseByPerson(connection, each);
+  });
+  raiseByPerson(connection, front);
+  sendActivation(connection, front, XCB_CURRENT_TIME);
+  return true;
+}
+
+void activateWindow(Connection& connection, xcb_window_t window, xcb_timestamp_t time) {
+  showDesktopOf(connection, window);
+  sendActivation(connection, window, time);
+}
+
+}  // namespace vistrel::platform::linux_desktop

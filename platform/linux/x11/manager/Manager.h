@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string_view>
+
+#include "platform/linux/PixelRect.h"
+#include "platform/linux/x11/server/Connection.h"
+
+namespace vistrel::platform::linux_desktop {
+
+// The window manager, as EWMH lets programs talk to it.
+
+/// Who asks, in messages to the manager (EWMH, "Source indication in requests"): a person, by a
+/// tool of theirs.
+inline constexpr std::uint32_t byPerson = 2;
+
+/// The number that stands for all desktops (EWMH, _NET_WM_DESKTOP).
+inline constexpr std::uint32_t everyDesktop = 0xffffffff;
+
+/// Whether a manager runs that follows EWMH.
+bool hasManager(Connection& connection);
+/// Whether `hint` is among what it says it supports (_NET_SUPPORTED).
+bool managerSupports(Connection& connection, std::string_view hint);
+
+/// Whether it has put the window into `state` (_NET_WM_STATE).
+bool hasState(Connection& connection, xcb_window_t window, std::string_view state);
+
+/// Sends it a message about `window`, to the root window as all of them go.
+void tellManager(Connection& connection, xcb_window_t window, std::string_view message,
+                 const std::array<std::uint32_t, 5>& data);
+
+/// Waits until the manager has seen what happened on the display before this call, which it does in
+/// order; two seconds at most. A manager that cannot be asked is not waited for. `connection`
+/// listens to no events of windows.
+void awaitManager(Connection& connection);
+
+/// Whether the manager takes `area`, in pixels of the root window, for a part of the desktop: where
+/// it does not, it keeps windows away from there. Waits until it has had time to notice that the
+/// screen has grown. Without a manager everything is. `connection` listens to no events.
+bool managerReaches(Connection& connection, const PixelRect& area);
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,179 @@
+#include "platform/linux/x11/monitors/HiddenMonitor.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <sys/uio.h>
+#include <xcb/xcbext.h>
+
+#include "platform/linux/HiddenMonitorName.h"
+#include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/monitors/FreePlace.h"
+#include "platform/linux/x11/monitors/GrownScreen.h"
+#include "platform/linux/x11/server/Property.h"
+#include "platform/linux/x11/server/ServerGrab.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// On a monitor's window: its name.
+constexpr auto ownerMark = "_VISTREL_HIDDEN_MONITOR";
+
+std::string nameFor(xcb_window_t owner) {
+  std::array<char, 8> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), owner, 16).ptr;
+  return std::string(hiddenMonitorPrefix) + std::string(digits.data(), end);
+}
+
+std::optional<xcb_window_t> ownerIn(std::string_view name) {
+  name.remove_prefix(hiddenMonitorPrefix.size());
+  xcb_window_t owner = XCB_WINDOW_NONE;
+  const auto [end, failure] = std::from_chars(name.data(), name.data() + name.size(), owner, 16);
+  if (failure != std::errc() || end != name.data() + name.size()) return std::nullopt;
+  return owner;
+}
+
+/// A server may give the window's number to somebody else one day, hence the mark.
+bool hasOwner(Connection& connection, const ListedMonitor& monitor) {
+  const auto owner = ownerIn(monitor.name);
+  return owner && propertyOf(connection, *owner, ownerMark).firstValue() == monitor.id;
+}
+
+/// RRSetMonitor as the wire carries it, for a monitor without outputs. Versions of libxcb end the
+/// program over their own request of that name.
+struct SetMonitorRequest {
+  std::uint8_t majorOpcode = 0;
+  std::uint8_t minorOpcode = 0;
+  std::uint16_t length = 0;
+  xcb_window_t window = XCB_WINDOW_NONE;
+  xcb_randr_monitor_info_t monitor{};
+};
+static_assert(sizeof(SetMonitorRequest) == 32);
+
+xcb_void_cookie_t setMonitor(Connection& connection, const xcb_randr_monitor_info_t& monitor) {
+  SetMonitorRequest request;
+  request.window = connection.root();
+  request.monitor = monitor;
+  // XCB writes the request's head, and puts what it needs into the two vectors before the first.
+  std::array<iovec, 4> parts{};
+  parts[2] = {&request, sizeof(request)};
+  const xcb_protocol_request_t kind{2, &xcb_randr_id, XCB_RANDR_SET_MONITOR, 1};
+  return {xcb_send_request(connection.xcb(), XCB_REQUEST_CHECKED, &parts[2], &kind)};
+}
+
+void deleteMonitor(Connection& connection, xcb_atom_t id) {
+  // Somebody may have removed it.
+  forgive(connection.xcb(),
+          xcb_randr_delete_monitor_checked(connection.xcb(), connection.root(), id));
+}
+
+void putScreenBackAfterLast(Connection& connection) {
+  const auto left = monitorsOf(connection);
+  const bool isLast = std::none_of(left.begin(), left.end(), [](const ListedMonitor& each) {
+    return isHiddenMonitor(each.name);
+  });
+  if (isLast) putScreenBack(connection);
+}
+
+/// To the right of the primary monitor, its top edge aligned.
+PixelRect besidePrimary(const std::vector<ListedMonitor>& all, PixelSize size) {
+  const PixelRect primary = all.empty() ? PixelRect{} : all.front().area;
+  return {primary.x + primary.width, primary.y, size.width, size.height};
+}
+
+}  // namespace
+
+bool canHideMonitors(Connection& connection) {
+  if (!offersMonitors(connection)) return false;
+  int right = 0;
+  for (const auto& each : monitorsOf(connection)) {
+    if (!isHiddenMonitor(each.name)) right = std::max(right, each.area.x + each.area.width);
+  }
+  return largestScreen(connection).width > right;
+}
+
+void removeAbandonedMonitors(Connection& connection) {
+  if (!offersMonitors(connection)) return;
+  {
+    const ServerGrab grab(connection);
+    for (const auto& each : monitorsOf(connection)) {
+      if (isHiddenMonitor(each.name) && !hasOwner(connection, each)) {
+        deleteMonitor(connection, each.id);
+      }
+    }
+    putScreenBackAfterLast(connection);
+  }
+  connection.sync();
+}
+
+std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size) {
+  auto connection = Connection::open();
+  if (!connection || !canHideMonitors(*connection)) return nullptr;
+  const PixelRect wanted = besidePrimary(monitorsOf(*connection), size);
+  std::unique_ptr<HiddenMonitor> monitor(new HiddenMonitor(std::move(connection)));
+  const bool isThere =
+      monitor->place(wanted) && managerReaches(*monitor->connection_, monitor->area_);
+  return isThere ? std::move(monitor) : nullptr;
+}
+
+HiddenMonitor::HiddenMonitor(std::unique_ptr<Connection> connection)
+    : connection_(std::move(connection)),
+      owner_(xcb_generate_id(connection_->xcb())),
+      id_(connection_->atom(nameFor(owner_))) {
+  auto* const xcb = connection_->xcb();
+  xcb_create_window(xcb, XCB_COPY_FROM_PARENT, owner_, connection_->root(), 0, 0, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+  xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, owner_, connection_->atom(ownerMark),
+                      XCB_ATOM_ATOM, 32, 1, &id_);
+}
+
+HiddenMonitor::~HiddenMonitor() {
+  {
+    const ServerGrab grab(*connection_);
+    withdraw();
+    putScreenBackAfterLast(*connection_);
+  }
+  connection_->sync();
+}
+
+bool HiddenMonitor::place(const PixelRect& wanted) {
+  const ServerGrab grab(*connection_);
+  auto all = monitorsOf(*connection_);
+  std::erase_if(all, [this](const ListedMonitor& each) { return each.id == id_; });
+  const PixelRect area = freePlace(wanted, areasOf(all));
+  if (area == area_) return true;
+  if (area.x + area.width > largestScreen(*connection_).width) return false;
+  return makeRoom(all, area) && announce(area);
+}
+
+bool HiddenMonitor::makeRoom(const std::vector<ListedMonitor>& all, const PixelRect& area) {
+  const bool hasPrimary = !all.empty() && all.front().isPrimary;
+  const auto primary =
+      hasPrimary || all.empty() ? xcb_randr_output_t{XCB_NONE} : all.front().output;
+  return growScreen(*connection_, area.x + area.width, primary);
+}
+
+bool HiddenMonitor::announce(const PixelRect& area) {
+  withdraw();
+  xcb_randr_monitor_info_t info{};
+  info.name = id_;
+  info.x = static_cast<std::int16_t>(area.x);
+  info.y = static_cast<std::int16_t>(area.y);
+  info.width = static_cast<std::uint16_t>(area.width);
+  info.height = static_cast<std::uint16_t>(area.height);
+  // Programs derive from it how large to show things, and a window is to look here as it did.
+  const PixelSize millimetres = millimetresOf(*connection_, sizeOf(area));
+  info.width_in_millimeters = static_cast<std::uint32_t>(millimetres.width);
+  info.height_in_millimeters = static_cast<std::uint32_t>(millimetres.height);
+  if (failureOf(connection_->xcb(), setMonitor(*connection_, info))) return false;
+  area_ = area;
+  return true;
+}
+
+void HiddenMonitor::withdraw() {
+  if (!isEmpty(area_)) deleteMonitor(*connection_, id_);
+  area_ = {};
+}
+
+}  // namespace vistrel::platform::linux_desktop

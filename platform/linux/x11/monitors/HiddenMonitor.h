@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/linux/PixelRect.h"
+#include "platform/linux/x11/monitors/MonitorList.h"
+#include "platform/linux/x11/server/Connection.h"
+#include "platform/linux/x11/server/PixelGeometry.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// A monitor that nothing is connected to (RandR 1.5, "monitors" without outputs), on a part of the
+/// screen that no other monitor shows. Windows on it are on the desktop, and nobody sees them. The
+/// pointer does not come there: the server keeps it where there are outputs.
+///
+/// Has a connection of its own, and with it a window by which others can tell that the monitor is
+/// still somebody's. Main thread.
+class HiddenMonitor {
+ public:
+  /// Makes one to the right of the primary monitor, or of those that overlap it there. Null when
+  /// the screen cannot grow that far, or when the window manager would keep windows away from it,
+  /// which may take a moment to find out.
+  static std::unique_ptr<HiddenMonitor> make(PixelSize size);
+  HiddenMonitor(const HiddenMonitor&) = delete;
+  HiddenMonitor& operator=(const HiddenMonitor&) = delete;
+  /// Removes it; the last one leaves the screen as the first one found it.
+  ~HiddenMonitor();
+
+  /// As monitors are listed.
+  xcb_atom_t id() const { return id_; }
+  PixelRect area() const { return area_; }
+
+  /// Puts it there, or so far to the right that it overlaps no other monitor. False when the screen
+  /// cannot grow that far; it is then as it was.
+  bool place(const PixelRect& wanted);
+
+ private:
+  explicit HiddenMonitor(std::unique_ptr<Connection> connection);
+
+  bool makeRoom(const std::vector<ListedMonitor>& all, const PixelRect& area);
+  /// Makes the server have it there.
+  bool announce(const PixelRect& area);
+  void withdraw();
+
+  std::unique_ptr<Connection> connection_;
+  xcb_window_t owner_;
+  xcb_atom_t id_;
+  PixelRect area_;  // empty until the server has it
+};
+
+/// Whether the server lets hidden monitors be made at all.
+bool canHideMonitors(Connection& connection);
+
+/// Removes those whose programs have ended without doing so.
+void removeAbandonedMonitors(Connection& connection);
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "platform/Backend.h"
+#include "platform/VirtualDisplayClasses.h"
+#include "platform/linux/ScreenLayout.h"
+#include "platform/linux/x11/monitors/HiddenMonitor.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Hidden monitors as virtual displays.
+class X11VirtualDisplays final : public VirtualDisplayServer {
+ public:
+  /// Both outlive this object.
+  X11VirtualDisplays(Connection& connection, const ScreenLayout& layout)
+      : connection_(connection), layout_(layout) {}
+
+  bool hostsVirtualDisplays() override { return canHideMonitors(connection_); }
+  /// Of high resolution until it gets settings. Its millimetres are those of as many pixels of the
+  /// screen, whatever is asked for.
+  std::optional<DisplayID> createDisplay(const VirtualDisplayDescriptor& descriptor) override;
+  /// The first mode counts.
+  bool applySettings(DisplayID display, const VirtualDisplaySettings& settings) override;
+  void removeDisplay(DisplayID display) override { monitors_.erase(display); }
+
+  /// Asks for a display's top-left corner to be at (x, y) in pixels of the root window. Only
+  /// displays made here can be moved.
+  void place(DisplayID display, int x, int y);
+
+ private:
+  /// How many pixels of the root window such a mode takes. X has no scale of a display's own: the
+  /// mode's points are what it is about, and points are as large as on the main display. None for
+  /// more than the protocol's coordinates hold.
+  std::optional<PixelSize> sizeOnRoot(std::uint32_t width, std::uint32_t height, bool hiDPI) const;
+
+  Connection& connection_;
+  const ScreenLayout& layout_;
+  std::map<DisplayID, std::unique_ptr<HiddenMonitor>> monitors_;
+};
+
+/// The server's monitors as displays: the primary one is the main display. A server that has no
+/// monitors, RandR 1.5, has one display, its screen.
+class X11Displays final : public DisplayBackend {
+ public:
+  /// All outlive this object and the configurations that it begins.
+  X11Displays(Connection& connection, const ScreenLayout& layout, X11VirtualDisplays& virtuals);
+
+  DisplayID mainDisplayID() override;
+  Rect displayBounds(DisplayID display) override;
+  std::uint32_t onlineDisplayCount() override;
+  std::unique_ptr<DisplayConfiguration> beginDisplayConfiguration() override;
+
+ private:
+  class Configuration;
+
+  std::vector<ListedMonitor> displays();
+
+  Connection& connection_;
+  const ScreenLayout& layout_;
+  X11VirtualDisplays& virtuals_;
+  const bool hasMonitors_;
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/linux/PanelSurface.h"
+#include "platform/linux/x11/server/PixelGeometry.h"
+
+namespace vistrel::platform::linux_desktop {
+
+struct AwaitedChrome {
+  std::shared_ptr<const PanelChrome> chrome;
+  /// To be called when the window may become as small as this.
+  std::function<void()> shown;
+};
+
+/// What a person sees of a window where it is larger than what is drawn there.
+enum class Beside { nothing, managersFrame };
+
+/// Chromes that were painted for sizes which a window may not have yet: while it grows, the manager
+/// gives it one size after the other, a little later than they were asked for.
+class AwaitedChromes {
+ public:
+  /// Keeps few, among them the oldest: else a window that lags behind would never get one.
+  void add(AwaitedChrome chrome);
+  /// Takes out the newest that a window of that size has room for, and drops those before it. None
+  /// when there is no such chrome. Where a person would see the manager's frame beside it, it must
+  /// fill the window; the newest that has room but does not fill it asks for a smaller window,
+  /// after one that does is shown: whoever is told takes the last word for what is shown.
+  std::optional<AwaitedChrome> takeFor(PixelSize window, Beside beside);
+
+ private:
+  /// What has the window made smaller; does nothing where no chrome needs it.
+  std::function<void()> askingForLess(PixelSize window) const;
+
+  std::deque<AwaitedChrome> chromes_;  // oldest first
+};
+
+}  // namespace vistrel::platform::linux_desktop

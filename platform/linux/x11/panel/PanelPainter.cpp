@@ -1,0 +1,281 @@
+#include "platform/linux/x11/panel/PanelPainter.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+#include <xcb/shape.h>
+#include <xcb/xfixes.h>
+
+#include "platform/linux/x11/picture/Corners.h"
+#include "platform/linux/x11/picture/MipLevels.h"
+#include "platform/linux/x11/server/ServerGrab.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+PixelSize sizeOfChrome(const PanelChrome& chrome) { return {chrome.width, chrome.height}; }
+
+/// The radius that fits.
+int cornerRadiusOf(const PanelChrome& chrome) {
+  return std::clamp(chrome.cornerRadius, 0, std::min(chrome.width, chrome.height) / 2);
+}
+
+/// EWMH: a compositing manager owns this selection as long as it runs.
+xcb_atom_t compositorSelection(Connection& connection) {
+  return connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()));
+}
+
+/// The rows that differ between two chromes of the same size.
+std::pair<int, int> differingRows(const PanelChrome& a, const PanelChrome& b) {
+  const auto differs = std::mismatch(a.pixels.begin(), a.pixels.end(), b.pixels.begin());
+  if (differs.first == a.pixels.end()) return {0, 0};
+  const auto last = std::mismatch(a.pixels.rbegin(), a.pixels.rend(), b.pixels.rbegin());
+  const auto first = static_cast<int>(differs.first - a.pixels.begin()) / a.width;
+  const auto end = static_cast<int>(last.first.base() - a.pixels.begin() - 1) / a.width + 1;
+  return {first, end - first};
+}
+
+/// Whether two chromes differ in their pixels alone.
+bool sameLayout(const PanelChrome& a, const PanelChrome& b) {
+  return sizeOfChrome(a) == sizeOfChrome(b) && a.contents == b.contents &&
+         a.contentsBackground == b.contentsBackground && a.overlays == b.overlays &&
+         a.cornerRadius == b.cornerRadius;
+}
+
+}  // namespace
+
+PanelPainter::PanelPainter(Connection& connection, const PictureStore& store, xcb_window_t window)
+    : connection_(connection), store_(store), window_(window) {
+  auto* const xcb = connection_.xcb();
+  selectEvents();  // before the size is asked for, so that none is missed
+  const auto geometry = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, window_));
+  const auto attributes =
+      replyTo<xcb_get_window_attributes_reply>(xcb, xcb_get_window_attributes(xcb, window_));
+  if (!geometry || !attributes) return;
+  depth_ = geometry->depth;
+  windowSize_ = {geometry->width, geometry->height};
+  const auto format = connection_.formats().ofVisual.find(attributes->visual);
+  if (format != connection_.formats().ofVisual.end()) format_ = format->second;
+  copying_ = makeGraphicsContext(connection_, window_);
+  composited_ = isComposited();
+}
+
+PanelPainter::~PanelPainter() {
+  const std::uint32_t none = XCB_EVENT_MASK_NO_EVENT;
+  xcb_change_window_attributes(connection_.xcb(), window_, XCB_CW_EVENT_MASK, &none);
+}
+
+void PanelPainter::selectEvents() {
+  // What the window shows stays when it is resized.
+  const std::array<std::uint32_t, 2> values{
+      XCB_GRAVITY_NORTH_WEST, XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+  xcb_change_window_attributes(connection_.xcb(), window_, XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK,
+                               values.data());
+  xcb_xfixes_select_selection_input(connection_.xcb(), connection_.root(),
+                                    compositorSelection(connection_),
+                                    XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+}
+
+bool PanelPainter::isComposited() {
+  const auto owner = replyTo<xcb_get_selection_owner_reply>(
+      connection_.xcb(),
+      xcb_get_selection_owner(connection_.xcb(), compositorSelection(connection_)));
+  return owner && owner->owner != XCB_NONE;
+}
+
+void PanelPainter::lookForCompositor() {
+  const bool composited = isComposited();
+  if (composited == composited_) return;
+  composited_ = composited;
+  outlineChanged_ = true;
+  dirty_.add(rectOf(back_.size));
+  paint();
+}
+
+std::optional<AwaitedChrome> PanelPainter::takeNextChrome() {
+  return awaited_.takeFor(windowSize_,
+                          hasSmoothCorners() ? Beside::nothing : Beside::managersFrame);
+}
+
+void PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
+  const auto former = std::exchange(chrome_, std::move(chrome));
+  if (former && sameLayout(*former, *chrome_)) {
+    const auto [first, count] = differingRows(*former, *chrome_);
+    if (count > 0) uploadRows(first, count);
+    return;
+  }
+  if (back_.size != sizeOfChrome(*chrome_)) resize(sizeOfChrome(*chrome_));
+  overlays_ = mergedWhereOverlapping(chrome_->overlays);
+  makeCornerMask();
+  uploadRows(0, chrome_->height);
+  outlineChanged_ = true;
+}
+
+void PanelPainter::resize(PixelSize size) {
+  chromeCanvas_ = makeCanvas(connection_, 32, connection_.formats().translucent, size);
+  back_ = makeCanvas(connection_, depth_, format_, size);
+}
+
+void PanelPainter::uploadRows(int first, int count) {
+  const auto width = static_cast<std::size_t>(chrome_->width);
+  const auto* pixels = chrome_->pixels.data() + static_cast<std::size_t>(first) * width;
+  putRows(connection_, chromeCanvas_.pixmap, 32, chrome_->width, first, count,
+          reinterpret_cast<const std::uint8_t*>(pixels), width * sizeof(*pixels));
+  dirty_.add({0, first, chrome_->width, count});
+}
+
+void PanelPainter::makeCornerMask() {
+  const int radius = cornerRadiusOf(*chrome_);
+  const int side = 2 * radius;
+  if (cornerMask_.size == PixelSize{side, side}) return;
+  cornerMask_ = {};
+  if (side == 0) return;
+  cornerMask_ = makeCanvas(connection_, 8, connection_.formats().alphaMask, {side, side});
+  const std::size_t stride = (static_cast<std::size_t>(side) + 3) / 4 * 4;
+  const auto coverage = discCoverage(radius, stride);
+  putRows(connection_, cornerMask_.pixmap, 8, side, 0, side, coverage.data(), stride);
+}
+
+/// Where the window is larger than the chrome, because it is about to shrink or has just grown, it
+/// is transparent, or cut off where the display cannot show that.
+void PanelPainter::outlineWindow() {
+  hideBeside();
+  shapeWindow();
+}
+
+void PanelPainter::hideBeside() {
+  // Without a background the pixels of what was there before stay until new ones are drawn.
+  const std::uint32_t transparent = 0;
+  const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
+  xcb_change_window_attributes(connection_.xcb(), window_,
+                               hasSmoothCorners() ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP,
+                               hasSmoothCorners() ? &transparent : &none);
+  const auto right = static_cast<std::int16_t>(back_.size.width);
+  const auto bottom = static_cast<std::int16_t>(back_.size.height);
+  if (windowSize_.width > right) xcb_clear_area(connection_.xcb(), 0, window_, right, 0, 0, 0);
+  if (windowSize_.height > bottom) xcb_clear_area(connection_.xcb(), 0, window_, 0, bottom, 0, 0);
+}
+
+void PanelPainter::shapeWindow() {
+  if (!connection_.extensions().offersShapes) return;
+  if (hasSmoothCorners()) {
+    xcb_shape_mask(connection_.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window_, 0, 0,
+                   XCB_NONE);
+    return;
+  }
+  std::vector<xcb_rectangle_t> rows;
+  for (const auto& each : roundedRows(sizeOfChrome(*chrome_), cornerRadiusOf(*chrome_))) {
+    rows.push_back(wireRect(each));
+  }
+  xcb_shape_rectangles(connection_.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                       XCB_CLIP_ORDERING_YX_BANDED, window_, 0, 0,
+                       static_cast<std::uint32_t>(rows.size()), rows.data());
+}
+
+PixelRect PanelPainter::pictureAreaFor(PixelSize source) const {
+  return chrome_ && chrome_->contents ? aspectFit(source, *chrome_->contents) : PixelRect{};
+}
+
+std::optional<PixelSize> PanelPainter::pictureSizeFor(PixelSize source) const {
+  const auto area = pictureAreaFor(source);
+  return isEmpty(area) ? std::nullopt : std::optional(sizeOf(area));
+}
+
+void PanelPainter::pictureChanged(const PictureChanges& changes) {
+  const auto area = pictureAreaFor(store_.size());
+  if (area != pictureArea_) {
+    pictureArea_ = area;
+    if (chrome_->contents) dirty_.add(*chrome_->contents);
+  }
+  if (isEmpty(area)) return;
+  for (const auto& each : store_.changedIn(area, changes)) dirty_.add(each);
+}
+
+void PanelPainter::setShowsPicture(bool shows) {
+  if (shows == showsPicture_) return;
+  showsPicture_ = shows;
+  if (chrome_ && chrome_->contents) dirty_.add(*chrome_->contents);
+}
+
+void PanelPainter::paint() {
+  if (!chrome_) return;
+  for (const auto& each : dirty_) compose(intersection(each, rectOf(back_.size)));
+  std::optional<ServerGrab> grab;
+  if (std::exchange(outlineChanged_, false)) {
+    grab.emplace(connection_);
+    outlineWindow();
+  }
+  for (const auto& each : dirty_) copyToWindow(each);
+  dirty_.clear();
+}
+
+void PanelPainter::compose(const PixelRect& area) {
+  if (isEmpty(area)) return;
+  const auto picture = showsPicture_ ? intersection(area, pictureArea_) : PixelRect{};
+  if (picture != area) composeBackground(area);
+  if (!isEmpty(picture)) {
+    store_.draw(back_.picture, pictureArea_, picture);
+  }
+  composeChrome(area);
+  if (hasSmoothCorners()) composeCorners(area);
+}
+
+void PanelPainter::composeBackground(const PixelRect& area) {
+  fill(connection_, back_.picture, Color::clear(), area);
+  if (!chrome_->contents) return;
+  const auto background = intersection(area, *chrome_->contents);
+  if (!isEmpty(background)) {
+    fill(connection_, back_.picture, chrome_->contentsBackground, background);
+  }
+}
+
+void PanelPainter::composeChrome(const PixelRect& area) {
+  const auto layOver = [this](const PixelRect& part) {
+    if (isEmpty(part)) return;
+    copyUnscaled(connection_, XCB_RENDER_PICT_OP_OVER, chromeCanvas_.picture, back_.picture, part);
+  };
+  if (!chrome_->contents || !contains(*chrome_->contents, area)) return layOver(area);
+  for (const auto& each : overlays_) layOver(intersection(area, each));
+}
+
+void PanelPainter::composeCorners(const PixelRect& area) {
+  const int radius = cornerRadiusOf(*chrome_);
+  if (radius == 0) return;
+  const int right = back_.size.width - radius;
+  const int bottom = back_.size.height - radius;
+  for (const int x : {0, right}) {
+    for (const int y : {0, bottom}) {
+      const auto corner = intersection(area, {x, y, radius, radius});
+      if (isEmpty(corner)) continue;
+      const int maskX = x == 0 ? 0 : radius;
+      const int maskY = y == 0 ? 0 : radius;
+      copyUnscaled(connection_, XCB_RENDER_PICT_OP_IN_REVERSE, cornerMask_.picture, back_.picture,
+                   corner, x - maskX, y - maskY);
+    }
+  }
+}
+
+void PanelPainter::copyToWindow(const PixelRect& area) {
+  const auto wire = wireRect(intersection(area, rectOf(back_.size)));
+  if (wire.width == 0 || wire.height == 0) return;
+  xcb_copy_area(connection_.xcb(), back_.pixmap.id(), window_, copying_.id(), wire.x, wire.y,
+                wire.x, wire.y, wire.width, wire.height);
+}
+
+void PanelPainter::handle(const xcb_generic_event_t& event) {
+  if (typeOf(event) == XCB_EXPOSE) {
+    const auto& expose = eventAs<xcb_expose_event_t>(event);
+    if (expose.window != window_ || !chrome_) return;
+    copyToWindow({expose.x, expose.y, expose.width, expose.height});
+  } else if (typeOf(event) == XCB_CONFIGURE_NOTIFY) {
+    const auto& configure = eventAs<xcb_configure_notify_event_t>(event);
+    if (configure.window == window_) windowSize_ = {configure.width, configure.height};
+  } else if (typeOf(event) == connection_.extensions().selectionNotify) {
+    lookForCompositor();
+  }
+}
+
+}  // namespace vistrel::platform::linux_desktop

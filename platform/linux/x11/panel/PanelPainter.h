@@ -1,0 +1,79 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/PanelSurface.h"
+#include "platform/linux/x11/panel/AwaitedChromes.h"
+#include "platform/linux/x11/picture/Drawing.h"
+#include "platform/linux/x11/picture/PictureStore.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Draws one panel's window: background, picture and chrome are composed in a back pixmap, from
+/// which the window is filled, so that nothing flickers. Lives on a queue with a connection; one at
+/// a time draws a window.
+class PanelPainter {
+ public:
+  /// `store` keeps the picture that the panel shows, and outlives this.
+  PanelPainter(Connection& connection, const PictureStore& store, xcb_window_t window);
+  PanelPainter(const PanelPainter&) = delete;
+  PanelPainter& operator=(const PanelPainter&) = delete;
+  ~PanelPainter();
+
+  xcb_window_t window() const { return window_; }
+  void awaitChrome(AwaitedChrome chrome) { awaited_.add(std::move(chrome)); }
+  /// The newest awaited chrome that the window has room for by now.
+  std::optional<AwaitedChrome> takeNextChrome();
+  void setChrome(std::shared_ptr<const PanelChrome> chrome);
+  /// The size at which a picture of that size is shown; none when there is no room for one.
+  std::optional<PixelSize> pictureSizeFor(PixelSize source) const;
+  /// Takes notice that the store's picture has changed. The window shows it at the next `paint`.
+  void pictureChanged(const PictureChanges& changes);
+  void setShowsPicture(bool shows);
+  /// Brings the window up to date.
+  void paint();
+  void handle(const xcb_generic_event_t& event);
+
+ private:
+  void selectEvents();
+  void resize(PixelSize size);
+  void uploadRows(int first, int count);
+  PixelRect pictureAreaFor(PixelSize source) const;
+  void compose(const PixelRect& area);
+  void composeBackground(const PixelRect& area);
+  void composeChrome(const PixelRect& area);
+  void composeCorners(const PixelRect& area);
+  void copyToWindow(const PixelRect& area);
+  void makeCornerMask();
+  bool isComposited();
+  void lookForCompositor();
+  void outlineWindow();
+  void hideBeside();
+  void shapeWindow();
+  bool hasSmoothCorners() const { return depth_ == 32 && composited_; }
+
+  Connection& connection_;
+  const PictureStore& store_;
+  const xcb_window_t window_;
+  std::uint8_t depth_ = 24;
+  xcb_render_pictformat_t format_ = XCB_NONE;
+  GraphicsContext copying_;
+  bool composited_ = false;
+  PixelSize windowSize_;
+
+  AwaitedChromes awaited_;
+  std::shared_ptr<const PanelChrome> chrome_;
+  std::vector<PixelRect> overlays_;  // disjoint
+  Canvas chromeCanvas_;
+  Canvas back_;
+  Canvas cornerMask_;
+  PixelRect pictureArea_;
+  bool showsPicture_ = false;
+  ChangedRects dirty_;  // what of the back pixmap is yet to be composed
+  bool outlineChanged_ = false;
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,137 @@
+#include "platform/linux/x11/stream/Capture.h"
+
+#include <utility>
+
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/stream/MirrorWorker.h"
+#include "platform/linux/x11/stream/WindowFrames.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// How often a pointer that rests over the source is looked at, in seconds.
+constexpr double restingLook = 0.1;
+
+/// In seconds; 0 for as many frames as there are changes.
+double intervalOf(const StreamConfiguration& configuration) {
+  const auto& time = configuration.minimumFrameInterval;
+  return time.timescale > 0 ? static_cast<double>(time.value) / time.timescale : 0;
+}
+
+}  // namespace
+
+Capture::Capture(MirrorWorker& worker, std::unique_ptr<SourceWindow> source,
+                 const StreamConfiguration& configuration, Receiver receiver)
+    : worker_(worker),
+      source_(std::move(source)),
+      configuration_(configuration),
+      receiver_(std::move(receiver)),
+      grid_(worker.connection()),
+      cursor_(worker.connection()),
+      pacing_(intervalOf(configuration)) {}
+
+void Capture::setConfiguration(const StreamConfiguration& configuration) {
+  configuration_ = configuration;
+  pacing_.setInterval(intervalOf(configuration));
+  cursorMayHaveMoved_ = true;
+}
+
+void Capture::handle(const xcb_generic_event_t& event) {
+  source_->handle(event);
+  cursor_.handle(event, *source_);
+  cursorMayHaveMoved_ |= typeOf(event) == XCB_ENTER_NOTIFY || typeOf(event) == XCB_LEAVE_NOTIFY;
+}
+
+void Capture::proceed() {
+  if (ended_) return;
+  source_->refresh();
+  if (source_->isGone()) return fail({"The window has been closed."});
+  if (!source_->isViewable()) return;
+  const double now = monotonicNow();
+  noticeChange(now);
+  if (!hasNews() && !isTimeToLook(now)) {
+    if (cursor_.isFollowing()) worker_.comeBackAt(nextLook_);
+    return;
+  }
+  const double due = hasNews() ? pacing_.due() : pacing_.earliest();
+  if (now < due) return worker_.comeBackAt(due);
+  const auto formerMark = cursorMark_;
+  if (hasNews()) {
+    // The answer comes together with the one that whoever takes the frame waits for.
+    if (configuration_.showsCursor) cursor_.askForPlace();
+    deliver(now);
+    takeAskedCursor();
+  } else if (cursorHasMoved()) {
+    deliver(now);
+  }
+  if (!cursor_.isFollowing()) return;
+  nextLook_ = cursorMark_ == formerMark ? now + restingLook : pacing_.earliest();
+  worker_.comeBackAt(nextLook_);
+}
+
+bool Capture::isTimeToLook(double now) const {
+  return cursorMayHaveMoved_ || (cursor_.isFollowing() && now >= nextLook_);
+}
+
+void Capture::noticeChange(double now) {
+  if (noticedChange_ || !source_->hasChanges()) return;
+  noticedChange_ = true;
+  pacing_.changeNoticed(now);
+  if (now >= pacing_.due() || !pacing_.wantsNextChange()) return;
+  owesFrame_ = true;
+  askForChanges();
+  pacing_.listening();
+}
+
+void Capture::askForChanges() {
+  source_->askForChanges();
+  noticedChange_ = false;
+}
+
+bool Capture::cursorHasMoved() {
+  cursorMayHaveMoved_ = false;
+  auto mark = configuration_.showsCursor ? cursor_.markOver(*source_) : CursorMark{};
+  if (mark == cursorMark_) return false;
+  cursorMark_ = std::move(mark);
+  return true;
+}
+
+void Capture::takeAskedCursor() {
+  if (cursor_.isAsked()) cursorHasMoved();
+}
+
+void Capture::collectChanges() {
+  const auto changes = source_->takeChanges();
+  uncommitted_.everything |= changes.everything;
+  for (const auto& each : changes.rects) uncommitted_.rects.add(each);
+}
+
+void Capture::deliver(double now) {
+  pacing_.frameTaken(now);
+  owesFrame_ = false;
+  askForChanges();
+  const auto buffer =
+      std::make_shared<WindowPixelBuffer>(weak_from_this(), source_->picture()->size());
+  receiver_.sample(CompleteSample(buffer));
+}
+
+void Capture::fail(const Error& error) {
+  if (std::exchange(ended_, true)) return;
+  receiver_.stopped(error);
+}
+
+bool Capture::isUnchangedSinceCommit() {
+  // Asking takes the news away without a frame.
+  owesFrame_ |= source_->hasChanges();
+  askForChanges();
+  collectChanges();
+  return uncommitted_.empty();
+}
+
+std::shared_ptr<const Image> Capture::commit() {
+  collectChanges();
+  takeAskedCursor();
+  return worker_.commit(source_->picture(), std::exchange(uncommitted_, {}), cursorMark_);
+}
+
+}  // namespace vistrel::platform::linux_desktop

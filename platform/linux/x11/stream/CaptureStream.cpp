@@ -1,0 +1,91 @@
+#include "platform/linux/x11/stream/CaptureStream.h"
+
+#include <utility>
+
+namespace vistrel::platform::linux_desktop {
+
+CaptureStream::CaptureStream(WindowID window, const StreamConfiguration& configuration,
+                             std::weak_ptr<StreamDelegate> delegate)
+    : window_(window), delegate_(std::move(delegate)), configuration_(configuration) {}
+
+CaptureStream::~CaptureStream() {
+  const auto queue = output().queue;
+  if (!queue) return;
+  queue->async([queue, key = this] {
+    if (const auto worker = MirrorWorker::existingOf(*queue)) worker->stopCapture(key);
+  });
+}
+
+CaptureStream::Output CaptureStream::output() const {
+  const std::lock_guard lock(mutex_);
+  return output_;
+}
+
+std::shared_ptr<SerialQueue> CaptureStream::workQueue() const {
+  auto queue = output().queue;
+  return queue ? queue : SerialQueue::make("vistrel.stream", QualityOfService::standard);
+}
+
+std::optional<Error> CaptureStream::addStreamOutput(
+    std::shared_ptr<StreamOutputHandler> handler, StreamOutputType type,
+    std::shared_ptr<DispatchQueue> sampleHandlerQueue) {
+  auto queue = std::dynamic_pointer_cast<SerialQueue>(std::move(sampleHandlerQueue));
+  if (!handler || !queue) return Error{"Samples need a handler and a serial queue."};
+  if (type != StreamOutputType::screen) return Error{"Windows are captured without sound."};
+  const std::lock_guard lock(mutex_);
+  if (output_.handler) return Error{"The stream has a handler already."};
+  output_ = {std::move(handler), std::move(queue)};
+  return std::nullopt;
+}
+
+void CaptureStream::startCapture(StreamCompletion completion) {
+  const auto queue = workQueue();
+  queue->async([self = shared_from_this(), queue, completion = std::move(completion)] {
+    completion(self->start(queue));
+  });
+}
+
+std::optional<Error> CaptureStream::start(const std::shared_ptr<SerialQueue>& queue) {
+  if (!output().handler) return Error{"The stream has no handler."};
+  const auto worker = MirrorWorker::of(queue);
+  if (!worker) return Error{"The display server refuses another connection."};
+  return worker->startCapture(this, window_, configuration_, makeReceiver());
+}
+
+Capture::Receiver CaptureStream::makeReceiver() {
+  const auto stream = weak_from_this();
+  return {[stream](const SampleBuffer& sample) {
+            const auto self = stream.lock();
+            if (!self) return;
+            const auto handler = self->output().handler;
+            handler->streamDidOutputSampleBuffer(*self, sample, StreamOutputType::screen);
+          },
+          [stream](const Error& error) {
+            const auto self = stream.lock();
+            const auto delegate = self ? self->delegate_.lock() : nullptr;
+            if (delegate) delegate->streamDidStopWithError(*self, error);
+          }};
+}
+
+void CaptureStream::stopCapture(StreamCompletion completion) {
+  const auto queue = workQueue();
+  queue->async([self = shared_from_this(), queue, completion = std::move(completion)] {
+    if (const auto worker = MirrorWorker::existingOf(*queue)) worker->stopCapture(self.get());
+    completion(std::nullopt);
+  });
+}
+
+void CaptureStream::updateConfiguration(const StreamConfiguration& configuration,
+                                        StreamCompletion completion) {
+  const auto queue = workQueue();
+  queue->async(
+      [self = shared_from_this(), queue, configuration, completion = std::move(completion)] {
+        self->configuration_ = configuration;
+        const auto worker = MirrorWorker::existingOf(*queue);
+        auto* const capture = worker ? worker->captureOf(self.get()) : nullptr;
+        if (capture) capture->setConfiguration(configuration);
+        completion(std::nullopt);
+      });
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,192 @@
+#include "platform/linux/x11/stream/MirrorWorker.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vistrel::platform::linux_desktop {
+
+std::shared_ptr<MirrorWorker> MirrorWorker::of(const std::shared_ptr<SerialQueue>& queue) {
+  if (auto worker = existingOf(*queue)) {
+    if (!worker->connection_->isLost()) return worker;
+    // It need not have noticed yet.
+    worker->lose();
+  }
+  auto connection = Connection::open();
+  if (!connection) return nullptr;
+  std::shared_ptr<MirrorWorker> worker(new MirrorWorker(queue, std::move(connection)));
+  queue->watch(worker->connection_->descriptor(), [worker = worker.get()] { worker->serve(); });
+  queue->attachment() = worker;
+  return worker;
+}
+
+std::shared_ptr<MirrorWorker> MirrorWorker::existingOf(SerialQueue& queue) {
+  return std::static_pointer_cast<MirrorWorker>(queue.attachment());
+}
+
+MirrorWorker::MirrorWorker(const std::shared_ptr<SerialQueue>& queue,
+                           std::unique_ptr<Connection> connection)
+    : queue_(queue), connection_(std::move(connection)), store_(*connection_) {}
+
+std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window,
+                                                const StreamConfiguration& configuration,
+                                                Capture::Receiver receiver) {
+  if (captureOf(key)) return Error{"The stream is running already."};
+  if (!connection_->extensions().offersCapture) {
+    return Error{"The display server does not offer capturing windows."};
+  }
+  auto source = openSource(window);
+  if (!source) return Error{"The window is no longer there."};
+  captures_.push_back({key, std::make_shared<Capture>(*this, std::move(source), configuration,
+                                                      std::move(receiver))});
+  return std::nullopt;
+}
+
+std::unique_ptr<SourceWindow> MirrorWorker::openSource(WindowID window) {
+  auto resting = std::move(restingSource_);
+  if (!resting || resting->client() != window || resting->isGone()) {
+    release(std::move(resting));
+    return SourceWindow::open(*connection_, window);
+  }
+  resting->renew();
+  return resting;
+}
+
+void MirrorWorker::release(std::unique_ptr<SourceWindow> source) {
+  if (!source) return;
+  const auto client = source->client();
+  source.reset();
+  // It has taken along what the connection listened to for others of the same window.
+  const auto renewIfAffected = [client](SourceWindow& other) {
+    if (other.client() == client) other.renew();
+  };
+  for (const auto& each : captures_) renewIfAffected(each.capture->source());
+  if (restingSource_) renewIfAffected(*restingSource_);
+}
+
+Capture* MirrorWorker::captureOf(const void* key) {
+  const auto found = std::find_if(captures_.begin(), captures_.end(),
+                                  [&](const Running& each) { return each.key == key; });
+  return found == captures_.end() ? nullptr : found->capture.get();
+}
+
+void MirrorWorker::stopCapture(const void* key) {
+  auto* const capture = captureOf(key);
+  if (!capture) return;
+  auto source = capture->takeSource();
+  std::erase_if(captures_, [&](const Running& each) { return each.key == key; });
+  release(std::exchange(restingSource_, std::move(source)));
+}
+
+void MirrorWorker::comeBackAt(double seconds) {
+  if (comingBackAt_ && *comingBackAt_ <= seconds) return;
+  const auto queue = queue_.lock();
+  if (!queue) return;
+  comingBackAt_ = seconds;
+  queue->asyncAt(seconds, [worker = weak_from_this(), seconds] {
+    const auto strong = worker.lock();
+    // An earlier moment may have taken this one's place.
+    if (!strong || strong->comingBackAt_ != seconds) return;
+    strong->comingBackAt_.reset();
+    strong->serve();
+  });
+}
+
+void MirrorWorker::serve() {
+  connection_->serve([this](const xcb_generic_event_t& event) { handle(event); },
+                     [this] {
+                       for (const auto& each : captures_) each.capture->proceed();
+                     });
+  if (connection_->isLost()) lose();
+}
+
+void MirrorWorker::handle(const xcb_generic_event_t& event) {
+  for (const auto& each : captures_) each.capture->handle(event);
+  if (restingSource_) restingSource_->handle(event);
+  for (auto& each : panels_) {
+    each.handle(event);
+    showNextChrome(each);
+  }
+}
+
+void MirrorWorker::lose() {
+  if (const auto queue = queue_.lock()) queue->unwatch(connection_->descriptor());
+  for (const auto& each : captures_) {
+    each.capture->fail({"The connection to the display server was lost."});
+  }
+  if (onLost_) onLost_();
+}
+
+std::shared_ptr<const Image> MirrorWorker::commit(std::shared_ptr<const LivePicture> picture,
+                                                  PictureChanges changes,
+                                                  const CursorMark& cursor) {
+  auto queue = queue_.lock();
+  if (!queue) return nullptr;
+  // Another window's picture differs altogether.
+  changes.everything |= store_.source() != picture.get();
+  const auto sizes = pictureSizes(picture->size());
+  const auto committed = store_.commit(std::move(picture), std::move(changes), cursor, sizes);
+  for (auto& each : panels_) each.pictureChanged(committed);
+  return std::make_shared<CommittedImage>(std::move(queue));
+}
+
+std::vector<PixelSize> MirrorWorker::pictureSizes(PixelSize source) const {
+  std::vector<PixelSize> sizes;
+  for (const auto& each : panels_) {
+    if (const auto size = each.pictureSizeFor(source)) sizes.push_back(*size);
+  }
+  return sizes;
+}
+
+const LivePicture* MirrorWorker::unchangedSource() {
+  for (const auto& each : captures_) {
+    if (each.capture->picture().get() != store_.source()) continue;
+    if (each.capture->isUnchangedSinceCommit()) return store_.source();
+  }
+  return nullptr;
+}
+
+PanelPainter* MirrorWorker::panelOf(xcb_window_t window) {
+  const auto found = std::find_if(panels_.begin(), panels_.end(), [&](const PanelPainter& each) {
+    return each.window() == window;
+  });
+  return found == panels_.end() ? nullptr : &*found;
+}
+
+void MirrorWorker::addPanel(xcb_window_t window) {
+  panels_.emplace_back(*connection_, store_, window);
+}
+
+void MirrorWorker::removePanel(xcb_window_t window) {
+  panels_.remove_if([&](const PanelPainter& each) { return each.window() == window; });
+  connection_->sync();
+}
+
+void MirrorWorker::setChrome(xcb_window_t window, AwaitedChrome chrome) {
+  auto* const panel = panelOf(window);
+  if (!panel) return;
+  panel->awaitChrome(std::move(chrome));
+  showNextChrome(*panel);
+}
+
+void MirrorWorker::showNextChrome(PanelPainter& panel) {
+  const auto next = panel.takeNextChrome();
+  if (!next) return;
+  const auto formerSizes = pictureSizes(store_.size());
+  panel.setChrome(next->chrome);
+  const auto sizes = pictureSizes(store_.size());
+  if (sizes != formerSizes) store_.prepareFor(sizes, unchangedSource());
+  panel.pictureChanged({});
+  panel.paint();
+  // The window may be made as small as what it shows as soon as that is known.
+  connection_->sync();
+  next->shown();
+}
+
+void MirrorWorker::showPicture(xcb_window_t window, bool shows) {
+  auto* const panel = panelOf(window);
+  if (!panel) return;
+  panel->setShowsPicture(shows);
+  panel->paint();
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/ScreenCapture.h"
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/panel/PanelPainter.h"
+#include "platform/linux/x11/picture/PictureStore.h"
+#include "platform/linux/x11/stream/Capture.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// What a queue has in the display server: its connection, the streams that deliver on it, the
+/// picture they had accepted last, and the panels drawn there. Made with the queue's first need and
+/// lives as long as the queue, so that a picture outlives its stream. On its queue only.
+class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
+ public:
+  /// Null when the display refuses another connection.
+  static std::shared_ptr<MirrorWorker> of(const std::shared_ptr<SerialQueue>& queue);
+  /// Null when the queue has none yet.
+  static std::shared_ptr<MirrorWorker> existingOf(SerialQueue& queue);
+
+  Connection& connection() { return *connection_; }
+  /// To be called once when the display server is gone.
+  void setOnLost(std::function<void()> onLost) { onLost_ = std::move(onLost); }
+
+  /// Starts capturing for the stream `key`. None when that was done.
+  std::optional<Error> startCapture(const void* key, WindowID window,
+                                    const StreamConfiguration& configuration,
+                                    Capture::Receiver receiver);
+  /// Null when the stream is not running.
+  Capture* captureOf(const void* key);
+  void stopCapture(const void* key);
+  /// Serves the connection again at that moment of the monotonic clock.
+  void comeBackAt(double seconds);
+
+  /// Takes a frame over. Null once the queue is being released.
+  std::shared_ptr<const Image> commit(std::shared_ptr<const LivePicture> picture,
+                                      PictureChanges changes, const CursorMark& cursor);
+
+  void addPanel(xcb_window_t window);
+  /// Nothing touches the window any more when this returns.
+  void removePanel(xcb_window_t window);
+  /// Shows it once the window has room for it.
+  void setChrome(xcb_window_t window, AwaitedChrome chrome);
+  /// Shows the picture accepted last, or none.
+  void showPicture(xcb_window_t window, bool shows);
+
+  /// Handles what has arrived, and sends what has been drawn.
+  void serve();
+
+ private:
+  struct Running {
+    const void* key;
+    std::shared_ptr<Capture> capture;
+  };
+
+  MirrorWorker(const std::shared_ptr<SerialQueue>& queue, std::unique_ptr<Connection> connection);
+
+  /// Null when there is no such window.
+  std::unique_ptr<SourceWindow> openSource(WindowID window);
+  /// Null does nothing.
+  void release(std::unique_ptr<SourceWindow> source);
+  void handle(const xcb_generic_event_t& event);
+  void lose();
+  PanelPainter* panelOf(xcb_window_t window);
+  void showNextChrome(PanelPainter& panel);
+  std::vector<PixelSize> pictureSizes(PixelSize source) const;
+  const LivePicture* unchangedSource();
+
+  std::weak_ptr<SerialQueue> queue_;
+  std::function<void()> onLost_;
+  std::unique_ptr<Connection> connection_;
+  PictureStore store_;
+  std::vector<Running> captures_;
+  /// The source of the stream that was stopped last. Releasing a covered window would cost what is
+  /// covered, until the window is drawn again; and a mirror that is refreshed starts with it again.
+  std::unique_ptr<SourceWindow> restingSource_;
+  std::list<PanelPainter> panels_;
+  std::optional<double> comingBackAt_;
+};
+
+/// The picture that a mirror had accepted when the image was made, or a later one.
+class CommittedImage : public Image {
+ public:
+  explicit CommittedImage(std::shared_ptr<SerialQueue> queue) : queue_(std::move(queue)) {}
+  /// The mirror's queue, where the picture is kept.
+  const std::shared_ptr<SerialQueue>& queue() const { return queue_; }
+
+ private:
+  std::shared_ptr<SerialQueue> queue_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
