@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <optional>
 #include <regex>
 #include <set>
@@ -13,6 +14,37 @@ namespace {
 
 constexpr std::array<std::string_view, 6> roomsFromTheTop = {"app",    "picker",  "catalogue",
                                                              "mirror", "parking", "platform"};
+
+/// The rooms of a half of the Linux backend, each with the rooms that it stands on: those are all
+/// that it may include of its half.
+using Rooms = std::map<std::string_view, std::set<std::string_view>>;
+
+const std::map<std::string_view, Rooms> roomsOfHalves = {
+    {"x11",
+     {
+         {"server", {}},
+         {"manager", {"server"}},
+         {"picture", {"server"}},
+         {"listing", {"manager", "server"}},
+         {"source", {"manager", "picture", "server"}},
+         {"panel", {"manager", "picture", "server"}},
+         {"stream", {"panel", "picture", "server", "source"}},
+         {"monitors", {"manager", "server"}},
+         {"away", {"manager", "server"}},
+         {"instance", {"server"}},
+     }},
+    {"qt",
+     {
+         {"space", {}},
+         {"paint", {"space"}},
+         {"menus", {"paint", "space"}},
+         {"tray", {"menus", "paint", "space"}},
+         {"windows", {"menus"}},
+         {"panel", {"menus", "paint", "space", "windows"}},
+         {"widgets", {"paint", "space", "windows"}},
+         {"process", {"windows"}},
+     }},
+};
 
 /// C++20, without the names that C gives its headers.
 const std::set<std::string_view> standardHeaders = {"algorithm",
@@ -127,6 +159,7 @@ struct Place {
   std::optional<std::size_t> room;  // index into roomsFromTheTop
   std::string backend;              // the folder in platform/
   std::string half;                 // the folder in the backend
+  std::string roomOfHalf;           // the folder in the half
 };
 
 Place placeOf(const std::string& path) {
@@ -138,6 +171,7 @@ Place placeOf(const std::string& path) {
   place.room = static_cast<std::size_t>(found - roomsFromTheTop.begin());
   if (folders[0] == "platform" && folders.size() > 1) place.backend = folders[1];
   if (folders[0] == "platform" && folders.size() > 2) place.half = folders[2];
+  if (folders[0] == "platform" && folders.size() > 3) place.roomOfHalf = folders[3];
   return place;
 }
 
@@ -146,9 +180,27 @@ bool areOppositeHalves(const Place& a, const Place& b) {
          ((a.half == "qt" && b.half == "x11") || (a.half == "x11" && b.half == "qt"));
 }
 
+bool isInUnknownRoom(const Place& place) {
+  const auto half = roomsOfHalves.find(place.half);
+  return place.backend == "linux" && half != roomsOfHalves.end() && !place.roomOfHalf.empty() &&
+         !half->second.contains(place.roomOfHalf);
+}
+
+/// Whether one room of a half includes another that it does not stand on, or what puts the rooms
+/// together, which lies at the half's root.
+bool leavesItsRoomUpward(const Place& from, const Place& to) {
+  if (from.backend != "linux" || to.half != from.half || from.roomOfHalf.empty() ||
+      to.roomOfHalf == from.roomOfHalf) {
+    return false;
+  }
+  const auto half = roomsOfHalves.find(from.half);
+  return half != roomsOfHalves.end() && !half->second.at(from.roomOfHalf).contains(to.roomOfHalf);
+}
+
 /// The rule that an include breaks, if any.
 std::optional<std::string> brokenRule(const Place& from, const std::string& included,
                                       bool isQuoted) {
+  if (isInUnknownRoom(from)) return "a new room says what it stands on";
   const bool isBackend = !from.backend.empty();
   const Place to = placeOf(included);
   if (!to.room) {
@@ -166,6 +218,7 @@ std::optional<std::string> brokenRule(const Place& from, const std::string& incl
   if (!to.backend.empty() && to.backend != from.backend) {
     return "a backend is known to itself alone";
   }
+  if (leavesItsRoomUpward(from, to)) return "a room includes the rooms that it stands on";
   return std::nullopt;
 }
 

@@ -20,7 +20,8 @@ struct Violation {
 /// from its own room and those below, by paths from the project root. The core, which is everything
 /// but the folders in platform/, includes nothing else but headers of the C++ standard library. A
 /// backend, which is a folder in platform/, includes platform/*.h, its own folder and whatever its
-/// system offers; the halves platform/linux/qt/ and platform/linux/x11/ do not include each other.
+/// system offers; the halves platform/linux/qt/ and platform/linux/x11/ do not include each other,
+/// and each of their rooms includes of its half only the rooms that it stands on.
 std::vector<Violation> includeViolations(const std::string& file, const std::string& text);
 
 }  // namespace vistrel::architecture

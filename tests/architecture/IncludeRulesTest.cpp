@@ -17,6 +17,8 @@ constexpr const char* systemInCore = "the core includes the C++ standard library
 constexpr const char* foreignBackend = "a backend is known to itself alone";
 constexpr const char* coreInBackend = "a backend knows nothing of the core";
 constexpr const char* oppositeHalf = "the halves of a backend do not know each other";
+constexpr const char* roomAbove = "a room includes the rooms that it stands on";
+constexpr const char* unknownRoom = "a new room says what it stands on";
 constexpr const char* notFromRoot = "write includes of our own from the project root";
 
 std::vector<std::string> brokenRules(const std::string& file, const std::string& text) {
@@ -106,6 +108,38 @@ TEST(IncludeRules, CatchOneHalfOfTheLinuxBackendInTheOther) {
                           "#include \"platform/linux/qt/A.h\"\n"
                           "#include \"platform/linux/x11/B.h\"\n"),
               IsEmpty());
+}
+
+TEST(IncludeRules, AllowARoomOfAHalfTheRoomsThatItStandsOn) {
+  EXPECT_THAT(brokenRules("platform/linux/x11/stream/A.cpp",
+                          "#include \"platform/linux/SerialQueue.h\"\n"
+                          "#include \"platform/linux/x11/stream/B.h\"\n"
+                          "#include \"platform/linux/x11/picture/C.h\"\n"),
+              IsEmpty());
+  EXPECT_THAT(brokenRules("platform/linux/qt/QtWindows.cpp",
+                          "#include \"platform/linux/qt/panel/A.h\"\n"
+                          "#include \"platform/linux/qt/QtDesktop.h\"\n"),
+              IsEmpty());
+}
+
+TEST(IncludeRules, CatchARoomOfAHalfInOneBelowOrBesideIt) {
+  EXPECT_THAT(brokenRules("platform/linux/x11/picture/A.cpp",
+                          "#include \"platform/linux/x11/stream/B.h\"\n"),
+              ElementsAre(roomAbove));
+  EXPECT_THAT(
+      brokenRules("platform/linux/qt/panel/A.cpp", "#include \"platform/linux/qt/widgets/B.h\"\n"),
+      ElementsAre(roomAbove));
+}
+
+TEST(IncludeRules, CatchWhatPutsTheRoomsTogetherInARoom) {
+  EXPECT_THAT(
+      brokenRules("platform/linux/qt/panel/A.cpp", "#include \"platform/linux/qt/QtDesktop.h\"\n"),
+      ElementsAre(roomAbove));
+}
+
+TEST(IncludeRules, CatchARoomThatNobodyKnows) {
+  EXPECT_THAT(brokenRules("platform/linux/x11/attic/A.cpp", "#include <vector>\n"),
+              ElementsAre(unknownRoom));
 }
 
 TEST(IncludeRules, CatchAnIncludeThatIsNotFromTheRoot) {
