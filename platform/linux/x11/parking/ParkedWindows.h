@@ -13,25 +13,25 @@
 namespace vistrel::platform::linux_desktop {
 
 /// Moves other programs' windows by way of the window manager, as a person's tool does, and knows
-/// which ones are not where they were found.
+/// which ones are parked: those that are not where they were found.
 ///
-/// A window that is moved away is free of what ties it to its place: full-screen and maximised
-/// windows stay where they are or take another size with other managers, so those states are taken
-/// off and the size is kept; and it comes to all desktops, since managers unmap what is on a
-/// desktop that is not shown, and nobody draws what is unmapped. Windows that are minimised or
-/// rolled up stay so. A window that goes back to where it was found gets back everything it had.
+/// A window that is parked is free of what ties it to its place: full-screen and maximised windows
+/// stay where they are or take another size with other managers, so those states are taken off and
+/// the size is kept; and it comes to all desktops, since managers unmap what is on a desktop that
+/// is not shown, and nobody draws what is unmapped. Windows that are minimised or rolled up stay
+/// so. A window that goes back to where it was found gets back everything it had.
 ///
 /// Positions are of what a person sees as the window, in points of global display space. Main
 /// thread.
-class AwayWindows {
+class ParkedWindows {
  public:
   /// Both outlive this object.
-  AwayWindows(Connection& connection, const ScreenLayout& layout)
+  ParkedWindows(Connection& connection, const ScreenLayout& layout)
       : connection_(connection), layout_(layout) {}
-  AwayWindows(const AwayWindows&) = delete;
-  AwayWindows& operator=(const AwayWindows&) = delete;
-  /// Gives back all that are still away.
-  ~AwayWindows();
+  ParkedWindows(const ParkedWindows&) = delete;
+  ParkedWindows& operator=(const ParkedWindows&) = delete;
+  /// Gives back all that are still parked.
+  ~ParkedWindows();
 
   /// Once the manager has done what it was asked before, which it gets two seconds for. None for a
   /// window that has gone.

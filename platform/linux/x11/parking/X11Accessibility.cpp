@@ -1,4 +1,4 @@
-#include "platform/linux/x11/away/X11Accessibility.h"
+#include "platform/linux/x11/parking/X11Accessibility.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Backend.h"
-#include "platform/linux/x11/away/AwayWindows.h"
+#include "platform/linux/x11/parking/ParkedWindows.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -28,7 +28,7 @@ class X11Accessibility final : public AccessibilityBackend {
   class WindowElement;
 
   Connection& connection_;
-  AwayWindows windows_;
+  ParkedWindows windows_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

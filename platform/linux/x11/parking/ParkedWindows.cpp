@@ -1,9 +1,9 @@
-#include "platform/linux/x11/away/AwayWindows.h"
+#include "platform/linux/x11/parking/ParkedWindows.h"
 
 #include "platform/linux/WindowPlace.h"
-#include "platform/linux/x11/away/RequestedOrigin.h"
 #include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/manager/TopLevel.h"
+#include "platform/linux/x11/parking/RequestedOrigin.h"
 #include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -16,11 +16,11 @@ constexpr auto fullScreen = "_NET_WM_STATE_FULLSCREEN";
 
 }  // namespace
 
-AwayWindows::~AwayWindows() {
+ParkedWindows::~ParkedWindows() {
   for (const auto& [window, home] : homes_) giveBack(window, home);
 }
 
-std::optional<Point> AwayWindows::positionOf(xcb_window_t window) {
+std::optional<Point> ParkedWindows::positionOf(xcb_window_t window) {
   // It may still be on its way to where it was last asked to be.
   awaitManager(connection_);
   const auto place = placeOf(window);
@@ -29,7 +29,7 @@ std::optional<Point> AwayWindows::positionOf(xcb_window_t window) {
   return told_->second;
 }
 
-bool AwayWindows::move(xcb_window_t window, Point position) {
+bool ParkedWindows::move(xcb_window_t window, Point position) {
   const auto found = placeOf(window);
   if (!found) {
     homes_.erase(window);
@@ -49,7 +49,7 @@ bool AwayWindows::move(xcb_window_t window, Point position) {
   return true;
 }
 
-std::optional<AwayWindows::Place> AwayWindows::placeOf(xcb_window_t window) {
+std::optional<ParkedWindows::Place> ParkedWindows::placeOf(xcb_window_t window) {
   const auto client = placeIn(connection_.xcb(), window, connection_.root());
   if (!client) return std::nullopt;
   const auto extents = [&](const char* property) {
@@ -63,11 +63,11 @@ std::optional<AwayWindows::Place> AwayWindows::placeOf(xcb_window_t window) {
   return place;
 }
 
-Point AwayWindows::pointsOf(const Place& place) const {
+Point ParkedWindows::pointsOf(const Place& place) const {
   return layout_.toPoints(place.visible).origin;
 }
 
-AwayWindows::Home AwayWindows::leave(xcb_window_t window, const Place& found) {
+ParkedWindows::Home ParkedWindows::leave(xcb_window_t window, const Place& found) {
   const bool isTold = told_ && told_->first == window;
   Home home{.position = isTold ? told_->second : pointsOf(found),
             .client = found.client,
@@ -78,7 +78,7 @@ AwayWindows::Home AwayWindows::leave(xcb_window_t window, const Place& found) {
   return home;
 }
 
-void AwayWindows::giveBack(xcb_window_t window, const Home& home) {
+void ParkedWindows::giveBack(xcb_window_t window, const Home& home) {
   // It may have become full-screen where it is.
   takeOffTies(window);
   const auto place = placeOf(window);
@@ -89,7 +89,7 @@ void AwayWindows::giveBack(xcb_window_t window, const Home& home) {
   connection_.sync();
 }
 
-void AwayWindows::moveTo(xcb_window_t window, const Place& found, Point position) {
+void ParkedWindows::moveTo(xcb_window_t window, const Place& found, Point position) {
   const Rect wanted{position, layout_.toPoints(found.visible).size};
   const PixelRect visible = layout_.holding(wanted).toPixels(wanted);
   // What is around the client may have changed with its states.
@@ -101,7 +101,7 @@ void AwayWindows::moveTo(xcb_window_t window, const Place& found, Point position
   connection_.sync();
 }
 
-void AwayWindows::request(xcb_window_t window, const PixelRect& client, const Extents& frame) {
+void ParkedWindows::request(xcb_window_t window, const PixelRect& client, const Extents& frame) {
   // EWMH, _NET_MOVERESIZE_WINDOW: the client's own gravity, and all four numbers.
   constexpr std::uint32_t ownGravity = 0;
   constexpr std::uint32_t all = 0xf << 8;
@@ -114,7 +114,7 @@ void AwayWindows::request(xcb_window_t window, const PixelRect& client, const Ex
                static_cast<std::uint32_t>(client.height)});
 }
 
-AwayWindows::Ties AwayWindows::takeOffTies(xcb_window_t window) {
+ParkedWindows::Ties ParkedWindows::takeOffTies(xcb_window_t window) {
   const auto has = [&](std::string_view state) { return hasState(connection_, window, state); };
   Ties ties;
   ties.fullScreen = has(fullScreen);
@@ -132,7 +132,7 @@ AwayWindows::Ties AwayWindows::takeOffTies(xcb_window_t window) {
   return ties;
 }
 
-void AwayWindows::putOnTies(xcb_window_t window, const Ties& ties) {
+void ParkedWindows::putOnTies(xcb_window_t window, const Ties& ties) {
   if (ties.horizontally && ties.vertically) {
     // There is a manager that takes two messages in a row for a change of mind.
     setStates(window, true, horizontally, vertically);
@@ -142,14 +142,14 @@ void AwayWindows::putOnTies(xcb_window_t window, const Ties& ties) {
   if (ties.fullScreen) setStates(window, true, fullScreen, nullptr);
 }
 
-void AwayWindows::setStates(xcb_window_t window, bool areOn, const char* state,
-                            const char* another) {
+void ParkedWindows::setStates(xcb_window_t window, bool areOn, const char* state,
+                              const char* another) {
   const std::uint32_t second = another ? connection_.atom(another) : xcb_atom_t{XCB_ATOM_NONE};
   tellManager(connection_, window, "_NET_WM_STATE",
               {areOn ? 1U : 0U, connection_.atom(state), second, byPerson, 0});
 }
 
-void AwayWindows::setDesktop(xcb_window_t window, std::uint32_t desktop) {
+void ParkedWindows::setDesktop(xcb_window_t window, std::uint32_t desktop) {
   tellManager(connection_, window, "_NET_WM_DESKTOP", {desktop, byPerson, 0, 0, 0});
 }
 
