@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/linux/qt/widgets/AlertBox.h"
-#include "tests/linux/OffscreenToolkit.h"
+#include "tests/linux/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -37,7 +37,7 @@ void press(QAccessibleInterface& object, const QString& name) {
 
 class AlertBox : public ::testing::Test {
  protected:
-  void SetUp() override { OffscreenToolkit::start(); }
+  void SetUp() override { OffscreenQt::start(); }
 
   /// Runs the alert and, once it is open, presses that button of it.
   int runAndPress(const QString& button) {

@@ -4,7 +4,7 @@
 
 #include "platform/Controls.h"
 #include "platform/linux/qt/paint/ChromePainter.h"
-#include "tests/linux/OffscreenToolkit.h"
+#include "tests/linux/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -32,7 +32,7 @@ std::uint32_t alphaOf(std::uint32_t pixel) { return pixel >> 24U; }
 class ChromePainter : public ::testing::Test {
  protected:
   void SetUp() override {
-    OffscreenToolkit::start();
+    OffscreenQt::start();
     card_->setWantsLayer(true);
     card_->layer()->setCornerRadius(10);
     card_->layer()->setMasksToBounds(true);

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/linux/qt/panel/RollAnimation.h"
-#include "tests/linux/OffscreenToolkit.h"
+#include "tests/linux/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -79,7 +79,7 @@ class StyleOfDuration : public QProxyStyle {
 class RollAnimationTest : public testing::Test {
  protected:
   RollAnimationTest() {
-    OffscreenToolkit::start();
+    OffscreenQt::start();
     QApplication::setStyle(new StyleOfDuration(60));
   }
   ~RollAnimationTest() override { QApplication::setStyle(QStringLiteral("fusion")); }

@@ -8,7 +8,7 @@
 #include "platform/linux/qt/menus/ShownMenu.h"
 #include "platform/linux/qt/paint/Legibility.h"
 #include "platform/simulated/SimulatedBackend.h"
-#include "tests/linux/OffscreenToolkit.h"
+#include "tests/linux/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -38,7 +38,7 @@ struct Filler : MenuDelegate {
 
 class ShownMenuTest : public testing::Test {
  protected:
-  ShownMenuTest() { OffscreenToolkit::start(); }
+  ShownMenuTest() { OffscreenQt::start(); }
 
   std::shared_ptr<MenuItem> add(const std::string& title, const std::string& key = "") {
     auto item = std::make_shared<MenuItem>(

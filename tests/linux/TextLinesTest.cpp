@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/qt/paint/Fonts.h"
-#include "tests/linux/OffscreenToolkit.h"
+#include "tests/linux/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -11,10 +11,10 @@ constexpr double unlimited = 100000;
 
 class TextLines : public ::testing::Test {
  protected:
-  void SetUp() override { OffscreenToolkit::start(); }
+  void SetUp() override { OffscreenQt::start(); }
 
   double widthOf(const QString& text) const {
-    return QFontMetricsF(toolkitFont(Font{11})).horizontalAdvance(text);
+    return QFontMetricsF(qtFont(Font{11})).horizontalAdvance(text);
   }
 
   const TextStyle oneLine_{.font = {11}, .color = {}};

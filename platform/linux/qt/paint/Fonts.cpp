@@ -12,7 +12,7 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-QFont::Weight toolkitWeight(FontWeight weight) {
+QFont::Weight qtWeight(FontWeight weight) {
   switch (weight) {
     case FontWeight::regular:
       return QFont::Normal;
@@ -54,16 +54,16 @@ QStringList wrappedLines(const QString& text, const QFont& font, double width, i
 
 }  // namespace
 
-QFont toolkitFont(const Font& font) {
+QFont qtFont(const Font& font) {
   QFont result = QGuiApplication::font();
   result.setPixelSize(std::max(1, static_cast<int>(std::lround(font.pointSize))));
-  result.setWeight(toolkitWeight(font.weight));
+  result.setWeight(qtWeight(font.weight));
   return result;
 }
 
 QStringList linesOf(const QString& text, const TextStyle& style, QSizeF area) {
   const QString beginning = readableBeginning(text);
-  const QFont font = toolkitFont(style.font);
+  const QFont font = qtFont(style.font);
   const QFontMetricsF metrics(font);
   if (style.lineBreakMode == LineBreakMode::wordWrapping) {
     return wrappedLines(beginning, font, area.width(),

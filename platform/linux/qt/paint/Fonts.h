@@ -9,7 +9,7 @@
 namespace vistrel::platform::linux_desktop {
 
 /// The desktop's interface font at a size in points of ours, which are the toolkit's pixels.
-QFont toolkitFont(const Font& font);
+QFont qtFont(const Font& font);
 
 /// The lines that `text` makes in `area`: one cut at its tail, or words wrapped into as many lines
 /// as the style and the area allow, the last of them cut.

@@ -1,27 +1,27 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/qt/space/ToolkitSpace.h"
+#include "platform/linux/qt/space/QtSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-const ToolkitScreen plain{QPoint(0, 0), QSize(1200, 1000), 1};
-const ToolkitScreen fine{QPoint(1200, 100), QSize(600, 500), 2};
-const ToolkitScreen between{QPoint(2400, 0), QSize(911, 512), 1.5};
-const std::vector<ToolkitScreen> desk{plain, fine, between};
+const QtScreen plain{QPoint(0, 0), QSize(1200, 1000), 1};
+const QtScreen fine{QPoint(1200, 100), QSize(600, 500), 2};
+const QtScreen between{QPoint(2400, 0), QSize(911, 512), 1.5};
+const std::vector<QtScreen> desk{plain, fine, between};
 
-TEST(ToolkitScreen, CountsPixelsFromItsFirst) {
+TEST(QtScreen, CountsPixelsFromItsFirst) {
   EXPECT_EQ(plain.pixels(), (PixelRect{0, 0, 1200, 1000}));
   EXPECT_EQ(fine.pixels(), (PixelRect{1200, 100, 1200, 1000}));
   EXPECT_EQ(fine.toPixels(QPointF(1210, 110.5)), (Point{1220, 121}));
 }
 
-TEST(ToolkitScreen, AnEvenNumberOfPixelsSurvivesTheToolkitsRounding) {
+TEST(QtScreen, AnEvenNumberOfPixelsSurvivesTheToolkitsRounding) {
   EXPECT_EQ(between.pixels(), (PixelRect{2400, 0, 1366, 768}));
 }
 
-TEST(ToolkitScreen, GeometryComesBackAsItWas) {
-  for (const ToolkitScreen& screen : desk) {
+TEST(QtScreen, GeometryComesBackAsItWas) {
+  for (const QtScreen& screen : desk) {
     for (int x = 0; x < 7; ++x) {
       const QRect geometry(screen.first.x() + x, screen.first.y() - x, 340 + x, 199 + x);
       EXPECT_EQ(screen.fromPixels(screen.toPixels(geometry)), geometry);
@@ -29,21 +29,21 @@ TEST(ToolkitScreen, GeometryComesBackAsItWas) {
   }
 }
 
-TEST(ToolkitScreen, AWindowIsOnTheScreenWithItsMiddle) {
+TEST(QtScreen, AWindowIsOnTheScreenWithItsMiddle) {
   const auto firstOf = [](const PixelRect& pixels) {
-    return toolkitScreenOf(pixels, plain, desk).first;
+    return qtScreenOf(pixels, plain, desk).first;
   };
   EXPECT_EQ(firstOf({900, 200, 500, 300}), plain.first);
   EXPECT_EQ(firstOf({1000, 200, 500, 300}), fine.first);
   EXPECT_EQ(firstOf({2390, 0, 500, 300}), between.first);
 }
 
-TEST(ToolkitScreen, AWindowWithItsMiddleOffAllScreensIsOnTheLastThatShowsSomeOfIt) {
-  EXPECT_EQ(toolkitScreenOf({1000, 900, 500, 600}, plain, desk).first, fine.first);
+TEST(QtScreen, AWindowWithItsMiddleOffAllScreensIsOnTheLastThatShowsSomeOfIt) {
+  EXPECT_EQ(qtScreenOf({1000, 900, 500, 600}, plain, desk).first, fine.first);
 }
 
-TEST(ToolkitScreen, AWindowThatNoScreenShowsStaysOnItsOwn) {
-  EXPECT_EQ(toolkitScreenOf({-900, 0, 500, 300}, fine, desk).first, fine.first);
+TEST(QtScreen, AWindowThatNoScreenShowsStaysOnItsOwn) {
+  EXPECT_EQ(qtScreenOf({-900, 0, 500, 300}, fine, desk).first, fine.first);
 }
 
 TEST(PixelOf, APointIsOnTheScreenThatHasIt) {

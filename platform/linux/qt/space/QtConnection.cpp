@@ -1,4 +1,4 @@
-#include "platform/linux/qt/space/ToolkitConnection.h"
+#include "platform/linux/qt/space/QtConnection.h"
 
 #include <QGuiApplication>
 
@@ -6,13 +6,13 @@
 
 namespace vistrel::platform::linux_desktop {
 
-xcb_connection_t* toolkitConnection() {
+xcb_connection_t* qtConnection() {
   const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   return x11 == nullptr ? nullptr : x11->connection();
 }
 
-void syncToolkit() {
-  xcb_connection_t* connection = toolkitConnection();
+void syncQt() {
+  xcb_connection_t* connection = qtConnection();
   if (connection == nullptr) return;
   replyTo<xcb_get_input_focus_reply>(connection, xcb_get_input_focus(connection));
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/qt/space/ToolkitSpace.h"
+#include "platform/linux/qt/space/QtSpace.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -17,67 +17,65 @@ int nearestOrLess(double value) { return static_cast<int>(std::ceil(value - 0.5)
 
 }  // namespace
 
-ToolkitScreen ToolkitScreen::of(const QScreen& screen) {
+QtScreen QtScreen::of(const QScreen& screen) {
   return {screen.geometry().topLeft(), screen.geometry().size(), screen.devicePixelRatio()};
 }
 
-PixelRect ToolkitScreen::pixels() const {
+PixelRect QtScreen::pixels() const {
   return {first.x(), first.y(), nearestOrLess(size.width() * pixelsPerPoint),
           nearestOrLess(size.height() * pixelsPerPoint)};
 }
 
-Point ToolkitScreen::toPixels(QPointF point) const {
+Point QtScreen::toPixels(QPointF point) const {
   const QPointF pixel = first + (point - first) * pixelsPerPoint;
   return {pixel.x(), pixel.y()};
 }
 
-PixelRect ToolkitScreen::toPixels(const QRect& rect) const {
+PixelRect QtScreen::toPixels(const QRect& rect) const {
   const Point origin = toPixels(QPointF(rect.topLeft()));
   return {qRound(origin.x), qRound(origin.y), qRound(rect.width() * pixelsPerPoint),
           qRound(rect.height() * pixelsPerPoint)};
 }
 
-QRect ToolkitScreen::fromPixels(const PixelRect& pixels) const {
+QRect QtScreen::fromPixels(const PixelRect& pixels) const {
   return {first.x() + nearest((pixels.x - first.x()) / pixelsPerPoint),
           first.y() + nearest((pixels.y - first.y()) / pixelsPerPoint),
           nearest(pixels.width / pixelsPerPoint), nearest(pixels.height / pixelsPerPoint)};
 }
 
-std::vector<ToolkitScreen> toolkitScreens() {
-  std::vector<ToolkitScreen> screens;
-  for (const QScreen* each : QGuiApplication::screens())
-    screens.push_back(ToolkitScreen::of(*each));
+std::vector<QtScreen> qtScreens() {
+  std::vector<QtScreen> screens;
+  for (const QScreen* each : QGuiApplication::screens()) screens.push_back(QtScreen::of(*each));
   return screens;
 }
 
-QRect toolkitRect(const PixelRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
+QRect qtRect(const PixelRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
 
 PixelRect pixelRect(const QRect& rect) { return {rect.x(), rect.y(), rect.width(), rect.height()}; }
 
-ToolkitPlace toolkitPlace(const PixelRect& wanted, const QScreen& current) {
-  const auto screen = toolkitScreenOf(wanted, ToolkitScreen::of(current), toolkitScreens());
+QtPlace qtPlace(const PixelRect& wanted, const QScreen& current) {
+  const auto screen = qtScreenOf(wanted, QtScreen::of(current), qtScreens());
   const QRect geometry = screen.fromPixels(wanted);
-  return {geometry, toolkitRect(screen.toPixels(geometry))};
+  return {geometry, qtRect(screen.toPixels(geometry))};
 }
 
-ToolkitScreen toolkitScreenOf(const PixelRect& pixels, const ToolkitScreen& current,
-                              const std::vector<ToolkitScreen>& screens) {
-  const QRect rect = toolkitRect(pixels);
-  const auto areaOf = [](const ToolkitScreen& each) { return toolkitRect(each.pixels()); };
+QtScreen qtScreenOf(const PixelRect& pixels, const QtScreen& current,
+                    const std::vector<QtScreen>& screens) {
+  const QRect rect = qtRect(pixels);
+  const auto areaOf = [](const QtScreen& each) { return qtRect(each.pixels()); };
   if (areaOf(current).contains(rect.center())) return current;
-  const auto middle = std::find_if(screens.begin(), screens.end(), [&](const ToolkitScreen& each) {
+  const auto middle = std::find_if(screens.begin(), screens.end(), [&](const QtScreen& each) {
     return areaOf(each).contains(rect.center());
   });
   if (middle != screens.end()) return *middle;
-  const auto last = std::find_if(screens.rbegin(), screens.rend(), [&](const ToolkitScreen& each) {
+  const auto last = std::find_if(screens.rbegin(), screens.rend(), [&](const QtScreen& each) {
     return areaOf(each).intersects(rect);
   });
   return last != screens.rend() ? *last : current;
 }
 
-Point pixelOf(QPointF point, const ToolkitScreen& current,
-              const std::vector<ToolkitScreen>& screens) {
-  const auto found = std::find_if(screens.begin(), screens.end(), [&](const ToolkitScreen& each) {
+Point pixelOf(QPointF point, const QtScreen& current, const std::vector<QtScreen>& screens) {
+  const auto found = std::find_if(screens.begin(), screens.end(), [&](const QtScreen& each) {
     // Half-open, as the first point of one screen is not the last of another.
     return rect(each.first.x(), each.first.y(), each.size.width(), each.size.height())
         .contains({point.x(), point.y()});

@@ -1,4 +1,4 @@
-#include "platform/linux/qt/process/ToolkitMessages.h"
+#include "platform/linux/qt/process/QtMessages.h"
 
 #include <QString>
 #include <QtGlobal>
@@ -32,15 +32,15 @@ void receiveMessage(QtMsgType type, const QMessageLogContext& /*context*/, const
 
 }  // namespace
 
-void quietenToolkit() { qInstallMessageHandler(receiveMessage); }
+void quietenQt() { qInstallMessageHandler(receiveMessage); }
 
-void watchToolkitConnection(xcb_connection_t* connection) {
+void watchQtConnection(xcb_connection_t* connection) {
   watched = connection;
   endProgramOnXlibError();
   static const bool atExit = std::atexit(endProgramIfDisplayLost) == 0;
   static_cast<void>(atExit);
 }
 
-void unwatchToolkitConnection() { watched = nullptr; }
+void unwatchQtConnection() { watched = nullptr; }
 
 }  // namespace vistrel::platform::linux_desktop

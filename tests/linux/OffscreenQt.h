@@ -7,14 +7,14 @@ namespace vistrel::platform::linux_desktop {
 
 /// The toolkit without a display, for what needs its fonts or widgets. One at a time, for a whole
 /// process.
-class OffscreenToolkit {
+class OffscreenQt {
  public:
   /// Makes it on first use. It is never destroyed: the toolkit's own static objects, some of which
   /// it makes later, need it while they go.
-  static void start() { [[maybe_unused]] static auto& toolkit = *new OffscreenToolkit; }
+  static void start() { [[maybe_unused]] static auto& started = *new OffscreenQt; }
 
  private:
-  OffscreenToolkit() : application_(count_, arguments_.data()) {}
+  OffscreenQt() : application_(count_, arguments_.data()) {}
 
   std::array<char, 6> name_ = {"tests"};
   std::array<char, 10> option_ = {"-platform"};
