@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/XcbPointers.h"
+#include "platform/linux/XcbRequests.h"
 #include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {

@@ -2,7 +2,7 @@
 
 #include <QGuiApplication>
 
-#include "platform/linux/XcbPointers.h"
+#include "platform/linux/XcbRequests.h"
 
 namespace vistrel::platform::linux_desktop {
 

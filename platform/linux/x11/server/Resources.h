@@ -8,7 +8,7 @@
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
-#include "platform/linux/XcbPointers.h"
+#include "platform/linux/XcbRequests.h"
 
 namespace vistrel::platform::linux_desktop {
 

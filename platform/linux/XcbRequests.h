@@ -1,23 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <optional>
 #include <type_traits>
 #include <utility>
 #include <xcb/xcb.h>
 
+#include "platform/linux/XcbPointer.h"
+
 namespace vistrel::platform::linux_desktop {
-
-struct FreeDeleter {
-  void operator()(void* memory) const { std::free(memory); }
-};
-
-/// What libxcb hands out to be released with free().
-template <class T>
-using XcbPointer = std::unique_ptr<T, FreeDeleter>;
-using Event = XcbPointer<xcb_generic_event_t>;
 
 /// The answer to a request, null when it failed. An error is taken in with it.
 template <auto Fetch, class Cookie>
@@ -58,13 +49,6 @@ inline std::optional<std::uint8_t> failureOf(xcb_connection_t* connection,
 /// requests about windows of other programs, which may go at any time.
 inline void forgive(xcb_connection_t* connection, xcb_void_cookie_t cookie) {
   xcb_discard_reply(connection, cookie.sequence);
-}
-
-inline std::uint8_t typeOf(const xcb_generic_event_t& event) { return event.response_type; }
-
-template <class T>
-const T& eventAs(const xcb_generic_event_t& event) {
-  return reinterpret_cast<const T&>(event);
 }
 
 }  // namespace vistrel::platform::linux_desktop
