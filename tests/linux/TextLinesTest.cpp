@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/qt/paint/Fonts.h"
+#include "platform/linux/qt/paint/TextLines.h"
 #include "tests/linux/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {

@@ -7,7 +7,7 @@
 #include "platform/linux/qt/Accessibles.h"
 #include "platform/linux/qt/QtApplication.h"
 #include "platform/linux/qt/QtWindows.h"
-#include "platform/linux/qt/paint/Symbols.h"
+#include "platform/linux/qt/paint/ApplicationIcon.h"
 #include "platform/linux/qt/process/QtDispatch.h"
 #include "platform/linux/qt/process/QtMessages.h"
 #include "platform/linux/qt/process/QtWorkspace.h"

@@ -9,6 +9,7 @@
 #include "platform/linux/qt/paint/Colors.h"
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/Symbols.h"
+#include "platform/linux/qt/paint/TextLines.h"
 
 namespace vistrel::platform::linux_desktop {
 

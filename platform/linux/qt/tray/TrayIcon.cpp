@@ -7,7 +7,7 @@
 #include <QGuiApplication>
 #include <utility>
 
-#include "platform/linux/qt/paint/Symbols.h"
+#include "platform/linux/qt/paint/ApplicationIcon.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/tray/BusTypes.h"
 
