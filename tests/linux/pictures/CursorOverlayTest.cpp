@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "tests/linux/MirrorInPanel.h"
-#include "tests/linux/TestCursor.h"
+#include "tests/linux/pictures/MirrorInPanel.h"
+#include "tests/linux/pictures/TestCursor.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
 #include "tests/support/ScreenReader.h"

@@ -8,7 +8,7 @@
 #include "platform/linux/qt/menus/ShownMenu.h"
 #include "platform/linux/qt/paint/Legibility.h"
 #include "platform/simulated/SimulatedBackend.h"
-#include "tests/linux/OffscreenQt.h"
+#include "tests/linux/qt/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

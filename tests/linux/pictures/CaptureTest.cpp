@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/linux/x11/stream/WindowFrames.h"
-#include "tests/linux/MirrorInPanel.h"
+#include "tests/linux/pictures/MirrorInPanel.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
 

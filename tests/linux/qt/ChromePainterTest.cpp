@@ -4,7 +4,7 @@
 
 #include "platform/Controls.h"
 #include "platform/linux/qt/paint/ChromePainter.h"
-#include "tests/linux/OffscreenQt.h"
+#include "tests/linux/qt/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/TextLines.h"
-#include "tests/linux/OffscreenQt.h"
+#include "tests/linux/qt/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

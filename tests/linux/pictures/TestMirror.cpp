@@ -1,4 +1,4 @@
-#include "tests/linux/TestMirror.h"
+#include "tests/linux/pictures/TestMirror.h"
 
 #include <array>
 #include <utility>

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/linux/x11/panel/PanelPainter.h"
-#include "tests/linux/DrawnPictures.h"
+#include "tests/linux/pictures/DrawnPictures.h"
 #include "tests/support/PrivateDisplay.h"
 #include "tests/support/ScreenReader.h"
 #include "tests/support/TestWindow.h"

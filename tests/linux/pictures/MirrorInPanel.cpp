@@ -1,4 +1,4 @@
-#include "tests/linux/MirrorInPanel.h"
+#include "tests/linux/pictures/MirrorInPanel.h"
 
 #include <stdexcept>
 

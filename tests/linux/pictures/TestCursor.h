@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/linux/x11/server/Connection.h"
-#include "tests/linux/DrawnPictures.h"
+#include "tests/linux/pictures/DrawnPictures.h"
 
 namespace vistrel::platform::linux_desktop {
 

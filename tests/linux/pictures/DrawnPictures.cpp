@@ -1,4 +1,4 @@
-#include "tests/linux/DrawnPictures.h"
+#include "tests/linux/pictures/DrawnPictures.h"
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "tests/linux/DrawnPictures.h"
-#include "tests/linux/TestMirror.h"
+#include "tests/linux/pictures/DrawnPictures.h"
+#include "tests/linux/pictures/TestMirror.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
 

@@ -1,4 +1,4 @@
-#include "tests/linux/TestCursor.h"
+#include "tests/linux/pictures/TestCursor.h"
 
 #include <cmath>
 #include <random>

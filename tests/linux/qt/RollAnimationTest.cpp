@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/linux/qt/panel/RollAnimation.h"
-#include "tests/linux/OffscreenQt.h"
+#include "tests/linux/qt/OffscreenQt.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
