@@ -23,14 +23,14 @@ class LinuxBackend final : public Backend {
   /// The toolkit comes with the application object. Until then there are displays, and classes for
   /// virtual ones, alone.
   Application& application() override {
-    if (!toolkit_) toolkit_ = QtDesktop::start(programPath_, *desktop_);
-    return toolkit_->application();
+    if (!qt_) qt_ = QtDesktop::start(programPath_, *desktop_);
+    return qt_->application();
   }
 
-  DispatchBackend& dispatch() override { return toolkit_->dispatch(); }
-  WindowBackend& windows() override { return toolkit_->windows(); }
+  DispatchBackend& dispatch() override { return qt_->dispatch(); }
+  WindowBackend& windows() override { return qt_->windows(); }
   ScreenCaptureBackend& screenCapture() override { return *desktop_; }
-  WorkspaceBackend& workspace() override { return toolkit_->workspace(); }
+  WorkspaceBackend& workspace() override { return qt_->workspace(); }
   DisplayBackend& displays() override { return desktop_->displays(); }
   VirtualDisplayBackend& virtualDisplays() override { return virtualDisplays_; }
   AccessibilityBackend& accessibility() override { return desktop_->accessibility(); }
@@ -39,7 +39,7 @@ class LinuxBackend final : public Backend {
   std::unique_ptr<X11Desktop> desktop_;  // outlives the toolkit, whose windows it draws
   char* const programPath_;
   VirtualDisplayClasses virtualDisplays_;
-  std::unique_ptr<QtDesktop> toolkit_;
+  std::unique_ptr<QtDesktop> qt_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

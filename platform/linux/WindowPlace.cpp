@@ -1,6 +1,6 @@
 #include "platform/linux/WindowPlace.h"
 
-#include "platform/linux/XcbPointers.h"
+#include "platform/linux/XcbRequests.h"
 
 namespace vistrel::platform::linux_desktop {
 

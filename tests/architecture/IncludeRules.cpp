@@ -30,7 +30,7 @@ const std::map<std::string_view, Rooms> roomsOfHalves = {
          {"panel", {"manager", "picture", "server"}},
          {"stream", {"panel", "picture", "server", "source"}},
          {"monitors", {"manager", "server"}},
-         {"away", {"manager", "server"}},
+         {"parking", {"manager", "server"}},
          {"instance", {"server"}},
      }},
     {"qt",

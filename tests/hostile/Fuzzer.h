@@ -10,7 +10,7 @@
 
 #include "platform/linux/x11/listing/ShareableContentService.h"
 #include "platform/linux/x11/listing/WindowList.h"
-#include "tests/linux/TestMirror.h"
+#include "tests/linux/pictures/TestMirror.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/PrivateDisplay.h"
 

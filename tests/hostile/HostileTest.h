@@ -6,7 +6,7 @@
 
 #include "platform/linux/x11/server/StrayErrors.h"
 #include "tests/hostile/RawSource.h"
-#include "tests/linux/TestMirror.h"
+#include "tests/linux/pictures/TestMirror.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
 

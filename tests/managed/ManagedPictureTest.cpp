@@ -103,12 +103,12 @@ TEST_P(ManagedPicture, StaysWholeWhileTheWindowIsPutAwayAndGoesLiveAgain) {
   const auto window = open();
   const auto streamed = stream(window->id());
   const Rect frame = listedFrame(window->id());
-  const auto isAway = [&] { return session_.listed(window->id()) == nullptr; };
+  const auto isUnlisted = [&] { return session_.listed(window->id()) == nullptr; };
   const auto isBack = [&] { return listedFrame(window->id()) == frame; };
   const auto keepsPicture = [&] { return showsClient(*streamed, *window, fourColours); };
 
   addStates(*window, {"_NET_WM_STATE_SHADED"});
-  EXPECT_TRUE(eventually(isAway));
+  EXPECT_TRUE(eventually(isUnlisted));
   EXPECT_EQ(streamed->picture().height(), frame.height) << "rolled up";
   removeStates(*window, {"_NET_WM_STATE_SHADED"});
   EXPECT_TRUE(eventually(isBack));
@@ -117,14 +117,14 @@ TEST_P(ManagedPicture, StaysWholeWhileTheWindowIsPutAwayAndGoesLiveAgain) {
 
   constexpr std::uint32_t iconicState = 3;
   connection().sendToManager(window->id(), "WM_CHANGE_STATE", {iconicState});
-  EXPECT_TRUE(eventually(isAway));
+  EXPECT_TRUE(eventually(isUnlisted));
   EXPECT_EQ(streamed->picture().height(), frame.height) << "minimised";
   activate(*window);
   EXPECT_TRUE(eventually(isBack));
   expectLive(*streamed, *window, fourColours);
 
   sendToDesktop(*window, 1);
-  EXPECT_TRUE(eventually(isAway));
+  EXPECT_TRUE(eventually(isUnlisted));
   EXPECT_EQ(streamed->picture().height(), frame.height) << "on another desktop";
   sendToDesktop(*window, 0);
   EXPECT_TRUE(eventually(isBack));

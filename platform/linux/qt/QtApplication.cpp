@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "platform/Menu.h"
-#include "platform/linux/qt/space/ToolkitConnection.h"
+#include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -44,7 +44,7 @@ void QtApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
   const QWidget* const foremost = foremostWidget();
   if (!ignoringOtherApps || foremost == nullptr) return;
   // The toolkit itself knows no later time than that of its windows' last input.
-  syncToolkit();
+  syncQt();
   windows_.desktop().activateWindow(static_cast<std::uint32_t>(foremost->winId()), personActedAt_);
 }
 

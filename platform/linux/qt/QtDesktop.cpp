@@ -7,11 +7,11 @@
 #include "platform/linux/qt/Accessibles.h"
 #include "platform/linux/qt/QtApplication.h"
 #include "platform/linux/qt/QtWindows.h"
-#include "platform/linux/qt/paint/Symbols.h"
+#include "platform/linux/qt/paint/ApplicationIcon.h"
 #include "platform/linux/qt/process/QtDispatch.h"
+#include "platform/linux/qt/process/QtMessages.h"
 #include "platform/linux/qt/process/QtWorkspace.h"
-#include "platform/linux/qt/process/ToolkitMessages.h"
-#include "platform/linux/qt/space/ToolkitConnection.h"
+#include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -19,9 +19,9 @@ namespace {
 
 /// The toolkit under our settings. What a person passes to the program is not for the toolkit; it
 /// gets the platform and the window class's instance name instead.
-class Toolkit {
+class ConfiguredQt {
  public:
-  explicit Toolkit(char* programPath)
+  explicit ConfiguredQt(char* programPath)
       : arguments_{programPath, platform_.data(), xcb_.data(), name_.data(), vistrel_.data()},
         application_(count_, arguments_.data()) {
     QCoreApplication::setApplicationName(QStringLiteral("Vistrel"));
@@ -29,11 +29,11 @@ class Toolkit {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(applicationIcon());
     installAccessibles();
-    if (toolkitConnection() != nullptr) watchToolkitConnection(toolkitConnection());
+    if (qtConnection() != nullptr) watchQtConnection(qtConnection());
   }
-  Toolkit(const Toolkit&) = delete;
-  Toolkit& operator=(const Toolkit&) = delete;
-  ~Toolkit() { unwatchToolkitConnection(); }
+  ConfiguredQt(const ConfiguredQt&) = delete;
+  ConfiguredQt& operator=(const ConfiguredQt&) = delete;
+  ~ConfiguredQt() { unwatchQtConnection(); }
 
  private:
   std::array<char, 10> platform_ = {"-platform"};
@@ -48,7 +48,7 @@ class Toolkit {
 class StartedQtDesktop final : public QtDesktop {
  public:
   StartedQtDesktop(char* programPath, X11Desktop& desktop)
-      : toolkit_(programPath),
+      : qt_(programPath),
         windows_(desktop),
         workspace_(windows_.host()),
         application_(windows_.host(), [this] { finish(); }) {}
@@ -73,7 +73,7 @@ class StartedQtDesktop final : public QtDesktop {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
 
-  Toolkit toolkit_;
+  ConfiguredQt qt_;
   QtDispatch dispatch_;
   QtWindows windows_;
   QtWorkspace workspace_;
@@ -83,7 +83,7 @@ class StartedQtDesktop final : public QtDesktop {
 }  // namespace
 
 std::unique_ptr<QtDesktop> QtDesktop::start(char* programPath, X11Desktop& desktop) {
-  quietenToolkit();
+  quietenQt();
   return std::make_unique<StartedQtDesktop>(programPath, desktop);
 }
 

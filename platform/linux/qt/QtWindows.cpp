@@ -29,13 +29,13 @@ SavedFrames savedFramesOfPerson() {
 
 Size sizeOf(const Label& label) {
   const QSizeF size =
-      QFontMetricsF(toolkitFont(label.font())).size(0, QString::fromStdString(label.stringValue()));
+      QFontMetricsF(qtFont(label.font())).size(0, QString::fromStdString(label.stringValue()));
   return {std::ceil(size.width()), std::ceil(size.height())};
 }
 
 Size sizeOf(const Button& button) {
   QPushButton measured(withoutMnemonics(button.title()));
-  measured.setFont(toolkitFont({}));
+  measured.setFont(qtFont({}));
   measured.setFlat(!button.isBordered());
   const QSize size = measured.sizeHint();
   // Some styles leave long titles hardly any margin.

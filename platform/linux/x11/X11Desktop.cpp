@@ -8,7 +8,6 @@
 
 #include "platform/linux/Environment.h"
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/x11/away/X11Accessibility.h"
 #include "platform/linux/x11/instance/InstanceClaim.h"
 #include "platform/linux/x11/listing/ShareableContentService.h"
 #include "platform/linux/x11/manager/ApplicationActivation.h"
@@ -17,6 +16,7 @@
 #include "platform/linux/x11/monitors/X11Displays.h"
 #include "platform/linux/x11/panel/FullScreenFollower.h"
 #include "platform/linux/x11/panel/MenuKeys.h"
+#include "platform/linux/x11/parking/X11Accessibility.h"
 #include "platform/linux/x11/server/Connection.h"
 #include "platform/linux/x11/stream/CaptureStream.h"
 #include "platform/linux/x11/stream/MirrorWorker.h"

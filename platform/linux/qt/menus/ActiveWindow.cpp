@@ -6,8 +6,8 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/XcbPointers.h"
-#include "platform/linux/qt/space/ToolkitConnection.h"
+#include "platform/linux/XcbRequests.h"
+#include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -20,7 +20,7 @@ constexpr int mostLooks = 10;
 
 /// By the display server's word.
 std::optional<xcb_window_t> windowWithKeyboard() {
-  xcb_connection_t* connection = toolkitConnection();
+  xcb_connection_t* connection = qtConnection();
   if (connection == nullptr) return std::nullopt;
   const auto withKeyboard =
       replyTo<xcb_get_input_focus_reply>(connection, xcb_get_input_focus(connection));

@@ -135,7 +135,7 @@ void ShownMenu::refill() {
 
 QString ShownMenu::textOf(const MenuItem& item) const {
   if (shower_ == Shower::program) return drawnTextOf(item);
-  return withoutAccessKeysForToolkit(titleInOneLine(item, fontMetrics()));
+  return withoutAccessKeysForQt(titleInOneLine(item, fontMetrics()));
 }
 
 QString ShownMenu::drawnTextOf(const MenuItem& item) const {

@@ -6,7 +6,7 @@
 
 #include "platform/linux/qt/paint/Colors.h"
 #include "platform/linux/qt/paint/PainterContext.h"
-#include "platform/linux/qt/space/ToolkitSpace.h"
+#include "platform/linux/qt/space/QtSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 

@@ -1,18 +1,14 @@
 #include "platform/linux/qt/paint/Fonts.h"
 
-#include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QTextLayout>
 #include <algorithm>
 #include <cmath>
-
-#include "platform/linux/qt/paint/PlainText.h"
 
 namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-QFont::Weight toolkitWeight(FontWeight weight) {
+QFont::Weight qtWeight(FontWeight weight) {
   switch (weight) {
     case FontWeight::regular:
       return QFont::Normal;
@@ -24,52 +20,13 @@ QFont::Weight toolkitWeight(FontWeight weight) {
   return QFont::Normal;
 }
 
-/// A line feed breaks the line in a layout only as a line separator.
-QString withLineSeparators(QString text) {
-  return text.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
-}
-
-int mostLines(const TextStyle& style, double height, double lineHeight) {
-  const int fitting = std::max(1, static_cast<int>(height / lineHeight));
-  return style.maximumNumberOfLines > 0 ? std::min(style.maximumNumberOfLines, fitting) : fitting;
-}
-
-QStringList wrappedLines(const QString& text, const QFont& font, double width, int most) {
-  const QFontMetricsF metrics(font);
-  QTextLayout layout(withLineSeparators(text), font);
-  QStringList lines;
-  layout.beginLayout();
-  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-    line.setLineWidth(width);
-    if (lines.size() == most - 1) {
-      const QString rest = layout.text().mid(line.textStart()).simplified();
-      lines.append(metrics.elidedText(rest, Qt::ElideRight, width));
-      break;
-    }
-    lines.append(layout.text().mid(line.textStart(), line.textLength()).trimmed());
-  }
-  layout.endLayout();
-  return lines;
-}
-
 }  // namespace
 
-QFont toolkitFont(const Font& font) {
+QFont qtFont(const Font& font) {
   QFont result = QGuiApplication::font();
   result.setPixelSize(std::max(1, static_cast<int>(std::lround(font.pointSize))));
-  result.setWeight(toolkitWeight(font.weight));
+  result.setWeight(qtWeight(font.weight));
   return result;
-}
-
-QStringList linesOf(const QString& text, const TextStyle& style, QSizeF area) {
-  const QString beginning = readableBeginning(text);
-  const QFont font = toolkitFont(style.font);
-  const QFontMetricsF metrics(font);
-  if (style.lineBreakMode == LineBreakMode::wordWrapping) {
-    return wrappedLines(beginning, font, area.width(),
-                        mostLines(style, area.height(), metrics.height()));
-  }
-  return {metrics.elidedText(beginning.simplified(), Qt::ElideRight, area.width())};
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -9,14 +9,13 @@
 #include "platform/linux/qt/paint/Colors.h"
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/Symbols.h"
+#include "platform/linux/qt/paint/TextLines.h"
 
 namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-QRectF toolkitRect(const Rect& rect) {
-  return {rect.minX(), rect.minY(), rect.width(), rect.height()};
-}
+QRectF qtRect(const Rect& rect) { return {rect.minX(), rect.minY(), rect.width(), rect.height()}; }
 
 /// The painter without its transform, for as long as this lives.
 class Untransformed {
@@ -100,7 +99,7 @@ void PainterContext::strokePath(const Path& path, double lineWidth, Color color)
 void PainterContext::drawText(const std::string& text, const Rect& rect, const TextStyle& style) {
   const QRectF area = untransformed(rect);
   const QStringList lines = linesOf(QString::fromStdString(text), style, area.size());
-  const QFont font = toolkitFont(style.font);
+  const QFont font = qtFont(style.font);
   const QFontMetricsF metrics(font);
   const bool isSign = lines.size() == 1 && isLoneSign(lines.front());
   double top = area.center().y() - static_cast<double>(lines.size()) * metrics.height() / 2;
@@ -136,7 +135,7 @@ void PainterContext::placeContents(const Layer& layer, const Rect& rect) {
 }
 
 QRectF PainterContext::untransformed(const Rect& rect) const {
-  return painter_.worldTransform().mapRect(toolkitRect(rect));
+  return painter_.worldTransform().mapRect(qtRect(rect));
 }
 
 QRectF PainterContext::snapped(const Rect& rect) const {

@@ -13,7 +13,7 @@ QString withoutAccessKeys(QString text) {
   return text.replace(QLatin1Char('_'), QLatin1String("__"));
 }
 
-QString withoutAccessKeysForToolkit(const QString& text) {
+QString withoutAccessKeysForQt(const QString& text) {
   QString plain = withoutAccessKeys(text);
   if (!plain.contains(QLatin1Char('&'))) return plain;
   // The one mark that it makes goes to a character that nobody sees and no key gives.

@@ -14,7 +14,7 @@ QString inOneLine(QString text);
 QString withoutAccessKeys(QString text);
 
 /// The same for a menu that the toolkit hands over, which makes a "_" of the first "&".
-QString withoutAccessKeysForToolkit(const QString& text);
+QString withoutAccessKeysForQt(const QString& text);
 
 /// For places where the toolkit reads "&" as the mark of a mnemonic: the text as it is.
 QString withoutMnemonics(const std::string& text);

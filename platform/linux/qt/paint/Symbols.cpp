@@ -4,10 +4,6 @@
 #include <QPainterPath>
 #include <algorithm>
 
-/// The macro names a function outside any namespace. Linkers leave out of a library what nobody
-/// calls.
-static void initialiseIcons() { Q_INIT_RESOURCE(icons); }
-
 namespace vistrel::platform::linux_desktop {
 
 namespace {
@@ -59,15 +55,6 @@ void drawSymbol(QPainter& painter, const std::string& name, const QRectF& rect,
   painter.scale(side / 16, side / 16);
   drawLeaningWindows(painter, tint);
   painter.restore();
-}
-
-QIcon applicationIcon() {
-  initialiseIcons();
-  QIcon icon;
-  for (const int size : {16, 22, 24, 32, 44, 48, 64, 96, 128}) {
-    icon.addFile(QStringLiteral(":/icons/%1.png").arg(size));
-  }
-  return icon;
 }
 
 }  // namespace vistrel::platform::linux_desktop

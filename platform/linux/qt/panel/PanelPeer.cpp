@@ -10,9 +10,9 @@
 
 #include "platform/linux/qt/paint/ChromePainter.h"
 #include "platform/linux/qt/panel/PanelProperties.h"
+#include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/space/RootPlace.h"
 #include "platform/linux/qt/space/ScreenList.h"
-#include "platform/linux/qt/space/ToolkitSpace.h"
 #include "platform/linux/qt/windows/Reach.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -165,7 +165,7 @@ void PanelPeer::place(Arrival arrival) {
 
 void PanelPeer::placeOn(const LaidOutMonitor& monitor, const Rect& frame, Arrival arrival) {
   belongTo(monitor);
-  const QRect wanted = toolkitPlace(monitor.toPixels(frame), *native_->screen()).pixels;
+  const QRect wanted = qtPlace(monitor.toPixels(frame), *native_->screen()).pixels;
   const QRect formerlyDue = due();
   if (std::exchange(wanted_, wanted) != wanted) {
     endRoll();
@@ -208,7 +208,7 @@ void PanelPeer::ask() {
   // The window has room for what it shows and for what it will show, so that neither is ever cut:
   // it grows before it shows more, and shrinks after it shows less.
   const QRect room(due().topLeft(), due().size().expandedTo(shownSize_));
-  const auto [geometry, pixels] = toolkitPlace(pixelRect(room), *native_->screen());
+  const auto [geometry, pixels] = qtPlace(pixelRect(room), *native_->screen());
   const QRect formerGeometry = askedGeometry();
   if (!placed_.ask(pixels)) return;
   awaitLastAnswer();
@@ -216,7 +216,7 @@ void PanelPeer::ask() {
 }
 
 QRect PanelPeer::askedGeometry() const {
-  return ToolkitScreen::of(*native_->screen()).fromPixels(pixelRect(placed_.current()));
+  return QtScreen::of(*native_->screen()).fromPixels(pixelRect(placed_.current()));
 }
 
 void PanelPeer::belongTo(const LaidOutMonitor& monitor) {
@@ -235,7 +235,7 @@ void PanelPeer::nativeWasPlaced() {
   if (native_->handle() == nullptr) return;  // while it is being made
   const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
   if (!pixels) return;
-  const QRect place = toolkitRect(*pixels);
+  const QRect place = qtRect(*pixels);
   if (lastAnswer_.isActive()) {  // an answer to an older request must not undo a newer one
     placed_.hear(place);
     return awaitLastAnswer();
@@ -259,7 +259,7 @@ void PanelPeer::adoptPlace(const QRect& place) {
   const ScreenLayout layout = ScreenList::layout();
   // Whoever moves it, it takes another monitor's scale only when it has left its own altogether:
   // its size changes with the scale, and must not carry it back.
-  const bool isOnItsOwn = toolkitRect(monitor_.monitor.pixels).intersects(place);
+  const bool isOnItsOwn = qtRect(monitor_.monitor.pixels).intersects(place);
   const LaidOutMonitor monitor = isOnItsOwn ? monitor_ : layout.holding(pixelRect(place));
   Rect frame = monitor.toPoints(pixelRect(place));
   if (place.size() == formerSize) frame.size = window_.frame().size;

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/XcbPointers.h"
-#include "platform/linux/qt/space/ToolkitConnection.h"
+#include "platform/linux/XcbRequests.h"
+#include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -30,12 +30,12 @@ void setAtoms(xcb_connection_t* connection, xcb_window_t window, std::string_vie
 }  // namespace
 
 void completePanelWindow(xcb_window_t window) {
-  xcb_connection_t* connection = toolkitConnection();
+  xcb_connection_t* connection = qtConnection();
   if (connection == nullptr) return;
   setAtoms(connection, window, "_NET_WM_WINDOW_TYPE",
            {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_NORMAL"});
   setAtoms(connection, window, "WM_PROTOCOLS", {"WM_DELETE_WINDOW", "_NET_WM_PING"});
-  syncToolkit();
+  syncQt();
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -10,7 +10,7 @@
 #include "platform/linux/qt/menus/ShownMenu.h"
 #include "platform/linux/qt/panel/PanelAccessible.h"
 #include "platform/linux/qt/space/Pointer.h"
-#include "platform/linux/qt/space/ToolkitSpace.h"
+#include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/windows/ScreenReaders.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -105,8 +105,7 @@ void PanelWindow::announce(QAccessible::Event event) {
 
 void PanelWindow::send(EventType type, const QMouseEvent& event) {
   if (window_ == nullptr) return;
-  const Point pixel =
-      pixelOf(event.globalPosition(), ToolkitScreen::of(*screen()), toolkitScreens());
+  const Point pixel = pixelOf(event.globalPosition(), QtScreen::of(*screen()), qtScreens());
   const DispatchedPosition dispatched(pixel);
   heldAt_ = pixel;
   window_->sendEvent({.type = type,
@@ -147,8 +146,8 @@ void PanelWindow::hover(const QMouseEvent& event) {
   tip_.pointerMoved(event.globalPosition().toPoint(), window_->toolTipAt(location));
 }
 
-Point PanelWindow::locationInWindow(const QPointF& toolkitPosition) const {
-  const QPointF position = toolkitPosition * devicePixelRatio() / pixelsPerPoint_;
+Point PanelWindow::locationInWindow(const QPointF& qtPosition) const {
+  const QPointF position = qtPosition * devicePixelRatio() / pixelsPerPoint_;
   return {position.x(), window_->contentView()->frame().height() - position.y()};
 }
 

@@ -62,7 +62,7 @@ class PanelWindow final : public QWindow {
   void openContextMenu(const QPointF& position, const QPointF& onDesktop);
   void showMenu(const std::shared_ptr<Menu>& menu, const QPointF& onDesktop);
   void hover(const QMouseEvent& event);
-  Point locationInWindow(const QPointF& toolkitPosition) const;
+  Point locationInWindow(const QPointF& qtPosition) const;
 
   platform::Window* window_;  // the base class has another thing of that name
   const Callbacks callbacks_;

@@ -10,7 +10,7 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-QAccessible::Role toolkitRole(AccessibilityRole role) {
+QAccessible::Role qtRole(AccessibilityRole role) {
   switch (role) {
     case AccessibilityRole::none:
       return QAccessible::NoRole;
@@ -28,7 +28,7 @@ QAccessible::Role toolkitRole(AccessibilityRole role) {
   return QAccessible::NoRole;
 }
 
-const QString& toolkitName(AccessibilityAction action) {
+const QString& qtName(AccessibilityAction action) {
   switch (action) {
     case AccessibilityAction::press:
       return QAccessibleActionInterface::pressAction();
@@ -83,7 +83,7 @@ QRect ViewAccessible::rect() const {
 
 QAccessible::Role ViewAccessible::role() const {
   const auto view = this->view();
-  return toolkitRole(view ? view->accessibilityRole() : AccessibilityRole::none);
+  return qtRole(view ? view->accessibilityRole() : AccessibilityRole::none);
 }
 
 QAccessible::State ViewAccessible::state() const {
@@ -104,7 +104,7 @@ QStringList ViewAccessible::actionNames() const {
   const auto view = this->view();
   if (!view) return names;
   for (const AccessibilityAction action : view->accessibilityActions()) {
-    names.append(toolkitName(action));
+    names.append(qtName(action));
   }
   return names;
 }
@@ -113,7 +113,7 @@ void ViewAccessible::doAction(const QString& name) {
   const auto view = this->view();
   if (!view) return;
   for (const AccessibilityAction action : view->accessibilityActions()) {
-    if (toolkitName(action) == name) return view->accessibilityPerform(action);
+    if (qtName(action) == name) return view->accessibilityPerform(action);
   }
 }
 

@@ -5,8 +5,8 @@
 #include <QScreen>
 
 #include "platform/Event.h"
+#include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/space/ScreenList.h"
-#include "platform/linux/qt/space/ToolkitSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -18,7 +18,7 @@ Point pointerPixel() {
   const QPointF position = QCursor::pos();
   const QScreen* primary = QGuiApplication::primaryScreen();
   if (primary == nullptr) return {position.x(), position.y()};
-  return pixelOf(position, ToolkitScreen::of(*primary), toolkitScreens());
+  return pixelOf(position, QtScreen::of(*primary), qtScreens());
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/linux/HiddenMonitorName.h"
-#include "platform/linux/qt/space/ToolkitSpace.h"
+#include "platform/linux/qt/space/QtSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -17,7 +17,7 @@ namespace {
 bool isHidden(const QScreen& screen) { return isHiddenMonitor(screen.name().toStdString()); }
 
 /// Those that a person sees, the primary one first.
-std::vector<const QScreen*> toolkitScreensInOrder() {
+std::vector<const QScreen*> qtScreensInOrder() {
   const QScreen* primary = QGuiApplication::primaryScreen();
   std::vector<const QScreen*> screens;
   if (primary != nullptr) screens.push_back(primary);
@@ -97,8 +97,8 @@ std::optional<Screen> ScreenList::main() const {
 
 ScreenLayout ScreenList::layout() {
   std::vector<Monitor> monitors;
-  for (const QScreen* each : toolkitScreensInOrder()) {
-    const auto screen = ToolkitScreen::of(*each);
+  for (const QScreen* each : qtScreensInOrder()) {
+    const auto screen = QtScreen::of(*each);
     monitors.push_back({screen.pixels(), screen.pixelsPerPoint});
   }
   return ScreenLayout(monitors);
@@ -111,7 +111,7 @@ void ScreenList::watch(QScreen* screen) {
 }
 
 void ScreenList::refresh() {
-  const auto screens = toolkitScreensInOrder();
+  const auto screens = qtScreensInOrder();
   auto current = layout();
   auto all = screens.empty() ? std::vector<Screen>() : valuesOf(current, desktop_);
   if (current != layout_) changed_.start();

@@ -20,18 +20,18 @@ constexpr int restMilliseconds = 300;
 /// Of an argument with the signature `ai`.
 QList<int> numbersIn(const QVariant& argument) { return qdbus_cast<QList<int>>(argument); }
 
-struct Event {
+struct MenuEvent {
   int number = 0;
   QString name;
 };
 
 /// Of an argument with the signature `a(isvu)`.
-QList<Event> eventsIn(const QVariant& argument) {
+QList<MenuEvent> eventsIn(const QVariant& argument) {
   const auto list = argument.value<QDBusArgument>();
-  QList<Event> events;
+  QList<MenuEvent> events;
   list.beginArray();
   while (!list.atEnd()) {
-    Event event;
+    MenuEvent event;
     QDBusVariant data;
     unsigned timestamp = 0;
     list.beginStructure();
@@ -100,7 +100,7 @@ void BusMenu::addSigns() {
   });
   addMethod("EventGroup", {"a(isvu)"}, {"ai"}, [this](const Arguments& in) -> Results {
     QList<int> unknown;
-    for (const Event& event : eventsIn(in[0])) {
+    for (const MenuEvent& event : eventsIn(in[0])) {
       if (!receive(event.number, event.name)) unknown.append(event.number);
     }
     return Arguments{toVariant(unknown)};

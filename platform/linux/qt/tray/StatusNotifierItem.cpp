@@ -5,7 +5,7 @@
 #include <QPoint>
 #include <utility>
 
-#include "platform/linux/qt/paint/Symbols.h"
+#include "platform/linux/qt/paint/ApplicationIcon.h"
 #include "platform/linux/qt/tray/BusTypes.h"
 
 namespace vistrel::platform::linux_desktop {

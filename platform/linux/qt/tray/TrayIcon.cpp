@@ -7,8 +7,8 @@
 #include <QGuiApplication>
 #include <utility>
 
-#include "platform/linux/qt/paint/Symbols.h"
-#include "platform/linux/qt/space/ToolkitSpace.h"
+#include "platform/linux/qt/paint/ApplicationIcon.h"
+#include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/tray/BusTypes.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -23,10 +23,10 @@ const QString menuPath = QStringLiteral("/StatusNotifierItem/Menu");
 
 bool isFailure(const QDBusMessage& answer) { return answer.type() != QDBusMessage::ReplyMessage; }
 
-QPoint toolkitPoint(QPoint pixel) {
+QPoint qtPoint(QPoint pixel) {
   const PixelRect place{pixel.x(), pixel.y(), 1, 1};
-  const auto primary = ToolkitScreen::of(*QGuiApplication::primaryScreen());
-  return toolkitScreenOf(place, primary, toolkitScreens()).fromPixels(place).topLeft();
+  const auto primary = QtScreen::of(*QGuiApplication::primaryScreen());
+  return qtScreenOf(place, primary, qtScreens()).fromPixels(place).topLeft();
 }
 
 QDBusConnection sessionBus() {
@@ -42,7 +42,7 @@ TrayIcon::TrayIcon(Callbacks callbacks)
       menu_(bus_, menuPath, callbacks_.menu),
       item_(bus_, itemPath, menuPath,
             {.activated = callbacks_.activated,
-             .menuWanted = [this](QPoint pixel) { showMenu(toolkitPoint(pixel)); }}),
+             .menuWanted = [this](QPoint pixel) { showMenu(qtPoint(pixel)); }}),
       watchers_(watcherName, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
   hostsChanged_.setSingleShot(true);
   QObject::connect(&hostsChanged_, &QTimer::timeout, &hostsChanged_, [this] { askForHosts(); });

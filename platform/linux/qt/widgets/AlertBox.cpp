@@ -6,8 +6,8 @@
 #include <QPushButton>
 #include <vector>
 
+#include "platform/linux/qt/paint/ApplicationIcon.h"
 #include "platform/linux/qt/paint/PlainText.h"
-#include "platform/linux/qt/paint/Symbols.h"
 
 namespace vistrel::platform::linux_desktop {
 

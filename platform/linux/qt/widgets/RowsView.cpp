@@ -44,7 +44,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole) {
     return readableBeginning(QString::fromStdString(label->stringValue())).simplified();
   }
-  if (role == Qt::FontRole) return toolkitFont(label->font());
+  if (role == Qt::FontRole) return qtFont(label->font());
   return QBrush(resolved(label->textColor(), QGuiApplication::palette()));
 }
 

@@ -4,10 +4,10 @@
 #include <QWindow>
 #include <utility>
 
+#include "platform/linux/qt/space/QtConnection.h"
+#include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/space/RootPlace.h"
 #include "platform/linux/qt/space/ScreenList.h"
-#include "platform/linux/qt/space/ToolkitConnection.h"
-#include "platform/linux/qt/space/ToolkitSpace.h"
 #include "platform/linux/qt/windows/Reach.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -150,13 +150,13 @@ void TitledPeer::place() {
   const ScreenLayout layout = ScreenList::layout();
   const Rect frame = layout.flipped(window_.frame());
   const auto [geometry, pixels] =
-      toolkitPlace(monitorOf(frame, layout).toPixels(frame), *native_->screen());
+      qtPlace(monitorOf(frame, layout).toPixels(frame), *native_->screen());
   const QRect formerGeometry = askedGeometry();
   if (placed_.ask(pixels)) placeNative(*native_, formerGeometry, geometry, minimumSize());
 }
 
 QRect TitledPeer::askedGeometry() const {
-  return ToolkitScreen::of(*native_->screen()).fromPixels(pixelRect(placed_.current()));
+  return QtScreen::of(*native_->screen()).fromPixels(pixelRect(placed_.current()));
 }
 
 QSize TitledPeer::minimumSize() const {
@@ -167,7 +167,7 @@ QSize TitledPeer::minimumSize() const {
 void TitledPeer::nativeWasPlaced() {
   if (!native_) return;  // while it is being made
   const QSize formerSize = placed_.current().size();
-  if (placed_.isMovedTo(toolkitRect(placeOfNative()))) {
+  if (placed_.isMovedTo(qtRect(placeOfNative()))) {
     // Managers apply the new scale's bounds to the former size, and move and resize at different
     // times: until all has come to rest, no size is one that somebody wants.
     adoptPlace(/*keepingSize=*/settling_.isActive() || placed_.current().size() == formerSize);
@@ -181,7 +181,7 @@ PixelRect TitledPeer::placeOfNative() const {
   const auto onRoot = native_->windowHandle()->isExposed()
                           ? placeOnRoot(static_cast<xcb_window_t>(native_->winId()))
                           : std::nullopt;
-  return onRoot ? *onRoot : ToolkitScreen::of(*native_->screen()).toPixels(native_->geometry());
+  return onRoot ? *onRoot : QtScreen::of(*native_->screen()).toPixels(native_->geometry());
 }
 
 void TitledPeer::adoptPlace(bool keepingSize) {

@@ -19,7 +19,7 @@ QRect wholePoints(const Rect& rect) {
 
 void dressLabel(const Label& label, QLabel& widget) {
   widget.setText(QString::fromStdString(label.stringValue()));
-  widget.setFont(toolkitFont(label.font()));
+  widget.setFont(qtFont(label.font()));
   widget.setWordWrap(label.lineBreakMode() == LineBreakMode::wordWrapping);
   widget.setAlignment(
       Qt::AlignVCenter |
@@ -31,7 +31,7 @@ void dressLabel(const Label& label, QLabel& widget) {
 
 void dressButton(const Button& button, QPushButton& widget) {
   widget.setText(withoutMnemonics(button.title()));
-  widget.setFont(toolkitFont({}));
+  widget.setFont(qtFont({}));
   widget.setDefault(button.keyEquivalent() == "\r");
 }
 

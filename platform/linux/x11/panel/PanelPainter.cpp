@@ -57,7 +57,7 @@ PanelPainter::PanelPainter(Connection& connection, const PictureStore& store, xc
   windowSize_ = {geometry->width, geometry->height};
   const auto format = connection_.formats().ofVisual.find(attributes->visual);
   if (format != connection_.formats().ofVisual.end()) format_ = format->second;
-  copying_ = makeGraphicsContext(connection_, window_);
+  copying_ = makeGContext(connection_, window_);
   composited_ = isComposited();
 }
 

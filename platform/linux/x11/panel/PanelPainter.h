@@ -60,7 +60,7 @@ class PanelPainter {
   const xcb_window_t window_;
   std::uint8_t depth_ = 24;
   xcb_render_pictformat_t format_ = XCB_NONE;
-  GraphicsContext copying_;
+  GContext copying_;
   bool composited_ = false;
   PixelSize windowSize_;
 

@@ -90,8 +90,8 @@ Picture makeSolid(Connection& connection, const Color& color) {
   return picture;
 }
 
-GraphicsContext makeGraphicsContext(Connection& connection, xcb_drawable_t drawable) {
-  GraphicsContext context(connection.xcb());
+GContext makeGContext(Connection& connection, xcb_drawable_t drawable) {
+  GContext context(connection.xcb());
   const std::uint32_t none = 0;
   xcb_create_gc(connection.xcb(), context.id(), drawable, XCB_GC_GRAPHICS_EXPOSURES, &none);
   return context;
@@ -137,7 +137,7 @@ void putRows(Connection& connection, const Pixmap& pixmap, std::uint8_t depth, i
   const std::size_t most = xcb_get_maximum_request_length(connection.xcb()) * std::size_t{4};
   const int rowsPerRequest =
       std::max(1, static_cast<int>(std::min<std::size_t>((most - headerBytes) / stride, 0x7fff)));
-  const auto context = makeGraphicsContext(connection, pixmap.id());
+  const auto context = makeGContext(connection, pixmap.id());
   for (int row = 0; row < rows; row += rowsPerRequest) {
     const int count = std::min(rowsPerRequest, rows - row);
     xcb_put_image(connection.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap.id(), context.id(),

@@ -28,7 +28,7 @@ Picture makePicture(Connection& connection, xcb_drawable_t drawable, xcb_render_
                     xcb_render_repeat_t outside = XCB_RENDER_REPEAT_PAD);
 /// One colour everywhere.
 Picture makeSolid(Connection& connection, const Color& color);
-GraphicsContext makeGraphicsContext(Connection& connection, xcb_drawable_t drawable);
+GContext makeGContext(Connection& connection, xcb_drawable_t drawable);
 
 enum class Filter { bilinear, nearest };
 

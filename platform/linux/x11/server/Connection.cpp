@@ -131,8 +131,8 @@ xcb_atom_t Connection::atom(std::string_view name) {
   return atoms_.emplace(name, reply->atom).first->second;
 }
 
-Event Connection::pollEvent() {
-  Event event(xcb_poll_for_event(xcb()));
+XcbEvent Connection::pollEvent() {
+  XcbEvent event(xcb_poll_for_event(xcb()));
   if (!event || concernsUs(*event)) return event;
   return nextReadEvent();
 }
@@ -148,8 +148,8 @@ void Connection::serve(const std::function<void(const xcb_generic_event_t&)>& ha
   } while (event);
 }
 
-Event Connection::nextReadEvent() {
-  Event event(xcb_poll_for_queued_event(xcb()));
+XcbEvent Connection::nextReadEvent() {
+  XcbEvent event(xcb_poll_for_queued_event(xcb()));
   while (event && !concernsUs(*event)) event.reset(xcb_poll_for_queued_event(xcb()));
   return event;
 }

@@ -8,7 +8,8 @@
 #include <string_view>
 #include <xcb/xcb.h>
 
-#include "platform/linux/XcbPointers.h"
+#include "platform/linux/XcbRequests.h"
+#include "platform/linux/x11/server/Events.h"
 #include "platform/linux/x11/server/PictureFormats.h"
 #include "platform/linux/x11/server/PixelGeometry.h"
 
@@ -52,7 +53,7 @@ class Connection {
   /// The next event that has arrived, null when there is none. Events that other clients made up
   /// (SendEvent) are left out, since what they tell need not be so; errors that nobody waited for
   /// are reported.
-  Event pollEvent();
+  XcbEvent pollEvent();
   /// Hands every event that has arrived to `handle`, and calls `proceed` once there are no more;
   /// both again as long as more come in meanwhile, with answers or while requests are written,
   /// since the descriptor would tell no more of those. Sends what was left to send.
@@ -73,7 +74,7 @@ class Connection {
   Connection(xcb_connection_t* connection, int screenNumber);
   void setUpExtensions();
   /// As `pollEvent`, among those that have been read from the socket already.
-  Event nextReadEvent();
+  XcbEvent nextReadEvent();
   /// Whether an event is to be handed out; reports an error.
   static bool concernsUs(const xcb_generic_event_t& event);
 

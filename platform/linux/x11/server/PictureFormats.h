@@ -5,8 +5,6 @@
 #include <utility>
 #include <xcb/render.h>
 
-#include "platform/linux/XcbPointers.h"
-
 namespace vistrel::platform::linux_desktop {
 
 /// The RENDER formats that pictures are made with; XCB_NONE where the server has none.

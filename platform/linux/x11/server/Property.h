@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/XcbPointers.h"
+#include "platform/linux/XcbRequests.h"
 #include "platform/linux/x11/server/Connection.h"
 
 namespace vistrel::platform::linux_desktop {

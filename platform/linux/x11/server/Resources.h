@@ -8,7 +8,7 @@
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
-#include "platform/linux/XcbPointers.h"
+#include "platform/linux/XcbRequests.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -48,7 +48,7 @@ inline void destroyDamage(xcb_connection_t* connection, xcb_damage_damage_t dama
 }
 
 using Damage = Resource<destroyDamage>;
-using GraphicsContext = Resource<xcb_free_gc>;
+using GContext = Resource<xcb_free_gc>;
 using OwnWindow = Resource<xcb_destroy_window>;
 using Picture = Resource<xcb_render_free_picture>;
 using Pixmap = Resource<xcb_free_pixmap>;

@@ -1,0 +1,156 @@
+#include "platform/linux/x11/parking/ParkedWindows.h"
+
+#include "platform/linux/WindowPlace.h"
+#include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/manager/TopLevel.h"
+#include "platform/linux/x11/parking/RequestedOrigin.h"
+#include "platform/linux/x11/server/Property.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+// The states that a manager derives a window's place and size from (EWMH, _NET_WM_STATE).
+constexpr auto horizontally = "_NET_WM_STATE_MAXIMIZED_HORZ";
+constexpr auto vertically = "_NET_WM_STATE_MAXIMIZED_VERT";
+constexpr auto fullScreen = "_NET_WM_STATE_FULLSCREEN";
+
+}  // namespace
+
+ParkedWindows::~ParkedWindows() {
+  for (const auto& [window, home] : homes_) giveBack(window, home);
+}
+
+std::optional<Point> ParkedWindows::positionOf(xcb_window_t window) {
+  // It may still be on its way to where it was last asked to be.
+  awaitManager(connection_);
+  const auto place = placeOf(window);
+  if (!place) return std::nullopt;
+  told_ = {window, pointsOf(*place)};
+  return told_->second;
+}
+
+bool ParkedWindows::move(xcb_window_t window, Point position) {
+  const auto found = placeOf(window);
+  if (!found) {
+    homes_.erase(window);
+    return false;
+  }
+  const auto left = homes_.find(window);
+  if (left == homes_.end()) {
+    if (position == pointsOf(*found)) return true;
+    homes_.emplace(window, leave(window, *found));
+    moveTo(window, *found, position);
+  } else if (position == left->second.position) {
+    giveBack(window, left->second);
+    homes_.erase(left);
+  } else {
+    moveTo(window, *found, position);
+  }
+  return true;
+}
+
+std::optional<ParkedWindows::Place> ParkedWindows::placeOf(xcb_window_t window) {
+  const auto client = placeIn(connection_.xcb(), window, connection_.root());
+  if (!client) return std::nullopt;
+  const auto extents = [&](const char* property) {
+    return extentsFrom(propertyOf(connection_, window, property).values());
+  };
+  Place place;
+  place.client = *client;
+  // A manager may have left extents on a window that it has taken out of its frame.
+  if (topLevelOf(connection_, window) != window) place.frame = extents("_NET_FRAME_EXTENTS");
+  place.visible = visibleFrame(place.client, place.frame, extents("_GTK_FRAME_EXTENTS"));
+  return place;
+}
+
+Point ParkedWindows::pointsOf(const Place& place) const {
+  return layout_.toPoints(place.visible).origin;
+}
+
+ParkedWindows::Home ParkedWindows::leave(xcb_window_t window, const Place& found) {
+  const bool isTold = told_ && told_->first == window;
+  Home home{.position = isTold ? told_->second : pointsOf(found),
+            .client = found.client,
+            .ties = takeOffTies(window),
+            .desktop = propertyOf(connection_, window, "_NET_WM_DESKTOP").firstValue()};
+  if (home.ties != Ties{}) home.client = placeOf(window).value_or(found).client;
+  if (home.desktop) setDesktop(window, everyDesktop);
+  return home;
+}
+
+void ParkedWindows::giveBack(xcb_window_t window, const Home& home) {
+  // It may have become full-screen where it is.
+  takeOffTies(window);
+  const auto place = placeOf(window);
+  if (!place) return;
+  request(window, home.client, place->frame);
+  putOnTies(window, home.ties);
+  if (home.desktop) setDesktop(window, *home.desktop);
+  connection_.sync();
+}
+
+void ParkedWindows::moveTo(xcb_window_t window, const Place& found, Point position) {
+  const Rect wanted{position, layout_.toPoints(found.visible).size};
+  const PixelRect visible = layout_.holding(wanted).toPixels(wanted);
+  // What is around the client may have changed with its states.
+  const auto place = placeOf(window).value_or(found);
+  request(window,
+          {visible.x + place.client.x - place.visible.x,
+           visible.y + place.client.y - place.visible.y, found.client.width, found.client.height},
+          place.frame);
+  connection_.sync();
+}
+
+void ParkedWindows::request(xcb_window_t window, const PixelRect& client, const Extents& frame) {
+  // EWMH, _NET_MOVERESIZE_WINDOW: the client's own gravity, and all four numbers.
+  constexpr std::uint32_t ownGravity = 0;
+  constexpr std::uint32_t all = 0xf << 8;
+  constexpr std::uint32_t source = byPerson << 12;
+  const auto hints = propertyOf(connection_, window, "WM_NORMAL_HINTS").values();
+  const auto origin = requestedOrigin(client, frame, gravityFrom(hints));
+  tellManager(connection_, window, "_NET_MOVERESIZE_WINDOW",
+              {ownGravity | all | source, static_cast<std::uint32_t>(origin.x),
+               static_cast<std::uint32_t>(origin.y), static_cast<std::uint32_t>(client.width),
+               static_cast<std::uint32_t>(client.height)});
+}
+
+ParkedWindows::Ties ParkedWindows::takeOffTies(xcb_window_t window) {
+  const auto has = [&](std::string_view state) { return hasState(connection_, window, state); };
+  Ties ties;
+  ties.fullScreen = has(fullScreen);
+  if (ties.fullScreen) {
+    setStates(window, false, fullScreen, nullptr);
+    // There is a manager that tells only after this what a window was before.
+    awaitManager(connection_);
+  }
+  ties.horizontally = has(horizontally);
+  ties.vertically = has(vertically);
+  if (ties.horizontally || ties.vertically) {
+    setStates(window, false, horizontally, vertically);
+    awaitManager(connection_);
+  }
+  return ties;
+}
+
+void ParkedWindows::putOnTies(xcb_window_t window, const Ties& ties) {
+  if (ties.horizontally && ties.vertically) {
+    // There is a manager that takes two messages in a row for a change of mind.
+    setStates(window, true, horizontally, vertically);
+  } else if (ties.horizontally || ties.vertically) {
+    setStates(window, true, ties.horizontally ? horizontally : vertically, nullptr);
+  }
+  if (ties.fullScreen) setStates(window, true, fullScreen, nullptr);
+}
+
+void ParkedWindows::setStates(xcb_window_t window, bool areOn, const char* state,
+                              const char* another) {
+  const std::uint32_t second = another ? connection_.atom(another) : xcb_atom_t{XCB_ATOM_NONE};
+  tellManager(connection_, window, "_NET_WM_STATE",
+              {areOn ? 1U : 0U, connection_.atom(state), second, byPerson, 0});
+}
+
+void ParkedWindows::setDesktop(xcb_window_t window, std::uint32_t desktop) {
+  tellManager(connection_, window, "_NET_WM_DESKTOP", {desktop, byPerson, 0, 0, 0});
+}
+
+}  // namespace vistrel::platform::linux_desktop

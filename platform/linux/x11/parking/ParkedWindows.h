@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "platform/Geometry.h"
+#include "platform/linux/ScreenLayout.h"
+#include "platform/linux/x11/manager/VisibleFrame.h"
+#include "platform/linux/x11/server/Connection.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Moves other programs' windows by way of the window manager, as a person's tool does, and knows
+/// which ones are parked: those that are not where they were found.
+///
+/// A window that is parked is free of what ties it to its place: full-screen and maximised windows
+/// stay where they are or take another size with other managers, so those states are taken off and
+/// the size is kept; and it comes to all desktops, since managers unmap what is on a desktop that
+/// is not shown, and nobody draws what is unmapped. Windows that are minimised or rolled up stay
+/// so. A window that goes back to where it was found gets back everything it had.
+///
+/// Positions are of what a person sees as the window, in points of global display space. Main
+/// thread.
+class ParkedWindows {
+ public:
+  /// Both outlive this object.
+  ParkedWindows(Connection& connection, const ScreenLayout& layout)
+      : connection_(connection), layout_(layout) {}
+  ParkedWindows(const ParkedWindows&) = delete;
+  ParkedWindows& operator=(const ParkedWindows&) = delete;
+  /// Gives back all that are still parked.
+  ~ParkedWindows();
+
+  /// Once the manager has done what it was asked before, which it gets two seconds for. None for a
+  /// window that has gone.
+  std::optional<Point> positionOf(xcb_window_t window);
+  /// Returns once the manager has been told; it may have its own mind. False for a window that has
+  /// gone.
+  bool move(xcb_window_t window, Point position);
+
+ private:
+  /// In pixels of the root window.
+  struct Place {
+    /// What belongs to the window's program.
+    PixelRect client;
+    /// The widths of the manager's frame around it.
+    Extents frame;
+    /// What a person sees.
+    PixelRect visible;
+  };
+  /// The states that tie a window to its place.
+  struct Ties {
+    bool horizontally = false;
+    bool vertically = false;
+    bool fullScreen = false;
+
+    friend bool operator==(const Ties&, const Ties&) = default;
+  };
+  /// What a window gets back.
+  struct Home {
+    /// As it was last told before it was left, which may be another place than it was left from:
+    /// managers move windows while they minimise them.
+    Point position;
+    /// Where the client is without its ties.
+    PixelRect client;
+    Ties ties;
+    /// None where the manager has no desktops.
+    std::optional<std::uint32_t> desktop;
+  };
+
+  std::optional<Place> placeOf(xcb_window_t window);
+  Point pointsOf(const Place& place) const;
+  /// Takes off what ties the window to its place.
+  Home leave(xcb_window_t window, const Place& found);
+  void giveBack(xcb_window_t window, const Home& home);
+  void moveTo(xcb_window_t window, const Place& found, Point position);
+  void request(xcb_window_t window, const PixelRect& client, const Extents& frame);
+  /// Which there were.
+  Ties takeOffTies(xcb_window_t window);
+  void putOnTies(xcb_window_t window, const Ties& ties);
+  /// Turns one or two states on or off.
+  void setStates(xcb_window_t window, bool areOn, const char* state, const char* another);
+  void setDesktop(xcb_window_t window, std::uint32_t desktop);
+
+  Connection& connection_;
+  const ScreenLayout& layout_;
+  std::map<xcb_window_t, Home> homes_;
+  /// The last position that was told, and whose.
+  std::optional<std::pair<xcb_window_t, Point>> told_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
