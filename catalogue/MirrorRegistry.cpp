@@ -4,15 +4,6 @@
 
 namespace vistrel {
 
-namespace {
-
-void bringForward(WindowMirrorHUDController& mirror) {
-  if (mirror.rolledUp()) mirror.toggleRollUp();
-  mirror.panel()->orderFrontRegardless();
-}
-
-}  // namespace
-
 const std::shared_ptr<WindowMirrorManager>& WindowMirrorManager::shared() {
   static const auto& manager = *new std::shared_ptr<WindowMirrorManager>(make());
   return manager;
@@ -25,7 +16,7 @@ std::shared_ptr<WindowMirrorManager> WindowMirrorManager::make() {
 void WindowMirrorManager::mirror(const platform::WindowRecord& window) {
   assert(platform::mainQueue().isCurrent());
   const auto open = mirrors_.find(window->windowID);
-  if (open != mirrors_.end()) return bringForward(*open->second);
+  if (open != mirrors_.end()) return open->second->bringForward();
   const int cascade = static_cast<int>(mirrors_.size());
   auto controller = WindowMirrorHUDController::make(
       window, cascade,
@@ -48,7 +39,7 @@ void WindowMirrorManager::hideAllAction() { closeAll(); }
 void WindowMirrorManager::focusFromMenu(const platform::MenuItem& sender) {
   const auto controller =
       std::dynamic_pointer_cast<WindowMirrorHUDController>(sender.representedObject());
-  if (controller) bringForward(*controller);
+  if (controller) controller->bringForward();
 }
 
 }  // namespace vistrel

@@ -51,7 +51,7 @@ void WindowMirrorHUDController::startCapture() {
       /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/false,
       [weak = weak_from_this(), scale = panelBackingScale()](
           const std::shared_ptr<const ShareableContent>& content, const std::optional<Error>&) {
-        if (const auto self = weak.lock()) self->receiveShareableContent(content.get(), scale);
+        if (const auto self = ifOpen(weak)) self->receiveShareableContent(content.get(), scale);
       });
 }
 
@@ -68,7 +68,7 @@ void WindowMirrorHUDController::receiveShareableContent(const ShareableContent* 
 void WindowMirrorHUDController::startStream(const WindowRecord& source) {
   auto output = std::make_shared<StreamOutput>(
       [weak = weak_from_this()](const platform::SampleBuffer& sample) {
-        if (const auto self = weak.lock()) self->handleSample(sample);
+        if (const auto self = ifOpen(weak)) self->handleSample(sample);
       });
   auto stream =
       platform::makeStream({.desktopIndependentWindow = source}, streamConfiguration(), output);
@@ -80,9 +80,12 @@ void WindowMirrorHUDController::startStream(const WindowRecord& source) {
   stream->startCapture([self = shared_from_this()](const std::optional<Error>& error) {
     platform::mainQueue().async([self, error] { self->streamDidStart(error); });
   });
+  // `close` on main may have found no stream yet, or one that had not started.
+  if (isClosed()) stopCapture();
 }
 
 void WindowMirrorHUDController::streamDidStart(const std::optional<Error>& error) {
+  if (isClosed()) return;
   if (error) {
     showStatus("Screen Recording permission is required.\n" + error->localizedDescription);
   } else {
@@ -92,7 +95,7 @@ void WindowMirrorHUDController::streamDidStart(const std::optional<Error>& error
 
 void WindowMirrorHUDController::showStatusOnMain(std::string text) {
   platform::mainQueue().async([weak = weak_from_this(), text = std::move(text)] {
-    if (const auto self = weak.lock()) self->showStatus(text);
+    if (const auto self = ifOpen(weak)) self->showStatus(text);
   });
 }
 
@@ -111,7 +114,7 @@ void WindowMirrorHUDController::handleSample(const platform::SampleBuffer& sampl
   auto image = ciContext_->createImage(frame);
   if (!image) return;
   platform::mainQueue().async([weak = weak_from_this(), image = std::move(image)] {
-    if (const auto self = weak.lock()) self->showFrame(image);
+    if (const auto self = ifOpen(weak)) self->showFrame(image);
   });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -29,7 +30,8 @@ struct LiveDotState;
 /// One mirror: the floating panel that shows one window of another program, the views in it, and
 /// the stream that feeds it. Lives on the main thread; only `handleSample` and the answers of the
 /// capture service run elsewhere. Views, callbacks, timer and stream hold it weakly, so whoever
-/// keeps it decides how long it lives.
+/// keeps it decides how long it lives. Once closed it counts as gone, whoever still holds it: its
+/// commands do nothing, and answers and frames that arrive start and show nothing.
 class WindowMirrorHUDController : public platform::RepresentedObject,
                                   public std::enable_shared_from_this<WindowMirrorHUDController> {
  public:
@@ -49,13 +51,15 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   /// Orders the panel in without activating the program, and starts capture and the freshness
   /// timer.
   void show();
-  /// Stops everything and closes the panel. Does not call `onClosed`.
+  /// Stops everything and closes the panel, for good. Does not call `onClosed`.
   void close();
   /// Lays out the views for the card's size.
   void relayout();
 
   // Commands.
 
+  /// Unrolls the panel and brings it to the front, without activating the program.
+  void bringForward();
   /// Flips between the full panel and its title bar alone; the top edge stays.
   void toggleRollUp();
   void toggleRollUpMenu();
@@ -150,6 +154,12 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   WindowMirrorHUDController(const platform::ShareableWindow& window, OnClosed onClosed,
                             std::weak_ptr<MirrorHost> host);
 
+  /// Any thread.
+  bool isClosed() const { return closed_.load(); }
+  /// The mirror unless it is gone or closed. Any thread.
+  static std::shared_ptr<WindowMirrorHUDController> ifOpen(
+      const std::weak_ptr<WindowMirrorHUDController>& mirror);
+
   void buildUI();
   void buildCard();
   void setCardCallbacks();
@@ -200,6 +210,8 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   std::shared_ptr<platform::AccessibilityElement> parkedWindow_;
   std::optional<platform::Point> savedOrigin_;
   std::unique_ptr<VirtualDisplayHost> virtualHost_;
+
+  std::atomic<bool> closed_ = false;  // set on main
 
   // Stored by the capture service's answer, or on main, and read on main; `lastImage_` is stored on
   // main and read on sampleQueue_.
