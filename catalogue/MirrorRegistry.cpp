@@ -1,4 +1,5 @@
 #include <cassert>
+#include <utility>
 
 #include "catalogue/WindowMirrorManager.h"
 
@@ -30,8 +31,9 @@ void WindowMirrorManager::mirror(const platform::WindowRecord& window) {
 
 void WindowMirrorManager::closeAll() {
   assert(platform::mainQueue().isCurrent());
-  for (const auto& [windowID, controller] : mirrors_) controller->close();
-  mirrors_.clear();
+  // Closing calls out, and what it reaches may open mirrors and close them.
+  const Mirrors closing = std::exchange(mirrors_, {});
+  for (const auto& [windowID, controller] : closing) controller->close();
 }
 
 void WindowMirrorManager::hideAllAction() { closeAll(); }
