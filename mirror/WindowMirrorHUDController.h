@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "mirror/CaptureSize.h"
 #include "mirror/MirrorCardView.h"
 #include "mirror/MirrorContentView.h"
 #include "mirror/MirrorHost.h"
@@ -132,8 +133,8 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   platform::Date lastFrameAt() const { return lastFrameAt_; }
   const std::shared_ptr<platform::Timer>& freshnessTimer() const { return freshnessTimer_; }
   /// Pixels. Any thread.
-  std::int64_t captureWidth() const { return captureWidth_.load(); }
-  std::int64_t captureHeight() const { return captureHeight_.load(); }
+  std::int64_t captureWidth() const { return captureSize_.load().width; }
+  std::int64_t captureHeight() const { return captureSize_.load().height; }
   double titleBarHeight() const { return panelTitleBarHeight; }
   /// The source's width over its height.
   double aspect() const { return aspect_; }
@@ -175,9 +176,8 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   void restoreParkedWindow();
 
   double panelBackingScale() const;
-  platform::StreamConfiguration streamConfiguration() const;
   void receiveShareableContent(const platform::ShareableContent* content, double backingScale);
-  void startStream(const platform::WindowRecord& source);
+  void startStream(const platform::WindowRecord& source, CaptureSize size);
   void streamDidStart(const std::optional<platform::Error>& error);
   void showStatusOnMain(std::string text);
   void showFrame(std::shared_ptr<const platform::Image> image);
@@ -217,8 +217,7 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   // main and read on sampleQueue_.
   platform::Guarded<std::shared_ptr<platform::Stream>> stream_;
   platform::Guarded<std::shared_ptr<StreamOutput>> streamOutput_;
-  platform::Guarded<std::int64_t> captureWidth_;
-  platform::Guarded<std::int64_t> captureHeight_;
+  platform::Guarded<CaptureSize> captureSize_;
   platform::Guarded<std::shared_ptr<const platform::Image>> lastImage_;
 };
 
