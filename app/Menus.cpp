@@ -7,19 +7,19 @@
 
 namespace vistrel {
 
+using platform::Action;
 using platform::Menu;
-using platform::MenuAction;
 using platform::MenuItem;
 
 namespace {
 
-void addItem(Menu& menu, std::string title, MenuAction action, std::string keyEquivalent = "") {
+void addItem(Menu& menu, std::string title, Action action, std::string keyEquivalent = "") {
   menu.addItem(
       std::make_shared<MenuItem>(std::move(title), std::move(action), std::move(keyEquivalent)));
 }
 
 void addSubmenu(Menu& menu, std::string title, std::shared_ptr<Menu> submenu) {
-  auto item = std::make_shared<MenuItem>(std::move(title), MenuAction(), "");
+  auto item = std::make_shared<MenuItem>(std::move(title), Action(), "");
   item->setSubmenu(std::move(submenu));
   menu.addItem(std::move(item));
 }
@@ -39,8 +39,8 @@ void addHideAllItem(Menu& menu) {
 
 std::shared_ptr<Menu> makeWindowMenu() {
   auto menu = std::make_shared<Menu>("Window");
-  addItem(*menu, "Minimize", MenuAction::upResponderChain("performMiniaturize:"), "m");
-  addItem(*menu, "Close", MenuAction::upResponderChain("performClose:"), "w");
+  addItem(*menu, "Minimize", Action::upResponderChain("performMiniaturize:"), "m");
+  addItem(*menu, "Close", Action::upResponderChain("performClose:"), "w");
   return menu;
 }
 
@@ -61,8 +61,8 @@ std::shared_ptr<Menu> AppDelegate::makeApplicationMenu() {
   auto menu = std::make_shared<Menu>("");
   addItem(*menu, "About Vistrel", {"showAbout", weak_from_this(), &AppDelegate::showAbout});
   menu->addItem(MenuItem::separatorItem());
-  addItem(*menu, "Hide Vistrel", MenuAction::upResponderChain("hide:"), "h");
-  addItem(*menu, "Quit Vistrel", MenuAction::upResponderChain("terminate:"), "q");
+  addItem(*menu, "Hide Vistrel", Action::upResponderChain("hide:"), "h");
+  addItem(*menu, "Quit Vistrel", Action::upResponderChain("terminate:"), "q");
   return menu;
 }
 

@@ -1,17 +1,9 @@
 #include <cassert>
+#include <utility>
 
 #include "catalogue/WindowMirrorManager.h"
 
 namespace vistrel {
-
-namespace {
-
-void bringForward(WindowMirrorHUDController& mirror) {
-  if (mirror.rolledUp()) mirror.toggleRollUp();
-  mirror.panel()->orderFrontRegardless();
-}
-
-}  // namespace
 
 const std::shared_ptr<WindowMirrorManager>& WindowMirrorManager::shared() {
   static const auto& manager = *new std::shared_ptr<WindowMirrorManager>(make());
@@ -25,7 +17,7 @@ std::shared_ptr<WindowMirrorManager> WindowMirrorManager::make() {
 void WindowMirrorManager::mirror(const platform::WindowRecord& window) {
   assert(platform::mainQueue().isCurrent());
   const auto open = mirrors_.find(window->windowID);
-  if (open != mirrors_.end()) return bringForward(*open->second);
+  if (open != mirrors_.end()) return open->second->bringForward();
   const int cascade = static_cast<int>(mirrors_.size());
   auto controller = WindowMirrorHUDController::make(
       window, cascade,
@@ -39,8 +31,9 @@ void WindowMirrorManager::mirror(const platform::WindowRecord& window) {
 
 void WindowMirrorManager::closeAll() {
   assert(platform::mainQueue().isCurrent());
-  for (const auto& [windowID, controller] : mirrors_) controller->close();
-  mirrors_.clear();
+  // Closing calls out, and what it reaches may open mirrors and close them.
+  const Mirrors closing = std::exchange(mirrors_, {});
+  for (const auto& [windowID, controller] : closing) controller->close();
 }
 
 void WindowMirrorManager::hideAllAction() { closeAll(); }
@@ -48,7 +41,7 @@ void WindowMirrorManager::hideAllAction() { closeAll(); }
 void WindowMirrorManager::focusFromMenu(const platform::MenuItem& sender) {
   const auto controller =
       std::dynamic_pointer_cast<WindowMirrorHUDController>(sender.representedObject());
-  if (controller) bringForward(*controller);
+  if (controller) controller->bringForward();
 }
 
 }  // namespace vistrel

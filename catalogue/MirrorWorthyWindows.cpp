@@ -28,11 +28,25 @@ bool isAscending(const std::string& a, const std::string& b) {
   return platform::localizedCaseInsensitiveCompare(a, b) == ComparisonResult::ascending;
 }
 
-bool comesBefore(const WindowRecord& a, const WindowRecord& b) {
-  const std::string nameOfA = a->applicationNameOr("");
-  const std::string nameOfB = b->applicationNameOr("");
-  if (nameOfA != nameOfB) return isAscending(nameOfA, nameOfB);
+bool comesBeforeByTitle(const WindowRecord& a, const WindowRecord& b) {
   return isAscending(a->title.value_or(""), b->title.value_or(""));
+}
+
+bool comesBeforeByApplication(const WindowRecord& a, const WindowRecord& b) {
+  return isAscending(a->applicationNameOr(""), b->applicationNameOr(""));
+}
+
+/// Sorts neighbours whose application's name is spelt alike. A window of another spelling between
+/// them compares with neither, so nothing moves past it.
+void sortNeighboursByTitle(std::vector<WindowRecord>& windows) {
+  for (auto first = windows.begin(); first != windows.end();) {
+    const std::string name = (*first)->applicationNameOr("");
+    const auto end = std::find_if(first, windows.end(), [&](const WindowRecord& window) {
+      return window->applicationNameOr("") != name;
+    });
+    std::stable_sort(first, end, comesBeforeByTitle);
+    first = end;
+  }
 }
 
 }  // namespace
@@ -42,7 +56,10 @@ std::vector<WindowRecord> mirrorWorthyWindows(const std::vector<WindowRecord>& w
   std::vector<WindowRecord> kept;
   std::copy_if(windows.begin(), windows.end(), std::back_inserter(kept),
                [&](const WindowRecord& window) { return isMirrorWorthy(*window, ownProcessID); });
-  std::stable_sort(kept.begin(), kept.end(), comesBefore);
+  // In two steps, since titles count within one spelling alone: as one comparison that would be no
+  // strict weak ordering where names differ in letter case only.
+  std::stable_sort(kept.begin(), kept.end(), comesBeforeByApplication);
+  sortNeighboursByTitle(kept);
   return kept;
 }
 

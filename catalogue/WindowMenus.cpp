@@ -11,9 +11,9 @@
 
 namespace vistrel {
 
+using platform::Action;
 using platform::ComparisonResult;
 using platform::Menu;
-using platform::MenuAction;
 using platform::MenuItem;
 using platform::MenuItemState;
 using platform::WindowRecord;
@@ -39,7 +39,7 @@ Controllers sortedByName(const WindowMirrorManager::Mirrors& mirrors) {
 }
 
 std::shared_ptr<MenuItem> disabledItem(const std::string& title) {
-  auto item = std::make_shared<MenuItem>(title, MenuAction(), "");
+  auto item = std::make_shared<MenuItem>(title, Action(), "");
   item->setEnabled(false);
   return item;
 }
@@ -91,17 +91,17 @@ void WindowMirrorManager::populatePicker(Menu& menu, const Windows& windows) {
 std::shared_ptr<MenuItem> WindowMirrorManager::windowItem(const WindowRecord& window) {
   auto item = std::make_shared<MenuItem>(
       "  " + window->title.value_or("Untitled"),
-      MenuAction("pickFromMenu:", weak_from_this(), &WindowMirrorManager::pickFromMenu), "");
+      Action("pickFromMenu:", weak_from_this(), &WindowMirrorManager::pickFromMenu), "");
   item->setRepresentedObject(std::make_shared<WindowBox>(window));
   if (mirrors_.contains(window->windowID)) item->setState(MenuItemState::on);
   return item;
 }
 
 std::shared_ptr<MenuItem> WindowMirrorManager::permissionItem() {
-  return std::make_shared<MenuItem>("Enable Screen Recording to mirror windows…",
-                                    MenuAction("openSettingsFromMenu:", weak_from_this(),
-                                               &WindowMirrorManager::openSettingsFromMenu),
-                                    "");
+  return std::make_shared<MenuItem>(
+      "Enable Screen Recording to mirror windows…",
+      Action("openSettingsFromMenu:", weak_from_this(), &WindowMirrorManager::openSettingsFromMenu),
+      "");
 }
 
 void WindowMirrorManager::pickFromMenu(const MenuItem& sender) {
@@ -117,7 +117,7 @@ void WindowMirrorManager::rebuildFocusMenu(Menu& menu) {
   for (const auto& controller : sortedByName(mirrors_)) {
     auto item = std::make_shared<MenuItem>(
         controller->displayName(),
-        MenuAction("focusFromMenu:", weak_from_this(), &WindowMirrorManager::focusFromMenu), "");
+        Action("focusFromMenu:", weak_from_this(), &WindowMirrorManager::focusFromMenu), "");
     item->setRepresentedObject(controller);
     menu.addItem(std::move(item));
   }

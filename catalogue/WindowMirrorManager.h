@@ -71,7 +71,7 @@ class WindowMirrorManager : public platform::MenuDelegate,
   void pickFromMenu(const platform::MenuItem& sender);
   void openSettingsFromMenu();
   void hideAllAction();
-  /// Brings the mirror that the item stands for to the front.
+  /// Brings the mirror that the item stands for to the front, unless it has been closed since.
   void focusFromMenu(const platform::MenuItem& sender);
   /// Fills the menu with the open mirrors.
   void rebuildFocusMenu(platform::Menu& menu);

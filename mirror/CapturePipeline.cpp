@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "mirror/BlankTest.h"
-#include "mirror/CaptureSize.h"
 #include "mirror/FrameAcceptance.h"
 #include "mirror/Freshness.h"
 #include "mirror/LiveDotColors.h"
@@ -26,6 +25,16 @@ WindowRecord windowWithID(const ShareableContent& content, platform::WindowID wi
   return found == windows.end() ? nullptr : *found;
 }
 
+platform::StreamConfiguration streamConfiguration(CaptureSize size) {
+  return {.width = size.width,
+          .height = size.height,
+          .minimumFrameInterval = {.value = 1, .timescale = 30},
+          .queueDepth = 6,
+          .showsCursor = true,
+          .scalesToFit = true,
+          .pixelFormat = platform::pixelFormat32BGRA};
+}
+
 }  // namespace
 
 double WindowMirrorHUDController::panelBackingScale() const {
@@ -35,23 +44,13 @@ double WindowMirrorHUDController::panelBackingScale() const {
   return screen ? screen->backingScaleFactor : scaleWithoutScreen;
 }
 
-platform::StreamConfiguration WindowMirrorHUDController::streamConfiguration() const {
-  return {.width = captureWidth_.load(),
-          .height = captureHeight_.load(),
-          .minimumFrameInterval = {.value = 1, .timescale = 30},
-          .queueDepth = 6,
-          .showsCursor = true,
-          .scalesToFit = true,
-          .pixelFormat = platform::pixelFormat32BGRA};
-}
-
 void WindowMirrorHUDController::startCapture() {
   // The panel's screen is main's to ask; the service answers elsewhere.
   platform::getShareableContent(
       /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/false,
       [weak = weak_from_this(), scale = panelBackingScale()](
           const std::shared_ptr<const ShareableContent>& content, const std::optional<Error>&) {
-        if (const auto self = weak.lock()) self->receiveShareableContent(content.get(), scale);
+        if (const auto self = ifOpen(weak)) self->receiveShareableContent(content.get(), scale);
       });
 }
 
@@ -60,18 +59,17 @@ void WindowMirrorHUDController::receiveShareableContent(const ShareableContent* 
   const WindowRecord source = content != nullptr ? windowWithID(*content, windowID_) : nullptr;
   if (!source) return showStatusOnMain("Source window is no longer available.");
   const CaptureSize size = initialCaptureSize(source->frame.size, backingScale);
-  captureWidth_.store(size.width);
-  captureHeight_.store(size.height);
-  startStream(source);
+  captureSize_.store(size);
+  startStream(source, size);
 }
 
-void WindowMirrorHUDController::startStream(const WindowRecord& source) {
+void WindowMirrorHUDController::startStream(const WindowRecord& source, CaptureSize size) {
   auto output = std::make_shared<StreamOutput>(
       [weak = weak_from_this()](const platform::SampleBuffer& sample) {
-        if (const auto self = weak.lock()) self->handleSample(sample);
+        if (const auto self = ifOpen(weak)) self->handleSample(sample);
       });
   auto stream =
-      platform::makeStream({.desktopIndependentWindow = source}, streamConfiguration(), output);
+      platform::makeStream({.desktopIndependentWindow = source}, streamConfiguration(size), output);
   if (stream->addStreamOutput(output, platform::StreamOutputType::screen, sampleQueue_)) {
     return showStatusOnMain("Couldn't attach to the window stream.");
   }
@@ -80,9 +78,12 @@ void WindowMirrorHUDController::startStream(const WindowRecord& source) {
   stream->startCapture([self = shared_from_this()](const std::optional<Error>& error) {
     platform::mainQueue().async([self, error] { self->streamDidStart(error); });
   });
+  // `close` on main may have found no stream yet, or one that had not started.
+  if (isClosed()) stopCapture();
 }
 
 void WindowMirrorHUDController::streamDidStart(const std::optional<Error>& error) {
+  if (isClosed()) return;
   if (error) {
     showStatus("Screen Recording permission is required.\n" + error->localizedDescription);
   } else {
@@ -92,7 +93,7 @@ void WindowMirrorHUDController::streamDidStart(const std::optional<Error>& error
 
 void WindowMirrorHUDController::showStatusOnMain(std::string text) {
   platform::mainQueue().async([weak = weak_from_this(), text = std::move(text)] {
-    if (const auto self = weak.lock()) self->showStatus(text);
+    if (const auto self = ifOpen(weak)) self->showStatus(text);
   });
 }
 
@@ -111,7 +112,7 @@ void WindowMirrorHUDController::handleSample(const platform::SampleBuffer& sampl
   auto image = ciContext_->createImage(frame);
   if (!image) return;
   platform::mainQueue().async([weak = weak_from_this(), image = std::move(image)] {
-    if (const auto self = weak.lock()) self->showFrame(image);
+    if (const auto self = ifOpen(weak)) self->showFrame(image);
   });
 }
 
@@ -132,14 +133,13 @@ void WindowMirrorHUDController::tickFreshness() {
 void WindowMirrorHUDController::updateCaptureResolutionIfNeeded() {
   assert(platform::mainQueue().isCurrent());
   const auto stream = stream_.load();
-  const std::int64_t width = captureWidth_.load();
+  const std::int64_t width = captureSize_.load().width;
   if (!stream || width < 1) return;
   const auto grown =
       grownCaptureSize(width, panel_->frame().width(), sourcePointSize_, panelBackingScale());
   if (!grown) return;
-  captureWidth_.store(grown->width);
-  captureHeight_.store(grown->height);
-  stream->updateConfiguration(streamConfiguration(), [](const std::optional<Error>&) {});
+  captureSize_.store(*grown);
+  stream->updateConfiguration(streamConfiguration(*grown), [](const std::optional<Error>&) {});
 }
 
 }  // namespace vistrel

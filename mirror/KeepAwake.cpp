@@ -44,6 +44,7 @@ void askForAccessibility() {
 
 void WindowMirrorHUDController::toggleKeepAwake() {
   assert(platform::mainQueue().isCurrent());
+  if (isClosed()) return;
   if (keepAwake_) {
     restoreParkedWindow();
     keepAwake_ = false;

@@ -17,7 +17,14 @@ constexpr double flashDuration = 2.5;
 
 }  // namespace
 
+void WindowMirrorHUDController::bringForward() {
+  if (isClosed()) return;
+  if (rolledUp_) toggleRollUp();
+  panel_->orderFrontRegardless();
+}
+
 void WindowMirrorHUDController::toggleRollUp() {
+  if (isClosed()) return;
   rolledUp_ = !rolledUp_;
   const Rect frame = panel_->frame();
   if (rolledUp_) frameBeforeRollUp_ = frame;
@@ -29,6 +36,7 @@ void WindowMirrorHUDController::toggleRollUp() {
 }
 
 void WindowMirrorHUDController::setScale(double factor) {
+  if (isClosed()) return;
   if (rolledUp_) toggleRollUp();
   panel_->setFrame(scaledFrame(panel_->frame(), sourcePointSize_, aspect_, factor,
                                panel_->contentMinSize().width),
@@ -39,6 +47,7 @@ void WindowMirrorHUDController::setScale(double factor) {
 void WindowMirrorHUDController::toggleRollUpMenu() { toggleRollUp(); }
 
 void WindowMirrorHUDController::recaptureMenu() {
+  if (isClosed()) return;
   stopCapture();
   startCapture();
 }
@@ -50,16 +59,18 @@ void WindowMirrorHUDController::scaleFromMenu(const platform::MenuItem& sender) 
 }
 
 void WindowMirrorHUDController::activateSource() {
-  if (sourcePID_ < 1) return;
+  if (isClosed() || sourcePID_ < 1) return;
   const auto application = platform::RunningApplication::withProcessIdentifier(sourcePID_);
   if (application) application->activate(platform::ActivationOptions::activateAllWindows);
 }
 
 void WindowMirrorHUDController::hideAllMenu() {
+  if (isClosed()) return;
   if (const auto host = host_.lock()) host->closeAll();
 }
 
 void WindowMirrorHUDController::closeClicked() {
+  if (isClosed()) return;
   close();
   onClosed_(windowID_);
 }
@@ -74,7 +85,7 @@ void WindowMirrorHUDController::showStatus(const std::string& text) {
 void WindowMirrorHUDController::flashStatus(const std::string& text) {
   showStatus(text);
   platform::mainAsyncAfter(flashDuration, [weak = weak_from_this()] {
-    const auto self = weak.lock();
+    const auto self = ifOpen(weak);
     if (self && self->lastImage()) self->statusLabel_->setHidden(true);
   });
 }

@@ -5,8 +5,8 @@
 
 namespace vistrel {
 
+using platform::Action;
 using platform::Menu;
-using platform::MenuAction;
 using platform::MenuItem;
 
 namespace {
@@ -21,7 +21,7 @@ std::shared_ptr<Menu> WindowMirrorHUDController::makeContextMenu() {
   auto menu = std::make_shared<Menu>("");
   const auto add = [&](const char* title, const char* selector, void (Self::*command)()) {
     menu->addItem(
-        std::make_shared<MenuItem>(title, MenuAction(selector, weak_from_this(), command), ""));
+        std::make_shared<MenuItem>(title, Action(selector, weak_from_this(), command), ""));
   };
   add(rolledUp_ ? "Roll Down (Show Mirror)" : "Roll Up (Title Only)", "toggleRollUpMenu",
       &Self::toggleRollUpMenu);
@@ -30,7 +30,7 @@ std::shared_ptr<Menu> WindowMirrorHUDController::makeContextMenu() {
                  : "Keep Source Awake (Park Off-Screen)",
       "toggleKeepAwakeMenu", &Self::toggleKeepAwakeMenu);
   add("Bring Source Window to Front", "activateSource", &Self::activateSource);
-  auto scale = std::make_shared<MenuItem>("Scale", MenuAction(), "");
+  auto scale = std::make_shared<MenuItem>("Scale", Action(), "");
   scale->setSubmenu(makeScaleMenu());
   menu->addItem(std::move(scale));
   menu->addItem(MenuItem::separatorItem());
@@ -47,8 +47,7 @@ std::shared_ptr<Menu> WindowMirrorHUDController::makeScaleMenu() {
   for (const int percentage : scalePercentages) {
     auto item = std::make_shared<MenuItem>(
         std::to_string(percentage) + "% of source",
-        MenuAction("scaleFromMenu:", weak_from_this(), &WindowMirrorHUDController::scaleFromMenu),
-        "");
+        Action("scaleFromMenu:", weak_from_this(), &WindowMirrorHUDController::scaleFromMenu), "");
     item->setTag(percentage);
     menu->addItem(std::move(item));
   }

@@ -79,6 +79,12 @@ WindowMirrorHUDController::WindowMirrorHUDController(const platform::ShareableWi
                                              platform::QualityOfService::userInteractive)),
       ciContext_(platform::makeImageContext({.useSoftwareRenderer = false})) {}
 
+std::shared_ptr<WindowMirrorHUDController> WindowMirrorHUDController::ifOpen(
+    const std::weak_ptr<WindowMirrorHUDController>& mirror) {
+  auto held = mirror.lock();
+  return held && !held->isClosed() ? held : nullptr;
+}
+
 std::string WindowMirrorHUDController::displayName() const {
   return appName_ + " — " + sourceTitle_;
 }
@@ -108,17 +114,17 @@ void WindowMirrorHUDController::buildCard() {
 
 void WindowMirrorHUDController::setCardCallbacks() {
   card_->onDoubleClick = [weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->toggleRollUp();
+    if (const auto self = ifOpen(weak)) self->toggleRollUp();
   };
   card_->onLayout = [weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->relayout();
+    if (const auto self = ifOpen(weak)) self->relayout();
   };
   card_->menuProvider = [weak = weak_from_this()] {
-    const auto self = weak.lock();
+    const auto self = ifOpen(weak);
     return self ? self->makeContextMenu() : nullptr;
   };
   card_->snap = [weak = weak_from_this()](const Rect& proposed) {
-    const auto self = weak.lock();
+    const auto self = ifOpen(weak);
     return self ? self->snapped(proposed) : proposed;
   };
 }
@@ -222,12 +228,13 @@ void WindowMirrorHUDController::show() {
   startCapture();
   freshnessTimer_ =
       platform::scheduledTimer(freshnessInterval, /*repeats=*/true, [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->tickFreshness();
+        if (const auto self = ifOpen(weak)) self->tickFreshness();
       });
 }
 
 void WindowMirrorHUDController::close() {
   assert(platform::mainQueue().isCurrent());
+  if (closed_.exchange(true)) return;
   if (freshnessTimer_) freshnessTimer_->invalidate();
   freshnessTimer_ = nullptr;
   if (keepAwake_) restoreParkedWindow();

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "mirror/CaptureSize.h"
 #include "mirror/MirrorCardView.h"
 #include "mirror/MirrorContentView.h"
 #include "mirror/MirrorHost.h"
@@ -29,7 +31,8 @@ struct LiveDotState;
 /// One mirror: the floating panel that shows one window of another program, the views in it, and
 /// the stream that feeds it. Lives on the main thread; only `handleSample` and the answers of the
 /// capture service run elsewhere. Views, callbacks, timer and stream hold it weakly, so whoever
-/// keeps it decides how long it lives.
+/// keeps it decides how long it lives. Once closed it counts as gone, whoever still holds it: its
+/// commands do nothing, and answers and frames that arrive start and show nothing.
 class WindowMirrorHUDController : public platform::RepresentedObject,
                                   public std::enable_shared_from_this<WindowMirrorHUDController> {
  public:
@@ -49,13 +52,15 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   /// Orders the panel in without activating the program, and starts capture and the freshness
   /// timer.
   void show();
-  /// Stops everything and closes the panel. Does not call `onClosed`.
+  /// Stops everything and closes the panel, for good. Does not call `onClosed`.
   void close();
   /// Lays out the views for the card's size.
   void relayout();
 
   // Commands.
 
+  /// Unrolls the panel and brings it to the front, without activating the program.
+  void bringForward();
   /// Flips between the full panel and its title bar alone; the top edge stays.
   void toggleRollUp();
   void toggleRollUpMenu();
@@ -128,8 +133,8 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   platform::Date lastFrameAt() const { return lastFrameAt_; }
   const std::shared_ptr<platform::Timer>& freshnessTimer() const { return freshnessTimer_; }
   /// Pixels. Any thread.
-  std::int64_t captureWidth() const { return captureWidth_.load(); }
-  std::int64_t captureHeight() const { return captureHeight_.load(); }
+  std::int64_t captureWidth() const { return captureSize_.load().width; }
+  std::int64_t captureHeight() const { return captureSize_.load().height; }
   double titleBarHeight() const { return panelTitleBarHeight; }
   /// The source's width over its height.
   double aspect() const { return aspect_; }
@@ -150,6 +155,12 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   WindowMirrorHUDController(const platform::ShareableWindow& window, OnClosed onClosed,
                             std::weak_ptr<MirrorHost> host);
 
+  /// Any thread.
+  bool isClosed() const { return closed_.load(); }
+  /// The mirror unless it is gone or closed. Any thread.
+  static std::shared_ptr<WindowMirrorHUDController> ifOpen(
+      const std::weak_ptr<WindowMirrorHUDController>& mirror);
+
   void buildUI();
   void buildCard();
   void setCardCallbacks();
@@ -165,9 +176,8 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   void restoreParkedWindow();
 
   double panelBackingScale() const;
-  platform::StreamConfiguration streamConfiguration() const;
   void receiveShareableContent(const platform::ShareableContent* content, double backingScale);
-  void startStream(const platform::WindowRecord& source);
+  void startStream(const platform::WindowRecord& source, CaptureSize size);
   void streamDidStart(const std::optional<platform::Error>& error);
   void showStatusOnMain(std::string text);
   void showFrame(std::shared_ptr<const platform::Image> image);
@@ -201,12 +211,13 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   std::optional<platform::Point> savedOrigin_;
   std::unique_ptr<VirtualDisplayHost> virtualHost_;
 
+  std::atomic<bool> closed_ = false;  // set on main
+
   // Stored by the capture service's answer, or on main, and read on main; `lastImage_` is stored on
   // main and read on sampleQueue_.
   platform::Guarded<std::shared_ptr<platform::Stream>> stream_;
   platform::Guarded<std::shared_ptr<StreamOutput>> streamOutput_;
-  platform::Guarded<std::int64_t> captureWidth_;
-  platform::Guarded<std::int64_t> captureHeight_;
+  platform::Guarded<CaptureSize> captureSize_;
   platform::Guarded<std::shared_ptr<const platform::Image>> lastImage_;
 };
 

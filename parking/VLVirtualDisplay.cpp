@@ -1,5 +1,6 @@
 #include "parking/VLVirtualDisplay.h"
 
+#include <optional>
 #include <ostream>
 #include <sstream>
 #include <utility>
@@ -32,9 +33,18 @@ platform::Size sizeInMillimeters(std::int32_t width, std::int32_t height) {
   return {millimeters(width), millimeters(height)};
 }
 
+/// What a message answered; none when it is of another type.
+template <class T>
+std::optional<T> answer(const platform::RuntimeValue& value) {
+  const T* const content = std::get_if<T>(&value);
+  return content == nullptr ? std::nullopt : std::optional<T>(*content);
+}
+
+/// Null when the class makes none.
 std::shared_ptr<RuntimeObject> makeDescriptor(RuntimeClass& itsClass, std::int32_t width,
                                               std::int32_t height, const std::string& name) {
   auto descriptor = itsClass.make();
+  if (!descriptor) return nullptr;
   descriptor->send("setQueue:", {userInteractiveQueue});
   descriptor->send("setName:", {name});
   descriptor->send("setMaxPixelsWide:", {static_cast<std::uint32_t>(width)});
@@ -47,13 +57,16 @@ std::shared_ptr<RuntimeObject> makeDescriptor(RuntimeClass& itsClass, std::int32
   return descriptor;
 }
 
+/// Null when one of the classes makes none.
 std::shared_ptr<RuntimeObject> makeSettings(RuntimeClass& itsClass, RuntimeClass& itsModeClass,
                                             std::int32_t width, std::int32_t height) {
   auto settings = itsClass.make();
+  if (!settings) return nullptr;
   settings->send("setHiDPI:", {true});
   const auto mode = itsModeClass.make(
       "initWithWidth:height:refreshRate:",
       {static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), 60.0});
+  if (!mode) return nullptr;
   settings->send("setModes:", {std::vector{mode}});
   return settings;
 }
@@ -93,12 +106,14 @@ bool VLVirtualDisplay::createWithWidth(std::int32_t width, std::int32_t height,
   if (!descriptors || !settings || !modes || !displays) return false;
 
   const auto descriptor = makeDescriptor(*descriptors, width, height, name);
+  if (!descriptor) return false;
   const auto display = displays->make("initWithDescriptor:", {descriptor});
   if (!display) return false;
   const auto wanted = makeSettings(*settings, *modes, width, height);
-  if (!std::get<bool>(display->send("applySettings:", {wanted}))) return false;
+  if (!wanted) return false;
+  if (!answer<bool>(display->send("applySettings:", {wanted})).value_or(false)) return false;
   display_ = display;
-  displayID_ = std::get<std::uint32_t>(display->send("displayID"));
+  displayID_ = answer<std::uint32_t>(display->send("displayID")).value_or(0);
   return displayID_ != 0;
 }
 

@@ -20,7 +20,8 @@ class VLVirtualDisplay {
   /// What the system has of the classes: a line for each class, property and selector.
   static std::string diagnostics();
 
-  /// A live display of that size in pixels; null when it cannot be made.
+  /// A live display of that size in pixels; null when it cannot be made, or when the classes do not
+  /// answer as they are known to.
   static std::unique_ptr<VLVirtualDisplay> displayWithWidth(std::int32_t width, std::int32_t height,
                                                             const std::string& name);
 

@@ -1,20 +1,9 @@
 #include "platform/Menu.h"
 
-#include "platform/Application.h"
-
 namespace vistrel::platform {
 
-MenuAction MenuAction::upResponderChain(std::string selector) {
-  MenuAction action;
-  action.selector_ = std::move(selector);
-  action.handler_ = [name = action.selector_](const MenuItem&) {
-    Application::shared().sendAction(name);
-  };
-  return action;
-}
-
 std::shared_ptr<MenuItem> MenuItem::separatorItem() {
-  auto item = std::make_shared<MenuItem>("", MenuAction(), "");
+  auto item = std::make_shared<MenuItem>("", Action(), "");
   item->separator_ = true;
   item->enabled_ = false;
   return item;
@@ -41,7 +30,7 @@ void Menu::itemsDidChange() {
 void performAction(const std::shared_ptr<MenuItem>& item) {
   // What the action does may drop the one reference that `item` stands for.
   const auto chosen = item;  // NOLINT(performance-unnecessary-copy-initialization)
-  if (chosen->isEnabled()) chosen->action().send(*chosen);
+  if (chosen->isEnabled()) chosen->action().send(chosen.get());
 }
 
 }  // namespace vistrel::platform

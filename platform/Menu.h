@@ -1,14 +1,14 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/Action.h"
+
 namespace vistrel::platform {
 
-class MenuItem;
 class Menu;
 
 /// Fills a menu each time it is about to open. Held weakly by the menu.
@@ -26,45 +26,6 @@ class MenuPeer {
   virtual void itemsDidChange() = 0;
 };
 
-/// What a menu item does when chosen: a selector's name, and the handler of a target that is held
-/// weakly and may be given the item. Choosing locks the target for the length of the call, so a
-/// command may drop its own target.
-class MenuAction {
- public:
-  MenuAction() = default;
-
-  template <class Target>
-  MenuAction(std::string selector, std::weak_ptr<Target> target,
-             void (Target::*handler)(const MenuItem& sender))
-      : selector_(std::move(selector)),
-        target_(target),
-        handler_([target, handler](const MenuItem& sender) {
-          if (const auto strong = target.lock()) (strong.get()->*handler)(sender);
-        }) {}
-  template <class Target>
-  MenuAction(std::string selector, std::weak_ptr<Target> target, void (Target::*handler)())
-      : selector_(std::move(selector)), target_(target), handler_([target, handler](const auto&) {
-          if (const auto strong = target.lock()) (strong.get()->*handler)();
-        }) {}
-
-  /// Without a target: whichever object of the responder chain knows the selector performs it (see
-  /// `Application::sendAction`).
-  static MenuAction upResponderChain(std::string selector);
-
-  /// Empty when there is nothing to do.
-  const std::string& selector() const { return selector_; }
-  std::shared_ptr<const void> target() const { return target_.lock(); }
-  void send(const MenuItem& sender) const {
-    // A copy: the item that holds this action may go while the handler runs.
-    if (const auto handler = handler_) handler(sender);
-  }
-
- private:
-  std::string selector_;
-  std::weak_ptr<const void> target_;
-  std::function<void(const MenuItem&)> handler_;
-};
-
 /// Anything that an item stands for; the receiver asks for its own type by `dynamic_pointer_cast`.
 class RepresentedObject {
  public:
@@ -79,7 +40,7 @@ enum class MenuItemState { off = 0, on = 1 };
 class MenuItem {
  public:
   /// `keyEquivalent` is a lower-case letter that is pressed with Command, or empty.
-  MenuItem(std::string title, MenuAction action, std::string keyEquivalent)
+  MenuItem(std::string title, Action action, std::string keyEquivalent)
       : title_(std::move(title)),
         action_(std::move(action)),
         keyEquivalent_(std::move(keyEquivalent)) {}
@@ -88,7 +49,7 @@ class MenuItem {
   bool isSeparatorItem() const { return separator_; }
 
   const std::string& title() const { return title_; }
-  const MenuAction& action() const { return action_; }
+  const Action& action() const { return action_; }
   const std::string& keyEquivalent() const { return keyEquivalent_; }
   bool isEnabled() const { return enabled_; }
   void setEnabled(bool enabled) { enabled_ = enabled; }
@@ -107,7 +68,7 @@ class MenuItem {
 
  private:
   std::string title_;
-  MenuAction action_;
+  Action action_;
   std::string keyEquivalent_;
   bool separator_ = false;
   bool enabled_ = true;

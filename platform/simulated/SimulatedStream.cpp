@@ -56,6 +56,7 @@ void StreamTap::record(StreamCall::Kind kind, StreamOutputType type) {
 std::optional<Error> StreamTap::addOutput(std::shared_ptr<StreamOutputHandler> handler,
                                           StreamOutputType type,
                                           std::shared_ptr<DispatchQueue> queue) {
+  if (script_.whenAddingOutput) script_.whenAddingOutput();
   const std::scoped_lock lock(mutex_);
   record(StreamCall::Kind::addOutput, type);
   if (script_.addingOutputFails) return script_.addingOutputFails;

@@ -22,6 +22,8 @@ struct StreamCall {
 
 /// What a stream is to do when asked, fixed when it is made.
 struct StreamScript {
+  /// Is called when an output is being added, by whichever thread adds it.
+  Block whenAddingOutput;
   std::optional<Error> addingOutputFails;
   std::optional<Error> startFails;
 };

@@ -45,8 +45,11 @@ std::string inWords(const std::string& className, std::string_view selector,
 class JournaledObject : public RuntimeObject {
  public:
   JournaledObject(std::string className, std::shared_ptr<RuntimeObject> object,
-                  CallJournal& journal)
-      : className_(std::move(className)), object_(std::move(object)), journal_(journal) {}
+                  const OddVirtualDisplayClasses& oddities, CallJournal& journal)
+      : className_(std::move(className)),
+        object_(std::move(object)),
+        oddities_(oddities),
+        journal_(journal) {}
 
   RuntimeValue send(std::string_view selector, const Arguments& arguments) override;
   const std::shared_ptr<RuntimeObject>& object() const { return object_; }
@@ -54,6 +57,7 @@ class JournaledObject : public RuntimeObject {
  private:
   const std::string className_;
   const std::shared_ptr<RuntimeObject> object_;
+  const OddVirtualDisplayClasses& oddities_;
   CallJournal& journal_;
 };
 
@@ -77,13 +81,19 @@ Arguments inner(Arguments arguments) {
 
 RuntimeValue JournaledObject::send(std::string_view selector, const Arguments& arguments) {
   journal_.push_back(inWords(className_, selector, arguments));
-  return object_->send(selector, inner(arguments));
+  auto answer = object_->send(selector, inner(arguments));
+  const auto odd = oddities_.answers.find(selector);
+  return odd == oddities_.answers.end() ? answer : odd->second;
 }
 
 class JournaledClass : public RuntimeClass {
  public:
-  JournaledClass(std::string name, std::shared_ptr<RuntimeClass> itsClass, CallJournal& journal)
-      : name_(std::move(name)), class_(std::move(itsClass)), journal_(journal) {}
+  JournaledClass(std::string name, std::shared_ptr<RuntimeClass> itsClass,
+                 const OddVirtualDisplayClasses& oddities, CallJournal& journal)
+      : name_(std::move(name)),
+        class_(std::move(itsClass)),
+        oddities_(oddities),
+        journal_(journal) {}
 
   std::vector<RuntimeProperty> properties() const override { return class_->properties(); }
   std::vector<std::string> selectors() const override { return class_->selectors(); }
@@ -91,14 +101,16 @@ class JournaledClass : public RuntimeClass {
   std::shared_ptr<RuntimeObject> make(std::string_view initializer,
                                       const Arguments& arguments) override {
     journal_.push_back(inWords(name_, initializer, arguments));
+    if (oddities_.makingNothing.contains(name_)) return nullptr;
     auto object = class_->make(initializer, inner(arguments));
     if (!object) return nullptr;
-    return std::make_shared<JournaledObject>(name_, std::move(object), journal_);
+    return std::make_shared<JournaledObject>(name_, std::move(object), oddities_, journal_);
   }
 
  private:
   const std::string name_;
   const std::shared_ptr<RuntimeClass> class_;
+  const OddVirtualDisplayClasses& oddities_;
   CallJournal& journal_;
 };
 
@@ -145,7 +157,8 @@ SimulatedVirtualDisplays::SimulatedVirtualDisplays(SimulatedDisplays& displays,
 std::shared_ptr<RuntimeClass> SimulatedVirtualDisplays::classNamed(const std::string& name) {
   if (missing_.contains(name)) return nullptr;
   auto found = classes_.classNamed(name);
-  return found ? std::make_shared<JournaledClass>(name, std::move(found), journal_) : nullptr;
+  if (!found) return nullptr;
+  return std::make_shared<JournaledClass>(name, std::move(found), oddities_, journal_);
 }
 
 }  // namespace vistrel::platform::simulated

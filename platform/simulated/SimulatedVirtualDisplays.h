@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -57,6 +59,14 @@ class SimulatedVirtualDisplayServer
   std::set<DisplayID> live_;
 };
 
+/// Where the classes are not as they are known.
+struct OddVirtualDisplayClasses {
+  /// The names of those that make no objects.
+  std::set<std::string> makingNothing;
+  /// What objects answer to these selectors in place of what the class answers.
+  std::map<std::string, RuntimeValue, std::less<>> answers;
+};
+
 /// The classes, with every message to them and their objects in the journal, as in
 /// "CGVirtualDisplayDescriptor setMaxPixelsWide: 1280". Main thread.
 class SimulatedVirtualDisplays : public VirtualDisplayBackend {
@@ -65,6 +75,7 @@ class SimulatedVirtualDisplays : public VirtualDisplayBackend {
 
   /// The system has no classes of these names from now on.
   void setMissing(std::set<std::string> names) { missing_ = std::move(names); }
+  void setOddities(OddVirtualDisplayClasses oddities) { oddities_ = std::move(oddities); }
   SimulatedVirtualDisplayServer& server() { return *server_; }
 
   std::shared_ptr<RuntimeClass> classNamed(const std::string& name) override;
@@ -74,6 +85,7 @@ class SimulatedVirtualDisplays : public VirtualDisplayBackend {
   VirtualDisplayClasses classes_;
   CallJournal& journal_;
   std::set<std::string> missing_;
+  OddVirtualDisplayClasses oddities_;
 };
 
 }  // namespace vistrel::platform::simulated

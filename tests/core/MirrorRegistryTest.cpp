@@ -148,6 +148,44 @@ TEST_F(MirrorRegistryTest, ClosesAllMirrorsFromTheMenu) {
   EXPECT_THAT(manager_->mirrors(), IsEmpty());
 }
 
+class ClosingCallsOutTest : public MirrorRegistryTest {
+ protected:
+  /// Opens mirrors of parked windows; `reaction` comes while closing them moves the first one home.
+  void openParkedMirrors(const std::function<void()>& reaction) {
+    for (int i = 0; i < 3; ++i) {
+      const auto source = openSource();
+      manager_->mirror(source);
+      mirrorOf(source).toggleKeepAwake();
+      panels_.push_back(mirrorOf(source).panel());
+    }
+    desktop_.accessibility().setWhenTold([this, reaction](WindowID) {
+      if (!std::exchange(hasReacted_, true)) reaction();
+    });
+  }
+  void expectAllClosed() {
+    for (const auto& panel : panels_) EXPECT_FALSE(panel->isVisible());
+  }
+
+  std::vector<std::shared_ptr<platform::Window>> panels_;
+  bool hasReacted_ = false;
+};
+
+TEST_F(ClosingCallsOutTest, MirrorOpenedMeanwhileStaysOpen) {
+  const auto opened = openSource();
+  openParkedMirrors([&] { manager_->mirror(opened); });
+  manager_->closeAll();
+  expectAllClosed();
+  ASSERT_EQ(manager_->mirrors().size(), 1U);
+  EXPECT_TRUE(mirrorOf(opened).panel()->isVisible());
+}
+
+TEST_F(ClosingCallsOutTest, AllMayBeClosedMeanwhile) {
+  openParkedMirrors([&] { manager_->closeAll(); });
+  manager_->closeAll();
+  expectAllClosed();
+  EXPECT_THAT(manager_->mirrors(), IsEmpty());
+}
+
 TEST_F(MirrorRegistryTest, ClosingWithoutAnyMirrorIsHarmless) {
   manager_->closeAll();
   EXPECT_THAT(manager_->mirrors(), IsEmpty());

@@ -1,5 +1,6 @@
 #include <atomic>
 #include <gtest/gtest.h>
+#include <latch>
 #include <thread>
 
 #include "catalogue/WindowMirrorManager.h"
@@ -40,6 +41,25 @@ TEST_F(ThreadedCoreTest, ClosesTenThousandMirrorsDuringTheirStart) {
   desktop_.drain();
   EXPECT_THAT(windows().windowsFrontToBack(), IsEmpty());
   for (const auto& stream : capture().streams()) ASSERT_FALSE(stream->isHeld());
+}
+
+TEST_F(ThreadedCoreTest, StopsAStreamWhoseMirrorIsClosedWhileItIsMade) {
+  std::latch isMade(1);
+  std::latch isClosed(1);
+  capture().scriptStreams({.whenAddingOutput = [&] {
+    isMade.count_down();
+    isClosed.wait();
+  }});
+  manager_->mirror(openSource());
+  const auto mirror = manager_->mirrors().begin()->second;
+  isMade.wait();
+  mirror->close();
+  isClosed.count_down();
+  desktop_.drain();
+  EXPECT_THAT(
+      capture().lastStream()->steps(),
+      ElementsAre(StreamCall::Kind::addOutput, StreamCall::Kind::start, StreamCall::Kind::stop));
+  EXPECT_FALSE(capture().lastStream()->isHeld());
 }
 
 TEST_F(ThreadedCoreTest, RecapturesWhileFramesArrive) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/Action.h"
+#include "platform/Menu.h"
 
 namespace vistrel::platform {
 namespace {
@@ -31,6 +31,26 @@ TEST(Action, DoesNothingWhenEmpty) {
   const Action action;
   action.send();
   EXPECT_EQ(action.selector(), "");
+}
+
+struct Reader {
+  std::vector<std::string> titles;
+  void read(const MenuItem& sender) { titles.push_back(sender.title()); }
+};
+
+TEST(Action, GivesItsTargetTheLineThatWasChosen) {
+  const auto reader = std::make_shared<Reader>();
+  const Action action("read:", std::weak_ptr(reader), &Reader::read);
+  const MenuItem line("One", {}, "");
+  action.send(&line);
+  EXPECT_EQ(reader->titles, std::vector<std::string>{"One"});
+}
+
+TEST(Action, ThatWantsALineDoesNothingForAControl) {
+  const auto reader = std::make_shared<Reader>();
+  const Action action("read:", std::weak_ptr(reader), &Reader::read);
+  action.send();
+  EXPECT_TRUE(reader->titles.empty());
 }
 
 struct Suicidal {

@@ -13,7 +13,7 @@ struct Chooser {
 struct FillingDelegate : MenuDelegate {
   void menuNeedsUpdate(Menu& menu) override {
     menu.removeAllItems();
-    menu.addItem(std::make_shared<MenuItem>("filled", MenuAction(), ""));
+    menu.addItem(std::make_shared<MenuItem>("filled", Action(), ""));
   }
 };
 
@@ -24,16 +24,16 @@ struct CountingPeer : MenuPeer {
 };
 
 std::shared_ptr<MenuItem> plainItem(const std::string& title) {
-  return std::make_shared<MenuItem>(title, MenuAction(), "");
+  return std::make_shared<MenuItem>(title, Action(), "");
 }
 
 std::shared_ptr<MenuItem> itemFor(const std::shared_ptr<Chooser>& chooser) {
   return std::make_shared<MenuItem>(
-      "One", MenuAction("choose:", std::weak_ptr(chooser), &Chooser::choose), "");
+      "One", Action("choose:", std::weak_ptr(chooser), &Chooser::choose), "");
 }
 
 TEST(MenuItem, IsEnabledAndStandsForNothingAtFirst) {
-  const MenuItem item("Title", MenuAction(), "n");
+  const MenuItem item("Title", Action(), "n");
   EXPECT_TRUE(item.isEnabled());
   EXPECT_EQ(item.keyEquivalent(), "n");
   EXPECT_EQ(item.representedObject(), nullptr);
@@ -92,7 +92,7 @@ TEST(MenuItem, MayDropItsMenuAndItsTargetWhileItRuns) {
   dropper->self = dropper;
   dropper->menu = std::make_shared<Menu>("Menu");
   dropper->menu->addItem(
-      std::make_shared<MenuItem>("Drop", MenuAction("drop", weak, &Dropper::drop), ""));
+      std::make_shared<MenuItem>("Drop", Action("drop", weak, &Dropper::drop), ""));
   performAction(dropper->menu->items().front());
   EXPECT_EQ(dropper->calls, 1);
   EXPECT_EQ(dropper->menu, nullptr);

@@ -122,6 +122,18 @@ TEST_F(MirrorWorthyWindowsTest, InterleavesApplicationsThatDifferInCaseAlone) {
   EXPECT_THAT(listed({named(1, "foo", "b"), named(2, "Foo", "a")}), ElementsAre(1, 2));
 }
 
+TEST_F(MirrorWorthyWindowsTest, SortsNeighboursOfOneSpellingByTitleAndMovesNoneOverAnother) {
+  EXPECT_THAT(listed({named(1, "Foo", "d"), named(2, "Foo", "c"), named(3, "foo", "b"),
+                      named(4, "Foo", "b"), named(5, "Foo", "a"), named(6, "FOO", "z")}),
+              ElementsAre(2, 1, 3, 5, 4, 6));
+}
+
+TEST_F(MirrorWorthyWindowsTest, CountsAsNeighboursThoseWithOtherApplicationsBetweenThem) {
+  EXPECT_THAT(listed({named(1, "Foo", "b"), named(2, "Bar", "x"), named(3, "Foo", "a"),
+                      named(4, "foo", "c"), named(5, "Zoo", "x"), named(6, "Foo", "a")}),
+              ElementsAre(2, 3, 1, 4, 6, 5));
+}
+
 class RandomWindows {
  public:
   explicit RandomWindows(unsigned seed) : random_(seed) {}
@@ -137,7 +149,8 @@ class RandomWindows {
   std::size_t below(std::size_t limit) { return random_() % limit; }
 
   WindowRecord one(WindowID id) {
-    static const char* const names[] = {"alpha", "Beta", "gamma", "Ärger", "жук"};
+    static const char* const names[] = {"alpha", "Alpha", "Beta",  "BETA", "beta",
+                                        "gamma", "Ärger", "ärger", "жук",  "Жук"};
     static const char* const titles[] = {"", " ", "a", "A", "b", "Ж", "ж", "zebra"};
     const double widths[] = {79.9, 80, 500};
     const double heights[] = {59.9, 60, 500};
@@ -156,7 +169,20 @@ class RandomWindows {
   std::mt19937 random_;
 };
 
-/// The rules one after the other, and a sort that moves one window at a time.
+/// Swaps neighbours as long as any are the wrong way round.
+template <class Precedes>
+void swapNeighbours(std::vector<WindowRecord>& windows, const Precedes& precedes) {
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (std::size_t i = 1; i < windows.size(); ++i) {
+      if (!precedes(windows[i], windows[i - 1])) continue;
+      std::swap(windows[i], windows[i - 1]);
+      changed = true;
+    }
+  }
+}
+
+/// The rules one after the other, and sorts that move one window at a time.
 std::vector<WindowRecord> naively(const std::vector<WindowRecord>& windows) {
   std::vector<WindowRecord> kept;
   for (const auto& w : windows) {
@@ -169,17 +195,17 @@ std::vector<WindowRecord> naively(const std::vector<WindowRecord>& windows) {
   const auto name = [](const WindowRecord& w) {
     return w->owningApplication ? w->owningApplication->applicationName : std::string();
   };
-  const auto precedes = [&name](const WindowRecord& a, const WindowRecord& b) {
-    const bool byTitle = name(a) == name(b);
-    return platform::localizedCaseInsensitiveCompare(byTitle ? *a->title : name(a),
-                                                     byTitle ? *b->title : name(b)) ==
-           platform::ComparisonResult::ascending;
+  const auto isAscending = [](const std::string& a, const std::string& b) {
+    return platform::localizedCaseInsensitiveCompare(a, b) == platform::ComparisonResult::ascending;
   };
-  for (std::size_t i = 1; i < kept.size(); ++i) {
-    for (std::size_t j = i; j > 0 && precedes(kept[j], kept[j - 1]); --j) {
-      std::swap(kept[j], kept[j - 1]);
-    }
-  }
+  const auto byName = [&](const WindowRecord& a, const WindowRecord& b) {
+    return isAscending(name(a), name(b));
+  };
+  const auto byTitle = [&](const WindowRecord& a, const WindowRecord& b) {
+    return name(a) == name(b) && isAscending(*a->title, *b->title);
+  };
+  swapNeighbours(kept, byName);
+  swapNeighbours(kept, byTitle);
   return kept;
 }
 

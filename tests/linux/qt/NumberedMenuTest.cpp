@@ -14,7 +14,7 @@ using testing::ElementsAre;
 std::shared_ptr<Menu> menuOf(const std::vector<std::string>& titles) {
   auto menu = std::make_shared<Menu>("");
   for (const std::string& title : titles) {
-    auto item = std::make_shared<MenuItem>(title, MenuAction(), "");
+    auto item = std::make_shared<MenuItem>(title, Action(), "");
     if (title.ends_with('>')) item->setSubmenu(menuOf({"inner"}));
     menu->addItem(item);
   }
@@ -44,7 +44,7 @@ QString labelOf(const std::string& title) {
 
 TEST(NumberedMenuTest, DescribesEachKindOfLine) {
   EXPECT_EQ(onlyLineOf(MenuItem::separatorItem()), (QVariantMap{{"type", "separator"}}));
-  const auto item = std::make_shared<MenuItem>("a", MenuAction(), "");
+  const auto item = std::make_shared<MenuItem>("a", Action(), "");
   EXPECT_EQ(onlyLineOf(item), (QVariantMap{{"label", "a"}}));
   item->setEnabled(false);
   EXPECT_EQ(onlyLineOf(item), (QVariantMap{{"label", "a"}, {"enabled", false}}));

@@ -31,7 +31,7 @@ struct Filler : MenuDelegate {
   void fill(Menu& menu) const {
     menu.removeAllItems();
     for (const std::string& title : titles) {
-      menu.addItem(std::make_shared<MenuItem>(title, MenuAction(), ""));
+      menu.addItem(std::make_shared<MenuItem>(title, Action(), ""));
     }
   }
 };
@@ -42,7 +42,7 @@ class ShownMenuTest : public testing::Test {
 
   std::shared_ptr<MenuItem> add(const std::string& title, const std::string& key = "") {
     auto item = std::make_shared<MenuItem>(
-        title, MenuAction("choose:", std::weak_ptr(chooser_), &Chooser::choose), key);
+        title, Action("choose:", std::weak_ptr(chooser_), &Chooser::choose), key);
     menu_->addItem(item);
     return item;
   }
@@ -201,7 +201,7 @@ TEST_F(ShownMenuTest, ALineThatStaysStandsForTheNewItem) {
 
 TEST_F(ShownMenuTest, ShowsSubmenus) {
   const auto submenu = std::make_shared<Menu>("Scale");
-  submenu->addItem(std::make_shared<MenuItem>("25%", MenuAction(), ""));
+  submenu->addItem(std::make_shared<MenuItem>("25%", Action(), ""));
   add("Scale")->setSubmenu(submenu);
   const ShownMenu shown(menu_);
   ASSERT_NE(shown.actions().front()->menu(), nullptr);

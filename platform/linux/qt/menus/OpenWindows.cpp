@@ -24,8 +24,7 @@ class WindowLister : public Menu, public MenuDelegate {
   std::shared_ptr<MenuItem> itemFor(const std::shared_ptr<Window>& window) const {
     auto item = std::make_shared<MenuItem>(
         window->title(),
-        MenuAction("makeKeyAndOrderFront:", std::weak_ptr(window), &Window::makeKeyAndOrderFront),
-        "");
+        Action("makeKeyAndOrderFront:", std::weak_ptr(window), &Window::makeKeyAndOrderFront), "");
     if (window.get() == windows_.keyWindow()) item->setState(MenuItemState::on);
     return item;
   }
