@@ -176,7 +176,7 @@ std::optional<Screen> Window::screen() const { return screenShowing(frame_, scre
 double Window::backingScaleFactor() const {
   const auto shown = screen();
   const auto used = shown ? shown : mainScreen();
-  return used ? used->backingScaleFactor : 1;
+  return used ? used->backingScaleFactor : backingScaleWithoutScreen;
 }
 
 void Window::layoutIfNeeded() { contentView_->layoutSubtreeIfNeeded(); }

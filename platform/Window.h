@@ -107,6 +107,7 @@ class Window : public std::enable_shared_from_this<Window> {
 
   /// The screen that shows most of the window.
   std::optional<Screen> screen() const;
+  /// Pixels per point of that screen, else of the main one.
   double backingScaleFactor() const;
 
   void layoutIfNeeded();

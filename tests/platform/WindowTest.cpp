@@ -103,7 +103,7 @@ TEST_F(WindowTest, StaysWhereItIsWhenThereIsNoScreenToCentreOn) {
   window_->center();
   EXPECT_EQ(window_->frame(), rect(10, 20, 300, 200));
   EXPECT_EQ(window_->screen(), std::nullopt);
-  EXPECT_EQ(window_->backingScaleFactor(), 1);
+  EXPECT_EQ(window_->backingScaleFactor(), 2);
 }
 
 TEST_F(WindowTest, HasTheScaleOfItsScreenElseOfTheMainOne) {
