@@ -39,7 +39,7 @@ platform::StreamConfiguration streamConfiguration(CaptureSize size) {
 void WindowMirrorHUDController::startCapture() {
   // The panel's screen is main's to ask; the service answers elsewhere.
   platform::getShareableContent(
-      /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/false,
+      platform::DesktopWindows::included, platform::ListedWindows::all,
       [weak = weak_from_this(), scale = panel_->backingScaleFactor()](
           const std::shared_ptr<const ShareableContent>& content, const std::optional<Error>&) {
         if (const auto self = ifOpen(weak)) self->receiveShareableContent(content.get(), scale);

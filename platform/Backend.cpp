@@ -62,9 +62,9 @@ bool preflightScreenCaptureAccess() {
 
 bool requestScreenCaptureAccess() { return backend().screenCapture().requestScreenCaptureAccess(); }
 
-void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+void getShareableContent(DesktopWindows desktopWindows, ListedWindows listedWindows,
                          ShareableContentCompletion completion) {
-  backend().screenCapture().getShareableContent(excludingDesktopWindows, onScreenWindowsOnly,
+  backend().screenCapture().getShareableContent(desktopWindows, listedWindows,
                                                 std::move(completion));
 }
 

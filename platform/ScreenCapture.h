@@ -61,11 +61,17 @@ struct ShareableContent {
 using ShareableContentCompletion = std::function<void(
     std::shared_ptr<const ShareableContent> content, std::optional<Error> error)>;
 
+/// Whether the windows of the desktop itself, such as its wallpaper, are listed.
+enum class DesktopWindows { included, excluded };
+
+/// Which windows are listed by where they are.
+enum class ListedWindows { all, onScreen };
+
 /// Asks for the windows that can be captured. The completion comes exactly once, on a queue of the
 /// service's choosing, never on the main thread and never from within this call; it also comes when
 /// the display server is lost. The service needs nothing from the main thread, so the main thread
 /// may wait for it. Any thread.
-void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+void getShareableContent(DesktopWindows desktopWindows, ListedWindows listedWindows,
                          ShareableContentCompletion completion);
 
 /// A time as a fraction of seconds.
