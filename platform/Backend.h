@@ -144,6 +144,14 @@ class AccessibilityBackend {
   virtual GetWindowNumber windowNumberFunctionNamed(const std::string& symbol) = 0;
 };
 
+/// Where the process says what no window is there to say. What it must do is said in
+/// StandardError.h.
+class StandardErrorBackend {
+ public:
+  virtual ~StandardErrorBackend() = default;
+  virtual void write(const std::string& text) = 0;
+};
+
 /// One desktop, behind which everything above this folder runs.
 class Backend {
  public:
@@ -155,6 +163,7 @@ class Backend {
   virtual DisplayBackend& displays() = 0;
   virtual VirtualDisplayBackend& virtualDisplays() = 0;
   virtual AccessibilityBackend& accessibility() = 0;
+  virtual StandardErrorBackend& standardError() = 0;
   /// Made when it is first asked for, and not before.
   virtual Application& application() = 0;
 };
