@@ -97,7 +97,7 @@ void WindowMirrorHUDController::stopCapture() {
 
 void WindowMirrorHUDController::handleSample(const platform::SampleBuffer& sample) {
   assert(sampleQueue_->isCurrent());
-  if (!sample.isValid() || !isCompleteFrame(sample.sampleAttachments())) return;
+  if (!sample.isValid() || !isCompleteFrame(sample.frameStatus())) return;
   const auto frame = sample.imageBuffer();
   if (!frame) return;
   if (lastImage_.load() && isMostlyBlank(*frame)) return;

@@ -2,11 +2,9 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "platform/Dispatch.h"
@@ -111,19 +109,14 @@ enum class FrameStatus : std::int64_t {
   stopped = 5,
 };
 
-/// The attachment that carries a `FrameStatus` as an integer.
-inline constexpr const char* streamFrameInfoStatus = "SCStreamUpdateFrameStatus";
-
-using AttachmentValue = std::variant<std::int64_t, double, std::string>;
-using SampleAttachments = std::map<std::string, AttachmentValue>;
-
 /// One delivery of a stream. Immutable.
 class SampleBuffer {
  public:
   virtual ~SampleBuffer() = default;
   virtual bool isValid() const = 0;
-  /// One dictionary per sample; none when the buffer carries no such array.
-  virtual const std::optional<std::vector<SampleAttachments>>& sampleAttachments() const = 0;
+  /// The `FrameStatus`, or a value beyond those, that the buffer's first attachments carry. None
+  /// where there are no attachments, no status among them, or one that is no integer.
+  virtual std::optional<std::int64_t> frameStatus() const = 0;
   /// Null for samples without a picture.
   virtual std::shared_ptr<const PixelBuffer> imageBuffer() const = 0;
 };

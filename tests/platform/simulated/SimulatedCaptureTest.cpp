@@ -256,13 +256,9 @@ TEST_F(SimulatedCaptureTest, FramesLieAsScripted) {
   EXPECT_TRUE(SimulatedSample({.image = blackPixels(2, 2)}).isValid());
   EXPECT_FALSE(SimulatedSample({.image = blackPixels(2, 2), .valid = false}).isValid());
   EXPECT_EQ(SimulatedSample({.image = nullptr}).imageBuffer(), nullptr);
-  EXPECT_FALSE(SimulatedSample({.attachments = std::nullopt}).sampleAttachments());
-  const SimulatedSample idle(frameWithStatus(blackPixels(2, 2), std::int64_t{1}));
-  EXPECT_EQ(
-      std::get<std::int64_t>(idle.sampleAttachments().value().front().at(streamFrameInfoStatus)),
-      1);
-  const SimulatedSample damaged(frameWithWrongDamage(blackPixels(2, 2)));
-  EXPECT_EQ(damaged.sampleAttachments().value().front().size(), 2U);
+  EXPECT_EQ(SimulatedSample({.status = std::nullopt}).frameStatus(), std::nullopt);
+  EXPECT_EQ(SimulatedSample({.status = 1}).frameStatus(), 1);
+  EXPECT_EQ(SimulatedSample({}).frameStatus(), 0);
 }
 
 }  // namespace
