@@ -9,6 +9,7 @@
 #include "platform/Dispatch.h"
 #include "platform/Displays.h"
 #include "platform/Screen.h"
+#include "platform/StandardError.h"
 
 namespace vistrel {
 
@@ -16,14 +17,12 @@ using platform::Application;
 
 namespace {
 
-using Write = std::function<void(const std::string& text)>;
-
 /// For how long a new display is given to come online, in seconds, and in what slices.
 constexpr double patience = 2.5;
 constexpr double slice = 0.05;
 
-int runDiagnostics(const Write& write) {
-  write(VLVirtualDisplay::diagnostics());
+int runDiagnostics() {
+  platform::writeToStandardError(VLVirtualDisplay::diagnostics());
   return 0;
 }
 
@@ -53,12 +52,12 @@ SelfTestFindings tryVirtualDisplay(Application& application) {
   return findings;
 }
 
-int runVirtualDisplayTest(const Write& write) {
+int runVirtualDisplayTest() {
   Application& application = Application::shared();
   application.setActivationPolicy(platform::ActivationPolicy::regular);
   application.finishLaunching();
   const SelfTestFindings findings = tryVirtualDisplay(application);
-  write(selfTestReport(findings));
+  platform::writeToStandardError(selfTestReport(findings));
   const bool isOnline =
       findings.bounds.width() > 0 && findings.onlineBefore < platform::onlineDisplayCount();
   return isOnline ? 0 : 1;
@@ -75,8 +74,8 @@ std::optional<SelfTest> selfTestAskedFor(const std::vector<std::string>& argumen
   return std::nullopt;
 }
 
-int run(SelfTest test, const Write& write) {
-  return test == SelfTest::diagnostics ? runDiagnostics(write) : runVirtualDisplayTest(write);
+int run(SelfTest test) {
+  return test == SelfTest::diagnostics ? runDiagnostics() : runVirtualDisplayTest();
 }
 
 }  // namespace vistrel

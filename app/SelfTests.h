@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,8 +15,8 @@ enum class SelfTest {
 /// The one that the process's arguments (program path included) ask for, if any.
 std::optional<SelfTest> selfTestAskedFor(const std::vector<std::string>& arguments);
 
-/// Calls `write` once, with all that the test has to say, and answers the program's exit status.
-/// Main thread.
-int run(SelfTest test, const std::function<void(const std::string& text)>& write);
+/// Writes all that the test has to say to standard error, as one text, and answers the program's
+/// exit status. Main thread.
+int run(SelfTest test);
 
 }  // namespace vistrel

@@ -23,15 +23,10 @@ void runApplication() {
   app->run();
 }
 
-/// Standard error is not buffered, so each text goes out in one write.
-void writeToStandardError(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stderr);
-}
-
 int runSelfTest(SelfTest test, int argc, char** argv) {
   const auto backend = platform::makeSelfTestBackend(argc, argv);
   const platform::BackendInstallation installation(*backend);
-  return run(test, writeToStandardError);
+  return run(test);
 }
 
 }  // namespace

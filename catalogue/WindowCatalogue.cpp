@@ -18,7 +18,7 @@ bool WindowMirrorManager::isScreenCaptureAllowed() {
 
 void WindowMirrorManager::requestWindows(WindowsAnswer answer) {
   platform::getShareableContent(
-      /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/true,
+      platform::DesktopWindows::included, platform::ListedWindows::onScreen,
       [weak = weak_from_this(), answer = std::move(answer)](
           const std::shared_ptr<const ShareableContent>& content, const std::optional<Error>&) {
         const auto self = weak.lock();

@@ -7,7 +7,6 @@
 #include "mirror/Freshness.h"
 #include "mirror/LiveDotColors.h"
 #include "mirror/WindowMirrorHUDController.h"
-#include "platform/Screen.h"
 
 namespace vistrel {
 
@@ -37,18 +36,11 @@ platform::StreamConfiguration streamConfiguration(CaptureSize size) {
 
 }  // namespace
 
-double WindowMirrorHUDController::panelBackingScale() const {
-  constexpr double scaleWithoutScreen = 2;
-  auto screen = panel_->screen();
-  if (!screen) screen = platform::mainScreen();
-  return screen ? screen->backingScaleFactor : scaleWithoutScreen;
-}
-
 void WindowMirrorHUDController::startCapture() {
   // The panel's screen is main's to ask; the service answers elsewhere.
   platform::getShareableContent(
-      /*excludingDesktopWindows=*/false, /*onScreenWindowsOnly=*/false,
-      [weak = weak_from_this(), scale = panelBackingScale()](
+      platform::DesktopWindows::included, platform::ListedWindows::all,
+      [weak = weak_from_this(), scale = panel_->backingScaleFactor()](
           const std::shared_ptr<const ShareableContent>& content, const std::optional<Error>&) {
         if (const auto self = ifOpen(weak)) self->receiveShareableContent(content.get(), scale);
       });
@@ -105,7 +97,7 @@ void WindowMirrorHUDController::stopCapture() {
 
 void WindowMirrorHUDController::handleSample(const platform::SampleBuffer& sample) {
   assert(sampleQueue_->isCurrent());
-  if (!sample.isValid() || !isCompleteFrame(sample.sampleAttachments())) return;
+  if (!sample.isValid() || !isCompleteFrame(sample.frameStatus())) return;
   const auto frame = sample.imageBuffer();
   if (!frame) return;
   if (lastImage_.load() && isMostlyBlank(*frame)) return;
@@ -135,8 +127,8 @@ void WindowMirrorHUDController::updateCaptureResolutionIfNeeded() {
   const auto stream = stream_.load();
   const std::int64_t width = captureSize_.load().width;
   if (!stream || width < 1) return;
-  const auto grown =
-      grownCaptureSize(width, panel_->frame().width(), sourcePointSize_, panelBackingScale());
+  const auto grown = grownCaptureSize(width, panel_->frame().width(), sourcePointSize_,
+                                      panel_->backingScaleFactor());
   if (!grown) return;
   captureSize_.store(*grown);
   stream->updateConfiguration(streamConfiguration(*grown), [](const std::optional<Error>&) {});

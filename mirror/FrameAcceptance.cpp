@@ -1,17 +1,12 @@
 #include "mirror/FrameAcceptance.h"
 
+#include "platform/ScreenCapture.h"
+
 namespace vistrel {
 
-using platform::FrameStatus;
-using platform::SampleAttachments;
-
-bool isCompleteFrame(const std::optional<std::vector<SampleAttachments>>& sampleAttachments) {
-  if (!sampleAttachments || sampleAttachments->empty()) return true;
-  const SampleAttachments& first = sampleAttachments->front();
-  const auto found = first.find(platform::streamFrameInfoStatus);
-  if (found == first.end()) return true;
-  const auto* status = std::get_if<std::int64_t>(&found->second);
-  return status == nullptr || *status == static_cast<std::int64_t>(FrameStatus::complete);
+bool isCompleteFrame(std::optional<std::int64_t> frameStatus) {
+  constexpr auto complete = static_cast<std::int64_t>(platform::FrameStatus::complete);
+  return frameStatus.value_or(complete) == complete;
 }
 
 }  // namespace vistrel

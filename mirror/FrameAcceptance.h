@@ -1,16 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
-#include <vector>
-
-#include "platform/ScreenCapture.h"
 
 namespace vistrel {
 
-/// Whether a sample's attachments let it be shown: the first of them carries no frame status that
-/// is an integer, or it carries the status "complete". Idle, blank, suspended, started and stopped
-/// frames are never shown.
-bool isCompleteFrame(
-    const std::optional<std::vector<platform::SampleAttachments>>& sampleAttachments);
+/// Whether a sample of that frame status may be shown: it has none, or it is "complete". Idle,
+/// blank, suspended, started and stopped frames are never shown.
+bool isCompleteFrame(std::optional<std::int64_t> frameStatus);
 
 }  // namespace vistrel

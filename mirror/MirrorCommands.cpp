@@ -31,7 +31,7 @@ void WindowMirrorHUDController::toggleRollUp() {
   panel_->setContentMinSize(rolledUp_ ? rolledUpPanelMinSize : panelMinSize);
   panel_->setFrame(
       rolledUp_ ? rolledUpFrame(frame) : rolledDownFrame(frame, frameBeforeRollUp_, aspect_),
-      /*display=*/true, /*animate=*/true);
+      platform::Redisplay::atOnce, platform::FrameChange::animated);
   card_->setNeedsLayout();
 }
 
@@ -40,7 +40,7 @@ void WindowMirrorHUDController::setScale(double factor) {
   if (rolledUp_) toggleRollUp();
   panel_->setFrame(scaledFrame(panel_->frame(), sourcePointSize_, aspect_, factor,
                                panel_->contentMinSize().width),
-                   /*display=*/true, /*animate=*/true);
+                   platform::Redisplay::atOnce, platform::FrameChange::animated);
   card_->setNeedsLayout();
 }
 

@@ -14,11 +14,10 @@ std::unique_ptr<platform::Layer> MirrorContentView::makeBackingLayer() {
 }
 
 void MirrorContentView::viewDidChangeBackingProperties() {
-  constexpr double scaleWithoutWindow = 2;
   View::viewDidChangeBackingProperties();
   if (layer() == nullptr) return;
   layer()->setContentsScale(window() != nullptr ? window()->backingScaleFactor()
-                                                : scaleWithoutWindow);
+                                                : platform::backingScaleWithoutScreen);
 }
 
 }  // namespace vistrel

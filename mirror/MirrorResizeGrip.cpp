@@ -65,7 +65,8 @@ void MirrorResizeGrip::resizePanel(const Rect& start, double wider, double talle
   if (panel == nullptr) return;
   const double width = std::max(start.width() + wider, minSize_.width);
   const double height = std::max(start.height() + taller, minSize_.height);
-  panel->setFrame(platform::rect(start.minX(), start.maxY() - height, width, height), true);
+  panel->setFrame(platform::rect(start.minX(), start.maxY() - height, width, height),
+                  platform::Redisplay::atOnce);
 }
 
 }  // namespace vistrel

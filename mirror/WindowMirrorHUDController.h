@@ -175,7 +175,6 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   void park(std::shared_ptr<platform::AccessibilityElement> window);
   void restoreParkedWindow();
 
-  double panelBackingScale() const;
   void receiveShareableContent(const platform::ShareableContent* content, double backingScale);
   void startStream(const platform::WindowRecord& source, CaptureSize size);
   void streamDidStart(const std::optional<platform::Error>& error);

@@ -6,6 +6,7 @@
 #include "platform/Application.h"
 #include "platform/Bundle.h"
 #include "platform/Event.h"
+#include "platform/StandardError.h"
 #include "platform/Workspace.h"
 
 namespace vistrel::platform {
@@ -62,9 +63,9 @@ bool preflightScreenCaptureAccess() {
 
 bool requestScreenCaptureAccess() { return backend().screenCapture().requestScreenCaptureAccess(); }
 
-void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+void getShareableContent(DesktopWindows desktopWindows, ListedWindows listedWindows,
                          ShareableContentCompletion completion) {
-  backend().screenCapture().getShareableContent(excludingDesktopWindows, onScreenWindowsOnly,
+  backend().screenCapture().getShareableContent(desktopWindows, listedWindows,
                                                 std::move(completion));
 }
 
@@ -109,6 +110,8 @@ std::optional<AccessibilityValue> makePointValue(Point point) {
 GetWindowNumber windowNumberFunctionNamed(const std::string& symbol) {
   return backend().accessibility().windowNumberFunctionNamed(symbol);
 }
+
+void writeToStandardError(const std::string& text) { backend().standardError().write(text); }
 
 bool openURL(const std::string& url) { return backend().workspace().openURL(url); }
 

@@ -39,6 +39,12 @@ class DispatchBackend {
   virtual std::shared_ptr<Semaphore> makeSemaphore(int value) = 0;
 };
 
+/// Whether a window's views are laid out in a new frame at once or when the main loop turns next.
+enum class Redisplay { later, atOnce };
+
+/// Whether a window jumps into a new frame or a person sees it change.
+enum class FrameChange { immediate, animated };
+
 /// What shows one window. Told after the window's or a view's state has changed; reads the state
 /// from the window it was made for, which outlives it. Feeds what happens back through the window's
 /// functions for peers, never from within a call that told it something; only layout passes may
@@ -51,7 +57,7 @@ class WindowPeer {
   virtual Rect frameRectForContentRect(const Rect& contentRect) const { return contentRect; }
   virtual Rect contentRectForFrameRect(const Rect& frame) const { return frame; }
   /// `frame()` has changed by code.
-  virtual void frameDidChange(bool display, bool animate) = 0;
+  virtual void frameDidChange(Redisplay redisplay, FrameChange change) = 0;
   /// Anything else that is no call of its own: title, level, behaviour, minimum size, colours.
   virtual void propertiesDidChange() = 0;
   virtual void contentViewDidChange() = 0;
@@ -87,7 +93,7 @@ class ScreenCaptureBackend {
   virtual ~ScreenCaptureBackend() = default;
   virtual bool preflightScreenCaptureAccess() = 0;
   virtual bool requestScreenCaptureAccess() = 0;
-  virtual void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+  virtual void getShareableContent(DesktopWindows desktopWindows, ListedWindows listedWindows,
                                    ShareableContentCompletion completion) = 0;
   virtual std::shared_ptr<Stream> makeStream(const ContentFilter& filter,
                                              const StreamConfiguration& configuration,
@@ -138,6 +144,14 @@ class AccessibilityBackend {
   virtual GetWindowNumber windowNumberFunctionNamed(const std::string& symbol) = 0;
 };
 
+/// Where the process says what no window is there to say. What it must do is said in
+/// StandardError.h.
+class StandardErrorBackend {
+ public:
+  virtual ~StandardErrorBackend() = default;
+  virtual void write(const std::string& text) = 0;
+};
+
 /// One desktop, behind which everything above this folder runs.
 class Backend {
  public:
@@ -149,6 +163,7 @@ class Backend {
   virtual DisplayBackend& displays() = 0;
   virtual VirtualDisplayBackend& virtualDisplays() = 0;
   virtual AccessibilityBackend& accessibility() = 0;
+  virtual StandardErrorBackend& standardError() = 0;
   /// Made when it is first asked for, and not before.
   virtual Application& application() = 0;
 };

@@ -17,14 +17,6 @@ void Control::invalidateIntrinsicContentSize() {
   }
 }
 
-template <class Value>
-void Control::assign(Value& field, Value value) {
-  if (field == value) return;
-  field = std::move(value);
-  invalidateIntrinsicContentSize();
-  didChange(ViewChange::appearance);
-}
-
 Label::Label(std::string text) : text_(std::move(text)) {
   setAccessibilityRole(AccessibilityRole::staticText);
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Action.h"
@@ -22,9 +23,14 @@ class Control : public View {
  protected:
   /// To be called when what the size depends on has changed.
   void invalidateIntrinsicContentSize();
-  /// Sets a field that shows, telling layout and peer when it changes. Defined for this folder.
+  /// Sets a field that shows, telling layout and peer when it changes.
   template <class Value>
-  void assign(Value& field, Value value);
+  void assign(Value& field, Value value) {
+    if (field == value) return;
+    field = std::move(value);
+    invalidateIntrinsicContentSize();
+    didChange(ViewChange::appearance);
+  }
 };
 
 /// Text that a person reads and cannot edit.

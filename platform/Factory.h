@@ -27,7 +27,7 @@ BackendOrFailure makeBackend(int argc, char** argv, Instances instances);
 
 /// The same for the program's self-tests, which must also run where there is no desktop: it then
 /// has no screens, no displays and no classes for virtual ones. They use its application, screens,
-/// displays, virtual displays and dispatch alone. Never null. Main thread, once.
+/// displays, virtual displays, dispatch and standard error alone. Never null. Main thread, once.
 std::unique_ptr<Backend> makeSelfTestBackend(int argc, char** argv);
 
 }  // namespace vistrel::platform

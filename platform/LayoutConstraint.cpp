@@ -1,7 +1,6 @@
 #include "platform/LayoutConstraint.h"
 
 #include <array>
-#include <map>
 #include <optional>
 
 #include "platform/View.h"
@@ -98,7 +97,7 @@ class Solver {
   }
 
   void applyFrames() {
-    for (auto& [view, spans] : spans_) {
+    for (const auto& [view, spans] : views_) {
       if (view == &container_) continue;
       const auto& [horizontal, vertical] = spans;
       const double y = container_.isFlipped()
@@ -109,6 +108,11 @@ class Solver {
   }
 
  private:
+  struct Entry {
+    View* view;
+    std::array<Span, 2> spans;  // horizontal, vertical
+  };
+
   struct Link {
     View* first;
     Anchor firstAnchor;
@@ -120,7 +124,7 @@ class Solver {
   };
 
   void settleContainer() {
-    auto& [horizontal, vertical] = spans_[&container_];
+    auto& [horizontal, vertical] = spansOf(&container_);
     horizontal.set(Anchor::minimum, 0);
     horizontal.set(Anchor::maximum, container_.bounds().width());
     vertical.set(Anchor::minimum, 0);
@@ -133,13 +137,21 @@ class Solver {
     if (!first || !second) return;
     const Place a = placeOf(constraint.firstAttribute);
     const Place b = placeOf(constraint.secondAttribute);
-    spans_.try_emplace(first.get());
-    spans_.try_emplace(second.get());
+    spansOf(first.get());
+    spansOf(second.get());
     links_.push_back(
         {first.get(), a.anchor, second.get(), b.anchor, a.vertical, constraint.constant});
   }
 
-  Span& span(View* view, bool vertical) { return spans_.at(view)[vertical ? 1 : 0]; }
+  /// Of a view that is entered when it is first asked for.
+  std::array<Span, 2>& spansOf(View* view) {
+    for (Entry& entry : views_) {
+      if (entry.view == view) return entry.spans;
+    }
+    return views_.emplace_back(Entry{view, {}}).spans;
+  }
+
+  Span& span(View* view, bool vertical) { return spansOf(view)[vertical ? 1 : 0]; }
 
   void propagate() {
     for (bool changed = true; changed;) {
@@ -161,10 +173,11 @@ class Solver {
     return true;
   }
 
-  /// Prefers a span that no constraint waits to tell more about, and one that has a place already.
+  /// Prefers a span that no constraint waits to tell more about, and one that has a place already;
+  /// among equals the view that the constraints name first.
   bool settleOneByIntrinsicLength() {
     Candidate best;
-    for (auto& [view, spans] : spans_) {
+    for (const auto& [view, spans] : views_) {
       for (const bool vertical : {false, true}) {
         const Span& open = spans[vertical ? 1 : 0];
         if (open.isSettled()) continue;
@@ -193,7 +206,7 @@ class Solver {
   };
 
   View& container_;
-  std::map<View*, std::array<Span, 2>> spans_;
+  std::vector<Entry> views_;  // in the order in which the constraints name them
   std::vector<Link> links_;
 };
 

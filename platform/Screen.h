@@ -18,6 +18,9 @@ struct Screen {
   friend bool operator==(const Screen&, const Screen&) = default;
 };
 
+/// Pixels per point where there is no screen to ask: what is made then is sharp on any.
+inline constexpr double backingScaleWithoutScreen = 2;
+
 /// All screens, the primary one first. Main thread, or a capture service's thread: backends answer
 /// from a copy that the main thread keeps.
 std::vector<Screen> screens();

@@ -2,11 +2,9 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "platform/Dispatch.h"
@@ -61,11 +59,17 @@ struct ShareableContent {
 using ShareableContentCompletion = std::function<void(
     std::shared_ptr<const ShareableContent> content, std::optional<Error> error)>;
 
+/// Whether the windows of the desktop itself, such as its wallpaper, are listed.
+enum class DesktopWindows { included, excluded };
+
+/// Which windows are listed by where they are.
+enum class ListedWindows { all, onScreen };
+
 /// Asks for the windows that can be captured. The completion comes exactly once, on a queue of the
 /// service's choosing, never on the main thread and never from within this call; it also comes when
 /// the display server is lost. The service needs nothing from the main thread, so the main thread
 /// may wait for it. Any thread.
-void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+void getShareableContent(DesktopWindows desktopWindows, ListedWindows listedWindows,
                          ShareableContentCompletion completion);
 
 /// A time as a fraction of seconds.
@@ -105,19 +109,14 @@ enum class FrameStatus : std::int64_t {
   stopped = 5,
 };
 
-/// The attachment that carries a `FrameStatus` as an integer.
-inline constexpr const char* streamFrameInfoStatus = "SCStreamUpdateFrameStatus";
-
-using AttachmentValue = std::variant<std::int64_t, double, std::string>;
-using SampleAttachments = std::map<std::string, AttachmentValue>;
-
 /// One delivery of a stream. Immutable.
 class SampleBuffer {
  public:
   virtual ~SampleBuffer() = default;
   virtual bool isValid() const = 0;
-  /// One dictionary per sample; none when the buffer carries no such array.
-  virtual const std::optional<std::vector<SampleAttachments>>& sampleAttachments() const = 0;
+  /// The `FrameStatus`, or a value beyond those, that the buffer's first attachments carry. None
+  /// where there are no attachments, no status among them, or one that is no integer.
+  virtual std::optional<std::int64_t> frameStatus() const = 0;
   /// Null for samples without a picture.
   virtual std::shared_ptr<const PixelBuffer> imageBuffer() const = 0;
 };

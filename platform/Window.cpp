@@ -50,15 +50,15 @@ Window::Window(Kind kind, const Rect& contentRect, std::uint64_t styleMask, Back
 
 Window::~Window() { contentView_->window_ = nullptr; }
 
-void Window::setFrame(const Rect& frame, bool display, bool animate) {
+void Window::setFrame(const Rect& frame, Redisplay redisplay, FrameChange change) {
   adoptFrame(frame);
-  peer_->frameDidChange(display, animate);
-  if (display) layoutIfNeeded();
+  peer_->frameDidChange(redisplay, change);
+  if (redisplay == Redisplay::atOnce) layoutIfNeeded();
 }
 
 void Window::setFrameOrigin(Point origin) {
   frame_.origin = origin;
-  peer_->frameDidChange(/*display=*/false, /*animate=*/false);
+  peer_->frameDidChange(Redisplay::later, FrameChange::immediate);
 }
 
 void Window::center() {
@@ -116,7 +116,9 @@ void Window::setContentMinSize(Size size) {
 
 void Window::setFrameAutosaveName(std::string name) {
   frameAutosaveName_ = std::move(name);
-  if (const auto saved = peer_->adoptAutosavedFrame(frameAutosaveName_)) setFrame(*saved, true);
+  if (const auto saved = peer_->adoptAutosavedFrame(frameAutosaveName_)) {
+    setFrame(*saved, Redisplay::atOnce);
+  }
 }
 
 void Window::setContentView(std::shared_ptr<View> view) {
@@ -176,7 +178,7 @@ std::optional<Screen> Window::screen() const { return screenShowing(frame_, scre
 double Window::backingScaleFactor() const {
   const auto shown = screen();
   const auto used = shown ? shown : mainScreen();
-  return used ? used->backingScaleFactor : 1;
+  return used ? used->backingScaleFactor : backingScaleWithoutScreen;
 }
 
 void Window::layoutIfNeeded() { contentView_->layoutSubtreeIfNeeded(); }

@@ -55,7 +55,8 @@ class Window : public std::enable_shared_from_this<Window> {
   /// The whole window in screen space, as last asked for or as a person last made it. After an
   /// animated change it reads as final at once.
   const Rect& frame() const { return frame_; }
-  void setFrame(const Rect& frame, bool display, bool animate = false);
+  void setFrame(const Rect& frame, Redisplay redisplay,
+                FrameChange change = FrameChange::immediate);
   void setFrameOrigin(Point origin);
   /// Puts the window in the middle of its screen.
   void center();
@@ -107,6 +108,7 @@ class Window : public std::enable_shared_from_this<Window> {
 
   /// The screen that shows most of the window.
   std::optional<Screen> screen() const;
+  /// Pixels per point of that screen, else of the main one.
   double backingScaleFactor() const;
 
   void layoutIfNeeded();

@@ -8,6 +8,7 @@ namespace vistrel::platform {
 using namespace linux_desktop;
 
 BackendOrFailure makeBackend(int /*argc*/, char** argv, Instances instances) {
+  openMissingStandardStreams();
   // Before the toolkit, which ends the process when it finds no display.
   auto [desktop, failure] = X11Desktop::connect(instances);
   if (!desktop) return {nullptr, failure};
@@ -18,6 +19,7 @@ BackendOrFailure makeBackend(int /*argc*/, char** argv, Instances instances) {
 }
 
 std::unique_ptr<Backend> makeSelfTestBackend(int /*argc*/, char** argv) {
+  openMissingStandardStreams();
   auto [desktop, failure] = X11Desktop::connect(Instances::any);
   if (!desktop) return makeBackendWithoutDisplay();
   return std::make_unique<LinuxBackend>(std::move(desktop), argv[0]);

@@ -5,6 +5,7 @@
 
 #include "platform/Backend.h"
 #include "platform/VirtualDisplayClasses.h"
+#include "platform/linux/StandardError.h"
 #include "platform/linux/X11Desktop.h"
 #include "platform/linux/qt/QtDesktop.h"
 
@@ -20,8 +21,8 @@ class LinuxBackend final : public Backend {
         programPath_(programPath),
         virtualDisplays_(desktop_->virtualDisplays()) {}
 
-  /// The toolkit comes with the application object. Until then there are displays, and classes for
-  /// virtual ones, alone.
+  /// The toolkit comes with the application object. Until then there are displays, classes for
+  /// virtual ones, and standard error alone.
   Application& application() override {
     if (!qt_) qt_ = QtDesktop::start(programPath_, *desktop_);
     return qt_->application();
@@ -34,11 +35,13 @@ class LinuxBackend final : public Backend {
   DisplayBackend& displays() override { return desktop_->displays(); }
   VirtualDisplayBackend& virtualDisplays() override { return virtualDisplays_; }
   AccessibilityBackend& accessibility() override { return desktop_->accessibility(); }
+  StandardErrorBackend& standardError() override { return standardError_; }
 
  private:
   std::unique_ptr<X11Desktop> desktop_;  // outlives the toolkit, whose windows it draws
   char* const programPath_;
   VirtualDisplayClasses virtualDisplays_;
+  StandardError standardError_;
   std::unique_ptr<QtDesktop> qt_;
 };
 

@@ -7,6 +7,7 @@
 #include "platform/Application.h"
 #include "platform/Menu.h"
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/StandardError.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -80,12 +81,14 @@ class BackendWithoutDisplay final : public Backend {
   ScreenCaptureBackend& screenCapture() override { std::abort(); }
   WorkspaceBackend& workspace() override { std::abort(); }
   AccessibilityBackend& accessibility() override { std::abort(); }
+  StandardErrorBackend& standardError() override { return standardError_; }
 
  private:
   Clock dispatch_;
   NoScreens windows_;
   NoDisplays displays_;
   NoVirtualDisplays virtualDisplays_;
+  StandardError standardError_;
   EventlessApplication application_;
 };
 

@@ -24,7 +24,7 @@ class PanelPeer final : public WindowPeer {
 
   Rect frameRectForContentRect(const Rect& contentRect) const override;
   Rect contentRectForFrameRect(const Rect& frame) const override;
-  void frameDidChange(bool display, bool animate) override;
+  void frameDidChange(Redisplay redisplay, FrameChange change) override;
   void propertiesDidChange() override;
   void contentViewDidChange() override;
   void viewDidChange(View& view, ViewChange change) override;

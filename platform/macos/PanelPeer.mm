@@ -102,9 +102,11 @@ Rect PanelPeer::contentRectForFrameRect(const Rect& frame) const {
   return coreRect([panel_ contentRectForFrameRect:cgRect(frame)]);
 }
 
-void PanelPeer::frameDidChange(bool display, bool animate) {
+void PanelPeer::frameDidChange(Redisplay redisplay, FrameChange change) {
   const Telling telling(*this);
-  [panel_ setFrame:cgRect(window_.frame()) display:display animate:animate];
+  [panel_ setFrame:cgRect(window_.frame())
+           display:redisplay == Redisplay::atOnce
+           animate:change == FrameChange::animated];
 }
 
 void PanelPeer::propertiesDidChange() {

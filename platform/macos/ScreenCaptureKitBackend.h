@@ -9,7 +9,7 @@ class ScreenCaptureKitBackend final : public ScreenCaptureBackend {
  public:
   bool preflightScreenCaptureAccess() override;
   bool requestScreenCaptureAccess() override;
-  void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+  void getShareableContent(DesktopWindows desktopWindows, ListedWindows listedWindows,
                            ShareableContentCompletion completion) override;
   std::shared_ptr<Stream> makeStream(const ContentFilter& filter,
                                      const StreamConfiguration& configuration,

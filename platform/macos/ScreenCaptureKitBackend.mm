@@ -20,12 +20,12 @@ bool ScreenCaptureKitBackend::requestScreenCaptureAccess() {
   return CGRequestScreenCaptureAccess();
 }
 
-void ScreenCaptureKitBackend::getShareableContent(bool excludingDesktopWindows,
-                                                  bool onScreenWindowsOnly,
+void ScreenCaptureKitBackend::getShareableContent(DesktopWindows desktopWindows,
+                                                  ListedWindows listedWindows,
                                                   ShareableContentCompletion completion) {
   [SCShareableContent
-      getShareableContentExcludingDesktopWindows:excludingDesktopWindows
-                             onScreenWindowsOnly:onScreenWindowsOnly
+      getShareableContentExcludingDesktopWindows:desktopWindows == DesktopWindows::excluded
+                             onScreenWindowsOnly:listedWindows == ListedWindows::onScreen
                                completionHandler:^(SCShareableContent* content, NSError* error) {
                                  completion(content != nil ? shareableContent(content) : nullptr,
                                             coreError(error));

@@ -100,7 +100,8 @@ std::optional<Error> ScreenCaptureKitStream::addStreamOutput(
                            type:static_cast<SCStreamOutputType>(type)
              sampleHandlerQueue:systemQueue(*sampleHandlerQueue)
                           error:&error]) {
-    return coreError(error);
+    // It may have failed without saying why.
+    return coreError(error).value_or(Error{});
   }
   callbacks_->handler = std::move(handler);
   sampleHandlerQueue_ = std::move(sampleHandlerQueue);

@@ -10,6 +10,7 @@
 #include "platform/simulated/SimulatedDesktop.h"
 #include "platform/simulated/SimulatedDispatch.h"
 #include "platform/simulated/SimulatedDisplays.h"
+#include "platform/simulated/SimulatedStandardError.h"
 #include "platform/simulated/SimulatedVirtualDisplays.h"
 #include "platform/simulated/SimulatedWorkspace.h"
 #include "platform/simulated/VirtualTimeDispatch.h"
@@ -35,6 +36,7 @@ class SimulatedBackend : public Backend {
   SimulatedDisplays& displays() override { return displays_; }
   SimulatedVirtualDisplays& virtualDisplays() override { return virtualDisplays_; }
   SimulatedAccessibility& accessibility() override { return accessibility_; }
+  SimulatedStandardError& standardError() override { return standardError_; }
   SimulatedApplication& application() override { return application_; }
 
   /// The calls to displays, virtual displays and Accessibility in their order.
@@ -58,6 +60,7 @@ class SimulatedBackend : public Backend {
   SimulatedDisplays displays_{journal_};
   SimulatedVirtualDisplays virtualDisplays_{displays_, journal_};
   SimulatedAccessibility accessibility_{capture_, journal_};
+  SimulatedStandardError standardError_;
   SimulatedApplication application_;
 };
 

@@ -132,16 +132,18 @@ std::vector<WindowRecord> SimulatedCapture::listed(const ContentRequest& request
   std::vector<WindowRecord> records;
   for (const SourceWindow& window : windows_) {
     const ShareableWindow& facts = *window.record;
-    if (request.onScreenWindowsOnly && !facts.isOnScreen) continue;
-    if (request.excludingDesktopWindows && facts.windowLayer < 0) continue;
+    if (request.listedWindows == ListedWindows::onScreen && !facts.isOnScreen) continue;
+    const bool isOfDesktop = facts.windowLayer < 0;
+    if (request.desktopWindows == DesktopWindows::excluded && isOfDesktop) continue;
     records.push_back(window.record);
   }
   return records;
 }
 
-void SimulatedCapture::getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+void SimulatedCapture::getShareableContent(DesktopWindows desktopWindows,
+                                           ListedWindows listedWindows,
                                            ShareableContentCompletion completion) {
-  const ContentRequest request{excludingDesktopWindows, onScreenWindowsOnly};
+  const ContentRequest request{desktopWindows, listedWindows};
   std::shared_ptr<const ShareableContent> content;
   std::optional<Error> error;
   {

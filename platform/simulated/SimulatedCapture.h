@@ -17,8 +17,8 @@ namespace vistrel::platform::simulated {
 
 /// One question for the shareable content.
 struct ContentRequest {
-  bool excludingDesktopWindows = false;
-  bool onScreenWindowsOnly = false;
+  DesktopWindows desktopWindows = DesktopWindows::included;
+  ListedWindows listedWindows = ListedWindows::all;
 
   friend bool operator==(const ContentRequest&, const ContentRequest&) = default;
 };
@@ -68,7 +68,7 @@ class SimulatedCapture : public ScreenCaptureBackend {
 
   bool preflightScreenCaptureAccess() override;
   bool requestScreenCaptureAccess() override;
-  void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+  void getShareableContent(DesktopWindows desktopWindows, ListedWindows listedWindows,
                            ShareableContentCompletion completion) override;
   std::shared_ptr<Stream> makeStream(const ContentFilter& filter,
                                      const StreamConfiguration& configuration,

@@ -63,15 +63,4 @@ Pixels unreachablePixels(std::int64_t width, std::int64_t height) {
                                            std::vector<std::uint8_t>{});
 }
 
-Frame frameWithStatus(Pixels image, AttachmentValue status) {
-  return {.image = std::move(image),
-          .attachments = {{{{streamFrameInfoStatus, std::move(status)}}}}};
-}
-
-Frame frameWithWrongDamage(Pixels image) {
-  Frame frame{.image = std::move(image)};
-  frame.attachments->front()["SCStreamUpdateFrameDirtyRects"] = "-10 -10 99999 99999";
-  return frame;
-}
-
 }  // namespace vistrel::platform::simulated

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include "platform/Image.h"
 #include "platform/ScreenCapture.h"
@@ -30,15 +29,9 @@ Pixels unreachablePixels(std::int64_t width, std::int64_t height);
 /// What a frame source delivers; every member may lie.
 struct Frame {
   Pixels image;
-  std::optional<std::vector<SampleAttachments>> attachments =
-      std::vector<SampleAttachments>{{{streamFrameInfoStatus, std::int64_t{0}}}};
+  std::optional<std::int64_t> status = static_cast<std::int64_t>(FrameStatus::complete);
   bool valid = true;
 };
-
-/// A frame with one attachment under the status key, of any type and value.
-Frame frameWithStatus(Pixels image, AttachmentValue status);
-/// A frame that claims damage outside its picture.
-Frame frameWithWrongDamage(Pixels image);
 
 /// A frame as a sample.
 class SimulatedSample : public SampleBuffer {
@@ -46,9 +39,7 @@ class SimulatedSample : public SampleBuffer {
   explicit SimulatedSample(Frame frame) : frame_(std::move(frame)) {}
 
   bool isValid() const override { return frame_.valid; }
-  const std::optional<std::vector<SampleAttachments>>& sampleAttachments() const override {
-    return frame_.attachments;
-  }
+  std::optional<std::int64_t> frameStatus() const override { return frame_.status; }
   std::shared_ptr<const PixelBuffer> imageBuffer() const override { return frame_.image; }
 
  private:

@@ -57,10 +57,10 @@ Rect SimulatedWindowPeer::contentRectForFrameRect(const Rect& frame) const {
   return contentRect;
 }
 
-void SimulatedWindowPeer::frameDidChange(bool display, bool animate) {
+void SimulatedWindowPeer::frameDidChange(Redisplay redisplay, FrameChange change) {
   PeerCall& call = record(PeerCall::Kind::frameDidChange);
-  call.display = display;
-  call.animate = animate;
+  call.display = redisplay == Redisplay::atOnce;
+  call.animate = change == FrameChange::animated;
   saveFrame();
 }
 

@@ -4,14 +4,14 @@
 
 namespace vistrel::contract {
 
-platform::WindowRecord ContractTest::listed(platform::WindowID id, bool onScreenWindowsOnly) {
+platform::WindowRecord ContractTest::listed(platform::WindowID id, platform::ListedWindows which) {
   struct Answer {
     platform::WindowRecord record;
     std::atomic<bool> arrived = false;
   };
   const auto answer = std::make_shared<Answer>();
   platform::getShareableContent(
-      false, onScreenWindowsOnly,
+      platform::DesktopWindows::included, which,
       [answer, id](const std::shared_ptr<const platform::ShareableContent>& content, const auto&) {
         if (content) {
           for (const auto& window : content->windows) {

@@ -31,7 +31,8 @@ class ContractTest : public testing::Test {
   bool turnUntil(const std::function<bool()>& condition) { return bed_->turnUntil(condition); }
 
   /// The listed window, as it is now; null when it is not listed.
-  platform::WindowRecord listed(platform::WindowID id, bool onScreenWindowsOnly = false);
+  platform::WindowRecord listed(platform::WindowID id,
+                                platform::ListedWindows which = platform::ListedWindows::all);
 
   const std::unique_ptr<ContractBed> bed_;
 };

@@ -69,7 +69,7 @@ TEST_F(DesktopContract, GivesAWindowTheContentItWasAskedFor) {
 TEST_F(DesktopContract, KeepsFramesByName) {
   auto window = makeWindow();
   window->setFrameAutosaveName("ContractWindow");
-  window->setFrame(rect(120, 90, 480, 360), true);
+  window->setFrame(rect(120, 90, 480, 360), platform::Redisplay::atOnce);
   window.reset();
   bool turned = false;
   platform::mainQueue().async([&turned] { turned = true; });

@@ -52,14 +52,14 @@ TEST_F(ListingContract, NeverChangesARecordThatWasHandedOut) {
 
 TEST_F(ListingContract, ListsAHiddenWindowOnlyAmongAllWindows) {
   const auto source = bed_->openSource({});
-  EXPECT_NE(listed(source->id(), true), nullptr);
+  EXPECT_NE(listed(source->id(), platform::ListedWindows::onScreen), nullptr);
   source->hide();
-  EXPECT_EQ(listed(source->id(), true), nullptr);
-  const auto record = listed(source->id(), false);
+  EXPECT_EQ(listed(source->id(), platform::ListedWindows::onScreen), nullptr);
+  const auto record = listed(source->id());
   ASSERT_NE(record, nullptr);
   EXPECT_FALSE(record->isOnScreen);
   source->show();
-  EXPECT_NE(listed(source->id(), true), nullptr);
+  EXPECT_NE(listed(source->id(), platform::ListedWindows::onScreen), nullptr);
 }
 
 TEST_F(ListingContract, ForgetsAWindowThatWasClosed) {
@@ -75,10 +75,12 @@ TEST_F(ListingContract, AnswersOnceAndNeverOnMain) {
     std::atomic<bool> onMain = false;
   };
   const auto answers = std::make_shared<Answers>();
-  platform::getShareableContent(false, true, [answers](const auto&, const auto&) {
-    answers->onMain = platform::mainQueue().isCurrent();
-    ++answers->count;
-  });
+  platform::getShareableContent(platform::DesktopWindows::included,
+                                platform::ListedWindows::onScreen,
+                                [answers](const auto&, const auto&) {
+                                  answers->onMain = platform::mainQueue().isCurrent();
+                                  ++answers->count;
+                                });
   ASSERT_TRUE(turnUntil([&answers] { return answers->count > 0; }));
   listed(0);  // long enough for a second answer to show
   EXPECT_EQ(answers->count, 1);
@@ -87,7 +89,8 @@ TEST_F(ListingContract, AnswersOnceAndNeverOnMain) {
 
 TEST_F(ListingContract, AnswersWhileTheMainThreadWaits) {
   const auto answered = platform::makeSemaphore(0);
-  platform::getShareableContent(false, true,
+  platform::getShareableContent(platform::DesktopWindows::included,
+                                platform::ListedWindows::onScreen,
                                 [answered](const auto&, const auto&) { answered->signal(); });
   EXPECT_TRUE(answered->wait(60));
 }

@@ -86,7 +86,7 @@ TEST_F(PanelContract, FollowsFramesSetByCode) {
   ASSERT_TRUE(eventuallyShown());
   for (const platform::Rect& frame :
        {rect(250, 320, 320, 240), rect(250, 280, 300, 26), rect(240, 200, 400, 310)}) {
-    panel_->setFrame(frame, true, true);
+    panel_->setFrame(frame, platform::Redisplay::atOnce, platform::FrameChange::animated);
     EXPECT_EQ(panel_->frame(), frame);
     EXPECT_TRUE(turnUntil([&] { return bed_->factsOf(*panel_).frame == frame; }));
     EXPECT_EQ(panel_->frame(), frame);

@@ -49,8 +49,7 @@ class Sink : public platform::StreamOutputHandler, public platform::StreamDelega
     ranElsewhere_ = ranElsewhere_ || !queue || !queue->isCurrent();
     beganAfterStop_ = beganAfterStop_ || stopped_;
     if (type != StreamOutputType::screen || !sample.isValid() || !sample.imageBuffer()) return;
-    const auto& attachments = sample.sampleAttachments();
-    if (attachments && !attachments->empty()) lastAttachments_ = attachments->front();
+    lastStatus_ = sample.frameStatus();
     lastColors_ = quadrantsOf(*sample.imageBuffer());
   }
   void streamDidStopWithError(Stream&, const Error&) override {}
@@ -59,7 +58,7 @@ class Sink : public platform::StreamOutputHandler, public platform::StreamDelega
   bool ranElsewhere() const { return read(ranElsewhere_); }
   bool beganAfterStop() const { return read(beganAfterStop_); }
   std::optional<Quadrants> lastColors() const { return read(lastColors_); }
-  platform::SampleAttachments lastAttachments() const { return read(lastAttachments_); }
+  std::optional<std::int64_t> lastStatus() const { return read(lastStatus_); }
   bool shows(const Quadrants& colors) const {
     const auto shown = lastColors();
     return shown && similar(*shown, colors);
@@ -83,7 +82,7 @@ class Sink : public platform::StreamOutputHandler, public platform::StreamDelega
   bool stopped_ = false;
   bool beganAfterStop_ = false;
   std::optional<Quadrants> lastColors_;
-  platform::SampleAttachments lastAttachments_;
+  std::optional<std::int64_t> lastStatus_;
 };
 
 /// Counts one request's completions.
@@ -161,12 +160,8 @@ TEST_F(StreamContract, DeliversCompleteFrames) {
   const auto stream = streamOf(*source);
   start(*stream);
   ASSERT_TRUE(eventuallyShows(fourColors));
-  const auto attachments = sink_->lastAttachments();
-  const auto status = attachments.find(platform::streamFrameInfoStatus);
-  if (status != attachments.end()) {
-    EXPECT_EQ(std::get<std::int64_t>(status->second),
-              static_cast<std::int64_t>(FrameStatus::complete));
-  }
+  const auto complete = static_cast<std::int64_t>(FrameStatus::complete);
+  EXPECT_EQ(sink_->lastStatus().value_or(complete), complete);
   stop(*stream);
 }
 

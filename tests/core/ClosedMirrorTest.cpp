@@ -73,14 +73,6 @@ TEST_F(ClosedMirrorTest, StartThatCompletesLaterLeavesTheStatusAsItIs) {
   EXPECT_EQ(status(), "text");
 }
 
-TEST_F(ClosedMirrorTest, SampleThatArrivesLaterIsDropped) {
-  showMirror();
-  stream()->deliver({.image = brightPixels()});
-  mirror_->close();
-  desktop_.turnMainQueue();
-  EXPECT_EQ(shownImage(), nullptr);
-}
-
 TEST_F(ClosedMirrorTest, FrameOnItsWayToMainIsDropped) {
   showMirror();
   stream()->deliver({.image = brightPixels()});

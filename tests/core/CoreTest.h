@@ -12,10 +12,13 @@
 namespace vistrel {
 
 using platform::Color;
+using platform::DesktopWindows;
 using platform::Error;
+using platform::ListedWindows;
 using platform::Point;
 using platform::rect;
 using platform::Rect;
+using platform::Redisplay;
 using platform::ShareableWindow;
 using platform::Size;
 using platform::WindowID;

@@ -13,7 +13,7 @@ class MirrorCommandsTest : public MirrorTest {
  protected:
   MirrorCommandsTest() {
     showMirror();
-    mirror_->panel()->setFrame(rect(100, 500, 340, 196), true);
+    mirror_->panel()->setFrame(rect(100, 500, 340, 196), Redisplay::atOnce);
   }
 
   /// A person clicks the picture with the right button.

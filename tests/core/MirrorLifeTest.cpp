@@ -23,7 +23,8 @@ TEST_F(MirrorLifeTest, ShowingOrdersThePanelFrontWithoutActivatingTheProgram) {
 TEST_F(MirrorLifeTest, ShowingAsksForAllWindowsAndStartsTheTimer) {
   makeMirror(openSource());
   mirror_->show();
-  EXPECT_THAT(capture().contentRequests(), ElementsAre(ContentRequest{false, false}));
+  EXPECT_THAT(capture().contentRequests(),
+              ElementsAre(ContentRequest{DesktopWindows::included, ListedWindows::all}));
   ASSERT_NE(mirror_->freshnessTimer(), nullptr);
   EXPECT_EQ(mirror_->freshnessTimer()->timeInterval(), 1.0);
 }
@@ -112,7 +113,7 @@ class RollUpTest : public MirrorTest {
  protected:
   RollUpTest() {
     showMirror();
-    mirror_->panel()->setFrame(rect(100, 500, 340, 196), true);
+    mirror_->panel()->setFrame(rect(100, 500, 340, 196), Redisplay::atOnce);
   }
 
   PeerCall lastFrameTold() {
@@ -167,7 +168,7 @@ TEST_F(RollUpTest, HidesEverythingBelowTheTitleBar) {
 }
 
 TEST_F(RollUpTest, HidesAndShowsAlsoWhenTheFrameStaysAsItIs) {
-  mirror_->panel()->setFrame(rect(100, 670, 340, 26), true);
+  mirror_->panel()->setFrame(rect(100, 670, 340, 26), Redisplay::atOnce);
   for (const bool hidden : {true, false}) {
     mirror_->toggleRollUp();
     desktop_.turnMainQueue();

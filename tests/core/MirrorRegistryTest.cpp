@@ -44,7 +44,7 @@ TEST_F(MirrorRegistryTest, BringsTheMirrorThatAWindowHasForward) {
   manager_->mirror(first);
   manager_->mirror(second);
   desktop_.turnMainQueue();
-  mirrorOf(first).panel()->setFrame(rect(5, 6, 500, 400), true);
+  mirrorOf(first).panel()->setFrame(rect(5, 6, 500, 400), Redisplay::atOnce);
   EXPECT_EQ(frontmost(), mirrorOf(second).panel().get());
   manager_->mirror(first);
   desktop_.turnMainQueue();

@@ -72,7 +72,7 @@ TEST_F(ResolutionGrowthTest, WaitsWhileThePanelIsRolledUp) {
 using FatalGrowthDeathTest = ResolutionGrowthTest;
 
 TEST_F(FatalGrowthDeathTest, PanelOfAnImpossibleWidthEndsTheProgramSilently) {
-  EXPECT_EXIT(mirror_->panel()->setFrame(rect(0, 0, 1e300, 200), true),
+  EXPECT_EXIT(mirror_->panel()->setFrame(rect(0, 0, 1e300, 200), Redisplay::atOnce),
               testing::KilledBySignal(SIGABRT), "^$");
 }
 

@@ -31,10 +31,8 @@ TEST(SelfTestOptions, AreNotGuessed) {
 class SelfTestsTest : public CoreTest {
  protected:
   int runTest(SelfTest test) {
-    return run(test, [this](const std::string& text) {
-      written_.push_back(text);
-      if (whenWritten_) whenWritten_();
-    });
+    desktop_.standardError().setWhenWritten(whenWritten_);
+    return run(test);
   }
   platform::simulated::SimulatedApplication& application() { return desktop_.application(); }
   platform::simulated::SimulatedDisplays& displays() { return desktop_.displays(); }
@@ -42,7 +40,7 @@ class SelfTestsTest : public CoreTest {
     return desktop_.virtualDisplays().server();
   }
 
-  std::vector<std::string> written_;
+  const std::vector<std::string>& written_ = desktop_.standardError().texts();
   std::function<void()> whenWritten_;
 };
 
@@ -148,12 +146,10 @@ TEST_F(SelfTestsTest, CutsTheMainEdgeTowardZero) {
 using SelfTestsDeathTest = SelfTestsTest;
 
 TEST_F(SelfTestsDeathTest, EndsTheProgramBeforeItWritesWhatIsNoInteger) {
-  const auto write = [](const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), stderr);
-  };
+  whenWritten_ = [] { std::fputs("written", stderr); };
   for (const double edge : {std::nan(""), HUGE_VAL, 0x1p63}) {
     displays().setMainBounds(rect(0, 0, edge, 900));
-    EXPECT_EXIT(run(SelfTest::virtualDisplay, write), testing::KilledBySignal(SIGABRT), "^$");
+    EXPECT_EXIT(runTest(SelfTest::virtualDisplay), testing::KilledBySignal(SIGABRT), "^$");
   }
 }
 

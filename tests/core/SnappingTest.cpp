@@ -17,7 +17,7 @@ class SnappingTest : public CoreTest {
     return *manager_->mirrors().at(source->windowID);
   }
   static void place(WindowMirrorHUDController& mirror, const Rect& frame) {
-    mirror.panel()->setFrame(frame, true);
+    mirror.panel()->setFrame(frame, Redisplay::atOnce);
   }
   /// A person drags the panel by its picture; gives where it is afterwards.
   Rect dragTo(WindowMirrorHUDController& mirror, Point origin,

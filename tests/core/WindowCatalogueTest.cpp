@@ -39,7 +39,8 @@ TEST_F(WindowCatalogueTest, FetchesTheListInOrderOnMainLater) {
   EXPECT_THAT(fetched_, IsEmpty());
   desktop_.turnMainQueue();
   EXPECT_THAT(fetched_, ElementsAre(Titles{"a", "b"}));
-  EXPECT_THAT(capture().contentRequests(), ElementsAre(ContentRequest{false, true}));
+  EXPECT_THAT(capture().contentRequests(),
+              ElementsAre(ContentRequest{DesktopWindows::included, ListedWindows::onScreen}));
 }
 
 TEST_F(WindowCatalogueTest, FetchingLeavesTheCacheAlone) {
@@ -119,7 +120,8 @@ TEST_F(WindowCatalogueTest, BlockingRefreshFillsTheCacheBeforeItReturns) {
   openSource("alpha", "a");
   manager_->refreshWindowsBlocking(0.7);
   EXPECT_EQ(titlesOf(manager_->cachedWindows()), (Titles{"a", "b"}));
-  EXPECT_THAT(capture().contentRequests(), ElementsAre(ContentRequest{false, true}));
+  EXPECT_THAT(capture().contentRequests(),
+              ElementsAre(ContentRequest{DesktopWindows::included, ListedWindows::onScreen}));
 }
 
 TEST_F(WindowCatalogueTest, BlockingRefreshMakesNoPermissionTest) {

@@ -61,7 +61,8 @@ TEST_F(MainMenuListTest, ShowsWhatWasLastKnownAtOnce) {
 
 TEST_F(MainMenuListTest, AsksForWhatIsOnScreenDesktopWindowsIncluded) {
   open();
-  EXPECT_THAT(capture().contentRequests(), ElementsAre(ContentRequest{false, true}));
+  EXPECT_THAT(capture().contentRequests(),
+              ElementsAre(ContentRequest{DesktopWindows::included, ListedWindows::onScreen}));
 }
 
 TEST_F(MainMenuListTest, KeepsWhatItShowsWhenTheServiceFails) {

@@ -37,6 +37,13 @@ ChildProcess::Command RunningVistrel::command(const std::vector<std::string>& ar
   return command;
 }
 
+ChildProcess::Command RunningVistrel::withStandardError(ChildProcess::Command command,
+                                                        const std::string& where) {
+  command.arguments.insert(command.arguments.begin(),
+                           {"/bin/sh", "-c", "exec \"$0\" \"$@\" 2>&" + where});
+  return command;
+}
+
 std::vector<xcb_window_t> RunningVistrel::windowsOnScreen() const {
   std::vector<xcb_window_t> windows = windowsOfProcess(*connection_, process_.pid());
   std::erase_if(windows, [&](xcb_window_t window) { return !isViewable(*connection_, window); });

@@ -27,6 +27,10 @@ class RunningVistrel {
   /// How to start the program with `arguments`.
   static ChildProcess::Command command(const std::vector<std::string>& arguments,
                                        std::vector<std::string> environment);
+  /// The same with standard error where the shell's `>&` leads: "-" for nowhere, or the number of a
+  /// descriptor that the program inherits.
+  static ChildProcess::Command withStandardError(ChildProcess::Command command,
+                                                 const std::string& where);
 
   ChildProcess& process() { return process_; }
   const ChildProcess& process() const { return process_; }

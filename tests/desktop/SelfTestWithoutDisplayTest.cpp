@@ -19,6 +19,15 @@ ChildProcess::Command programWith(const std::vector<std::string>& arguments) {
   return RunningVistrel::command(arguments, {});
 }
 
+/// With its standard error on that descriptor.
+ChildProcess::Command programWith(const std::vector<std::string>& arguments,
+                                  const FileDescriptor& standardError) {
+  auto command = RunningVistrel::withStandardError(programWith(arguments),
+                                                   std::to_string(standardError.get()));
+  command.inherited = {standardError.get()};
+  return command;
+}
+
 void expectEnd(ChildProcess& program, int exitStatus, const std::string& standardError) {
   const auto ending = program.waitForEnd();
   ASSERT_TRUE(ending.has_value()) << "still running";
@@ -47,12 +56,7 @@ TEST(SelfTestWithoutDisplay, TextGoesOutInOneWrite) {
   ASSERT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()), 0);
   const FileDescriptor reading(ends[0]);
   const FileDescriptor writing(ends[1]);
-  ChildProcess::Command command = programWith({"--vddiag"});
-  command.arguments.insert(
-      command.arguments.begin(),
-      {"/bin/sh", "-c", "exec \"$0\" \"$@\" 2>&" + std::to_string(writing.get())});
-  command.inherited = {writing.get()};
-  ChildProcess program(command);
+  ChildProcess program(programWith({"--vddiag"}, writing));
   expectEnd(program, 0, "");
 
   std::array<char, 4096> packet{};
@@ -60,6 +64,22 @@ TEST(SelfTestWithoutDisplay, TextGoesOutInOneWrite) {
   EXPECT_EQ(std::string(packet.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))),
             listing);
   EXPECT_EQ(::recv(reading.get(), packet.data(), packet.size(), MSG_DONTWAIT), -1);
+}
+
+TEST(SelfTestWithoutDisplay, EndsAsEverWithoutStandardError) {
+  ChildProcess diagnostics(RunningVistrel::withStandardError(programWith({"--vddiag"}), "-"));
+  ChildProcess test(RunningVistrel::withStandardError(programWith({"--vdtest"}), "-"));
+  expectEnd(diagnostics, 0, "");
+  expectEnd(test, 1, "");
+}
+
+TEST(SelfTestWithoutDisplay, EndsAsEverWhereNobodyReadsStandardError) {
+  Pipe pipe = Pipe::open();
+  pipe.readEnd = FileDescriptor();
+  ChildProcess diagnostics(programWith({"--vddiag"}, pipe.writeEnd));
+  ChildProcess test(programWith({"--vdtest"}, pipe.writeEnd));
+  expectEnd(diagnostics, 0, "");
+  expectEnd(test, 1, "");
 }
 
 }  // namespace

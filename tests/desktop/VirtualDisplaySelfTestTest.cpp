@@ -32,6 +32,15 @@ TEST_F(VirtualDisplaySelfTest, MakesADisplayAndLeavesNoTrace) {
   EXPECT_EQ(monitorReport(display_), before);
 }
 
+TEST_F(VirtualDisplaySelfTest, EndsAsEverWithoutStandardError) {
+  // The connection to the display server would get its number.
+  ChildProcess program(RunningVistrel::withStandardError(
+      RunningVistrel::command({"--vdtest"}, display_.environment()), "-"));
+  const auto ending = program.waitForEnd();
+  ASSERT_TRUE(ending.has_value());
+  EXPECT_EQ(ending->exitStatus, 0);
+}
+
 class VirtualDisplaySelfTestOnAFixedScreen : public VirtualDisplaySelfTest {
  protected:
   VirtualDisplaySelfTestOnAFixedScreen() : VirtualDisplaySelfTest(DisplayServer::fixed) {}

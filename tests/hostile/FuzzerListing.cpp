@@ -100,7 +100,9 @@ std::vector<xcb_window_t> Fuzzer::expectedIds() {
 std::string Fuzzer::wrongListing() {
   drainProgram();
   ++listings_;
-  const auto content = x11::listWindows(*lister_, names_, x11::ScreenLayout(), false, true);
+  const auto content =
+      x11::listWindows(*lister_, names_, x11::ScreenLayout(), platform::DesktopWindows::included,
+                       platform::ListedWindows::onScreen);
   std::vector<xcb_window_t> ids;
   for (const auto& each : content->windows) {
     ids.push_back(each->windowID);

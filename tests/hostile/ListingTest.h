@@ -14,9 +14,11 @@ namespace vistrel::hostile {
 /// The window list on a display where the test itself plays the window manager.
 class ListingTest : public HostileTest {
  protected:
-  std::vector<platform::WindowRecord> listedWindows(bool onScreenWindowsOnly = true) {
+  std::vector<platform::WindowRecord> listedWindows() {
     using namespace platform::linux_desktop;
-    return listWindows(*lister_, names_, ScreenLayout(), false, onScreenWindowsOnly)->windows;
+    return listWindows(*lister_, names_, ScreenLayout(), platform::DesktopWindows::included,
+                       platform::ListedWindows::onScreen)
+        ->windows;
   }
   std::vector<xcb_window_t> listedIds() {
     std::vector<xcb_window_t> ids;

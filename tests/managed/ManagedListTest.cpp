@@ -18,7 +18,7 @@ class ManagedList : public ManagedTest {
     return titles;
   }
   bool isOnScreen(const TestWindow& window) {
-    const auto record = session_.listed(window.id(), false);
+    const auto record = session_.listed(window.id(), platform::ListedWindows::all);
     return record && record->isOnScreen;
   }
 };

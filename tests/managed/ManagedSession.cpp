@@ -151,18 +151,18 @@ ManagedSession::ManagedSession(const PrivateDisplay::Options& options) : display
   }
 }
 
-std::vector<platform::WindowRecord> ManagedSession::listed(bool onScreenWindowsOnly) {
+std::vector<platform::WindowRecord> ManagedSession::listed(platform::ListedWindows which) {
   using Content = std::shared_ptr<const platform::ShareableContent>;
   const auto answer = std::make_shared<Answer<Content>>();
   desktop_->getShareableContent(
-      false, onScreenWindowsOnly,
+      platform::DesktopWindows::included, which,
       [answer](const Content& content, const std::optional<Error>&) { answer->set(content); });
   const auto content = waitFor(*answer, "the list of windows");
   return content ? content->windows : std::vector<platform::WindowRecord>{};
 }
 
-platform::WindowRecord ManagedSession::listed(xcb_window_t window, bool onScreenWindowsOnly) {
-  const auto windows = listed(onScreenWindowsOnly);
+platform::WindowRecord ManagedSession::listed(xcb_window_t window, platform::ListedWindows which) {
+  const auto windows = listed(which);
   const auto found = std::ranges::find(
       windows, window, [](const platform::WindowRecord& each) { return each->windowID; });
   return found == windows.end() ? nullptr : *found;
@@ -170,7 +170,7 @@ platform::WindowRecord ManagedSession::listed(xcb_window_t window, bool onScreen
 
 std::unique_ptr<StreamedWindow> ManagedSession::stream(xcb_window_t window,
                                                        std::function<void()> beforeReading) {
-  const auto record = listed(window, false);
+  const auto record = listed(window, platform::ListedWindows::all);
   if (!record) {
     throw std::runtime_error("the window is not listed");
   }

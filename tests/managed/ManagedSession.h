@@ -58,9 +58,11 @@ class ManagedSession {
   platform::linux_desktop::X11Desktop& desktop() { return *desktop_; }
 
   /// The windows that are listed.
-  std::vector<platform::WindowRecord> listed(bool onScreenWindowsOnly = true);
+  std::vector<platform::WindowRecord> listed(
+      platform::ListedWindows which = platform::ListedWindows::onScreen);
   /// The one with that id; null when it is not listed.
-  platform::WindowRecord listed(xcb_window_t window, bool onScreenWindowsOnly = true);
+  platform::WindowRecord listed(xcb_window_t window,
+                                platform::ListedWindows which = platform::ListedWindows::onScreen);
   std::unique_ptr<StreamedWindow> stream(xcb_window_t window,
                                          std::function<void()> beforeReading = {});
 

@@ -54,6 +54,19 @@ TEST_F(LayoutConstraintTest, StretchesBetweenTwoEdges) {
   EXPECT_EQ(view->frame(), rect(18, 145, 364, 20));
 }
 
+TEST_F(LayoutConstraintTest, ChoosesByTheOrderOfTheConstraintsWhereSeveralAreEqual) {
+  // Either view's own width would settle both.
+  const auto framesOf = [this](const std::shared_ptr<View>& left,
+                               const std::shared_ptr<View>& right) {
+    solveConstraints(*container_, {{left, trailing, right, leading, 0},
+                                   {right, centerX, left, centerX, 100}});
+    return std::pair(left->frame(), right->frame());
+  };
+  const auto one = added({50, 20});
+  const auto other = added({50, 20});
+  EXPECT_EQ(framesOf(one, other), framesOf(other, one));
+}
+
 TEST_F(LayoutConstraintTest, FollowsChainsInWhateverOrderTheyAreGiven) {
   const auto heading = added({120, 19});
   const auto status = added({60, 15});

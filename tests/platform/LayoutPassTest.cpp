@@ -53,17 +53,17 @@ TEST_F(LayoutPassTest, HappensAgainWhenItIsAskedForAgain) {
 }
 
 TEST_F(LayoutPassTest, FollowsAChangeOfSizeAndNotOneOfPlace) {
-  window_->setFrame(rect(50, 50, 100, 100), false);
+  window_->setFrame(rect(50, 50, 100, 100), Redisplay::later);
   desktop_.turnMainQueue();
   EXPECT_EQ(content_->layouts, 0);
-  window_->setFrame(rect(50, 50, 120, 100), false);
+  window_->setFrame(rect(50, 50, 120, 100), Redisplay::later);
   EXPECT_EQ(content_->layouts, 0);
   desktop_.turnMainQueue();
   EXPECT_EQ(content_->layouts, 1);
 }
 
 TEST_F(LayoutPassTest, HappensAtOnceWhenTheWindowIsDisplayed) {
-  window_->setFrame(rect(0, 0, 120, 100), true);
+  window_->setFrame(rect(0, 0, 120, 100), Redisplay::atOnce);
   EXPECT_EQ(content_->layouts, 1);
 }
 

@@ -34,7 +34,7 @@ TEST_F(WindowTest, GrowsByItsTitleBarAroundTheContent) {
   const auto titled = makeWindow(styleTitled, rect(10, 20, 300, 200));
   EXPECT_EQ(titled->frame(), rect(10, 20, 300, 200 + SimulatedWindowPeer::titleBarHeight));
   EXPECT_EQ(titled->contentView()->frame(), rect(0, 0, 300, 200));
-  titled->setFrame(rect(0, 0, 400, 300), true);
+  titled->setFrame(rect(0, 0, 400, 300), Redisplay::atOnce);
   EXPECT_EQ(titled->contentView()->frame().height(), 300 - SimulatedWindowPeer::titleBarHeight);
 }
 
@@ -44,7 +44,7 @@ TEST_F(WindowTest, CanBecomeKeyWhenItHasATitleBar) {
 }
 
 TEST_F(WindowTest, ReadsAnAnimatedFrameAsFinalAtOnce) {
-  window_->setFrame(rect(1, 2, 30, 40), true, true);
+  window_->setFrame(rect(1, 2, 30, 40), Redisplay::atOnce, FrameChange::animated);
   EXPECT_EQ(window_->frame(), rect(1, 2, 30, 40));
   EXPECT_EQ(window_->contentView()->frame(), rect(0, 0, 30, 40));
   const PeerCall told = desktop_.windows().historyOf(*window_)->calls.back();
@@ -60,7 +60,7 @@ TEST_F(WindowTest, MovesWithoutChangingItsSize) {
 
 TEST_F(WindowTest, TakesAFrameBelowItsMinimumFromCode) {
   window_->setContentMinSize({160, 120});
-  window_->setFrame(rect(0, 0, 160, 26), true);
+  window_->setFrame(rect(0, 0, 160, 26), Redisplay::atOnce);
   EXPECT_EQ(window_->frame().height(), 26);
 }
 
@@ -103,7 +103,7 @@ TEST_F(WindowTest, StaysWhereItIsWhenThereIsNoScreenToCentreOn) {
   window_->center();
   EXPECT_EQ(window_->frame(), rect(10, 20, 300, 200));
   EXPECT_EQ(window_->screen(), std::nullopt);
-  EXPECT_EQ(window_->backingScaleFactor(), 1);
+  EXPECT_EQ(window_->backingScaleFactor(), 2);
 }
 
 TEST_F(WindowTest, HasTheScaleOfItsScreenElseOfTheMainOne) {
@@ -140,7 +140,7 @@ TEST_F(WindowTest, FollowsAPersonWhoMovesOrResizesIt) {
 }
 
 TEST_F(WindowTest, IgnoresTheEchoOfItsOwnFrameRoundedToPixels) {
-  window_->setFrame(rect(10.4, 20.6, 300.5, 199.5), true);
+  window_->setFrame(rect(10.4, 20.6, 300.5, 199.5), Redisplay::atOnce);
   window_->peerDidSetFrame(rect(10, 21, 301, 199));
   EXPECT_EQ(window_->frame(), rect(10.4, 20.6, 300.5, 199.5));
   window_->peerDidSetFrame(rect(12, 21, 301, 199));

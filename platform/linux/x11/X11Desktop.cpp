@@ -84,9 +84,9 @@ class XcbDesktop : public X11Desktop {
   // The display asks nobody.
   bool requestScreenCaptureAccess() override { return preflightScreenCaptureAccess(); }
 
-  void getShareableContent(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+  void getShareableContent(DesktopWindows desktopWindows, ListedWindows listedWindows,
                            ShareableContentCompletion completion) override {
-    contentService_.request(excludingDesktopWindows, onScreenWindowsOnly, std::move(completion));
+    contentService_.request(desktopWindows, listedWindows, std::move(completion));
   }
 
   std::shared_ptr<Stream> makeStream(const ContentFilter& filter,

@@ -30,11 +30,12 @@ class SimulatedCaptureTest : public testing::Test {
  protected:
   WindowRecord recordOf(WindowID id) {
     WindowRecord found;
-    getShareableContent(false, false, [&found, id](const auto& content, const auto&) {
-      for (const auto& window : content->windows) {
-        if (window->windowID == id) found = window;
-      }
-    });
+    getShareableContent(DesktopWindows::included, ListedWindows::all,
+                        [&found, id](const auto& content, const auto&) {
+                          for (const auto& window : content->windows) {
+                            if (window->windowID == id) found = window;
+                          }
+                        });
     backend_.turnMainQueue();
     return found;
   }
@@ -65,9 +66,10 @@ TEST_F(SimulatedCaptureTest, ListsWindowsAsTheyWereWhenAsked) {
   capture_.changeWindow(window_, [](ShareableWindow& window) { window.title = "Changed"; });
   capture_.answers().hold(Request::content);
   std::vector<std::string> titles;
-  getShareableContent(false, false, [&titles](const auto& content, const auto&) {
-    titles.push_back(*content->windows.front()->title);
-  });
+  getShareableContent(DesktopWindows::included, ListedWindows::all,
+                      [&titles](const auto& content, const auto&) {
+                        titles.push_back(*content->windows.front()->title);
+                      });
   capture_.closeWindow(window_);
   capture_.answers().release(Request::content);
   backend_.turnMainQueue();
@@ -78,27 +80,28 @@ TEST_F(SimulatedCaptureTest, ListsWindowsAsTheyWereWhenAsked) {
 TEST_F(SimulatedCaptureTest, LeavesOutWhatTheRequestExcludes) {
   capture_.openWindow({.title = "hidden", .isOnScreen = false});
   capture_.openWindow({.title = "desktop", .isOnScreen = true, .windowLayer = -1});
-  const auto count = [this](bool excludingDesktop, bool onScreenOnly) {
+  const auto count = [this](DesktopWindows ofDesktop, ListedWindows which) {
     std::size_t windows = 0;
-    getShareableContent(excludingDesktop, onScreenOnly, [&windows](const auto& content, auto) {
+    getShareableContent(ofDesktop, which, [&windows](const auto& content, auto) {
       windows = content->windows.size();
     });
     backend_.turnMainQueue();
     return windows;
   };
-  EXPECT_EQ(count(false, false), 3U);
-  EXPECT_EQ(count(false, true), 2U);
-  EXPECT_EQ(count(true, true), 1U);
+  EXPECT_EQ(count(DesktopWindows::included, ListedWindows::all), 3U);
+  EXPECT_EQ(count(DesktopWindows::included, ListedWindows::onScreen), 2U);
+  EXPECT_EQ(count(DesktopWindows::excluded, ListedWindows::onScreen), 1U);
   EXPECT_EQ(capture_.contentRequests().size(), 3U);
 }
 
 TEST_F(SimulatedCaptureTest, AnswersWithAnErrorWhenToldOrNotAllowed) {
   std::vector<std::string> errors;
   const auto ask = [&] {
-    getShareableContent(false, true, [&errors](const auto& content, const auto& error) {
-      EXPECT_EQ(content, nullptr);
-      errors.push_back(error->localizedDescription);
-    });
+    getShareableContent(DesktopWindows::included, ListedWindows::onScreen,
+                        [&errors](const auto& content, const auto& error) {
+                          EXPECT_EQ(content, nullptr);
+                          errors.push_back(error->localizedDescription);
+                        });
     backend_.turnMainQueue();
   };
   capture_.failContent(Error{"scripted"});
@@ -121,7 +124,7 @@ TEST_F(SimulatedCaptureTest, CountsPermissionCalls) {
 TEST_F(SimulatedCaptureTest, HeldAnswersComeInTheOrderTheTestChooses) {
   capture_.answers().hold(Request::content);
   for (const char* word : {"first", "second"}) {
-    getShareableContent(false, true,
+    getShareableContent(DesktopWindows::included, ListedWindows::onScreen,
                         [this, word](const auto&, const auto&) { heard_.emplace_back(word); });
   }
   EXPECT_EQ(capture_.answers().heldCount(Request::content), 2U);
@@ -253,13 +256,9 @@ TEST_F(SimulatedCaptureTest, FramesLieAsScripted) {
   EXPECT_TRUE(SimulatedSample({.image = blackPixels(2, 2)}).isValid());
   EXPECT_FALSE(SimulatedSample({.image = blackPixels(2, 2), .valid = false}).isValid());
   EXPECT_EQ(SimulatedSample({.image = nullptr}).imageBuffer(), nullptr);
-  EXPECT_FALSE(SimulatedSample({.attachments = std::nullopt}).sampleAttachments());
-  const SimulatedSample idle(frameWithStatus(blackPixels(2, 2), std::int64_t{1}));
-  EXPECT_EQ(
-      std::get<std::int64_t>(idle.sampleAttachments().value().front().at(streamFrameInfoStatus)),
-      1);
-  const SimulatedSample damaged(frameWithWrongDamage(blackPixels(2, 2)));
-  EXPECT_EQ(damaged.sampleAttachments().value().front().size(), 2U);
+  EXPECT_EQ(SimulatedSample({.status = std::nullopt}).frameStatus(), std::nullopt);
+  EXPECT_EQ(SimulatedSample({.status = 1}).frameStatus(), 1);
+  EXPECT_EQ(SimulatedSample({}).frameStatus(), 0);
 }
 
 }  // namespace

@@ -41,8 +41,8 @@ PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host)
 
 PanelPeer::~PanelPeer() { releaseNative(); }
 
-void PanelPeer::frameDidChange(bool /*display*/, bool animate) {
-  place(animate ? Arrival::rolling : Arrival::atOnce);
+void PanelPeer::frameDidChange(Redisplay /*redisplay*/, FrameChange change) {
+  place(change == FrameChange::animated ? Arrival::rolling : Arrival::atOnce);
 }
 
 void PanelPeer::propertiesDidChange() {

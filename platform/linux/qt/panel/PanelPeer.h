@@ -23,7 +23,7 @@ class PanelPeer final : public HostedPeer {
   PanelPeer(Window& window, std::shared_ptr<PeerHost> host);
   ~PanelPeer() override;
 
-  void frameDidChange(bool display, bool animate) override;
+  void frameDidChange(Redisplay redisplay, FrameChange change) override;
   void propertiesDidChange() override;
   void contentViewDidChange() override;
   void viewDidChange(View& view, ViewChange change) override;

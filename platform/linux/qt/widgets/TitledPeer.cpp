@@ -62,7 +62,7 @@ Rect TitledPeer::contentRectForFrameRect(const Rect& frame) const {
   return contentRect;
 }
 
-void TitledPeer::frameDidChange(bool /*display*/, bool /*animate*/) {
+void TitledPeer::frameDidChange(Redisplay /*redisplay*/, FrameChange /*change*/) {
   place();
   saveFrameSoon();
 }
@@ -220,8 +220,7 @@ void TitledPeer::settle() {
     const Point there = monitor.toPoints(middle);
     frame.origin = {there.x - size.width / 2, there.y - size.height / 2};
   }
-  window_.setFrame(broughtIntoReach(layout.flipped(frame), screens()), /*display=*/true,
-                   /*animate=*/false);
+  window_.setFrame(broughtIntoReach(layout.flipped(frame), screens()), Redisplay::atOnce);
   const bool isSettled = placed_.current() == former && placed_.isAnswered();
   if (isSettled || --settlingsLeft_ == 0) settling_.stop();
 }

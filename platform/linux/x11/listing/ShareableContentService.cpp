@@ -26,12 +26,12 @@ Lister& listerOf(SerialQueue& queue) {
   return *static_cast<Lister*>(attachment.get());
 }
 
-void answer(Lister& lister, bool excludingDesktopWindows, bool onScreenWindowsOnly,
+void answer(Lister& lister, DesktopWindows desktopWindows, ListedWindows listedWindows,
             const ShareableContentCompletion& completion) {
   const Error noAnswer{"The display server does not answer."};
   if (!lister.connect()) return completion(nullptr, noAnswer);
-  auto content = listWindows(*lister.connection, lister.names, lister.layout,
-                             excludingDesktopWindows, onScreenWindowsOnly);
+  auto content =
+      listWindows(*lister.connection, lister.names, lister.layout, desktopWindows, listedWindows);
   if (lister.connection->isLost()) return completion(nullptr, noAnswer);
   completion(std::move(content), std::nullopt);
 }
@@ -47,12 +47,12 @@ void ShareableContentService::setScreenLayout(ScreenLayout layout) {
   });
 }
 
-void ShareableContentService::request(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+void ShareableContentService::request(DesktopWindows desktopWindows, ListedWindows listedWindows,
                                       ShareableContentCompletion completion) {
-  queue_->async([queue = queue_, excludingDesktopWindows, onScreenWindowsOnly,
-                 completion = std::move(completion)] {
-    answer(listerOf(*queue), excludingDesktopWindows, onScreenWindowsOnly, completion);
-  });
+  queue_->async(
+      [queue = queue_, desktopWindows, listedWindows, completion = std::move(completion)] {
+        answer(listerOf(*queue), desktopWindows, listedWindows, completion);
+      });
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -17,7 +17,7 @@ class ShareableContentService {
   /// By which the frames of windows are given in points.
   void setScreenLayout(ScreenLayout layout);
   /// As `platform::getShareableContent`.
-  void request(bool excludingDesktopWindows, bool onScreenWindowsOnly,
+  void request(DesktopWindows desktopWindows, ListedWindows listedWindows,
                ShareableContentCompletion completion);
 
  private:

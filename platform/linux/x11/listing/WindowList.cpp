@@ -153,7 +153,7 @@ WindowRecord recordOf(Connection& connection, const ApplicationNames& names,
 }
 
 /// Those of `windows` that are there and show something by their class.
-std::vector<Candidate> candidatesOf(Connection& connection, bool onScreenWindowsOnly) {
+std::vector<Candidate> candidatesOf(Connection& connection, ListedWindows listedWindows) {
   auto* const xcb = connection.xcb();
   std::vector<std::pair<xcb_window_t, xcb_get_window_attributes_cookie_t>> asked;
   for (const auto window : clientWindows(connection)) {
@@ -163,7 +163,8 @@ std::vector<Candidate> candidatesOf(Connection& connection, bool onScreenWindows
   for (const auto& [window, cookie] : asked) {
     auto attributes = replyTo<xcb_get_window_attributes_reply>(xcb, cookie);
     if (!attributes || attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) continue;
-    if (onScreenWindowsOnly && attributes->map_state != XCB_MAP_STATE_VIEWABLE) continue;
+    const bool isMapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+    if (listedWindows == ListedWindows::onScreen && !isMapped) continue;
     candidates.push_back({window, std::move(attributes)});
   }
   return candidates;
@@ -173,13 +174,13 @@ std::vector<Candidate> candidatesOf(Connection& connection, bool onScreenWindows
 
 std::shared_ptr<const ShareableContent> listWindows(Connection& connection, ApplicationNames& names,
                                                     const ScreenLayout& layout,
-                                                    bool excludingDesktopWindows,
-                                                    bool onScreenWindowsOnly) {
+                                                    DesktopWindows desktopWindows,
+                                                    ListedWindows listedWindows) {
   // What clients have set may be large, so only so many windows' answers are in memory at once.
   constexpr std::size_t mostAtOnce = 32;
   names.refresh();
   const auto layers = layersOfTypes(connection);
-  auto candidates = candidatesOf(connection, onScreenWindowsOnly);
+  auto candidates = candidatesOf(connection, listedWindows);
   auto content = std::make_shared<ShareableContent>();
   for (std::size_t next = 0; next < candidates.size();) {
     std::list<WindowQuery> queries;
@@ -188,8 +189,10 @@ std::shared_ptr<const ShareableContent> listWindows(Connection& connection, Appl
     }
     for (auto& query : queries) {
       auto record = recordOf(connection, names, layers, layout, query);
-      if (!record || (onScreenWindowsOnly && !record->isOnScreen)) continue;
-      if (excludingDesktopWindows && record->windowLayer == layerDesktop) continue;
+      if (!record) continue;
+      if (listedWindows == ListedWindows::onScreen && !record->isOnScreen) continue;
+      const bool isOfDesktop = record->windowLayer == layerDesktop;
+      if (desktopWindows == DesktopWindows::excluded && isOfDesktop) continue;
       content->windows.push_back(std::move(record));
     }
   }

@@ -14,7 +14,7 @@ namespace vistrel::platform::linux_desktop {
 /// Frames are in points by `layout`.
 std::shared_ptr<const ShareableContent> listWindows(Connection& connection, ApplicationNames& names,
                                                     const ScreenLayout& layout,
-                                                    bool excludingDesktopWindows,
-                                                    bool onScreenWindowsOnly);
+                                                    DesktopWindows desktopWindows,
+                                                    ListedWindows listedWindows);
 
 }  // namespace vistrel::platform::linux_desktop

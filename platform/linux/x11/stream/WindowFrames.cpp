@@ -20,12 +20,6 @@ std::shared_ptr<const Image> WindowPixelBuffer::commit() const {
   return capture ? capture->commit() : nullptr;
 }
 
-const std::optional<std::vector<SampleAttachments>>& CompleteSample::sampleAttachments() const {
-  static const std::optional<std::vector<SampleAttachments>> complete{
-      {{{streamFrameInfoStatus, static_cast<std::int64_t>(FrameStatus::complete)}}}};
-  return complete;
-}
-
 std::shared_ptr<const Image> WindowImageContext::createImage(
     const std::shared_ptr<const PixelBuffer>& buffer) {
   const auto window = std::dynamic_pointer_cast<const WindowPixelBuffer>(buffer);

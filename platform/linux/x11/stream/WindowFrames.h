@@ -37,7 +37,9 @@ class CompleteSample : public SampleBuffer {
   explicit CompleteSample(std::shared_ptr<const PixelBuffer> buffer) : buffer_(std::move(buffer)) {}
 
   bool isValid() const override { return true; }
-  const std::optional<std::vector<SampleAttachments>>& sampleAttachments() const override;
+  std::optional<std::int64_t> frameStatus() const override {
+    return static_cast<std::int64_t>(FrameStatus::complete);
+  }
   std::shared_ptr<const PixelBuffer> imageBuffer() const override { return buffer_; }
 
  private:

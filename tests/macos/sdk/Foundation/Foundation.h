@@ -85,6 +85,7 @@ typedef struct {
 @end
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSFastEnumeration>
+@property(nullable, readonly) ObjectType firstObject;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nonnull])objects
                            count:(NSUInteger)count;
 @end
@@ -103,6 +104,15 @@ typedef struct {
 
 @interface NSError : NSObject
 @property(readonly, copy) NSString* localizedDescription;
+@end
+
+@interface NSData : NSObject
++ (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;
+@end
+
+@interface NSFileHandle : NSObject
+@property(class, readonly) NSFileHandle* fileHandleWithStandardError;
+- (BOOL)writeData:(NSData*)data error:(NSError* _Nullable* _Nullable)error;
 @end
 
 @interface NSDate : NSObject
