@@ -212,6 +212,24 @@ TEST_F(ClientList, IsDoneWithoutUnderAManagerThatOnlyReparents) {
   EXPECT_THAT(listedIds(), ElementsAre(client.id(), manager_.id()));
 }
 
+TEST_F(ClientList, IsDoneWithoutButNotByAskingAllThatAClientHolds) {
+  RawSource frame(connection_, {});
+  std::list<RawSource> parts;
+  const auto holdParts = [&](std::size_t count) {
+    while (parts.size() < count) {
+      const auto& part = parts.emplace_back(connection_, RawSource::Options{});
+      xcb_reparent_window(connection_.get(), part.id(), frame.id(), 0, 0);
+    }
+    connection_.sync();
+  };
+  holdParts(20);
+  const auto lowest = parts.front().id();
+  set(lowest, "WM_STATE", "WM_STATE", 32, valuesAsBytes({1, 0}));
+  EXPECT_THAT(listedIds(), ElementsAre(lowest, manager_.id()));
+  holdParts(500);
+  EXPECT_THAT(listedIds(), ElementsAre(frame.id(), manager_.id()));
+}
+
 TEST_F(ClientList, IsReadInParts) {
   playManager();
   std::list<RawSource> sources;

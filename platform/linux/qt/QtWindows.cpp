@@ -8,7 +8,7 @@
 
 #include "platform/Alert.h"
 #include "platform/Controls.h"
-#include "platform/linux/Environment.h"
+#include "platform/linux/XdgDirectories.h"
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/PlainText.h"
 #include "platform/linux/qt/panel/PanelPeer.h"
@@ -23,8 +23,8 @@ namespace {
 constexpr double buttonMargin = 14;
 
 SavedFrames savedFramesOfPerson() {
-  return SavedFrames(
-      stateDirectory(environmentVariable("XDG_STATE_HOME"), environmentVariable("HOME")));
+  const auto state = xdgStateHome();
+  return SavedFrames(state.empty() ? state : state / "vistrel");
 }
 
 Size sizeOf(const Label& label) {

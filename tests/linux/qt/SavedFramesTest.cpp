@@ -36,13 +36,6 @@ TEST(FrameText, FramesThatNoWindowCanHaveAreNoFrames) {
   }
 }
 
-TEST(StateDirectory, FollowsTheBaseDirectorySpecification) {
-  EXPECT_EQ(stateDirectory("", "/home/ann"), "/home/ann/.local/state/vistrel");
-  EXPECT_EQ(stateDirectory("/var/ann", "/home/ann"), "/var/ann/vistrel");
-  EXPECT_EQ(stateDirectory("relative", "/home/ann"), "/home/ann/.local/state/vistrel");
-  EXPECT_EQ(stateDirectory("", ""), "") << "not where the program happens to be started";
-}
-
 class SavedFramesTest : public ::testing::Test {
  protected:
   testbed::TemporaryDirectory directory_;

@@ -1,5 +1,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "platform/linux/qt/process/UrlSchemes.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -55,6 +56,20 @@ TEST_F(SchemeHandlers, ARemovedOrEmptyAssociationDoesNotServe) {
         "[Removed Associations]\nx-scheme-handler/irc=chat.desktop;\n"
         "[Default Applications]\nx-scheme-handler/https=\n");
   EXPECT_FALSE(isServed("irc"));
+  EXPECT_FALSE(isServed("https"));
+}
+
+TEST_F(SchemeHandlers, AListThatIsAPipeIsNotWaitedFor) {
+  write("data/applications/mimeinfo.cache", "[MIME Cache]\nx-scheme-handler/irc=chat.desktop;\n");
+  const auto config = directory_.path() / "config";
+  std::filesystem::create_directories(config);
+  ASSERT_EQ(mkfifo((config / "mimeapps.list").c_str(), S_IRWXU), 0);
+  EXPECT_TRUE(isServed("irc"));
+  EXPECT_FALSE(isServed("https"));
+}
+
+TEST_F(SchemeHandlers, AListThatIsNoFileServesNothing) {
+  std::filesystem::create_directories(directory_.path() / "config/mimeapps.list");
   EXPECT_FALSE(isServed("https"));
 }
 

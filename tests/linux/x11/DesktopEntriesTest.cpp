@@ -143,6 +143,13 @@ TEST_F(DesktopEntriesTest, areNotWaitedForInAPipe) {
   reader.join();
 }
 
+TEST_F(DesktopEntriesTest, areNotReadFromFilesThatNoApplicationNeeds) {
+  install("system", "edit.desktop", "Name=Edit\n");
+  install("system", "large.desktop", "Name=Large\n" + std::string(2'000'000, '#'));
+  EXPECT_EQ(entries().withId("edit")->name, "Edit");
+  EXPECT_EQ(entries().withId("large"), nullptr);
+}
+
 TEST_F(DesktopEntriesTest, areNoneWithoutDirectories) { EXPECT_EQ(entries().withId("x"), nullptr); }
 
 }  // namespace

@@ -4,24 +4,14 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QUrl>
-#include <filesystem>
-#include <vector>
 
+#include "platform/linux/XdgDirectories.h"
 #include "platform/linux/qt/process/UrlSchemes.h"
 
 namespace vistrel::platform::linux_desktop {
 
 namespace {
-
-std::vector<std::filesystem::path> directories(QStandardPaths::StandardLocation location) {
-  std::vector<std::filesystem::path> paths;
-  for (const QString& path : QStandardPaths::standardLocations(location)) {
-    paths.emplace_back(path.toStdString());
-  }
-  return paths;
-}
 
 QCollator caseInsensitiveCollator() {
   QCollator collator;
@@ -60,8 +50,7 @@ QtWorkspace::QtWorkspace(PeerHost& windows)
     : windows_(windows), programPath_(QCoreApplication::applicationFilePath().toStdString()) {}
 
 bool QtWorkspace::openURL(const std::string& url) {
-  const auto lists = handlerLists(directories(QStandardPaths::GenericConfigLocation),
-                                  directories(QStandardPaths::GenericDataLocation));
+  const auto lists = handlerLists(xdgConfigDirectories(), xdgDataDirectories());
   if (!isSchemeServed(schemeOf(url), lists)) return false;
   return QDesktopServices::openUrl(QUrl(QString::fromStdString(url)));
 }

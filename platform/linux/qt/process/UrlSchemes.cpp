@@ -1,7 +1,9 @@
 #include "platform/linux/qt/process/UrlSchemes.h"
 
 #include <algorithm>
-#include <fstream>
+#include <sstream>
+
+#include "platform/linux/RegularFile.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -17,7 +19,9 @@ bool isSchemeCharacter(char c) {
 char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool namesProgram(const std::filesystem::path& list, const std::string& key) {
-  std::ifstream file(list);
+  // Many times what a desktop with everything installed has.
+  constexpr std::size_t longestList = 8'000'000;
+  std::istringstream file(contentsOfRegularFile(list, longestList).value_or(std::string()));
   bool isRemoval = false;
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with('[')) isRemoval = line.starts_with("[Removed Associations]");

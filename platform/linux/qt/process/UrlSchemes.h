@@ -7,9 +7,8 @@
 namespace vistrel::platform::linux_desktop {
 
 /// The files in which a desktop says which program serves what, by the MIME applications
-/// specification of freedesktop.org, given the directories of the XDG base directory specification:
-/// `configDirectories` (XDG_CONFIG_HOME, then XDG_CONFIG_DIRS), `dataDirectories` (XDG_DATA_HOME,
-/// then XDG_DATA_DIRS).
+/// specification of freedesktop.org, given the directories where settings and what programs bring
+/// along are looked for (platform/linux/XdgDirectories.h).
 std::vector<std::filesystem::path> handlerLists(
     const std::vector<std::filesystem::path>& configDirectories,
     const std::vector<std::filesystem::path>& dataDirectories);

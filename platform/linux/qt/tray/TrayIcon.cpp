@@ -24,9 +24,11 @@ const QString menuPath = QStringLiteral("/StatusNotifierItem/Menu");
 bool isFailure(const QDBusMessage& answer) { return answer.type() != QDBusMessage::ReplyMessage; }
 
 QPoint qtPoint(QPoint pixel) {
+  const QScreen* const primary = QGuiApplication::primaryScreen();
+  // All monitors may be gone, and come back.
+  if (primary == nullptr) return pixel;
   const PixelRect place{pixel.x(), pixel.y(), 1, 1};
-  const auto primary = QtScreen::of(*QGuiApplication::primaryScreen());
-  return qtScreenOf(place, primary, qtScreens()).fromPixels(place).topLeft();
+  return qtScreenOf(place, QtScreen::of(*primary), qtScreens()).fromPixels(place).topLeft();
 }
 
 QDBusConnection sessionBus() {

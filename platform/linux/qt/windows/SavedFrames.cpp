@@ -1,14 +1,14 @@
 #include "platform/linux/qt/windows/SavedFrames.h"
 
-#include <QFile>
 #include <QSaveFile>
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
+
+#include "platform/linux/RegularFile.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -16,7 +16,7 @@ namespace {
 
 /// X11 positions and sizes are 16-bit.
 constexpr double farthest = 32767;
-constexpr qint64 longestFile = 200;
+constexpr std::size_t longestFile = 200;
 
 std::optional<double> takeNumber(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -30,23 +30,6 @@ std::optional<double> takeNumber(std::string_view& text) {
 bool isFileNameCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
          c == '_';
-}
-
-bool isRegularFile(int descriptor) {
-  struct stat status {};
-  return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-/// The beginning of a regular file. Anything may stand in its place, such as a pipe, which would
-/// have us wait for somebody to write.
-std::optional<std::string> beginningOfFile(const std::filesystem::path& path) {
-  const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  QFile file;
-  if (descriptor < 0 || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) ||
-      !isRegularFile(descriptor)) {
-    return std::nullopt;
-  }
-  return file.read(longestFile).toStdString();
 }
 
 /// With what is missing above it, for its owner alone (XDG base directory specification).
@@ -82,17 +65,10 @@ std::optional<Rect> frameFromText(std::string_view text) {
   return rect(x, y, width, height);
 }
 
-std::filesystem::path stateDirectory(const std::string& stateHome, const std::string& home) {
-  const std::filesystem::path given = stateHome;
-  if (given.is_absolute()) return given / "vistrel";
-  return home.empty() ? std::filesystem::path()
-                      : std::filesystem::path(home) / ".local/state/vistrel";
-}
-
 std::optional<Rect> SavedFrames::load(const std::string& name) const {
   const auto path = fileOf(name);
   if (!path) return std::nullopt;
-  const auto text = beginningOfFile(*path);
+  const auto text = contentsOfRegularFile(*path, longestFile);
   return text ? frameFromText(*text) : std::nullopt;
 }
 

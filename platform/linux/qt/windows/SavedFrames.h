@@ -17,11 +17,6 @@ std::string textOfFrame(const Rect& frame);
 /// None unless `text` is such a text and the frame could be a window's.
 std::optional<Rect> frameFromText(std::string_view text);
 
-/// Where the program keeps its state, by the XDG base directory specification: `stateHome` (the
-/// value of XDG_STATE_HOME) unless it is empty or relative, else .local/state in `home`; empty when
-/// that is.
-std::filesystem::path stateDirectory(const std::string& stateHome, const std::string& home);
-
 /// Frames kept from run to run, one file per name in one directory; none in an empty one. What
 /// cannot be read or written is as if there were none.
 class SavedFrames {

@@ -1,17 +1,16 @@
 #include "platform/linux/x11/listing/ApplicationNames.h"
 
-#include <fstream>
-
+#include "platform/linux/RegularFile.h"
 #include "platform/linux/x11/server/TextDecoding.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
 std::string processName(std::int32_t processId) {
-  std::string name;
-  std::ifstream stream("/proc/" + std::to_string(processId) + "/comm", std::ios::binary);
-  std::getline(stream, name);
-  return repairedUtf8(name);
+  // Linux keeps 15 bytes of it, and more for its own threads (proc(5)).
+  constexpr std::size_t longest = 100;
+  const auto line = contentsOfRegularFile("/proc/" + std::to_string(processId) + "/comm", longest);
+  return line ? repairedUtf8(line->substr(0, line->find('\n'))) : std::string();
 }
 
 }  // namespace

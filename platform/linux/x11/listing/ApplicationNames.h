@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/linux/XdgDirectories.h"
 #include "platform/linux/x11/listing/DesktopEntries.h"
 
 namespace vistrel::platform::linux_desktop {

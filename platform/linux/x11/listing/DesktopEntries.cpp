@@ -1,12 +1,11 @@
 #include "platform/linux/x11/listing/DesktopEntries.h"
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 #include <system_error>
 #include <utility>
 
 #include "platform/linux/Environment.h"
+#include "platform/linux/RegularFile.h"
 #include "platform/linux/x11/server/TextDecoding.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -15,6 +14,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view fileSuffix = ".desktop";
+/// Many times what an application with all its names and actions in all languages needs.
+constexpr std::size_t longestFile = 1'000'000;
 
 std::string lowerCase(std::string_view text) {
   std::string result(text);
@@ -83,16 +84,6 @@ std::string localizedName(const Keys& keys, std::string_view locale) {
     if (!value.empty()) return unescaped(value);
   }
   return unescaped(valueOf(keys, "Name"));
-}
-
-/// Empty for what is no regular file, such as a pipe, which would have us wait for somebody to
-/// write.
-std::string contentsOf(const fs::path& file) {
-  std::error_code unknown;
-  if (!fs::is_regular_file(file, unknown)) return {};
-  std::ostringstream contents;
-  contents << std::ifstream(file, std::ios::binary).rdbuf();
-  return contents.str();
 }
 
 /// The id that the Desktop Entry Specification makes of a path below "applications":
@@ -180,7 +171,8 @@ void DesktopEntries::readDirectory(const fs::path& directory) {
     // A file of a more important directory has the word, also when it hides the application.
     const auto id = idOf(file->path(), directory);
     if (byId_.contains(id)) continue;
-    byId_.emplace(id, parseDesktopEntry(contentsOf(file->path()), locale_));
+    const auto text = contentsOfRegularFile(file->path(), longestFile);
+    byId_.emplace(id, parseDesktopEntry(text.value_or(std::string()), locale_));
   }
 }
 
@@ -192,18 +184,6 @@ const DesktopEntry* DesktopEntries::withId(std::string_view id) const {
 const DesktopEntry* DesktopEntries::withWindowClass(std::string_view windowClass) const {
   const auto found = idByClass_.find(lowerCase(windowClass));
   return found == idByClass_.end() ? nullptr : withId(found->second);
-}
-
-std::vector<fs::path> xdgDataDirectories() {
-  auto home = environmentVariable("XDG_DATA_HOME");
-  if (home.empty()) home = environmentVariable("HOME") + "/.local/share";
-  auto system = environmentVariable("XDG_DATA_DIRS");
-  if (system.empty()) system = "/usr/local/share:/usr/share";
-  std::vector<fs::path> directories{home};
-  for (std::string_view rest = system; !rest.empty();) {
-    if (const auto each = takeUpTo(rest, ':'); !each.empty()) directories.emplace_back(each);
-  }
-  return directories;
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -53,7 +53,4 @@ class DesktopEntries {
   std::map<std::string, std::string, std::less<>> idByClass_;             // lower case
 };
 
-/// $XDG_DATA_HOME and $XDG_DATA_DIRS with the defaults of the XDG Base Directory Specification.
-std::vector<std::filesystem::path> xdgDataDirectories();
-
 }  // namespace vistrel::platform::linux_desktop

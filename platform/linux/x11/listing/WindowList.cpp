@@ -9,6 +9,7 @@
 
 #include "platform/linux/x11/listing/WindowLayer.h"
 #include "platform/linux/x11/manager/ClientWindows.h"
+#include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/manager/ProcessIds.h"
 #include "platform/linux/x11/manager/VisibleFrame.h"
 #include "platform/linux/x11/server/Property.h"
@@ -100,9 +101,8 @@ WindowLayer layerOf(const LayerOfType& layers, WindowQuery& query) {
 /// Whether the window is there for a person to see. Some managers leave a window mapped that they
 /// have minimised or moved to another desktop; its state tells (ICCCM 4.1.3.1).
 bool isOnScreen(WindowQuery& query) {
-  constexpr std::uint32_t iconic = 3;
   return query.attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
-         query.state.fetch().firstValue() != iconic;
+         query.state.fetch().firstValue() != iconicState;
 }
 
 /// None for a window without a frame, whatever a manager has left on it.

@@ -10,7 +10,9 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-bool isMinimised(Connection& connection, xcb_window_t window) {
+/// As EWMH's _NET_WM_STATE_HIDDEN marks windows that would not be seen on their own desktop either:
+/// minimised ones, wherever they are.
+bool isMarkedHidden(Connection& connection, xcb_window_t window) {
   return hasState(connection, window, "_NET_WM_STATE_HIDDEN");
 }
 
@@ -26,7 +28,7 @@ xcb_window_t frontmost(Connection& connection, const std::vector<xcb_window_t>& 
                                   [&](auto each) { return isViewable(connection, each); });
   if (shown != windows.end()) return *shown;
   const auto open = std::find_if(windows.begin(), windows.end(),
-                                 [&](auto each) { return !isMinimised(connection, each); });
+                                 [&](auto each) { return !isMarkedHidden(connection, each); });
   return open != windows.end() ? *open : windows.front();
 }
 
@@ -67,7 +69,7 @@ bool activateWindows(Connection& connection, std::int32_t processID) {
   const auto front = frontmost(connection, windows);
   showDesktopOf(connection, front);
   std::for_each(windows.rbegin(), windows.rend(), [&](xcb_window_t each) {
-    if (each != front && !isMinimised(connection, each)) raiseByPerson(connection, each);
+    if (each != front && !isMarkedHidden(connection, each)) raiseByPerson(connection, each);
   });
   raiseByPerson(connection, front);
   sendActivation(connection, front, XCB_CURRENT_TIME);

@@ -75,8 +75,10 @@ struct StateQuery {
 /// The window with WM_STATE, which managers put on each client's window (ICCCM 4.1.3.1): nearest to
 /// `top`, itself included.
 std::optional<xcb_window_t> windowWithState(Connection& connection, xcb_window_t top) {
-  // A manager's frame may be one window inside another; what lies deeper is the client's own.
+  // A manager's frame may be one window inside another, with some more for its parts; what lies
+  // deeper, or is many more, is the client's own.
   constexpr int deepest = 4;
+  constexpr std::size_t mostAtOneDepth = 64;
   std::vector<xcb_window_t> generation{top};
   for (int depth = 0; depth < deepest && !generation.empty(); ++depth) {
     std::list<StateQuery> queries;
@@ -87,6 +89,7 @@ std::optional<xcb_window_t> windowWithState(Connection& connection, xcb_window_t
       const auto children = childrenOf(each.tree.fetch());
       generation.insert(generation.end(), children.begin(), children.end());
     }
+    generation.resize(std::min(generation.size(), mostAtOneDepth));
   }
   return std::nullopt;
 }

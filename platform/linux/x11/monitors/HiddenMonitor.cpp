@@ -155,7 +155,14 @@ bool HiddenMonitor::makeRoom(const std::vector<ListedMonitor>& all, const PixelR
 }
 
 bool HiddenMonitor::announce(const PixelRect& area) {
+  const PixelRect former = area_;
   withdraw();
+  if (set(area)) return true;
+  if (!isEmpty(former)) set(former);
+  return false;
+}
+
+bool HiddenMonitor::set(const PixelRect& area) {
   xcb_randr_monitor_info_t info{};
   info.name = id_;
   info.x = static_cast<std::int16_t>(area.x);

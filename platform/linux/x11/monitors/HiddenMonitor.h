@@ -39,8 +39,9 @@ class HiddenMonitor {
   explicit HiddenMonitor(std::unique_ptr<Connection> connection);
 
   bool makeRoom(const std::vector<ListedMonitor>& all, const PixelRect& area);
-  /// Makes the server have it there.
+  /// Makes the server have it there; where it refuses, as it was.
   bool announce(const PixelRect& area);
+  bool set(const PixelRect& area);
   void withdraw();
 
   std::unique_ptr<Connection> connection_;

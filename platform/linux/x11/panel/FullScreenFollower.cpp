@@ -9,9 +9,7 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// ICCCM, 4.1.3.1.
-bool isMinimised(Connection& connection, xcb_window_t window) {
-  constexpr std::uint32_t iconicState = 3;
+bool isIconic(Connection& connection, xcb_window_t window) {
   return propertyOf(connection, window, "WM_STATE").firstValue() == iconicState;
 }
 
@@ -112,7 +110,7 @@ void FullScreenFollower::restoreMinimised() {
   // only panels that are free again are brought back (ICCCM, 4.1.4: by mapping them).
   if (fullScreen_ != XCB_WINDOW_NONE) return;
   for (const xcb_window_t panel : panels_) {
-    if (!isMinimised(*connection_, panel)) continue;
+    if (!isIconic(*connection_, panel)) continue;
     forgive(connection_->xcb(), xcb_map_window_checked(connection_->xcb(), panel));
   }
 }
