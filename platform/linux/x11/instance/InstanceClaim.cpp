@@ -6,6 +6,7 @@
 #include "platform/linux/x11/instance/StartupNotification.h"
 #include "platform/linux/x11/server/ServedConnection.h"
 #include "platform/linux/x11/server/ServerGrab.h"
+#include "platform/linux/x11/server/UnseenWindow.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -37,7 +38,7 @@ InstanceClaim::OrShown InstanceClaim::take(std::string_view startupID) {
 
 InstanceClaim::InstanceClaim(std::unique_ptr<Connection> connection)
     : connection_(std::move(connection)),
-      window_(makeMessageWindow(*connection_, XCB_EVENT_MASK_PROPERTY_CHANGE)) {}
+      window_(makeUnseenWindow(*connection_, XCB_EVENT_MASK_PROPERTY_CHANGE)) {}
 
 /// As ICCCM 2.1 has clients find it out: by a change that changes nothing.
 xcb_timestamp_t InstanceClaim::timeNow() {

@@ -1,11 +1,10 @@
 #include "platform/linux/x11/instance/RunningInstance.h"
 
-#include <algorithm>
-#include <cmath>
 #include <optional>
-#include <poll.h>
 
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/server/AwaitedEvents.h"
+#include "platform/linux/x11/server/UnseenWindow.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -20,7 +19,7 @@ class ShowRequest {
   ShowRequest(Connection& connection, xcb_window_t owner, xcb_timestamp_t time)
       : connection_(connection),
         owner_(owner),
-        requestor_(makeMessageWindow(connection, XCB_EVENT_MASK_PROPERTY_CHANGE)),
+        requestor_(makeUnseenWindow(connection, XCB_EVENT_MASK_PROPERTY_CHANGE)),
         property_(connection.atom(showTarget)) {
     // Its end is told too, since nobody answers for a client that goes with a request unanswered.
     const auto listening = connection.selectEvents(owner, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
@@ -36,21 +35,13 @@ class ShowRequest {
   }
 
   bool isAnsweredBefore(double deadline) {
-    do {
-      while (const auto event = connection_.pollEvent()) handle(*event);
-    } while (!answer_ && !connection_.isLost() && waitUntil(deadline));
+    awaitEvents(
+        connection_, deadline, [this](const xcb_generic_event_t& event) { handle(event); },
+        [this] { return answer_.has_value(); });
     return answer_.value_or(false);
   }
 
  private:
-  /// Until something comes in; false when that is too late.
-  bool waitUntil(double deadline) const {
-    const double left = deadline - monotonicNow();
-    pollfd incoming{connection_.descriptor(), POLLIN, 0};
-    if (left > 0) poll(&incoming, 1, static_cast<int>(std::ceil(left * 1000)));
-    return left > 0;
-  }
-
   void handle(const xcb_generic_event_t& event) {
     if (typeOf(event) == XCB_PROPERTY_NOTIFY) {
       const auto& change = eventAs<xcb_property_notify_event_t>(event);
@@ -69,16 +60,6 @@ class ShowRequest {
 };
 
 }  // namespace
-
-OwnWindow makeMessageWindow(Connection& connection, std::uint32_t events) {
-  OwnWindow window(connection.xcb());
-  constexpr std::uint32_t isUnmanaged = 1;
-  const std::uint32_t values[] = {isUnmanaged, events};
-  xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, window.id(), connection.root(), -1, -1,
-                    1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
-                    XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
-  return window;
-}
 
 bool showRunningInstance(Connection& connection, xcb_window_t owner, xcb_timestamp_t time) {
   return ShowRequest(connection, owner, time).isAnsweredBefore(monotonicNow() + patienceInSeconds);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/linux/x11/server/Connection.h"
-#include "platform/linux/x11/server/Resources.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -11,9 +10,6 @@ inline constexpr auto instanceSelection = "_VISTREL_INSTANCE";
 /// The target that asks the instance to show itself, a side effect (ICCCM 2.6.3): done once the
 /// property that the request names is there. The request's time is that of what the person did.
 inline constexpr auto showTarget = "_VISTREL_SHOW";
-
-/// A window of our own that nobody ever sees, for messages. `events` as in CreateWindow.
-OwnWindow makeMessageWindow(Connection& connection, std::uint32_t events);
 
 /// Asks the instance that owns the selection by its window `owner` to show itself. False when it
 /// has gone, or has not answered in as long a time as a living program needs at the most.

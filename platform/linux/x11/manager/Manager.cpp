@@ -1,57 +1,26 @@
 #include "platform/linux/x11/manager/Manager.h"
 
 #include <algorithm>
-#include <chrono>
-#include <poll.h>
 
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/server/AwaitedEvents.h"
 #include "platform/linux/x11/server/Property.h"
+#include "platform/linux/x11/server/UnseenWindow.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 /// Waits for a change of a property of `window`, on which `connection` is to listen to nothing
 /// else, until `isAsWanted`; false when it is not by then.
-bool awaitProperty(Connection& connection, xcb_window_t window, std::chrono::milliseconds longest,
+bool awaitProperty(Connection& connection, xcb_window_t window, double seconds,
                    const std::function<bool()>& isAsWanted) {
-  const auto end = Clock::now() + longest;
+  const double deadline = monotonicNow() + seconds;
   forgive(connection.xcb(), connection.selectEvents(window, XCB_EVENT_MASK_PROPERTY_CHANGE));
-  bool holds = isAsWanted();
-  bool isOver = false;
-  while (!holds && !isOver && !connection.isLost()) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
-    isOver = left.count() <= 0;
-    // The answer to the last question may have brought the event along.
-    if (isOver || connection.pollEvent()) {
-      holds = isAsWanted();
-    } else {
-      pollfd readable{connection.descriptor(), POLLIN, 0};
-      poll(&readable, 1, static_cast<int>(left.count()));
-    }
-  }
+  const bool holds = awaitEvents(
+      connection, deadline, [](const xcb_generic_event_t&) {}, isAsWanted);
   forgive(connection.xcb(), connection.selectEvents(window, XCB_EVENT_MASK_NO_EVENT));
   return holds;
 }
-
-/// A window that the manager is asked about, which nobody ever sees.
-class Probe {
- public:
-  explicit Probe(Connection& connection)
-      : connection_(connection), window_(xcb_generate_id(connection.xcb())) {
-    xcb_create_window(connection_.xcb(), XCB_COPY_FROM_PARENT, window_, connection_.root(), 0, 0, 1,
-                      1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-  }
-  Probe(const Probe&) = delete;
-  Probe& operator=(const Probe&) = delete;
-  ~Probe() { xcb_destroy_window(connection_.xcb(), window_); }
-
-  xcb_window_t window() const { return window_; }
-
- private:
-  Connection& connection_;
-  xcb_window_t window_;
-};
 
 /// Whether the list of atoms that a property is holds `atom`.
 bool holds(Connection& connection, xcb_window_t window, std::string_view list,
@@ -97,20 +66,19 @@ void tellManager(Connection& connection, xcb_window_t window, std::string_view m
 }
 
 void awaitManager(Connection& connection) {
-  constexpr std::chrono::seconds longest(2);
+  constexpr double longest = 2;
   constexpr auto question = "_NET_REQUEST_FRAME_EXTENTS";
   if (!managerSupports(connection, question)) return;
-  const Probe probe(connection);
-  tellManager(connection, probe.window(), question, {});
-  awaitProperty(connection, probe.window(), longest, [&] {
-    return propertyOf(connection, probe.window(), "_NET_FRAME_EXTENTS").exists();
-  });
+  const OwnWindow probe = makeUnseenWindow(connection);
+  tellManager(connection, probe.id(), question, {});
+  awaitProperty(connection, probe.id(), longest,
+                [&] { return propertyOf(connection, probe.id(), "_NET_FRAME_EXTENTS").exists(); });
 }
 
 bool managerReaches(Connection& connection, const PixelRect& area) {
   if (!hasManager(connection)) return true;
   // Some take notice some time after they have been told.
-  constexpr std::chrono::milliseconds grace(500);
+  constexpr double grace = 0.5;
   awaitManager(connection);
   // EWMH: the size of every desktop. A manager that leaves out what no output shows does not count
   // it in here either.

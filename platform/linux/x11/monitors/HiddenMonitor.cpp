@@ -13,6 +13,7 @@
 #include "platform/linux/x11/monitors/GrownScreen.h"
 #include "platform/linux/x11/server/Property.h"
 #include "platform/linux/x11/server/ServerGrab.h"
+#include "platform/linux/x11/server/UnseenWindow.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -119,13 +120,10 @@ std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size) {
 
 HiddenMonitor::HiddenMonitor(std::unique_ptr<Connection> connection)
     : connection_(std::move(connection)),
-      owner_(xcb_generate_id(connection_->xcb())),
-      id_(connection_->atom(nameFor(owner_))) {
-  auto* const xcb = connection_->xcb();
-  xcb_create_window(xcb, XCB_COPY_FROM_PARENT, owner_, connection_->root(), 0, 0, 1, 1, 0,
-                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-  xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, owner_, connection_->atom(ownerMark),
-                      XCB_ATOM_ATOM, 32, 1, &id_);
+      owner_(makeUnseenWindow(*connection_)),
+      id_(connection_->atom(nameFor(owner_.id()))) {
+  xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, owner_.id(),
+                      connection_->atom(ownerMark), XCB_ATOM_ATOM, 32, 1, &id_);
 }
 
 HiddenMonitor::~HiddenMonitor() {

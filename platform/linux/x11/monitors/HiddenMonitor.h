@@ -7,6 +7,7 @@
 #include "platform/linux/x11/monitors/MonitorList.h"
 #include "platform/linux/x11/server/Connection.h"
 #include "platform/linux/x11/server/PixelGeometry.h"
+#include "platform/linux/x11/server/Resources.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -45,7 +46,7 @@ class HiddenMonitor {
   void withdraw();
 
   std::unique_ptr<Connection> connection_;
-  xcb_window_t owner_;
+  OwnWindow owner_;
   xcb_atom_t id_;
   PixelRect area_;  // empty until the server has it
 };
