@@ -34,30 +34,22 @@ struct WindowQuery {
   WindowQuery(Connection& c, xcb_window_t client, Attributes known)
       : window(client),
         attributes(std::move(known)),
-        geometry(c.xcb(), xcb_get_geometry(c.xcb(), client)),
-        position(c.xcb(), xcb_translate_coordinates(c.xcb(), client, c.root(), 0, 0)),
-        tree(c.xcb(), xcb_query_tree(c.xcb(), client)),
+        framed(c, client, c.root()),
         state(c, client, "WM_STATE"),
         name(c, client, "_NET_WM_NAME"),
         legacyName(c, client, "WM_NAME"),
         type(c, client, "_NET_WM_WINDOW_TYPE"),
-        decoration(c, client, "_NET_FRAME_EXTENTS"),
-        shadow(c, client, "_GTK_FRAME_EXTENTS"),
         windowClass(c, client, "WM_CLASS"),
         gtkApplicationId(c, client, "_GTK_APPLICATION_ID"),
         processId(c, client) {}
 
   xcb_window_t window;
   Attributes attributes;
-  Pending<xcb_get_geometry_reply, xcb_get_geometry_cookie_t> geometry;
-  Pending<xcb_translate_coordinates_reply, xcb_translate_coordinates_cookie_t> position;
-  Pending<xcb_query_tree_reply, xcb_query_tree_cookie_t> tree;
+  FramedWindowRequest framed;
   PropertyRequest state;
   PropertyRequest name;
   PropertyRequest legacyName;
   PropertyRequest type;
-  PropertyRequest decoration;
-  PropertyRequest shadow;
   PropertyRequest windowClass;
   PropertyRequest gtkApplicationId;
   ProcessIdRequest processId;
@@ -105,13 +97,6 @@ bool isOnScreen(WindowQuery& query) {
          query.state.fetch().firstValue() != iconicState;
 }
 
-/// None for a window without a frame, whatever a manager has left on it.
-Extents decorationOf(WindowQuery& query) {
-  const auto tree = query.tree.fetch();
-  const bool hasFrame = tree && tree->parent != tree->root;
-  return hasFrame ? extentsFrom(query.decoration.fetch().values()) : Extents{};
-}
-
 ApplicationHints hintsOf(WindowQuery& query) {
   ApplicationHints hints;
   hints.gtkApplicationId = repairedUtf8(upToNull(query.gtkApplicationId.fetch().bytes()));
@@ -137,15 +122,12 @@ std::shared_ptr<const SharedApplication> applicationOf(const ApplicationNames& n
 /// Null for a window that has gone.
 WindowRecord recordOf(Connection& connection, const ApplicationNames& names,
                       const LayerOfType& layers, const ScreenLayout& layout, WindowQuery& query) {
-  const auto geometry = query.geometry.fetch();
-  const auto position = query.position.fetch();
-  if (!geometry || !position) return nullptr;
+  const auto framed = query.framed.fetch();
+  if (!framed) return nullptr;
   auto record = std::make_shared<ShareableWindow>();
   record->windowID = query.window;
   record->title = titleOf(connection, query);
-  const PixelRect client{position->dst_x, position->dst_y, geometry->width, geometry->height};
-  record->frame = layout.toPoints(
-      visibleFrame(client, decorationOf(query), extentsFrom(query.shadow.fetch().values())));
+  record->frame = layout.toPoints(framed->visible);
   record->owningApplication = applicationOf(names, query);
   record->isOnScreen = isOnScreen(query);
   record->windowLayer = layerOf(layers, query);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/linux/x11/server/PixelGeometry.h"
+
 namespace vistrel::platform::linux_desktop {
 namespace {
 
@@ -27,6 +29,30 @@ PixelRect visibleFrame(const PixelRect& client, const Extents& decoration, const
   const auto visible = grown(client, {-shadow.left, -shadow.right, -shadow.top, -shadow.bottom});
   // Shadows wider than the window itself are a client's mistake.
   return isEmpty(visible) ? client : visible;
+}
+
+FramedWindowRequest::FramedWindowRequest(Connection& connection, xcb_window_t client,
+                                         xcb_window_t reference)
+    : size_(connection.xcb(), xcb_get_geometry(connection.xcb(), client)),
+      place_(connection.xcb(),
+             xcb_translate_coordinates(connection.xcb(), client, reference, 0, 0)),
+      tree_(connection.xcb(), xcb_query_tree(connection.xcb(), client)),
+      decoration_(connection, client, "_NET_FRAME_EXTENTS"),
+      shadow_(connection, client, "_GTK_FRAME_EXTENTS") {}
+
+std::optional<FramedWindow> FramedWindowRequest::fetch() {
+  const auto size = size_.fetch();
+  const auto place = place_.fetch();
+  const auto tree = tree_.fetch();
+  if (!size || !place || !tree) return std::nullopt;
+  FramedWindow window;
+  window.client = {place->dst_x, place->dst_y, size->width, size->height};
+  // A manager may have left extents on a window that it has taken out of its frame.
+  const bool hasFrame = tree->parent != tree->root;
+  if (hasFrame) window.decoration = extentsFrom(decoration_.fetch().values());
+  window.visible =
+      visibleFrame(window.client, window.decoration, extentsFrom(shadow_.fetch().values()));
+  return window;
 }
 
 }  // namespace vistrel::platform::linux_desktop

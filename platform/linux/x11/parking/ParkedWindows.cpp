@@ -1,8 +1,6 @@
 #include "platform/linux/x11/parking/ParkedWindows.h"
 
-#include "platform/linux/WindowPlace.h"
 #include "platform/linux/x11/manager/Manager.h"
-#include "platform/linux/x11/manager/TopLevel.h"
 #include "platform/linux/x11/parking/RequestedOrigin.h"
 #include "platform/linux/x11/server/Property.h"
 
@@ -49,25 +47,15 @@ bool ParkedWindows::move(xcb_window_t window, Point position) {
   return true;
 }
 
-std::optional<ParkedWindows::Place> ParkedWindows::placeOf(xcb_window_t window) {
-  const auto client = placeIn(connection_.xcb(), window, connection_.root());
-  if (!client) return std::nullopt;
-  const auto extents = [&](const char* property) {
-    return extentsFrom(propertyOf(connection_, window, property).values());
-  };
-  Place place;
-  place.client = *client;
-  // A manager may have left extents on a window that it has taken out of its frame.
-  if (topLevelOf(connection_, window) != window) place.frame = extents("_NET_FRAME_EXTENTS");
-  place.visible = visibleFrame(place.client, place.frame, extents("_GTK_FRAME_EXTENTS"));
-  return place;
+std::optional<FramedWindow> ParkedWindows::placeOf(xcb_window_t window) {
+  return FramedWindowRequest(connection_, window, connection_.root()).fetch();
 }
 
-Point ParkedWindows::pointsOf(const Place& place) const {
+Point ParkedWindows::pointsOf(const FramedWindow& place) const {
   return layout_.toPoints(place.visible).origin;
 }
 
-ParkedWindows::Home ParkedWindows::leave(xcb_window_t window, const Place& found) {
+ParkedWindows::Home ParkedWindows::leave(xcb_window_t window, const FramedWindow& found) {
   const bool isTold = told_ && told_->first == window;
   Home home{.position = isTold ? told_->second : pointsOf(found),
             .client = found.client,
@@ -83,13 +71,13 @@ void ParkedWindows::giveBack(xcb_window_t window, const Home& home) {
   takeOffTies(window);
   const auto place = placeOf(window);
   if (!place) return;
-  request(window, home.client, place->frame);
+  request(window, home.client, place->decoration);
   putOnTies(window, home.ties);
   if (home.desktop) setDesktop(window, *home.desktop);
   connection_.sync();
 }
 
-void ParkedWindows::moveTo(xcb_window_t window, const Place& found, Point position) {
+void ParkedWindows::moveTo(xcb_window_t window, const FramedWindow& found, Point position) {
   const Rect wanted{position, layout_.toPoints(found.visible).size};
   const PixelRect visible = layout_.holding(wanted).toPixels(wanted);
   // What is around the client may have changed with its states.
@@ -97,7 +85,7 @@ void ParkedWindows::moveTo(xcb_window_t window, const Place& found, Point positi
   request(window,
           {visible.x + place.client.x - place.visible.x,
            visible.y + place.client.y - place.visible.y, found.client.width, found.client.height},
-          place.frame);
+          place.decoration);
   connection_.sync();
 }
 

@@ -41,15 +41,6 @@ class ParkedWindows {
   bool move(xcb_window_t window, Point position);
 
  private:
-  /// In pixels of the root window.
-  struct Place {
-    /// What belongs to the window's program.
-    PixelRect client;
-    /// The widths of the manager's frame around it.
-    Extents frame;
-    /// What a person sees.
-    PixelRect visible;
-  };
   /// The states that tie a window to its place.
   struct Ties {
     bool horizontally = false;
@@ -70,12 +61,13 @@ class ParkedWindows {
     std::optional<std::uint32_t> desktop;
   };
 
-  std::optional<Place> placeOf(xcb_window_t window);
-  Point pointsOf(const Place& place) const;
+  /// In pixels of the root window; none when it has gone.
+  std::optional<FramedWindow> placeOf(xcb_window_t window);
+  Point pointsOf(const FramedWindow& place) const;
   /// Takes off what ties the window to its place.
-  Home leave(xcb_window_t window, const Place& found);
+  Home leave(xcb_window_t window, const FramedWindow& found);
   void giveBack(xcb_window_t window, const Home& home);
-  void moveTo(xcb_window_t window, const Place& found, Point position);
+  void moveTo(xcb_window_t window, const FramedWindow& found, Point position);
   void request(xcb_window_t window, const PixelRect& client, const Extents& frame);
   /// Which there were.
   Ties takeOffTies(xcb_window_t window);

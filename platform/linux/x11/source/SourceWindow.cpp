@@ -8,10 +8,8 @@
 #include <xcb/damage.h>
 #include <xcb/shape.h>
 
-#include "platform/linux/WindowPlace.h"
 #include "platform/linux/x11/manager/TopLevel.h"
 #include "platform/linux/x11/manager/VisibleFrame.h"
-#include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -238,14 +236,9 @@ std::vector<PixelRect> SourceWindow::outsideShape(const PixelRect& crop) const {
 }
 
 std::optional<PixelRect> SourceWindow::visibleInFrame() const {
-  const auto client = placeIn(connection_.xcb(), client_, frame_);
-  if (!client || isRolledUp(*client, rectOf(sizeOf(frameGeometry_)))) return std::nullopt;
-  const auto extents = [&](const char* property) {
-    return extentsFrom(propertyOf(connection_, client_, property).values());
-  };
-  // A manager may have left extents on a window that it has taken out of its frame.
-  const auto decoration = frame_ == client_ ? Extents{} : extents("_NET_FRAME_EXTENTS");
-  return visibleFrame(*client, decoration, extents("_GTK_FRAME_EXTENTS"));
+  const auto framed = FramedWindowRequest(connection_, client_, frame_).fetch();
+  if (!framed || isRolledUp(framed->client, rectOf(sizeOf(frameGeometry_)))) return std::nullopt;
+  return framed->visible;
 }
 
 PixelRect SourceWindow::inCrop(const PixelRect& inFrame, const PixelRect& crop) const {
