@@ -1,6 +1,5 @@
 #include "platform/linux/X11Desktop.h"
 
-#include <array>
 #include <atomic>
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,9 +10,9 @@
 #include "platform/linux/x11/instance/InstanceClaim.h"
 #include "platform/linux/x11/listing/ShareableContentService.h"
 #include "platform/linux/x11/manager/ApplicationActivation.h"
-#include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/monitors/DockWatch.h"
 #include "platform/linux/x11/monitors/X11Displays.h"
+#include "platform/linux/x11/panel/FloatingPanel.h"
 #include "platform/linux/x11/panel/FullScreenFollower.h"
 #include "platform/linux/x11/panel/MenuKeys.h"
 #include "platform/linux/x11/parking/X11Accessibility.h"
@@ -182,17 +181,7 @@ void XcbDesktop::takeMenuKeys(std::function<void()> pressed) {
 }
 
 void XcbDesktop::markAsFloatingPanel(std::uint32_t window) {
-  auto& c = *connection_;
-  const std::array<xcb_atom_t, 4> states{
-      c.atom("_NET_WM_STATE_ABOVE"), c.atom("_NET_WM_STATE_STICKY"),
-      c.atom("_NET_WM_STATE_SKIP_TASKBAR"), c.atom("_NET_WM_STATE_SKIP_PAGER")};
-  xcb_change_property(c.xcb(), XCB_PROP_MODE_REPLACE, window, c.atom("_NET_WM_STATE"),
-                      XCB_ATOM_ATOM, 32, states.size(), states.data());
-  xcb_change_property(c.xcb(), XCB_PROP_MODE_REPLACE, window, c.atom("_NET_WM_DESKTOP"),
-                      XCB_ATOM_CARDINAL, 32, 1, &everyDesktop);
-  // The toolkit maps the window on a connection of its own, after this.
-  c.sync();
-  while (c.pollEvent()) continue;  // no events are asked for here, so this looks for errors alone
+  makeFloating(*connection_, window);
   if (!fullScreens_) fullScreens_ = FullScreenFollower::on(panelQueue_);
   if (!fullScreens_) return;
   panelQueue_->async([follower = fullScreens_, window] { follower->add(window); });

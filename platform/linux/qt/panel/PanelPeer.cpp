@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "platform/linux/qt/paint/ChromePainter.h"
-#include "platform/linux/qt/panel/PanelProperties.h"
+#include "platform/linux/qt/space/QtConnection.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/space/RootPlace.h"
 #include "platform/linux/qt/space/ScreenList.h"
@@ -121,9 +121,9 @@ void PanelPeer::makeNative() {
   native_->setTitle(nativeTitle(window_));
   place();
   native_->create();
-  const auto id = static_cast<xcb_window_t>(native_->winId());
-  completePanelWindow(id);
-  surface_ = host().desktop().makePanelSurface(id);
+  // The surface draws it on another connection.
+  syncQt();
+  surface_ = host().desktop().makePanelSurface(static_cast<std::uint32_t>(native_->winId()));
 }
 
 void PanelPeer::pointerCameOrWent(bool isOver) {
