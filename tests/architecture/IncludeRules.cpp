@@ -180,6 +180,9 @@ bool areOppositeHalves(const Place& a, const Place& b) {
          ((a.half == "qt" && b.half == "x11") || (a.half == "x11" && b.half == "qt"));
 }
 
+/// The providers of a session: the same whatever display system fills them in.
+bool isProvider(const Place& place) { return place.backend == "linux" && place.half == "session"; }
+
 bool isInUnknownRoom(const Place& place) {
   const auto half = roomsOfHalves.find(place.half);
   return place.backend == "linux" && half != roomsOfHalves.end() && !place.roomOfHalf.empty() &&
@@ -205,6 +208,9 @@ std::optional<std::string> brokenRule(const Place& from, const std::string& incl
   const Place to = placeOf(included);
   if (!to.room) {
     if (isQuoted) return "write includes of our own from the project root";
+    if (isProvider(from) && !standardHeaders.contains(included)) {
+      return "a provider knows no display system";
+    }
     if (!isBackend && !standardHeaders.contains(included)) {
       return "the core includes the C++ standard library alone";
     }
@@ -214,6 +220,9 @@ std::optional<std::string> brokenRule(const Place& from, const std::string& incl
     return "a backend knows nothing of the core";
   }
   if (*to.room < *from.room) return "arrows run down only";
+  if (isProvider(from) && roomsOfHalves.contains(to.half)) {
+    return "a provider knows no display system";
+  }
   if (areOppositeHalves(from, to)) return "the halves of a backend do not know each other";
   if (!to.backend.empty() && to.backend != from.backend) {
     return "a backend is known to itself alone";

@@ -17,6 +17,7 @@ constexpr const char* systemInCore = "the core includes the C++ standard library
 constexpr const char* foreignBackend = "a backend is known to itself alone";
 constexpr const char* coreInBackend = "a backend knows nothing of the core";
 constexpr const char* oppositeHalf = "the halves of a backend do not know each other";
+constexpr const char* displaySystemInProvider = "a provider knows no display system";
 constexpr const char* roomAbove = "a room includes the rooms that it stands on";
 constexpr const char* unknownRoom = "a new room says what it stands on";
 constexpr const char* notFromRoot = "write includes of our own from the project root";
@@ -108,6 +109,25 @@ TEST(IncludeRules, CatchOneHalfOfTheLinuxBackendInTheOther) {
                           "#include \"platform/linux/qt/A.h\"\n"
                           "#include \"platform/linux/x11/B.h\"\n"),
               IsEmpty());
+}
+
+TEST(IncludeRules, CatchADisplaySystemInAProvider) {
+  EXPECT_THAT(brokenRules("platform/linux/session/A.h",
+                          "#include <vector>\n"
+                          "#include \"platform/Image.h\"\n"
+                          "#include \"platform/linux/PixelRect.h\"\n"
+                          "#include \"platform/linux/session/B.h\"\n"),
+              IsEmpty());
+  EXPECT_THAT(brokenRules("platform/linux/session/A.h",
+                          "#include <xcb/xcb.h>\n"
+                          "#include <QRect>\n"
+                          "#include \"platform/linux/x11/server/B.h\"\n"
+                          "#include \"platform/linux/qt/QtDesktop.h\"\n"),
+              ElementsAre(displaySystemInProvider, displaySystemInProvider, displaySystemInProvider,
+                          displaySystemInProvider));
+  EXPECT_THAT(
+      brokenRules("platform/linux/x11/stream/A.cpp", "#include \"platform/linux/session/B.h\"\n"),
+      IsEmpty());
 }
 
 TEST(IncludeRules, AllowARoomOfAHalfTheRoomsThatItStandsOn) {

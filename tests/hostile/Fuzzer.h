@@ -117,7 +117,8 @@ class Fuzzer {
   std::vector<Window> windows_;
   const std::unique_ptr<platform::linux_desktop::Connection> lister_;
   platform::linux_desktop::ApplicationNames names_;
-  platform::linux_desktop::ShareableContentService service_;
+  platform::linux_desktop::ShareableContentService service_{
+      std::make_shared<platform::linux_desktop::SharedScreenLayout>()};
   int listsAsked_ = 0;  // of service_
   std::shared_ptr<std::atomic<int>> answers_ = std::make_shared<std::atomic<int>>(0);
   std::vector<std::unique_ptr<TestMirror>> mirrors_;

@@ -159,7 +159,7 @@ TEST(HiddenDisplayAmongMonitors, StandsToTheRightOfAllThatAreInItsWay) {
 
 TEST(HiddenDisplayClasses, AreMissingWhereTheScreenCannotGrow) {
   ParkingBed bed({"", DisplayServer::fixed, WindowManager::none, false});
-  EXPECT_FALSE(bed.session().desktop().virtualDisplays()->hostsVirtualDisplays());
+  EXPECT_FALSE(bed.session().providers().hiddenDisplays->hostsVirtualDisplays());
   EXPECT_FALSE(bed.makeDisplay(100, 100).has_value());
   EXPECT_EQ(bed.displayCount(), 1u);
 }
@@ -167,7 +167,7 @@ TEST(HiddenDisplayClasses, AreMissingWhereTheScreenCannotGrow) {
 TEST(HiddenDisplayUnderAManagerThatIgnoresIt, IsRefusedAndLeavesNoTrace) {
   ParkingBed bed({"", DisplayServer::growable, WindowManager::xfwm4, false});
   const std::string before = monitorReport(bed.session().display());
-  EXPECT_TRUE(bed.session().desktop().virtualDisplays()->hostsVirtualDisplays());
+  EXPECT_TRUE(bed.session().providers().hiddenDisplays->hostsVirtualDisplays());
   EXPECT_FALSE(bed.makeDisplay(1000, 800).has_value());
   EXPECT_EQ(monitorReport(bed.session().display()), before);
 }

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/X11Session.h"
 #include "tests/support/Poll.h"
 
 namespace vistrel::testbed {
@@ -15,7 +16,7 @@ namespace {
 using platform::Error;
 using platform::Instances;
 using platform::linux_desktop::SerialQueue;
-using platform::linux_desktop::X11Desktop;
+using platform::linux_desktop::WindowStreams;
 
 /// The result of a call that answers on another thread.
 template <class Value>
@@ -116,11 +117,11 @@ class StreamedWindow::Receiver : public platform::StreamOutputHandler,
   bool hasEnded_ = false;
 };
 
-StreamedWindow::StreamedWindow(X11Desktop& desktop, const platform::WindowRecord& window,
+StreamedWindow::StreamedWindow(WindowStreams& streams, const platform::WindowRecord& window,
                                std::function<void()> beforeReading)
-    : receiver_(std::make_shared<Receiver>(desktop.makeImageContext({}), std::move(beforeReading))),
+    : receiver_(std::make_shared<Receiver>(streams.makeImageContext({}), std::move(beforeReading))),
       queue_(SerialQueue::make("test.samples", platform::QualityOfService::standard)),
-      stream_(desktop.makeStream({.desktopIndependentWindow = window},
+      stream_(streams.makeStream({.desktopIndependentWindow = window},
                                  {.minimumFrameInterval = {1, 30}}, receiver_)) {
   if (stream_->addStreamOutput(receiver_, platform::StreamOutputType::screen, queue_)) {
     throw std::runtime_error("the stream refuses its output");
@@ -145,8 +146,8 @@ bool StreamedWindow::hasEnded() const { return receiver_->hasEnded(); }
 
 ManagedSession::ManagedSession(const PrivateDisplay::Options& options) : display_(options) {
   display_.adoptEnvironment();
-  desktop_ = X11Desktop::connect(Instances::any).desktop;
-  if (!desktop_) {
+  providers_ = platform::linux_desktop::openX11Session(Instances::any).session;
+  if (!providers_) {
     throw std::runtime_error("the backend does not connect");
   }
 }
@@ -154,7 +155,7 @@ ManagedSession::ManagedSession(const PrivateDisplay::Options& options) : display
 std::vector<platform::WindowRecord> ManagedSession::listed(platform::ListedWindows which) {
   using Content = std::shared_ptr<const platform::ShareableContent>;
   const auto answer = std::make_shared<Answer<Content>>();
-  desktop_->getShareableContent(
+  providers_->windowLister->request(
       platform::DesktopWindows::included, which,
       [answer](const Content& content, const std::optional<Error>&) { answer->set(content); });
   const auto content = waitFor(*answer, "the list of windows");
@@ -174,7 +175,8 @@ std::unique_ptr<StreamedWindow> ManagedSession::stream(xcb_window_t window,
   if (!record) {
     throw std::runtime_error("the window is not listed");
   }
-  return std::make_unique<StreamedWindow>(*desktop_, record, std::move(beforeReading));
+  return std::make_unique<StreamedWindow>(*providers_->windowStreams, record,
+                                          std::move(beforeReading));
 }
 
 }  // namespace vistrel::testbed

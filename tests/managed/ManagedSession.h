@@ -9,7 +9,7 @@
 
 #include "platform/Image.h"
 #include "platform/ScreenCapture.h"
-#include "platform/linux/X11Desktop.h"
+#include "platform/linux/session/Session.h"
 #include "tests/support/PrivateDisplay.h"
 #include "tests/support/ScreenReader.h"
 #include "tests/support/TestWindow.h"
@@ -20,10 +20,10 @@ namespace vistrel::testbed {
 /// The pictures that a stream of one window delivers, pixel by pixel.
 class StreamedWindow {
  public:
-  /// Starts the stream. `desktop` outlives this object. `beforeReading` runs on the stream's queue
+  /// Starts the stream. `beforeReading` runs on the stream's queue
   /// whenever a picture has come and is not yet read.
-  StreamedWindow(platform::linux_desktop::X11Desktop& desktop, const platform::WindowRecord& window,
-                 std::function<void()> beforeReading = {});
+  StreamedWindow(platform::linux_desktop::WindowStreams& streams,
+                 const platform::WindowRecord& window, std::function<void()> beforeReading = {});
   ~StreamedWindow();
   StreamedWindow(const StreamedWindow&) = delete;
   StreamedWindow& operator=(const StreamedWindow&) = delete;
@@ -55,7 +55,7 @@ class ManagedSession {
   PrivateDisplay& display() { return display_; }
   const XConnection& connection() const { return connection_; }
   const ScreenReader& screen() const { return screen_; }
-  platform::linux_desktop::X11Desktop& desktop() { return *desktop_; }
+  platform::linux_desktop::Session& providers() { return *providers_; }
 
   /// The windows that are listed.
   std::vector<platform::WindowRecord> listed(
@@ -70,7 +70,7 @@ class ManagedSession {
   PrivateDisplay display_;
   XConnection connection_{display_.name()};
   ScreenReader screen_{connection_};
-  std::unique_ptr<platform::linux_desktop::X11Desktop> desktop_;
+  std::unique_ptr<platform::linux_desktop::Session> providers_;
 };
 
 }  // namespace vistrel::testbed

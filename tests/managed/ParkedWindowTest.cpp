@@ -342,7 +342,7 @@ TEST(ParkedUnderAManagerThatIsLate, AWindowIsNotSoughtWhereItIsAboutToLeave) {
 TEST(OtherProgramsWindows, CannotBeReachedWithoutAManager) {
   ParkingBed bed({"", DisplayServer::fixed, WindowManager::none, false});
   const TestWindow window(bed.session().display().name(), {.area = {300, 250, 400, 300}});
-  auto& accessibility = bed.session().desktop().accessibility();
+  auto& accessibility = *bed.session().providers().otherWindows;
   EXPECT_FALSE(accessibility.isProcessTrusted());
   EXPECT_FALSE(accessibility.isProcessTrustedWithOptions(true));
   EXPECT_THROW(bed.elementOf(window.id()), std::runtime_error);

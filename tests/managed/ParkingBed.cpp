@@ -21,7 +21,7 @@ ParkingBed::ParkingBed(const ParkingPlace& place)
 
 std::optional<platform::DisplayID> ParkingBed::makeDisplay(int width, int height) {
   const auto size = [](int points) { return 2 * static_cast<std::uint32_t>(points); };
-  const auto server = session_.desktop().virtualDisplays();
+  const auto server = session_.providers().hiddenDisplays;
   const auto display = server->createDisplay(
       {.name = "Test", .maxPixelsWide = size(width), .maxPixelsHigh = size(height)});
   if (!display) {
@@ -30,7 +30,7 @@ std::optional<platform::DisplayID> ParkingBed::makeDisplay(int width, int height
   EXPECT_GT(boundsOf(*display).width, 0) << "before anybody places it";
   EXPECT_TRUE(
       server->applySettings(*display, {.hiDPI = true, .modes = {{size(width), size(height), 60}}}));
-  auto& displays = session_.desktop().displays();
+  auto& displays = *session_.providers().displays;
   const auto mainBounds = displays.displayBounds(displays.mainDisplayID());
   const auto configuration = displays.beginDisplayConfiguration();
   configuration->configureOrigin(*display, static_cast<std::int32_t>(mainBounds.maxX()), 0);
@@ -39,17 +39,17 @@ std::optional<platform::DisplayID> ParkingBed::makeDisplay(int width, int height
 }
 
 void ParkingBed::removeDisplay(platform::DisplayID display) {
-  session_.desktop().virtualDisplays()->removeDisplay(display);
+  session_.providers().hiddenDisplays->removeDisplay(display);
 }
 
 Rect ParkingBed::boundsOf(platform::DisplayID display) {
-  const auto bounds = session_.desktop().displays().displayBounds(display);
+  const auto bounds = session_.providers().displays->displayBounds(display);
   return {static_cast<int>(bounds.minX()), static_cast<int>(bounds.minY()),
           static_cast<int>(bounds.width()), static_cast<int>(bounds.height())};
 }
 
 std::shared_ptr<AccessibilityElement> ParkingBed::elementOf(xcb_window_t window) {
-  auto& accessibility = session_.desktop().accessibility();
+  auto& accessibility = *session_.providers().otherWindows;
   const auto numberOf = accessibility.windowNumberFunctionNamed("_AXUIElementGetWindow");
   const auto application = accessibility.applicationElement(::getpid());
   const auto [error, value] = application->copyAttributeValue(accessibilityWindows);
@@ -80,7 +80,7 @@ ParkedWindow::ParkedWindow(ParkingBed& bed, xcb_window_t window)
     : bed_(bed), element_(bed.elementOf(window)), home_(ParkingBed::positionOf(*element_)) {
   const Rect area = areaOf(bed.connection(), window).value_or(Rect{});
   display_ = bed.makeDisplay(std::max(area.width, 640), std::max(area.height, 480));
-  auto& displays = bed.session().desktop().displays();
+  auto& displays = *bed.session().providers().displays;
   if (display_) {
     const auto bounds = displays.displayBounds(*display_);
     place_ = {bounds.minX() + 8, bounds.minY() + 8};

@@ -40,7 +40,7 @@ class ParkingBed {
   void removeDisplay(platform::DisplayID display);
   Rect boundsOf(platform::DisplayID display);
   /// How many displays are online.
-  std::uint32_t displayCount() { return session_.desktop().displays().onlineDisplayCount(); }
+  std::uint32_t displayCount() { return session_.providers().displays->onlineDisplayCount(); }
 
   /// The element of this process's window of that number. Throws std::runtime_error when there is
   /// none.

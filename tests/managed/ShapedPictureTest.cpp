@@ -73,7 +73,7 @@ TEST_F(ShapedPanel, MixesNothingIntoAnEdgeThatWasCutAway) {
 
   const Rect half{0, 0, area.width / 2, area.height / 2};
   const auto panel = open({.area = half, .managed = false});
-  const auto surface = session_.desktop().makePanelSurface(panel->id());
+  const auto surface = session_.providers().panelWindows->makeSurface(panel->id());
   surface->setChrome(
       {.width = half.width,
        .height = half.height,

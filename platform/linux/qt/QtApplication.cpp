@@ -28,8 +28,13 @@ QWidget* foremostWidget() {
 
 }  // namespace
 
-QtApplication::QtApplication(PeerHost& windows, std::function<void()> ended)
-    : windows_(windows), ended_(std::move(ended)), signals_([this] { terminate(); }) {}
+QtApplication::QtApplication(PeerHost& windows, WindowActivation& activation,
+                             ProgramInstance& instance, std::function<void()> ended)
+    : windows_(windows),
+      activation_(activation),
+      instance_(instance),
+      ended_(std::move(ended)),
+      signals_([this] { terminate(); }) {}
 
 void QtApplication::setActivationPolicy(ActivationPolicy /*policy*/) {
   // Every program with a window is a regular one here.
@@ -45,7 +50,7 @@ void QtApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
   if (!ignoringOtherApps || foremost == nullptr) return;
   // The toolkit itself knows no later time than that of its windows' last input.
   syncQt();
-  windows_.desktop().activateWindow(static_cast<std::uint32_t>(foremost->winId()), personActedAt_);
+  activation_.activateWindow(static_cast<std::uint32_t>(foremost->winId()), personActedAt_);
 }
 
 void QtApplication::setMainMenu(std::shared_ptr<Menu> menu) {
@@ -74,7 +79,7 @@ void QtApplication::sendNextEvent(Date until) {
 
 void QtApplication::run() {
   finishLaunching();
-  windows_.desktop().whenStartedAgain([this](std::uint32_t time) { reopen(time); });
+  instance_.whenStartedAgain([this](std::uint32_t time) { reopen(time); });
   icon_.emplace(iconCallbacks());
   windows_.onWindowsChange([this] { icon_->windowsDidChange(); });
   if (!isTerminated_) QApplication::exec();
@@ -95,7 +100,7 @@ TrayIcon::Callbacks QtApplication::iconCallbacks() {
 
 void QtApplication::terminate() {
   isTerminated_ = true;
-  windows_.desktop().letOthersStart();
+  instance_.letOthersStart();
   QCoreApplication::exit(0);
 }
 

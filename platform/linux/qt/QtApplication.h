@@ -10,14 +10,17 @@
 #include "platform/linux/qt/process/TerminationSignals.h"
 #include "platform/linux/qt/tray/TrayIcon.h"
 #include "platform/linux/qt/windows/PeerHost.h"
+#include "platform/linux/session/ProgramInstance.h"
+#include "platform/linux/session/WindowActivation.h"
 
 namespace vistrel::platform::linux_desktop {
 
 /// The program's life on the toolkit's event loop.
 class QtApplication final : public Application {
  public:
-  /// `windows` outlives it; `ended` runs once the event loop has, before `run` returns.
-  QtApplication(PeerHost& windows, std::function<void()> ended);
+  /// The first three outlive it; `ended` runs once the event loop has, before `run` returns.
+  QtApplication(PeerHost& windows, WindowActivation& activation, ProgramInstance& instance,
+                std::function<void()> ended);
 
   void setActivationPolicy(ActivationPolicy policy) override;
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
@@ -36,6 +39,8 @@ class QtApplication final : public Application {
   void reopen(std::uint32_t time);
 
   PeerHost& windows_;
+  WindowActivation& activation_;
+  ProgramInstance& instance_;
   const std::function<void()> ended_;
   std::weak_ptr<ApplicationDelegate> delegate_;
   bool isTerminated_ = false;

@@ -47,11 +47,12 @@ class ConfiguredQt {
 
 class StartedQtDesktop final : public QtDesktop {
  public:
-  StartedQtDesktop(char* programPath, X11Desktop& desktop)
+  StartedQtDesktop(char* programPath, const Session& session)
       : qt_(programPath),
-        windows_(desktop),
-        workspace_(windows_.host()),
-        application_(windows_.host(), [this] { finish(); }) {}
+        windows_(session),
+        workspace_(windows_.host(), *session.windowActivation, *session.instance),
+        application_(windows_.host(), *session.windowActivation, *session.instance,
+                     [this] { finish(); }) {}
 
   ~StartedQtDesktop() override {
     windows_.finish();
@@ -82,9 +83,9 @@ class StartedQtDesktop final : public QtDesktop {
 
 }  // namespace
 
-std::unique_ptr<QtDesktop> QtDesktop::start(char* programPath, X11Desktop& desktop) {
+std::unique_ptr<QtDesktop> QtDesktop::start(char* programPath, const Session& session) {
   quietenQt();
-  return std::make_unique<StartedQtDesktop>(programPath, desktop);
+  return std::make_unique<StartedQtDesktop>(programPath, session);
 }
 
 }  // namespace vistrel::platform::linux_desktop

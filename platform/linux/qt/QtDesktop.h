@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/Backend.h"
-#include "platform/linux/X11Desktop.h"
+#include "platform/linux/session/Session.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -11,9 +11,9 @@ namespace vistrel::platform::linux_desktop {
 class QtDesktop {
  public:
   /// Starts the toolkit on the display that DISPLAY names, which must be known to answer: the
-  /// toolkit ends the process otherwise. `programPath` is argv[0]. Main thread, once; `desktop` and
+  /// toolkit ends the process otherwise. `programPath` is argv[0]. Main thread, once; `session` and
   /// `programPath` outlive it.
-  static std::unique_ptr<QtDesktop> start(char* programPath, X11Desktop& desktop);
+  static std::unique_ptr<QtDesktop> start(char* programPath, const Session& session);
 
   virtual ~QtDesktop() = default;
   virtual DispatchBackend& dispatch() = 0;

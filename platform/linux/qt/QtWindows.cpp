@@ -46,20 +46,26 @@ Size sizeOf(const Button& button) {
 
 }  // namespace
 
-QtWindows::QtWindows(X11Desktop& desktop)
-    : host_(std::make_shared<PeerHost>(desktop, savedFramesOfPerson())),
-      screens_(desktop, [this] { screensDidChange(); }) {
-  desktop.setScreenLayout(ScreenList::layout());
+QtWindows::QtWindows(const Session& session)
+    : session_(session),
+      host_(std::make_shared<PeerHost>(savedFramesOfPerson())),
+      screens_(*session.dockAreas, [this] { screensDidChange(); }) {
+  session.layout->set(ScreenList::layout());
 }
 
 void QtWindows::screensDidChange() {
   if (!host_->isOpen()) return;
-  host_->desktop().setScreenLayout(ScreenList::layout());
+  session_.layout->set(ScreenList::layout());
   host_->screensDidChange();
 }
 
 std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
-  if (isPanel) return std::make_unique<PanelPeer>(window, host_);
+  if (isPanel) {
+    return std::make_unique<PanelPeer>(
+        window, host_,
+        PanelPeer::Providers{*session_.panelWindows, *session_.contextMenuKeys,
+                             *session_.windowActivation});
+  }
   return std::make_unique<TitledPeer>(window, host_);
 }
 

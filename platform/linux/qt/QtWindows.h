@@ -5,16 +5,17 @@
 #include <vector>
 
 #include "platform/Backend.h"
-#include "platform/linux/X11Desktop.h"
 #include "platform/linux/qt/space/ScreenList.h"
 #include "platform/linux/qt/windows/PeerHost.h"
+#include "platform/linux/session/Session.h"
 
 namespace vistrel::platform::linux_desktop {
 
 /// Windows, screens, the pointer, controls' sizes and alerts of the toolkit.
 class QtWindows final : public WindowBackend {
  public:
-  explicit QtWindows(X11Desktop& desktop);
+  /// `session` outlives it.
+  explicit QtWindows(const Session& session);
 
   std::unique_ptr<WindowPeer> makePeer(Window& window, bool isPanel) override;
   std::vector<Screen> screens() override { return screens_.all(); }
@@ -31,6 +32,7 @@ class QtWindows final : public WindowBackend {
  private:
   void screensDidChange();
 
+  const Session& session_;
   std::shared_ptr<PeerHost> host_;
   ScreenList screens_;
 };

@@ -31,8 +31,8 @@ QString nativeTitle(const Window& window) {
 
 }  // namespace
 
-PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host)
-    : HostedPeer(window, std::move(host)) {
+PanelPeer::PanelPeer(Window& window, std::shared_ptr<PeerHost> host, Providers providers)
+    : HostedPeer(window, std::move(host)), providers_(providers) {
   repaint_.setSingleShot(true);
   QObject::connect(&repaint_, &QTimer::timeout, &repaint_, [this] { repaint(); });
   lastAnswer_.setSingleShot(true);
@@ -66,19 +66,18 @@ void PanelPeer::orderFrontRegardless() {
   if (!native_) makeNative();
   const auto id = static_cast<std::uint32_t>(native_->winId());
   if (!native_->isVisible()) {
-    // Managers take the state away from a window that is withdrawn.
-    host().desktop().markAsFloatingPanel(id);
+    providers_.windows.makeFloating(id);
     repaint();
     native_->show();
     isComingToFront_ = true;
   }
-  host().desktop().raise(id);
+  providers_.activation.raise(id);
 }
 
 void PanelPeer::comeToFront() {
   // A manager may put a new window that does not get the keyboard below older ones.
   if (!std::exchange(isComingToFront_, false)) return;
-  host().desktop().raise(static_cast<std::uint32_t>(native_->winId()));
+  providers_.activation.raise(static_cast<std::uint32_t>(native_->winId()));
 }
 
 void PanelPeer::makeKeyAndOrderFront() { orderFrontRegardless(); }
@@ -123,16 +122,16 @@ void PanelPeer::makeNative() {
   native_->create();
   // The surface draws it on another connection.
   syncQt();
-  surface_ = host().desktop().makePanelSurface(static_cast<std::uint32_t>(native_->winId()));
+  surface_ = providers_.windows.makeSurface(static_cast<std::uint32_t>(native_->winId()));
 }
 
 void PanelPeer::pointerCameOrWent(bool isOver) {
   if (isOver == std::exchange(takesMenuKeys_, isOver)) return;
   // The panel never has the keyboard: the pointer says that it is the one that is meant.
   if (isOver) {
-    host().desktop().takeMenuKeys([this] { native_->openContextMenu(); });
+    providers_.menuKeys.take([this] { native_->openContextMenu(); });
   } else {
-    host().desktop().takeMenuKeys(nullptr);
+    providers_.menuKeys.release();
   }
 }
 

@@ -6,13 +6,15 @@
 #include <string>
 
 #include "platform/Window.h"
-#include "platform/linux/PanelSurface.h"
 #include "platform/linux/ScreenLayout.h"
 #include "platform/linux/qt/panel/PanelWindow.h"
 #include "platform/linux/qt/panel/RollAnimation.h"
 #include "platform/linux/qt/windows/NativeWindow.h"
 #include "platform/linux/qt/windows/PeerHost.h"
 #include "platform/linux/qt/windows/PlacedFrame.h"
+#include "platform/linux/session/ContextMenuKeys.h"
+#include "platform/linux/session/PanelWindows.h"
+#include "platform/linux/session/WindowActivation.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -20,7 +22,14 @@ namespace vistrel::platform::linux_desktop {
 /// from the view tree when it changes and composited with the picture by a `PanelSurface`.
 class PanelPeer final : public HostedPeer {
  public:
-  PanelPeer(Window& window, std::shared_ptr<PeerHost> host);
+  /// Of the session, for as long as the host is open.
+  struct Providers {
+    PanelWindows& windows;
+    ContextMenuKeys& menuKeys;
+    WindowActivation& activation;
+  };
+
+  PanelPeer(Window& window, std::shared_ptr<PeerHost> host, Providers providers);
   ~PanelPeer() override;
 
   void frameDidChange(Redisplay redisplay, FrameChange change) override;
@@ -69,6 +78,7 @@ class PanelPeer final : public HostedPeer {
   void showChrome(PanelChrome chrome);
   void showContents(std::shared_ptr<const Image> image);
 
+  const Providers providers_;
   OwnedNative<PanelWindow> native_;
   std::unique_ptr<PanelSurface> surface_;  // goes before native_
   QRect wanted_;                           // the model's frame in pixels of the root window

@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <xcb/xcb.h>
 
-#include "platform/linux/X11Desktop.h"
+#include "platform/linux/DisplayLoss.h"
 #include "platform/linux/qt/process/XlibErrors.h"
 
 namespace vistrel::platform::linux_desktop {

@@ -22,15 +22,15 @@ QCollator caseInsensitiveCollator() {
 /// Known by the windows of its process.
 class WindowedApplication : public RunningApplication {
  public:
-  WindowedApplication(X11Desktop& desktop, std::int32_t processID)
-      : desktop_(desktop), processID_(processID) {}
+  WindowedApplication(WindowActivation& activation, std::int32_t processID)
+      : activation_(activation), processID_(processID) {}
 
   bool activate(ActivationOptions /*options*/) override {
-    return desktop_.activateWindows(processID_);
+    return activation_.activateWindows(processID_);
   }
 
  private:
-  X11Desktop& desktop_;
+  WindowActivation& activation_;
   const std::int32_t processID_;
 };
 
@@ -46,8 +46,11 @@ QProcessEnvironment environmentOfNewInstance() {
 }  // namespace
 
 // Later on the system may know the file as a deleted one.
-QtWorkspace::QtWorkspace(PeerHost& windows)
-    : windows_(windows), programPath_(QCoreApplication::applicationFilePath().toStdString()) {}
+QtWorkspace::QtWorkspace(PeerHost& windows, WindowActivation& activation, ProgramInstance& instance)
+    : windows_(windows),
+      activation_(activation),
+      instance_(instance),
+      programPath_(QCoreApplication::applicationFilePath().toStdString()) {}
 
 bool QtWorkspace::openURL(const std::string& url) {
   const auto lists = handlerLists(xdgConfigDirectories(), xdgDataDirectories());
@@ -57,7 +60,7 @@ bool QtWorkspace::openURL(const std::string& url) {
 
 bool QtWorkspace::openNewInstance(const std::string& bundlePath) {
   windows_.saveFrames();
-  windows_.desktop().letOthersStart();
+  instance_.letOthersStart();
   QProcess instance;
   instance.setProgram(QString::fromStdString(bundlePath));
   instance.setProcessEnvironment(environmentOfNewInstance());
@@ -69,8 +72,8 @@ std::int32_t QtWorkspace::processIdentifier() {
 }
 
 std::shared_ptr<RunningApplication> QtWorkspace::runningApplication(std::int32_t processID) {
-  if (!windows_.desktop().hasWindows(processID)) return nullptr;
-  return std::make_shared<WindowedApplication>(windows_.desktop(), processID);
+  if (!activation_.hasWindows(processID)) return nullptr;
+  return std::make_shared<WindowedApplication>(activation_, processID);
 }
 
 std::optional<std::string> QtWorkspace::bundleInfo(const std::string& key) {

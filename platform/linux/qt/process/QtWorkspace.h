@@ -3,14 +3,16 @@
 #include "platform/Backend.h"
 #include "platform/Workspace.h"
 #include "platform/linux/qt/windows/PeerHost.h"
+#include "platform/linux/session/ProgramInstance.h"
+#include "platform/linux/session/WindowActivation.h"
 
 namespace vistrel::platform::linux_desktop {
 
 /// The surroundings of the process by the XDG specifications and the person's locale.
 class QtWorkspace final : public WorkspaceBackend {
  public:
-  /// `windows` outlives it. Made when the program starts.
-  explicit QtWorkspace(PeerHost& windows);
+  /// All outlive it. Made when the program starts.
+  QtWorkspace(PeerHost& windows, WindowActivation& activation, ProgramInstance& instance);
 
   /// Spawns nothing where no program is registered for the URL's scheme.
   bool openURL(const std::string& url) override;
@@ -27,6 +29,8 @@ class QtWorkspace final : public WorkspaceBackend {
 
  private:
   PeerHost& windows_;
+  WindowActivation& activation_;
+  ProgramInstance& instance_;
   const std::string programPath_;
 };
 

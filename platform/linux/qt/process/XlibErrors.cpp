@@ -2,7 +2,7 @@
 
 #include <X11/Xlib.h>
 
-#include "platform/linux/X11Desktop.h"
+#include "platform/linux/DisplayLoss.h"
 
 namespace vistrel::platform::linux_desktop {
 

@@ -29,10 +29,10 @@ std::vector<const QScreen*> qtScreensInOrder() {
 
 /// The free areas are asked of the display: the toolkit knows of none once there are several
 /// screens.
-std::vector<Screen> valuesOf(const ScreenLayout& layout, const X11Desktop& desktop) {
+std::vector<Screen> valuesOf(const ScreenLayout& layout, const DockAreas& docks) {
   std::vector<PixelRect> monitors;
   for (const LaidOutMonitor& each : layout.monitors()) monitors.push_back(each.monitor.pixels);
-  const std::vector<PixelRect> free = desktop.freeAreas(monitors);
+  const std::vector<PixelRect> free = docks.freeAreas(monitors);
   std::vector<Screen> screens;
   for (std::size_t i = 0; i < monitors.size(); ++i) {
     const LaidOutMonitor& monitor = layout.monitors()[i];
@@ -52,8 +52,8 @@ std::size_t mainOf(const std::vector<const QScreen*>& screens) {
 
 }  // namespace
 
-ScreenList::ScreenList(X11Desktop& desktop, std::function<void()> changed)
-    : desktop_(desktop), layout_(layout()) {
+ScreenList::ScreenList(DockAreas& docks, std::function<void()> changed)
+    : docks_(docks), layout_(layout()) {
   changed_.setSingleShot(true);
   QObject::connect(&changed_, &QTimer::timeout, &context_, std::move(changed));
   for (QScreen* screen : QGuiApplication::screens()) watch(screen);
@@ -65,7 +65,7 @@ ScreenList::ScreenList(X11Desktop& desktop, std::function<void()> changed)
   QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, &context_,
                    [this] { refresh(); });
   watchKeyWindow();
-  desktop_.watchDocks([this] {
+  docks_.watch([this] {
     QMetaObject::invokeMethod(
         &context_, [this] { refresh(); }, Qt::QueuedConnection);
   });
@@ -113,7 +113,7 @@ void ScreenList::watch(QScreen* screen) {
 void ScreenList::refresh() {
   const auto screens = qtScreensInOrder();
   auto current = layout();
-  auto all = screens.empty() ? std::vector<Screen>() : valuesOf(current, desktop_);
+  auto all = screens.empty() ? std::vector<Screen>() : valuesOf(current, docks_);
   if (current != layout_) changed_.start();
   layout_ = std::move(current);
   const std::lock_guard lock(mutex_);

@@ -9,7 +9,7 @@
 
 #include "platform/Screen.h"
 #include "platform/linux/ScreenLayout.h"
-#include "platform/linux/X11Desktop.h"
+#include "platform/linux/session/DockAreas.h"
 
 class QScreen;
 
@@ -19,9 +19,9 @@ namespace vistrel::platform::linux_desktop {
 class ScreenList {
  public:
   /// Calls `changed` whenever monitors have come, gone, moved or changed their size or scale; once
-  /// for all that happens in one turn of the event loop. `desktop` outlives this object, which
+  /// for all that happens in one turn of the event loop. `docks` outlives this object, which
   /// outlives the queues' threads. Main thread.
-  ScreenList(X11Desktop& desktop, std::function<void()> changed);
+  ScreenList(DockAreas& docks, std::function<void()> changed);
 
   /// The primary one first. Any thread.
   std::vector<Screen> all() const;
@@ -36,7 +36,7 @@ class ScreenList {
   void watchKeyWindow();
   void refresh();
 
-  X11Desktop& desktop_;
+  DockAreas& docks_;
   QObject context_;  // ends what is connected to it
   QTimer changed_;   // runs out at the next turn of the event loop
   ScreenLayout layout_;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/Window.h"
+#include "platform/linux/PixelRect.h"
 #include "platform/linux/qt/widgets/TitledWindow.h"
 #include "platform/linux/qt/windows/NativeWindow.h"
 #include "platform/linux/qt/windows/PeerHost.h"

@@ -7,7 +7,6 @@
 
 #include "platform/Backend.h"
 #include "platform/Window.h"
-#include "platform/linux/X11Desktop.h"
 #include "platform/linux/qt/menus/MainMenu.h"
 #include "platform/linux/qt/menus/OpenWindows.h"
 #include "platform/linux/qt/windows/SavedFrames.h"
@@ -49,13 +48,10 @@ class HostedPeer : public WindowPeer {
 /// What peers need of their surroundings, for as long as there are any. Main thread.
 class PeerHost : public OpenWindows {
  public:
-  PeerHost(X11Desktop& desktop, SavedFrames savedFrames)
-      : desktop_(desktop), savedFrames_(std::move(savedFrames)) {}
+  explicit PeerHost(SavedFrames savedFrames) : savedFrames_(std::move(savedFrames)) {}
 
   /// False once the event loop has ended: windows are not shown any more.
   bool isOpen() const { return isOpen_; }
-  /// Only while open.
-  X11Desktop& desktop() const { return desktop_; }
   const SavedFrames& savedFrames() const { return savedFrames_; }
   MainMenu& mainMenu() { return mainMenu_; }
 
@@ -83,7 +79,6 @@ class PeerHost : public OpenWindows {
  private:
   friend class HostedPeer;
 
-  X11Desktop& desktop_;
   const SavedFrames savedFrames_;
   MainMenu mainMenu_{*this};
   std::vector<HostedPeer*> peers_;  // the oldest first

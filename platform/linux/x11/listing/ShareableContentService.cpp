@@ -11,7 +11,6 @@ namespace {
 struct Lister {
   std::unique_ptr<Connection> connection;
   ApplicationNames names;
-  ScreenLayout layout;
 
   /// False when the display refuses.
   bool connect() {
@@ -26,33 +25,28 @@ Lister& listerOf(SerialQueue& queue) {
   return *static_cast<Lister*>(attachment.get());
 }
 
-void answer(Lister& lister, DesktopWindows desktopWindows, ListedWindows listedWindows,
-            const ShareableContentCompletion& completion) {
+void answer(Lister& lister, const ScreenLayout& layout, DesktopWindows desktopWindows,
+            ListedWindows listedWindows, const ShareableContentCompletion& completion) {
   const Error noAnswer{"The display server does not answer."};
   if (!lister.connect()) return completion(nullptr, noAnswer);
   auto content =
-      listWindows(*lister.connection, lister.names, lister.layout, desktopWindows, listedWindows);
+      listWindows(*lister.connection, lister.names, layout, desktopWindows, listedWindows);
   if (lister.connection->isLost()) return completion(nullptr, noAnswer);
   completion(std::move(content), std::nullopt);
 }
 
 }  // namespace
 
-ShareableContentService::ShareableContentService()
-    : queue_(SerialQueue::make("vistrel.windows", QualityOfService::standard)) {}
-
-void ShareableContentService::setScreenLayout(ScreenLayout layout) {
-  queue_->async([queue = queue_, layout = std::move(layout)]() mutable {
-    listerOf(*queue).layout = std::move(layout);
-  });
-}
+ShareableContentService::ShareableContentService(std::shared_ptr<const SharedScreenLayout> layout)
+    : layout_(std::move(layout)),
+      queue_(SerialQueue::make("vistrel.windows", QualityOfService::standard)) {}
 
 void ShareableContentService::request(DesktopWindows desktopWindows, ListedWindows listedWindows,
                                       ShareableContentCompletion completion) {
-  queue_->async(
-      [queue = queue_, desktopWindows, listedWindows, completion = std::move(completion)] {
-        answer(listerOf(*queue), desktopWindows, listedWindows, completion);
-      });
+  queue_->async([queue = queue_, layout = layout_, desktopWindows, listedWindows,
+                 completion = std::move(completion)] {
+    answer(listerOf(*queue), *layout->get(), desktopWindows, listedWindows, completion);
+  });
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -2,26 +2,23 @@
 
 #include <memory>
 
-#include "platform/ScreenCapture.h"
-#include "platform/linux/ScreenLayout.h"
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/session/SharedScreenLayout.h"
+#include "platform/linux/session/WindowLister.h"
 
 namespace vistrel::platform::linux_desktop {
 
-/// Lists windows on a thread and a connection of its own, so that nobody who waits for the answer
-/// can hold it up. Any thread.
-class ShareableContentService {
+/// Lists the windows of the display server on a queue and a connection of its own.
+class ShareableContentService final : public WindowLister {
  public:
-  ShareableContentService();
+  explicit ShareableContentService(std::shared_ptr<const SharedScreenLayout> layout);
 
-  /// By which the frames of windows are given in points.
-  void setScreenLayout(ScreenLayout layout);
-  /// As `platform::getShareableContent`.
   void request(DesktopWindows desktopWindows, ListedWindows listedWindows,
-               ShareableContentCompletion completion);
+               ShareableContentCompletion completion) override;
 
  private:
-  std::shared_ptr<SerialQueue> queue_;
+  const std::shared_ptr<const SharedScreenLayout> layout_;
+  const std::shared_ptr<SerialQueue> queue_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -42,8 +42,8 @@ void X11VirtualDisplays::place(DisplayID display, int x, int y) {
 std::optional<PixelSize> X11VirtualDisplays::sizeOnRoot(std::uint32_t width, std::uint32_t height,
                                                         bool hiDPI) const {
   constexpr double largest = std::numeric_limits<std::int16_t>::max();
-  const double scale =
-      layout_.monitors().front().monitor.pixelsPerPoint / (hiDPI ? pixelsPerPointOfHiDPI : 1);
+  const double scale = layout_->get()->monitors().front().monitor.pixelsPerPoint /
+                       (hiDPI ? pixelsPerPointOfHiDPI : 1);
   const double across = std::round(width * scale);
   const double down = std::round(height * scale);
   if (across < 1 || down < 1 || across > largest || down > largest) return std::nullopt;
@@ -61,10 +61,10 @@ class X11Displays::Configuration final : public DisplayConfiguration {
 
   // Nothing outlasts the session here, whatever the option.
   void complete(ConfigureOption /*option*/) override {
-    const LaidOutMonitor& main = displays_.layout_.monitors().front();
+    const LaidOutMonitor main = displays_.layout_->get()->monitors().front();
     for (const auto& [display, origin] : origins_) {
       const PixelRect pixels = main.toPixels({origin, {}});
-      displays_.virtuals_.place(display, pixels.x, pixels.y);
+      displays_.virtuals_->place(display, pixels.x, pixels.y);
     }
   }
 
@@ -73,12 +73,13 @@ class X11Displays::Configuration final : public DisplayConfiguration {
   std::map<DisplayID, Point> origins_;
 };
 
-X11Displays::X11Displays(Connection& connection, const ScreenLayout& layout,
-                         X11VirtualDisplays& virtuals)
-    : connection_(connection),
-      layout_(layout),
-      virtuals_(virtuals),
-      hasMonitors_(offersMonitors(connection)) {}
+X11Displays::X11Displays(std::shared_ptr<Connection> connection,
+                         std::shared_ptr<const SharedScreenLayout> layout,
+                         std::shared_ptr<X11VirtualDisplays> virtuals)
+    : connection_(std::move(connection)),
+      layout_(std::move(layout)),
+      virtuals_(std::move(virtuals)),
+      hasMonitors_(offersMonitors(*connection_)) {}
 
 DisplayID X11Displays::mainDisplayID() {
   const auto all = displays();
@@ -89,7 +90,7 @@ Rect X11Displays::displayBounds(DisplayID display) {
   const auto all = displays();
   const auto found = std::find_if(all.begin(), all.end(),
                                   [&](const ListedMonitor& each) { return each.id == display; });
-  return found == all.end() ? Rect{} : layout_.toPoints(found->area);
+  return found == all.end() ? Rect{} : layout_->get()->toPoints(found->area);
 }
 
 std::uint32_t X11Displays::onlineDisplayCount() {
@@ -101,11 +102,11 @@ std::unique_ptr<DisplayConfiguration> X11Displays::beginDisplayConfiguration() {
 }
 
 std::vector<ListedMonitor> X11Displays::displays() {
-  if (hasMonitors_) return monitorsOf(connection_);
+  if (hasMonitors_) return monitorsOf(*connection_);
   const auto root = replyTo<xcb_get_geometry_reply>(
-      connection_.xcb(), xcb_get_geometry(connection_.xcb(), connection_.root()));
+      connection_->xcb(), xcb_get_geometry(connection_->xcb(), connection_->root()));
   if (!root) return {};
-  return {{connection_.root(), {}, {0, 0, root->width, root->height}, true, XCB_NONE}};
+  return {{connection_->root(), {}, {0, 0, root->width, root->height}, true, XCB_NONE}};
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -2,10 +2,11 @@
 
 #include <map>
 #include <memory>
+#include <utility>
 
 #include "platform/Backend.h"
 #include "platform/VirtualDisplayClasses.h"
-#include "platform/linux/ScreenLayout.h"
+#include "platform/linux/session/SharedScreenLayout.h"
 #include "platform/linux/x11/monitors/HiddenMonitor.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -13,11 +14,11 @@ namespace vistrel::platform::linux_desktop {
 /// Hidden monitors as virtual displays.
 class X11VirtualDisplays final : public VirtualDisplayServer {
  public:
-  /// Both outlive this object.
-  X11VirtualDisplays(Connection& connection, const ScreenLayout& layout)
-      : connection_(connection), layout_(layout) {}
+  X11VirtualDisplays(std::shared_ptr<Connection> connection,
+                     std::shared_ptr<const SharedScreenLayout> layout)
+      : connection_(std::move(connection)), layout_(std::move(layout)) {}
 
-  bool hostsVirtualDisplays() override { return canHideMonitors(connection_); }
+  bool hostsVirtualDisplays() override { return canHideMonitors(*connection_); }
   /// Of high resolution until it gets settings. Its millimetres are those of as many pixels of the
   /// screen, whatever is asked for.
   std::optional<DisplayID> createDisplay(const VirtualDisplayDescriptor& descriptor) override;
@@ -35,8 +36,8 @@ class X11VirtualDisplays final : public VirtualDisplayServer {
   /// more than the protocol's coordinates hold.
   std::optional<PixelSize> sizeOnRoot(std::uint32_t width, std::uint32_t height, bool hiDPI) const;
 
-  Connection& connection_;
-  const ScreenLayout& layout_;
+  const std::shared_ptr<Connection> connection_;
+  const std::shared_ptr<const SharedScreenLayout> layout_;
   std::map<DisplayID, std::unique_ptr<HiddenMonitor>> monitors_;
 };
 
@@ -44,8 +45,10 @@ class X11VirtualDisplays final : public VirtualDisplayServer {
 /// monitors, RandR 1.5, has one display, its screen.
 class X11Displays final : public DisplayBackend {
  public:
-  /// All outlive this object and the configurations that it begins.
-  X11Displays(Connection& connection, const ScreenLayout& layout, X11VirtualDisplays& virtuals);
+  /// Outlives the configurations that it begins.
+  X11Displays(std::shared_ptr<Connection> connection,
+              std::shared_ptr<const SharedScreenLayout> layout,
+              std::shared_ptr<X11VirtualDisplays> virtuals);
 
   DisplayID mainDisplayID() override;
   Rect displayBounds(DisplayID display) override;
@@ -57,9 +60,9 @@ class X11Displays final : public DisplayBackend {
 
   std::vector<ListedMonitor> displays();
 
-  Connection& connection_;
-  const ScreenLayout& layout_;
-  X11VirtualDisplays& virtuals_;
+  const std::shared_ptr<Connection> connection_;
+  const std::shared_ptr<const SharedScreenLayout> layout_;
+  const std::shared_ptr<X11VirtualDisplays> virtuals_;
   const bool hasMonitors_;
 };
 

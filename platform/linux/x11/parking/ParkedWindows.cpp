@@ -52,7 +52,7 @@ std::optional<FramedWindow> ParkedWindows::placeOf(xcb_window_t window) {
 }
 
 Point ParkedWindows::pointsOf(const FramedWindow& place) const {
-  return layout_.toPoints(place.visible).origin;
+  return layout_->get()->toPoints(place.visible).origin;
 }
 
 ParkedWindows::Home ParkedWindows::leave(xcb_window_t window, const FramedWindow& found) {
@@ -78,8 +78,9 @@ void ParkedWindows::giveBack(xcb_window_t window, const Home& home) {
 }
 
 void ParkedWindows::moveTo(xcb_window_t window, const FramedWindow& found, Point position) {
-  const Rect wanted{position, layout_.toPoints(found.visible).size};
-  const PixelRect visible = layout_.holding(wanted).toPixels(wanted);
+  const auto layout = layout_->get();
+  const Rect wanted{position, layout->toPoints(found.visible).size};
+  const PixelRect visible = layout->holding(wanted).toPixels(wanted);
   // What is around the client may have changed with its states.
   const auto place = placeOf(window).value_or(found);
   request(window,

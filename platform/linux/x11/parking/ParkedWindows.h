@@ -2,11 +2,12 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <utility>
 
 #include "platform/Geometry.h"
-#include "platform/linux/ScreenLayout.h"
+#include "platform/linux/session/SharedScreenLayout.h"
 #include "platform/linux/x11/manager/VisibleFrame.h"
 #include "platform/linux/x11/server/Connection.h"
 
@@ -25,9 +26,9 @@ namespace vistrel::platform::linux_desktop {
 /// thread.
 class ParkedWindows {
  public:
-  /// Both outlive this object.
-  ParkedWindows(Connection& connection, const ScreenLayout& layout)
-      : connection_(connection), layout_(layout) {}
+  /// `connection` outlives this object.
+  ParkedWindows(Connection& connection, std::shared_ptr<const SharedScreenLayout> layout)
+      : connection_(connection), layout_(std::move(layout)) {}
   ParkedWindows(const ParkedWindows&) = delete;
   ParkedWindows& operator=(const ParkedWindows&) = delete;
   /// Gives back all that are still parked.
@@ -77,7 +78,7 @@ class ParkedWindows {
   void setDesktop(xcb_window_t window, std::uint32_t desktop);
 
   Connection& connection_;
-  const ScreenLayout& layout_;
+  const std::shared_ptr<const SharedScreenLayout> layout_;
   std::map<xcb_window_t, Home> homes_;
   /// The last position that was told, and whose.
   std::optional<std::pair<xcb_window_t, Point>> told_;

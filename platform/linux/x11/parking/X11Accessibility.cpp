@@ -45,7 +45,7 @@ class X11Accessibility::ApplicationElement final : public AccessibilityElement {
     if (attribute != accessibilityWindows) return {attributeUnsupported, {}};
     if (!accessibility_.isProcessTrusted()) return {apiDisabled, {}};
     std::vector<std::shared_ptr<AccessibilityElement>> elements;
-    for (const auto window : clientWindowsOf(accessibility_.connection_, processID_)) {
+    for (const auto window : clientWindowsOf(*accessibility_.connection_, processID_)) {
       elements.push_back(std::make_shared<WindowElement>(accessibility_, window));
     }
     return {success, std::move(elements)};
@@ -61,7 +61,7 @@ class X11Accessibility::ApplicationElement final : public AccessibilityElement {
 };
 
 bool X11Accessibility::isProcessTrusted() {
-  return managerSupports(connection_, "_NET_MOVERESIZE_WINDOW");
+  return managerSupports(*connection_, "_NET_MOVERESIZE_WINDOW");
 }
 
 bool X11Accessibility::isProcessTrustedWithOptions(bool /*prompt*/) { return isProcessTrusted(); }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+
 #include "platform/Backend.h"
 #include "platform/linux/x11/parking/ParkedWindows.h"
 
@@ -11,10 +14,11 @@ namespace vistrel::platform::linux_desktop {
 /// serves their URL.
 class X11Accessibility final : public AccessibilityBackend {
  public:
-  /// Both outlive this object, which outlives its elements. Windows that are not where they were
-  /// found when it goes are given back what they had.
-  X11Accessibility(Connection& connection, const ScreenLayout& layout)
-      : connection_(connection), windows_(connection, layout) {}
+  /// Outlives its elements. Windows that are not where they were found when it goes are given back
+  /// what they had.
+  X11Accessibility(std::shared_ptr<Connection> connection,
+                   std::shared_ptr<const SharedScreenLayout> layout)
+      : connection_(std::move(connection)), windows_(*connection_, std::move(layout)) {}
 
   bool isProcessTrusted() override;
   /// There is nobody to prompt.
@@ -27,7 +31,7 @@ class X11Accessibility final : public AccessibilityBackend {
   class ApplicationElement;
   class WindowElement;
 
-  Connection& connection_;
+  const std::shared_ptr<Connection> connection_;
   ParkedWindows windows_;
 };
 

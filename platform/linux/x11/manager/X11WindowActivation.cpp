@@ -1,4 +1,4 @@
-#include "platform/linux/x11/manager/ApplicationActivation.h"
+#include "platform/linux/x11/manager/X11WindowActivation.h"
 
 #include <algorithm>
 #include <vector>
@@ -32,9 +32,15 @@ xcb_window_t frontmost(Connection& connection, const std::vector<xcb_window_t>& 
   return open != windows.end() ? *open : windows.front();
 }
 
+void raiseInLayer(Connection& connection, xcb_window_t window) {
+  constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+  failureOf(connection.xcb(), xcb_configure_window_checked(connection.xcb(), window,
+                                                           XCB_CONFIG_WINDOW_STACK_MODE, &above));
+}
+
 void raiseByPerson(Connection& connection, xcb_window_t window) {
   constexpr auto restack = "_NET_RESTACK_WINDOW";
-  if (!managerSupports(connection, restack)) return raise(connection, window);
+  if (!managerSupports(connection, restack)) return raiseInLayer(connection, window);
   tellManager(connection, window, restack, {byPerson, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE});
 }
 
@@ -53,17 +59,12 @@ void sendActivation(Connection& connection, xcb_window_t window, xcb_timestamp_t
 
 }  // namespace
 
-void raise(Connection& connection, xcb_window_t window) {
-  constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
-  failureOf(connection.xcb(), xcb_configure_window_checked(connection.xcb(), window,
-                                                           XCB_CONFIG_WINDOW_STACK_MODE, &above));
+bool X11WindowActivation::hasWindows(std::int32_t processID) {
+  return !clientWindowsOf(*connection_, processID).empty();
 }
 
-bool hasWindows(Connection& connection, std::int32_t processID) {
-  return !clientWindowsOf(connection, processID).empty();
-}
-
-bool activateWindows(Connection& connection, std::int32_t processID) {
+bool X11WindowActivation::activateWindows(std::int32_t processID) {
+  auto& connection = *connection_;
   const auto windows = clientWindowsOf(connection, processID);
   if (windows.empty()) return false;
   const auto front = frontmost(connection, windows);
@@ -76,9 +77,12 @@ bool activateWindows(Connection& connection, std::int32_t processID) {
   return true;
 }
 
-void activateWindow(Connection& connection, xcb_window_t window, xcb_timestamp_t time) {
-  showDesktopOf(connection, window);
-  sendActivation(connection, window, time);
+void X11WindowActivation::activateWindow(std::uint32_t window, std::uint32_t time) {
+  // To the manager it is left whether that is still what the person wants.
+  showDesktopOf(*connection_, window);
+  sendActivation(*connection_, window, time);
 }
+
+void X11WindowActivation::raise(std::uint32_t window) { raiseInLayer(*connection_, window); }
 
 }  // namespace vistrel::platform::linux_desktop

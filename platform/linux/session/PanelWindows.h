@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/linux/PanelSurface.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// What panels' windows are to the display server. The toolkit makes them, on a connection of its
+/// own that has been synced since. Main thread.
+class PanelWindows {
+ public:
+  virtual ~PanelWindows() = default;
+
+  /// What draws that window.
+  virtual std::unique_ptr<PanelSurface> makeSurface(std::uint32_t window) = 0;
+  /// Has it float above all windows, full-screen ones too, on every desktop, out of taskbar and
+  /// pager. Each time before it is mapped; returns once that is so.
+  virtual void makeFloating(std::uint32_t window) = 0;
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/Backend.h"
+#include "platform/Factory.h"
+#include "platform/VirtualDisplayClasses.h"
+#include "platform/linux/session/ContextMenuKeys.h"
+#include "platform/linux/session/DockAreas.h"
+#include "platform/linux/session/Monitors.h"
+#include "platform/linux/session/PanelWindows.h"
+#include "platform/linux/session/ProgramInstance.h"
+#include "platform/linux/session/SharedScreenLayout.h"
+#include "platform/linux/session/WindowActivation.h"
+#include "platform/linux/session/WindowLister.h"
+#include "platform/linux/session/WindowStreams.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// What the session that the program runs in offers: one provider for each subject, none of them
+/// null. Whoever uses some of them is handed those and no others. A provider owns what it stands
+/// on; made, asked for and released on the main thread.
+struct Session {
+  /// By which all that follow count in points.
+  std::shared_ptr<SharedScreenLayout> layout;
+
+  std::unique_ptr<ProgramInstance> instance;
+  std::unique_ptr<Monitors> monitors;
+  std::unique_ptr<DockAreas> dockAreas;
+  std::unique_ptr<PanelWindows> panelWindows;
+  std::unique_ptr<ContextMenuKeys> contextMenuKeys;
+  std::unique_ptr<WindowActivation> windowActivation;
+  std::unique_ptr<WindowLister> windowLister;
+  std::unique_ptr<WindowStreams> windowStreams;
+  /// Makes displays that nobody sees.
+  std::shared_ptr<VirtualDisplayServer> hiddenDisplays;
+  /// All that are online, hidden ones among them.
+  std::unique_ptr<DisplayBackend> displays;
+  /// Moves other programs' windows. Last, since windows go back before the displays go that they
+  /// are on.
+  std::unique_ptr<AccessibilityBackend> otherWindows;
+};
+
+struct SessionOrFailure {
+  std::unique_ptr<Session> session;
+  /// Why there is none: one line for a person. Empty when this process was to be the one instance
+  /// and another one has been shown instead.
+  std::string failure;
+};
+
+}  // namespace vistrel::platform::linux_desktop

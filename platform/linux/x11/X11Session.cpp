@@ -1,0 +1,90 @@
+#include "platform/linux/x11/X11Session.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/linux/Environment.h"
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/x11/instance/X11ProgramInstance.h"
+#include "platform/linux/x11/listing/ShareableContentService.h"
+#include "platform/linux/x11/manager/X11WindowActivation.h"
+#include "platform/linux/x11/monitors/X11Displays.h"
+#include "platform/linux/x11/monitors/X11DockAreas.h"
+#include "platform/linux/x11/monitors/X11Monitors.h"
+#include "platform/linux/x11/panel/X11ContextMenuKeys.h"
+#include "platform/linux/x11/parking/X11Accessibility.h"
+#include "platform/linux/x11/server/Connection.h"
+#include "platform/linux/x11/stream/X11PanelWindows.h"
+#include "platform/linux/x11/stream/X11WindowStreams.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// Keeps standard error shut while it lives. For libxcb, which writes there why a display refuses.
+class ShutStandardError {
+ public:
+  ShutStandardError() : kept_(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0)) {
+    const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    dup2(nothing, STDERR_FILENO);
+    close(nothing);
+  }
+  ShutStandardError(const ShutStandardError&) = delete;
+  ShutStandardError& operator=(const ShutStandardError&) = delete;
+  ~ShutStandardError() {
+    dup2(kept_, STDERR_FILENO);
+    close(kept_);
+  }
+
+ private:
+  int kept_;
+};
+
+std::unique_ptr<Connection> openQuietly() {
+  const ShutStandardError shut;
+  return Connection::open();
+}
+
+std::string failureToConnect() {
+  const auto name = environmentVariable("DISPLAY");
+  if (name.empty()) return "vistrel: no display: DISPLAY is not set";
+  return "vistrel: cannot connect to the display \"" + name + "\"";
+}
+
+/// Without a claim it is one instance of several. `connection` is for requests of the main thread,
+/// each of which waits for its answer.
+std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
+                                     std::shared_ptr<InstanceClaim> claim) {
+  const auto panelQueue = SerialQueue::make("vistrel.panels", QualityOfService::userInteractive);
+  auto session = std::make_unique<Session>();
+  session->layout = std::make_shared<SharedScreenLayout>();
+  session->panelWindows = std::make_unique<X11PanelWindows>(connection, panelQueue);
+  session->instance = std::make_unique<X11ProgramInstance>(std::move(claim), panelQueue);
+  session->monitors = std::make_unique<X11Monitors>(connection);
+  session->dockAreas = std::make_unique<X11DockAreas>(panelQueue);
+  session->contextMenuKeys = std::make_unique<X11ContextMenuKeys>(panelQueue);
+  session->windowActivation = std::make_unique<X11WindowActivation>(connection);
+  session->windowLister = std::make_unique<ShareableContentService>(session->layout);
+  session->windowStreams = std::make_unique<X11WindowStreams>(connection);
+  const auto hiddenDisplays = std::make_shared<X11VirtualDisplays>(connection, session->layout);
+  session->hiddenDisplays = hiddenDisplays;
+  session->displays = std::make_unique<X11Displays>(connection, session->layout, hiddenDisplays);
+  session->otherWindows = std::make_unique<X11Accessibility>(connection, session->layout);
+  return session;
+}
+
+}  // namespace
+
+SessionOrFailure openX11Session(Instances instances) {
+  std::shared_ptr<Connection> connection = openQuietly();
+  if (!connection) return {nullptr, failureToConnect()};
+  InstanceClaim::OrShown start;
+  if (instances == Instances::one) {
+    start = InstanceClaim::take(environmentVariable("DESKTOP_STARTUP_ID"));
+  }
+  if (start.isShown) return {};
+  removeAbandonedMonitors(*connection);
+  return {sessionOver(std::move(connection), std::move(start.claim)), {}};
+}
+
+}  // namespace vistrel::platform::linux_desktop

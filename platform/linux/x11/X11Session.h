@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/Factory.h"
+#include "platform/linux/session/Session.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// The X11 half of the backend: every provider of a session, over the display that DISPLAY names.
+/// Knows nothing of the toolkit. Fails where the display does not answer, or without words when it
+/// is to be the one instance there and another one has been shown instead.
+SessionOrFailure openX11Session(Instances instances);
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,33 @@
+#include "platform/linux/x11/stream/X11PanelWindows.h"
+
+#include <utility>
+
+#include "platform/linux/DisplayLoss.h"
+#include "platform/linux/x11/panel/FloatingPanel.h"
+#include "platform/linux/x11/stream/MirrorWorker.h"
+#include "platform/linux/x11/stream/X11PanelSurface.h"
+
+namespace vistrel::platform::linux_desktop {
+
+X11PanelWindows::X11PanelWindows(std::shared_ptr<Connection> connection,
+                                 std::shared_ptr<SerialQueue> queue)
+    : connection_(std::move(connection)), queue_(std::move(queue)) {
+  // The queue's connection is there all the time, so it notices that the display is gone. It is
+  // opened before the toolkit opens its own: libXau must not be entered twice.
+  asyncAndWait(*queue_, [this] {
+    if (const auto worker = MirrorWorker::of(queue_)) worker->setOnLost(endProgramDisplayLost);
+  });
+}
+
+std::unique_ptr<PanelSurface> X11PanelWindows::makeSurface(std::uint32_t window) {
+  return std::make_unique<X11PanelSurface>(window, queue_);
+}
+
+void X11PanelWindows::makeFloating(std::uint32_t window) {
+  linux_desktop::makeFloating(*connection_, window);
+  if (!fullScreens_) fullScreens_ = FullScreenFollower::on(queue_);
+  if (!fullScreens_) return;
+  queue_->async([follower = fullScreens_, window] { follower->add(window); });
+}
+
+}  // namespace vistrel::platform::linux_desktop
