@@ -119,8 +119,8 @@ AccessibilityAttributeOrError SimulatedAccessibility::positionOf(WindowID window
 }
 
 AccessibilityError SimulatedAccessibility::move(WindowID window, Point position) {
-  journal_.push_back("AXPosition of " + std::to_string(window) + ": " + inWords(position.x) + "," +
-                     inWords(position.y));
+  journal_.add("AXPosition of " + std::to_string(window) + ": " + inWords(position.x) + "," +
+               inWords(position.y));
   if (whenTold_) whenTold_(window);
   if (!recordOf(window)) return invalidElement;
   if (scriptOf(window).refusesMoves) return cannotComplete;

@@ -9,7 +9,13 @@ void SimulatedApplication::setDelegate(std::weak_ptr<ApplicationDelegate> delega
 }
 
 void SimulatedApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
+  journal_.add("activateIgnoringOtherApps");
   activations_.push_back(ignoringOtherApps);
+}
+
+void SimulatedApplication::setMainMenu(std::shared_ptr<Menu> menu) {
+  journal_.add("setMainMenu");
+  mainMenu_ = std::move(menu);
 }
 
 void SimulatedApplication::finishLaunching() {

@@ -7,14 +7,17 @@
 
 #include "platform/Application.h"
 #include "platform/Menu.h"
+#include "platform/simulated/CallJournal.h"
 #include "platform/simulated/SimulatedDispatch.h"
 
 namespace vistrel::platform::simulated {
 
-/// The application object, which records what it was asked for. Main thread.
+/// The application object, which records what it was asked for. The main menu and activations go
+/// into the journal. Main thread.
 class SimulatedApplication : public Application {
  public:
-  explicit SimulatedApplication(SimulatedDispatch& dispatch) : dispatch_(dispatch) {}
+  SimulatedApplication(SimulatedDispatch& dispatch, CallJournal& journal)
+      : dispatch_(dispatch), journal_(journal) {}
 
   std::optional<ActivationPolicy> activationPolicy() const { return activationPolicy_; }
   /// The argument of each activation, in order.
@@ -34,7 +37,7 @@ class SimulatedApplication : public Application {
   void setActivationPolicy(ActivationPolicy policy) override { activationPolicy_ = policy; }
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
   void activateIgnoringOtherApps(bool ignoringOtherApps) override;
-  void setMainMenu(std::shared_ptr<Menu> menu) override { mainMenu_ = std::move(menu); }
+  void setMainMenu(std::shared_ptr<Menu> menu) override;
   void setWindowsMenu(std::shared_ptr<Menu> menu) override { windowsMenu_ = std::move(menu); }
   void hide() override { ++hideCount_; }
   void finishLaunching() override;
@@ -46,6 +49,7 @@ class SimulatedApplication : public Application {
 
  private:
   SimulatedDispatch& dispatch_;
+  CallJournal& journal_;
   std::weak_ptr<ApplicationDelegate> delegate_;
   std::optional<ActivationPolicy> activationPolicy_;
   std::vector<bool> activations_;

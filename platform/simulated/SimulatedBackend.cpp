@@ -16,8 +16,8 @@ std::unique_ptr<SimulatedDispatch> makeDispatch(Mode mode) {
 
 SimulatedBackend::SimulatedBackend(Mode mode)
     : dispatch_(makeDispatch(mode)),
-      capture_(dispatch_->serviceQueue()),
-      application_(*dispatch_) {}
+      capture_(dispatch_->serviceQueue(), journal_),
+      application_(*dispatch_, journal_) {}
 
 SimulatedBackend::~SimulatedBackend() { drain(); }
 

@@ -39,7 +39,8 @@ class SimulatedBackend : public Backend {
   SimulatedStandardError& standardError() override { return standardError_; }
   SimulatedApplication& application() override { return application_; }
 
-  /// The calls to displays, virtual displays and Accessibility in their order.
+  /// The calls to the application, windows, streams, displays, virtual displays and Accessibility
+  /// that other calls are to come before or after, in their order.
   CallJournal& journal() { return journal_; }
 
   /// Only in `Mode::virtualTime`.
@@ -53,10 +54,10 @@ class SimulatedBackend : public Backend {
  private:
   const BackendInstallation installation_{*this};
   const std::unique_ptr<SimulatedDispatch> dispatch_;
-  SimulatedDesktop desktop_;
+  CallJournal journal_;
+  SimulatedDesktop desktop_{journal_};
   SimulatedCapture capture_;
   SimulatedWorkspace workspace_;
-  CallJournal journal_;
   SimulatedDisplays displays_{journal_};
   SimulatedVirtualDisplays virtualDisplays_{displays_, journal_};
   SimulatedAccessibility accessibility_{capture_, journal_};

@@ -143,6 +143,7 @@ std::vector<WindowRecord> SimulatedCapture::listed(const ContentRequest& request
 void SimulatedCapture::getShareableContent(DesktopWindows desktopWindows,
                                            ListedWindows listedWindows,
                                            ShareableContentCompletion completion) {
+  journal_.add("getShareableContent");
   const ContentRequest request{desktopWindows, listedWindows};
   std::shared_ptr<const ShareableContent> content;
   std::optional<Error> error;
@@ -183,7 +184,7 @@ std::shared_ptr<Stream> SimulatedCapture::makeStream(const ContentFilter& filter
     StreamScript script = script_;
     if (!isPermitted() && !script.startFails) script.startFails = notPermitted;
     tap = std::make_shared<StreamTap>(id, configuration, std::move(script), std::move(delegate),
-                                      answers_);
+                                      answers_, journal_);
     streams_.push_back(tap);
   }
   auto stream = std::make_shared<SimulatedStream>(tap);

@@ -9,6 +9,7 @@
 
 #include "platform/Backend.h"
 #include "platform/ScreenCapture.h"
+#include "platform/simulated/CallJournal.h"
 #include "platform/simulated/ServiceAnswers.h"
 #include "platform/simulated/SimulatedFrames.h"
 #include "platform/simulated/SimulatedStream.h"
@@ -23,10 +24,12 @@ struct ContentRequest {
   friend bool operator==(const ContentRequest&, const ContentRequest&) = default;
 };
 
-/// Windows of other programs, and the service that lists and streams them. Any thread.
+/// Windows of other programs, and the service that lists and streams them. Questions for the
+/// content, and streams that start and stop, go into the journal. Any thread.
 class SimulatedCapture : public ScreenCaptureBackend {
  public:
-  explicit SimulatedCapture(SimulatedQueue& serviceQueue) : answers_(serviceQueue) {}
+  SimulatedCapture(SimulatedQueue& serviceQueue, CallJournal& journal)
+      : journal_(journal), answers_(serviceQueue) {}
 
   // Permission. Without it listing fails, as does starting a stream.
 
@@ -86,6 +89,7 @@ class SimulatedCapture : public ScreenCaptureBackend {
   std::vector<WindowRecord> listed(const ContentRequest& request) const;
   void showPictureOf(WindowID id);
 
+  CallJournal& journal_;
   ServiceAnswers answers_;
   mutable std::mutex mutex_;  // guards everything below
   bool preflight_ = true;

@@ -28,7 +28,7 @@ Size buttonSize(const Button& button) {
 
 }  // namespace
 
-SimulatedDesktop::SimulatedDesktop() {
+SimulatedDesktop::SimulatedDesktop(CallJournal& journal) : journal_(journal) {
   setScreens({{.frame = rect(0, 0, 1440, 900), .visibleFrame = rect(0, 25, 1440, 850)}});
 }
 

@@ -11,19 +11,21 @@
 #include "platform/Alert.h"
 #include "platform/Backend.h"
 #include "platform/Event.h"
+#include "platform/simulated/CallJournal.h"
 #include "platform/simulated/SimulatedWindowPeer.h"
 
 namespace vistrel::platform::simulated {
 
-/// Screens, the pointer, windows and alerts as a test sets them. Main thread; `screens` and
-/// `mainScreen` any thread.
+/// Screens, the pointer, windows and alerts as a test sets them. Windows that are ordered in, out
+/// and closed go into the journal, as in "Panel orderOut". Main thread; `screens` and `mainScreen`
+/// any thread.
 ///
 /// Measures of controls, in points, with n code points of text at a font of p points: text is
 /// n × p / 2 wide and p + 4 high; a bordered button adds 24 and 8 to its title at 13 points; a
 /// symbol is as wide and high as its point size; tables have no size of their own.
 class SimulatedDesktop : public WindowBackend {
  public:
-  SimulatedDesktop();
+  explicit SimulatedDesktop(CallJournal& journal);
 
   /// The first is the primary one, and is the main screen unless `setMainScreen` says otherwise.
   void setScreens(std::vector<Screen> screens);
@@ -67,6 +69,7 @@ class SimulatedDesktop : public WindowBackend {
 
   // For peers.
 
+  CallJournal& journal() { return journal_; }
   void peerWasMade(SimulatedWindowPeer& peer) { peers_.push_back(&peer); }
   void peerIsGoing(SimulatedWindowPeer& peer);
   void moveToFront(SimulatedWindowPeer& peer);
@@ -77,6 +80,7 @@ class SimulatedDesktop : public WindowBackend {
   Event mouseEvent(const Window& window, EventType type) const;
   void sendMouse(Window& window, EventType type, int clickCount, std::uint64_t modifiers);
 
+  CallJournal& journal_;
   std::mutex screensMutex_;
   std::vector<Screen> screens_;       // guarded by screensMutex_
   std::optional<Screen> mainScreen_;  // guarded by screensMutex_

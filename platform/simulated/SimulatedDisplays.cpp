@@ -18,14 +18,14 @@ class SimulatedDisplays::Configuration : public DisplayConfiguration {
   explicit Configuration(SimulatedDisplays& displays) : displays_(displays) {}
 
   void configureOrigin(DisplayID display, std::int32_t x, std::int32_t y) override {
-    displays_.journal_.push_back("configureOrigin " + std::to_string(display) + ": " +
-                                 std::to_string(x) + "," + std::to_string(y));
+    displays_.journal_.add("configureOrigin " + std::to_string(display) + ": " + std::to_string(x) +
+                           "," + std::to_string(y));
     origins_[display] = {static_cast<double>(x), static_cast<double>(y)};
   }
 
   void complete(ConfigureOption option) override {
-    displays_.journal_.push_back("completeDisplayConfiguration " +
-                                 std::to_string(static_cast<int>(option)));
+    displays_.journal_.add("completeDisplayConfiguration " +
+                           std::to_string(static_cast<int>(option)));
     for (const auto& [display, asked] : origins_) {
       const auto found = displays_.bounds_.find(display);
       if (found == displays_.bounds_.end()) continue;
@@ -44,11 +44,12 @@ Rect SimulatedDisplays::displayBounds(DisplayID display) {
 }
 
 std::uint32_t SimulatedDisplays::onlineDisplayCount() {
+  if (whenCounted_) whenCounted_();
   return static_cast<std::uint32_t>(bounds_.size());
 }
 
 std::unique_ptr<DisplayConfiguration> SimulatedDisplays::beginDisplayConfiguration() {
-  journal_.push_back("beginDisplayConfiguration");
+  journal_.add("beginDisplayConfiguration");
   if (refusesConfiguration_) return nullptr;
   return std::make_unique<Configuration>(*this);
 }

@@ -29,6 +29,8 @@ class SimulatedDisplays : public DisplayBackend {
   /// Where a display comes that is asked to go somewhere; by default it goes there.
   using Placement = std::function<Point(Point asked)>;
   void setPlacement(Placement placement) { placement_ = std::move(placement); }
+  /// Is called whenever the online displays are about to be counted.
+  void setWhenCounted(std::function<void()> counted) { whenCounted_ = std::move(counted); }
 
   DisplayID mainDisplayID() override { return mainDisplay; }
   Rect displayBounds(DisplayID display) override;
@@ -43,6 +45,7 @@ class SimulatedDisplays : public DisplayBackend {
   DisplayID nextID_ = mainDisplay + 1;
   bool refusesConfiguration_ = false;
   Placement placement_;
+  std::function<void()> whenCounted_;
 };
 
 }  // namespace vistrel::platform::simulated

@@ -6,11 +6,12 @@ namespace vistrel::platform::simulated {
 
 StreamTap::StreamTap(WindowID windowID, const StreamConfiguration& configuration,
                      StreamScript script, std::weak_ptr<StreamDelegate> delegate,
-                     ServiceAnswers& answers)
+                     ServiceAnswers& answers, CallJournal& journal)
     : windowID_(windowID),
       script_(std::move(script)),
       delegate_(std::move(delegate)),
       answers_(answers),
+      journal_(journal),
       configuration_(configuration) {}
 
 std::vector<StreamCall> StreamTap::calls() const {
@@ -66,6 +67,7 @@ std::optional<Error> StreamTap::addOutput(std::shared_ptr<StreamOutputHandler> h
 }
 
 void StreamTap::start(StreamCompletion completion) {
+  journal_.add("Stream startCapture");
   {
     const std::scoped_lock lock(mutex_);
     record(StreamCall::Kind::start);
@@ -88,6 +90,7 @@ void StreamTap::didStart() {
 }
 
 void StreamTap::stop(StreamCompletion completion) {
+  journal_.add("Stream stopCapture");
   {
     const std::scoped_lock lock(mutex_);
     record(StreamCall::Kind::stop);

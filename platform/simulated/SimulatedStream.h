@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/ScreenCapture.h"
+#include "platform/simulated/CallJournal.h"
 #include "platform/simulated/ServiceAnswers.h"
 #include "platform/simulated/SimulatedFrames.h"
 
@@ -32,7 +33,7 @@ struct StreamScript {
 class StreamTap : public std::enable_shared_from_this<StreamTap> {
  public:
   StreamTap(WindowID windowID, const StreamConfiguration& configuration, StreamScript script,
-            std::weak_ptr<StreamDelegate> delegate, ServiceAnswers& answers);
+            std::weak_ptr<StreamDelegate> delegate, ServiceAnswers& answers, CallJournal& journal);
 
   WindowID windowID() const { return windowID_; }
   std::vector<StreamCall> calls() const;
@@ -73,6 +74,7 @@ class StreamTap : public std::enable_shared_from_this<StreamTap> {
   const StreamScript script_;
   const std::weak_ptr<StreamDelegate> delegate_;
   ServiceAnswers& answers_;
+  CallJournal& journal_;
 
   mutable std::mutex mutex_;  // guards everything below
   StreamConfiguration configuration_;

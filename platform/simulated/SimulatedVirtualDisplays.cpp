@@ -80,7 +80,7 @@ Arguments inner(Arguments arguments) {
 }
 
 RuntimeValue JournaledObject::send(std::string_view selector, const Arguments& arguments) {
-  journal_.push_back(inWords(className_, selector, arguments));
+  journal_.add(inWords(className_, selector, arguments));
   auto answer = object_->send(selector, inner(arguments));
   const auto odd = oddities_.answers.find(selector);
   return odd == oddities_.answers.end() ? answer : odd->second;
@@ -100,7 +100,7 @@ class JournaledClass : public RuntimeClass {
 
   std::shared_ptr<RuntimeObject> make(std::string_view initializer,
                                       const Arguments& arguments) override {
-    journal_.push_back(inWords(name_, initializer, arguments));
+    journal_.add(inWords(name_, initializer, arguments));
     if (oddities_.makingNothing.contains(name_)) return nullptr;
     auto object = class_->make(initializer, inner(arguments));
     if (!object) return nullptr;

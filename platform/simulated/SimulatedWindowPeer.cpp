@@ -1,6 +1,7 @@
 #include "platform/simulated/SimulatedWindowPeer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/simulated/SimulatedDesktop.h"
 
@@ -22,7 +23,7 @@ int WindowHistory::count(PeerCall::Kind kind) const {
 }
 
 SimulatedWindowPeer::SimulatedWindowPeer(SimulatedDesktop& desktop, Window& window, bool isPanel)
-    : desktop_(desktop), window_(window) {
+    : desktop_(desktop), window_(window), toldBackingScale_(window.backingScaleFactor()) {
   history_->isPanel = isPanel;
   desktop_.peerWasMade(*this);
 }
@@ -35,6 +36,16 @@ SimulatedWindowPeer::~SimulatedWindowPeer() {
 PeerCall& SimulatedWindowPeer::record(PeerCall::Kind kind) {
   history_->calls.push_back({.kind = kind, .frame = window_.frame()});
   return history_->calls.back();
+}
+
+void SimulatedWindowPeer::recordOrdering(PeerCall::Kind kind, const std::string& words) {
+  record(kind);
+  desktop_.journal().add((history_->isPanel ? "Panel " : "Window ") + words);
+}
+
+void SimulatedWindowPeer::adoptScreen() {
+  const double scale = window_.backingScaleFactor();
+  if (std::exchange(toldBackingScale_, scale) != scale) window_.peerDidChangeBackingProperties();
 }
 
 void SimulatedWindowPeer::saveFrame() {
@@ -61,11 +72,13 @@ void SimulatedWindowPeer::frameDidChange(Redisplay redisplay, FrameChange change
   PeerCall& call = record(PeerCall::Kind::frameDidChange);
   call.display = redisplay == Redisplay::atOnce;
   call.animate = change == FrameChange::animated;
+  adoptScreen();
   saveFrame();
 }
 
 void SimulatedWindowPeer::personSetFrame(const Rect& frame) {
   window_.peerDidSetFrame(frame);
+  adoptScreen();
   saveFrame();
 }
 
@@ -80,18 +93,18 @@ void SimulatedWindowPeer::viewDidChange(View& view, ViewChange change) {
 }
 
 void SimulatedWindowPeer::orderFrontRegardless() {
-  record(PeerCall::Kind::orderFrontRegardless);
+  recordOrdering(PeerCall::Kind::orderFrontRegardless, "orderFrontRegardless");
   desktop_.moveToFront(*this);
 }
 
 void SimulatedWindowPeer::makeKeyAndOrderFront() {
-  record(PeerCall::Kind::makeKeyAndOrderFront);
+  recordOrdering(PeerCall::Kind::makeKeyAndOrderFront, "makeKeyAndOrderFront");
   desktop_.moveToFront(*this);
   desktop_.setKeyWindow(&window_);
 }
 
 void SimulatedWindowPeer::orderOut() {
-  record(PeerCall::Kind::orderOut);
+  recordOrdering(PeerCall::Kind::orderOut, "orderOut");
   desktop_.windowIsOffScreen(window_);
 }
 
@@ -101,7 +114,7 @@ void SimulatedWindowPeer::miniaturize() {
 }
 
 void SimulatedWindowPeer::close() {
-  record(PeerCall::Kind::close);
+  recordOrdering(PeerCall::Kind::close, "close");
   desktop_.windowIsOffScreen(window_);
 }
 

@@ -77,12 +77,17 @@ class SimulatedWindowPeer : public WindowPeer {
  private:
   double chromeHeight() const;
   PeerCall& record(PeerCall::Kind kind);
+  /// The same, and into the journal, where `words` name it.
+  void recordOrdering(PeerCall::Kind kind, const std::string& words);
+  /// Tells the window when the frame has brought it to a screen of another scale.
+  void adoptScreen();
   void saveFrame();
 
   SimulatedDesktop& desktop_;
   Window& window_;
   std::shared_ptr<WindowHistory> history_ = std::make_shared<WindowHistory>();
   std::string autosaveName_;
+  double toldBackingScale_;
 };
 
 }  // namespace vistrel::platform::simulated

@@ -72,7 +72,7 @@ std::shared_ptr<RunningApplication> SimulatedWorkspace::runningApplication(std::
 
 std::optional<std::string> SimulatedWorkspace::bundleInfo(const std::string& key) {
   const auto found = bundleInfo_.find(key);
-  return found == bundleInfo_.end() ? std::nullopt : std::optional(found->second);
+  return found == bundleInfo_.end() ? std::nullopt : found->second;
 }
 
 ComparisonResult SimulatedWorkspace::localizedCaseInsensitiveCompare(const std::string& a,

@@ -2,8 +2,10 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Backend.h"
@@ -23,7 +25,10 @@ class SimulatedWorkspace : public WorkspaceBackend {
 
   /// A program with that process id runs from now on.
   void startApplication(std::int32_t processID) { running_.insert(processID); }
-  void setBundleInfo(const std::string& key, const std::string& value) { bundleInfo_[key] = value; }
+  /// None for what the bundle does not say.
+  void setBundleInfo(const std::string& key, std::optional<std::string> value) {
+    bundleInfo_[key] = std::move(value);
+  }
 
   /// Of running programs brought to the front, in order: process ids.
   const std::vector<std::int32_t>& activatedApplications() const { return activated_; }
@@ -44,7 +49,7 @@ class SimulatedWorkspace : public WorkspaceBackend {
  private:
   std::int32_t pid_ = 4711;
   std::string bundlePath_ = "/simulated/Vistrel.app";
-  std::map<std::string, std::string> bundleInfo_;
+  std::map<std::string, std::optional<std::string>> bundleInfo_;
   std::set<std::int32_t> running_;
   std::vector<std::int32_t> activated_;
   bool opensURLs_ = true;

@@ -76,7 +76,8 @@ TEST_F(SelfTestsTest, IsARegularProgramWithoutDelegateMenuOrWindow) {
   EXPECT_EQ(application().finishLaunchingCount(), 1);
   EXPECT_EQ(application().mainMenu(), nullptr);
   EXPECT_THAT(windows().windowsFrontToBack(), IsEmpty());
-  EXPECT_THAT(desktop_.journal(), testing::Not(testing::Contains("beginDisplayConfiguration")));
+  EXPECT_THAT(desktop_.journal().calls(),
+              testing::Not(testing::Contains("beginDisplayConfiguration")));
 }
 
 TEST_F(SelfTestsTest, WaitsForEventsInSlicesUntilItsPatienceEnds) {
@@ -104,6 +105,14 @@ TEST_F(SelfTestsTest, FailsWithADisplayThatDoesNotComeOnlineInTime) {
                                     "mainMaxX=1440 bounds=0,0 0x0\n"));
 }
 
+TEST_F(SelfTestsTest, FailsWithADisplayWithoutBoundsAlsoWhenAnotherHasComeOnline) {
+  server().setScript({.onlineAfter = std::nullopt});
+  platform::mainAsyncAfter(0.5, [this] { displays().setBounds(77, rect(0, 900, 100, 100)); });
+  EXPECT_EQ(runTest(SelfTest::virtualDisplay), 1);
+  EXPECT_THAT(written_, ElementsAre("vdtest: created=true displayID=2 online 1->2 screens=1 "
+                                    "mainMaxX=1440 bounds=0,0 0x0\n"));
+}
+
 TEST_F(SelfTestsTest, FailsAfterTheSameWaitWithoutADisplay) {
   server().setHosts(false);
   EXPECT_EQ(runTest(SelfTest::virtualDisplay), 1);
@@ -119,7 +128,15 @@ TEST_F(SelfTestsTest, DoesNotAskForTheBoundsOfNoDisplay) {
   EXPECT_THAT(written_, ElementsAre(testing::HasSubstr("bounds=0,0 0x0")));
 }
 
-TEST_F(SelfTestsTest, LetsTheDisplayGoBeforeItCountsAndCountsAgainAfterItsReport) {
+TEST_F(SelfTestsTest, LetsTheDisplayGoBeforeItCounts) {
+  // A display that was let go is taken down on the main queue.
+  displays().setWhenCounted([this] { desktop_.turnMainQueue(); });
+  EXPECT_EQ(runTest(SelfTest::virtualDisplay), 1);
+  EXPECT_THAT(written_, ElementsAre("vdtest: created=true displayID=2 online 1->1 screens=1 "
+                                    "mainMaxX=1440 bounds=-5000,0 960x540\n"));
+}
+
+TEST_F(SelfTestsTest, CountsAgainAfterItsReport) {
   whenWritten_ = [this] {
     EXPECT_EQ(displays().onlineDisplayCount(), 2U);
     desktop_.turnMainQueue();  // on which the display, let go before, is taken down

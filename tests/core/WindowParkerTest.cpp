@@ -37,7 +37,8 @@ TEST_F(WindowParkerTest, FindsAWindowOfAProgramByItsNumber) {
   ASSERT_NE(window, nullptr);
   WindowParker::move(*window, {5, 6});
   EXPECT_EQ(WindowParker::position(*window), (Point{5, 6}));
-  EXPECT_THAT(desktop_.journal(), ElementsAre("AXPosition of " + std::to_string(id) + ": 5,6"));
+  EXPECT_THAT(desktop_.journal().calls(),
+              ElementsAre("AXPosition of " + std::to_string(id) + ": 5,6"));
 }
 
 TEST_F(WindowParkerTest, FindsTheFirstOfSeveralWindowsOfOneNumber) {
@@ -110,7 +111,7 @@ TEST_F(WindowParkerTest, DoesNotMoveByAValueThatCannotBeMade) {
   const auto window = WindowParker::axWindow(id, program);
   accessibility().setFailsPointValues(true);
   WindowParker::move(*window, {5, 6});
-  EXPECT_THAT(desktop_.journal(), IsEmpty());
+  EXPECT_THAT(desktop_.journal().calls(), IsEmpty());
 }
 
 TEST_F(WindowParkerTest, OpensTheSettingsPageOfAccessibility) {
