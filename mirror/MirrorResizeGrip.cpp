@@ -49,6 +49,8 @@ void MirrorResizeGrip::mouseDragged(const Event& /*event*/) {
   resizePanel(startFrame_, mouse.x - startMouse_.x, startMouse_.y - mouse.y);
 }
 
+void MirrorResizeGrip::mouseUp(const Event& /*event*/) {}
+
 std::vector<AccessibilityAction> MirrorResizeGrip::accessibilityActions() const {
   return {AccessibilityAction::increment, AccessibilityAction::decrement};
 }

@@ -19,6 +19,8 @@ class MirrorResizeGrip : public platform::View {
   void draw(platform::GraphicsContext& context) override;
   void mouseDown(const platform::Event& event) override;
   void mouseDragged(const platform::Event& event) override;
+  /// Keeps the release of its own press from the card, which would take it for a click of its own.
+  void mouseUp(const platform::Event& event) override;
   /// For those who cannot drag: a step larger and a step smaller.
   std::vector<platform::AccessibilityAction> accessibilityActions() const override;
   void accessibilityPerform(platform::AccessibilityAction action) override;

@@ -197,7 +197,17 @@ TEST_F(GripTest, NeverSnapsAndIsNoDoubleClick) {
   card_->snap = [](const Rect&) { return Rect{}; };
   pressAt({390, 205}, 2);
   dragTo({395, 200});
+  release(2);
   EXPECT_EQ(panel_->frame(), rect(100, 195, 305, 205));
+  EXPECT_EQ(doubleClicks_, 0);
+}
+
+TEST_F(GripTest, KeepsADoubleClickToItself) {
+  for (const int clicks : {1, 2}) {
+    pressAt({390, 205}, clicks);
+    release(clicks);
+  }
+  EXPECT_EQ(doubleClicks_, 0);
 }
 
 TEST_F(GripTest, DisplaysEachStep) {
@@ -294,7 +304,6 @@ TEST_F(ContentViewTest, TakesTheScaleOfItsWindow) {
   card_->addSubview(content_);
   EXPECT_EQ(content_->layer()->contentsScale(), 1);
   panel_->setFrameOrigin({1100, 100});
-  panel_->peerDidChangeBackingProperties();
   EXPECT_EQ(content_->layer()->contentsScale(), 3);
 }
 
