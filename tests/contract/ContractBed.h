@@ -63,6 +63,8 @@ class ContractBed {
   /// The colour that a person sees in `window` at a point from its content's top-left.
   virtual platform::PixelBGRA colorShown(platform::Window& window, platform::Point fromTopLeft) = 0;
   virtual PanelFacts factsOf(platform::Panel& panel) = 0;
+  /// Puts two screens side by side in place of the one; the right one shows things twice as large.
+  virtual void makeTwoScreens() = 0;
 };
 
 /// Each of the suite's programs defines its own.

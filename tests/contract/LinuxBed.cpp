@@ -7,6 +7,7 @@
 #include "platform/Factory.h"
 #include "platform/Screen.h"
 #include "tests/contract/ContractBed.h"
+#include "tests/support/Monitors.h"
 #include "tests/support/PrivateDisplay.h"
 #include "tests/support/ScreenReader.h"
 #include "tests/support/TestWindow.h"
@@ -113,6 +114,11 @@ class LinuxBed : public ContractBed {
                                 std::vector<std::uint32_t>{allDesktops},
             .hasKeyboardFocus = testbed::focusedWindow(connection_) == *window};
   }
+  void makeTwoScreens() override {
+    const testbed::Monitors monitors(connection_);
+    monitors.setPrimary("left", {0, 0, 640, 1024});
+    monitors.set("right", {640, 0, 640, 1024});
+  }
 
  private:
   std::unique_ptr<platform::Backend> start() {
@@ -132,7 +138,8 @@ class LinuxBed : public ContractBed {
     return std::nullopt;
   }
 
-  const testbed::PrivateDisplay display_{{.server = testbed::DisplayServer::growable}};
+  const testbed::PrivateDisplay display_{{.server = testbed::DisplayServer::growable,
+                                          .variables = {"QT_SCREEN_SCALE_FACTORS=left=1;right=2"}}};
   const testbed::XConnection connection_;
   const std::unique_ptr<platform::Backend> backend_;
   const platform::BackendInstallation installation_;

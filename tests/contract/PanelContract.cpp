@@ -16,6 +16,13 @@ struct FlippedView : View {
   bool isFlipped() const override { return true; }
 };
 
+struct ScaledView : View {
+  void viewDidChangeBackingProperties() override {
+    scale = window() != nullptr ? window()->backingScaleFactor() : 0;
+  }
+  double scale = 0;
+};
+
 /// Turns a stream's frames into the contents of a layer, as a mirror does.
 class Projector : public platform::StreamOutputHandler,
                   public std::enable_shared_from_this<Projector> {
@@ -100,6 +107,24 @@ TEST_F(PanelContract, GoesWhenItIsOrderedOut) {
   EXPECT_TRUE(turnUntil([this] { return !bed_->factsOf(*panel_).isShown; }));
   panel_->orderFrontRegardless();
   EXPECT_TRUE(eventuallyShown());
+}
+
+TEST_F(PanelContract, TellsItsViewsTheScaleOfTheScreenThatItMovesTo) {
+  bed_->makeTwoScreens();
+  ASSERT_TRUE(turnUntil([] { return platform::screens().size() == 2; }));
+  const auto screens = platform::screens();
+  ASSERT_EQ(screens[0].backingScaleFactor, 1);
+  ASSERT_EQ(screens[1].backingScaleFactor, 2);
+  const auto view = std::make_shared<ScaledView>();
+  card_->addSubview(view);
+  panel_->orderFrontRegardless();
+  ASSERT_TRUE(eventuallyShown());
+  EXPECT_EQ(view->scale, 1);
+  for (const platform::Screen& screen : {screens[1], screens[0]}) {
+    panel_->setFrame(rect(screen.frame.midX() - 100, screen.frame.midY() - 75, 200, 150), true);
+    EXPECT_TRUE(turnUntil([&] { return view->scale == screen.backingScaleFactor; }));
+    EXPECT_EQ(panel_->backingScaleFactor(), screen.backingScaleFactor);
+  }
 }
 
 TEST_F(PanelContract, ShowsTheColoursOfItsViews) {

@@ -90,4 +90,11 @@ PanelFacts SimulatedBed::factsOf(platform::Panel& panel) {
       .hasKeyboardFocus = false};
 }
 
+void SimulatedBed::makeTwoScreens() {
+  const Rect left = platform::rect(0, 0, 640, 1024);
+  const Rect right = platform::rect(640, 512, 320, 512);
+  backend_.windows().setScreens({{.frame = left, .visibleFrame = left},
+                                 {.frame = right, .visibleFrame = right, .backingScaleFactor = 2}});
+}
+
 }  // namespace vistrel::contract

@@ -15,6 +15,7 @@ class SimulatedBed : public ContractBed {
   bool turnUntil(const std::function<bool()>& condition) override;
   platform::PixelBGRA colorShown(platform::Window& window, platform::Point fromTopLeft) override;
   PanelFacts factsOf(platform::Panel& panel) override;
+  void makeTwoScreens() override;
 
  private:
   platform::simulated::SimulatedBackend backend_;
