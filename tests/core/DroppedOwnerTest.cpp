@@ -30,9 +30,11 @@ TEST_F(DroppedOwnerTest, FailedContentThatArrivesLaterIsIgnored) {
   makeMirror(openSource());
   mirror_->show();
   desktop_.virtualTime().turnOtherQueues();  // the status is on its way to main
+  const auto label = mirror_->statusLabel();
   dropMirror();
   desktop_.turnMainQueue();
   EXPECT_TRUE(gone_.expired());
+  EXPECT_TRUE(label->isHidden());
 }
 
 TEST_F(DroppedOwnerTest, StartThatCompletesLaterKeepsItUntilThen) {
@@ -140,11 +142,15 @@ TEST_F(DroppedOwnerTest, CommandFromAMenuMayDropTheMirrorThatItBelongsTo) {
 
 TEST_F(DroppedOwnerTest, FlashedTextNeedsNobodyToTakeItAway) {
   showMirror();
+  deliverPicture();
   mirror_->flashStatus("text");
+  const auto label = mirror_->statusLabel();
   mirror_->close();
   dropMirror();
-  desktop_.advance(3);
+  desktop_.turnMainQueue();
   EXPECT_TRUE(gone_.expired());
+  desktop_.advance(3);
+  EXPECT_FALSE(label->isHidden());
 }
 
 TEST_F(DroppedOwnerTest, CloseButtonIsIgnored) {

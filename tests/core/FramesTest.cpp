@@ -70,6 +70,11 @@ TEST_F(FramesTest, AreShownWhenBlackAsLongAsThereIsNoPicture) {
   EXPECT_TRUE(isShown({.image = blackPixels(40, 20)}));
 }
 
+TEST_F(FramesTest, AreDroppedWhenBlackAlsoAfterABlackPicture) {
+  EXPECT_TRUE(isShown({.image = blackPixels(40, 20)}));
+  EXPECT_FALSE(isShown({.image = blackPixels(40, 20)}));
+}
+
 TEST_F(FramesTest, AreDroppedWhenBlackOnceThereIsAPicture) {
   EXPECT_TRUE(isShown({.image = brightPixels()}));
   EXPECT_FALSE(isShown({.image = blackPixels(40, 20)}));

@@ -67,6 +67,7 @@ TEST_F(MirrorCommandsTest, MenuOfOneMirrorOfSeveralOffersToHideThemAll) {
   EXPECT_EQ(menu->items().back()->action().selector(), "hideAllMenu");
   platform::performAction(menu->items().back());
   EXPECT_EQ(host_->closeAllCount, 1);
+  EXPECT_THAT(closed_, IsEmpty());
 }
 
 TEST_F(MirrorCommandsTest, MenuIsMadeAnewEachTime) { EXPECT_NE(openMenu(), openMenu()); }

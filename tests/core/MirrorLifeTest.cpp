@@ -42,17 +42,15 @@ TEST_F(MirrorLifeTest, ClosingStopsTheTimerAndTheStreamAndClosesThePanel) {
   showMirror();
   const auto timer = mirror_->freshnessTimer();
   const auto tap = stream();
-  const auto history = windows().historyOf(*mirror_->panel());
+  desktop_.journal().clear();
   mirror_->close();
   EXPECT_FALSE(timer->isValid());
   EXPECT_EQ(mirror_->freshnessTimer(), nullptr);
   EXPECT_EQ(tap->steps().back(), StreamCall::Kind::stop);
   EXPECT_EQ(mirror_->stream(), nullptr);
   EXPECT_EQ(mirror_->streamOutput(), nullptr);
-  const auto steps = history->steps();
-  ASSERT_GE(steps.size(), 2U);
-  EXPECT_EQ(steps[steps.size() - 2], orderOut);
-  EXPECT_EQ(steps.back(), close);
+  EXPECT_THAT(desktop_.journal().calls(),
+              ElementsAre("Stream stopCapture", "Panel orderOut", "Panel close"));
   EXPECT_THAT(closed_, IsEmpty());
 }
 
@@ -68,6 +66,17 @@ TEST_F(MirrorLifeTest, ClosingTellsTheOwnerOnlyWhenAPersonDoesIt) {
   mirror_->closeClicked();
   EXPECT_THAT(closed_, ElementsAre(id));
   EXPECT_FALSE(mirror_->panel()->isVisible());
+}
+
+TEST_F(MirrorLifeTest, OwnerIsToldOnceEverythingHasStopped) {
+  mirror_ = WindowMirrorHUDController::make(
+      openSource(), 0, [this](WindowID) { desktop_.journal().add("onClosed"); }, host_);
+  mirror_->show();
+  desktop_.turnMainQueue();
+  desktop_.journal().clear();
+  mirror_->closeClicked();
+  EXPECT_THAT(desktop_.journal().calls(),
+              ElementsAre("Stream stopCapture", "Panel orderOut", "Panel close", "onClosed"));
 }
 
 TEST_F(MirrorLifeTest, CloseButtonClosesTheMirror) {
@@ -187,6 +196,7 @@ TEST_F(RollUpTest, KeepsThePlaceAndWidthOfNowWhenItComesBack) {
 TEST_F(RollUpTest, KeepsGripAndStatusHiddenWhileItIsResized) {
   mirror_->toggleRollUp();
   desktop_.turnMainQueue();
+  mirror_->showStatus("text");
   windows().moveWindow(*mirror_->panel(), rect(7, 300, 3000, 26));
   desktop_.turnMainQueue();
   EXPECT_TRUE(mirror_->grip()->isHidden());

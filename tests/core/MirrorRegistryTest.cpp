@@ -186,6 +186,21 @@ TEST_F(ClosingCallsOutTest, AllMayBeClosedMeanwhile) {
   EXPECT_THAT(manager_->mirrors(), IsEmpty());
 }
 
+TEST_F(MirrorRegistryTest, EachOfTwoMirrorsOffersToHideThemAll) {
+  const auto first = openSource();
+  const auto second = openSource();
+  manager_->mirror(first);
+  EXPECT_EQ(mirrorOf(first).makeContextMenu()->items().size(), 7U);
+  manager_->mirror(second);
+  for (const auto& source : {first, second}) {
+    const auto menu = mirrorOf(source).makeContextMenu();
+    ASSERT_EQ(menu->items().size(), 8U);
+    EXPECT_EQ(menu->items().back()->title(), "Hide All Window Mirrors");
+  }
+  platform::performAction(mirrorOf(second).makeContextMenu()->items().back());
+  EXPECT_THAT(manager_->mirrors(), IsEmpty());
+}
+
 TEST_F(MirrorRegistryTest, ClosingWithoutAnyMirrorIsHarmless) {
   manager_->closeAll();
   EXPECT_THAT(manager_->mirrors(), IsEmpty());
@@ -372,10 +387,20 @@ TEST_F(FocusMenuTest, BringsForwardAMirrorThatWasClosedMeanwhileWithoutHarm) {
 }
 
 TEST_F(FocusMenuTest, IsToldByItsTitleAlone) {
-  const auto other = std::make_shared<Menu>("Mirror Window");
+  const std::string selectorOfWindows = "pickFromMenu:";
+  const std::string selectorOfMirrors = "focusFromMenu:";
   manager_->mirror(openSource("Viewer", "b"));
-  manager_->menuNeedsUpdate(*other);
-  for (const auto& item : other->items()) EXPECT_NE(item->title(), "Viewer — b");
+  const auto selectorIn = [this](const std::string& title) {
+    const auto menu = std::make_shared<Menu>(title);
+    manager_->menuNeedsUpdate(*menu);
+    desktop_.turnMainQueue();
+    return menu->items().back()->action().selector();
+  };
+  for (const char* title : {"Mirror Window", "Focus Mirror", "focus window mirror",
+                            "Focus Window Mirror ", "Focus Window Mirrors", ""}) {
+    EXPECT_EQ(selectorIn(title), selectorOfWindows) << title;
+  }
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(selectorIn("Focus Window Mirror"), selectorOfMirrors);
 }
 
 }  // namespace

@@ -241,6 +241,17 @@ TEST_F(PickerTest, MirrorsTheSelectedRowAndMarksIt) {
   EXPECT_TRUE(window().isVisible());
 }
 
+TEST_F(PickerTest, DrawsTheRowAloneThatItMirrors) {
+  openSource("A", "w1");
+  openSource("B", "w2");
+  reload();
+  EXPECT_THAT(rows(), ElementsAre("A — w1", "B — w2"));
+  cell(1)->setStringValue("as it was");
+  picker_->tableView()->personDidSelectRow(0);
+  picker_->mirrorSelected();
+  EXPECT_THAT(rows(), ElementsAre("● A — w1", "as it was"));
+}
+
 TEST_F(PickerTest, MirrorsOnDoubleClickReturnAndTheMirrorButton) {
   const std::function<void()> ways[] = {
       [this] { picker_->tableView()->personDidDoubleClick(); },
@@ -282,6 +293,19 @@ TEST_F(PickerTest, ReusesItsCells) {
   EXPECT_EQ(cell(0), before);
 }
 
+TEST_F(PickerTest, ColoursAReusedCellForItsWindow) {
+  openSource("A", "w1");
+  reload();
+  picker_->tableView()->personDidSelectRow(0);
+  picker_->mirrorSelected();
+  const auto green = cell(0);
+  EXPECT_EQ(green->textColor(), Color::systemGreen());
+  manager_->closeAll();
+  reload();
+  EXPECT_EQ(cell(0), green);
+  EXPECT_EQ(cell(0)->textColor(), Color::label());
+}
+
 TEST_F(PickerTest, LaysOutACellWithItsLabelInTheMiddle) {
   openSource("Notes", "b");
   reload();
@@ -295,12 +319,15 @@ TEST_F(PickerTest, LaysOutACellWithItsLabelInTheMiddle) {
 
 TEST_F(PickerTest, DropsAListThatArrivesAfterItIsGone) {
   capture().answers().hold(Request::content);
+  openSource();
   picker_->reload();
+  const auto line = picker_->statusLabel();
   picker_.reset();
   desktop_.turnMainQueue();
+  EXPECT_THAT(windows().windowsFrontToBack(), IsEmpty()) << "the question keeps the picker";
   capture().answers().release(Request::content);
   desktop_.turnMainQueue();
-  EXPECT_THAT(windows().windowsFrontToBack(), IsEmpty());
+  EXPECT_EQ(line->stringValue(), "Looking for windows…");
 }
 
 class GrantTest : public PickerTest {

@@ -148,6 +148,29 @@ TEST_F(StartCaptureTest, TouchesTheStatusOnMainAlone) {
   EXPECT_EQ(status(), gone);
 }
 
+TEST_F(StartCaptureTest, TouchesTheStatusOnMainAloneWhenTheStreamHasStarted) {
+  capture().answers().hold(Request::start);
+  show();
+  mirror_->showStatus("old");
+  capture().answers().release(Request::start);
+  desktop_.virtualTime().turnOtherQueues();
+  EXPECT_TRUE(stream()->isRunning());
+  EXPECT_EQ(status(), "old");
+  desktop_.turnMainQueue();
+  EXPECT_EQ(status(), "");
+}
+
+TEST_F(StartCaptureTest, TouchesTheStatusOnMainAloneWhenTheStreamFailedToStart) {
+  capture().answers().hold(Request::start);
+  capture().scriptStreams({.startFails = Error{"no"}});
+  show();
+  capture().answers().release(Request::start);
+  desktop_.virtualTime().turnOtherQueues();
+  EXPECT_EQ(status(), "");
+  desktop_.turnMainQueue();
+  EXPECT_EQ(status(), "Screen Recording permission is required.\nno");
+}
+
 TEST_F(StartCaptureTest, LeavesARunningStreamAlone) {
   show();
   const auto first = stream();

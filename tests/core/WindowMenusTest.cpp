@@ -93,6 +93,20 @@ TEST_F(MainMenuListTest, OffersThePermissionInPlaceOfTheList) {
       ElementsAre("x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture"));
 }
 
+TEST_F(MainMenuListTest, ListsWindowsOncePermissionIsGivenOnRequest) {
+  openSource("A", "w1");
+  capture().setAccess(false, true);
+  open();
+  EXPECT_EQ(capture().requestCount(), 1);
+  desktop_.turnMainQueue();
+  EXPECT_THAT(titles(), ElementsAre("A", "  w1"));
+}
+
+TEST_F(MainMenuListTest, RequestsNoPermissionThatIsThere) {
+  open();
+  EXPECT_EQ(capture().requestCount(), 0);
+}
+
 TEST_F(MainMenuListTest, ForgetsWhatItShowedOnceThePermissionIsGone) {
   openSource("A", "w1");
   open();
@@ -143,6 +157,18 @@ TEST_F(DockListTest, OffersThePermissionWithoutWaiting) {
   EXPECT_THAT(titlesOf(*manager_->makeDockPickerMenu()), ElementsAre(permissionText));
   EXPECT_EQ(platform::now(), before);
   EXPECT_THAT(capture().contentRequests(), IsEmpty());
+}
+
+TEST_F(DockListTest, ListsWindowsOncePermissionIsGivenOnRequest) {
+  openSource("A", "w1");
+  capture().setAccess(false, true);
+  EXPECT_THAT(titlesOf(*manager_->makeDockPickerMenu()), ElementsAre("A", "  w1"));
+  EXPECT_EQ(capture().requestCount(), 1);
+}
+
+TEST_F(DockListTest, RequestsNoPermissionThatIsThere) {
+  manager_->makeDockPickerMenu();
+  EXPECT_EQ(capture().requestCount(), 0);
 }
 
 class FillingTest : public WindowMenusTest {
