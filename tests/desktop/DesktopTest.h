@@ -64,8 +64,9 @@ class DesktopTest : public ::testing::Test {
   static std::vector<std::string> environmentOnBus(const PrivateDisplay& display,
                                                    const std::string& address) {
     std::vector<std::string> environment = display.environment();
-    std::erase_if(environment, [](const std::string& each) { return each.starts_with("DBUS_"); });
-    environment.push_back("DBUS_SESSION_BUS_ADDRESS=" + address);
+    constexpr const char* name = "DBUS_SESSION_BUS_ADDRESS=";
+    std::erase_if(environment, [&](const std::string& each) { return each.starts_with(name); });
+    environment.push_back(name + address);
     return environment;
   }
 

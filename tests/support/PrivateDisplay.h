@@ -6,14 +6,14 @@
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/DisplayServer.h"
-#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/PrivateHome.h"
 #include "tests/support/WindowManager.h"
 
 namespace vistrel::testbed {
 
 /// A desktop session of a test's own: a display server without a screen (which picks its number by
-/// itself), a window manager, a session bus, and empty directories for whatever programs
-/// store. Everything ends with this object, also when the test failed or was killed.
+/// itself), a window manager, a session bus, and a home for its programs. Everything ends with this
+/// object, also when the test failed or was killed.
 class PrivateDisplay {
  public:
   struct Options {
@@ -37,13 +37,12 @@ class PrivateDisplay {
   const std::string& name() const { return name_; }
   /// Where the session's bus listens, as in DBUS_SESSION_BUS_ADDRESS.
   const std::string& busAddress() const { return busAddress_; }
-  /// The environment for programs of this session: this process's own, with the variables that name
-  /// a display, a bus, a toolkit's settings or a place to store things replaced by the session's.
+  /// The whole environment for programs of this session.
   std::vector<std::string> environment() const;
   /// Makes this process itself a program of the session. Before any thread reads the environment.
-  void adoptEnvironment() const;
+  void adoptEnvironment() const { testbed::adoptEnvironment(environment()); }
   /// Where programs of this session find their home and XDG directories.
-  const std::filesystem::path& home() const { return directory_.path(); }
+  const std::filesystem::path& home() const { return home_.path(); }
 
   /// The server's process, for measuring what it costs.
   pid_t serverPid() const { return server_->pid(); }
@@ -56,13 +55,12 @@ class PrivateDisplay {
   void stopServer() { server_.reset(); }
 
  private:
-  std::vector<std::string> sessionVariables() const;
   void startServer(const Options& options);
   void startBus();
   void startWindowManager(WindowManager manager);
 
   const std::vector<std::string> variables_;
-  TemporaryDirectory directory_;
+  const PrivateHome home_;
   std::string name_;
   std::string busAddress_;
   std::unique_ptr<ChildProcess> server_;

@@ -1,9 +1,12 @@
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <fstream>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 
 #include "tests/support/AccessibilityBus.h"
+#include "tests/support/DBus.h"
 #include "tests/support/EachWindowManager.h"
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
@@ -41,6 +44,31 @@ TEST(PrivateDisplay, LeavesNothingRunning) {
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD) << "a child process is left";
   EXPECT_FALSE(std::filesystem::exists(home));
+}
+
+TEST(PrivateDisplay, TakesNothingOverFromTheMachinesDesktop) {
+  const auto mentionsDesktop = [](const std::string& variable) {
+    return variable.ends_with("=machine's");
+  };
+  for (const char* name : {"GTK_MODULES", "QT_STYLE_OVERRIDE", "XDG_CURRENT_DESKTOP", "LANGUAGE"}) {
+    ::setenv(name, "machine's", 1);
+  }
+  const PrivateDisplay display;
+  const auto environment = display.environment();
+  EXPECT_TRUE(std::ranges::none_of(environment, mentionsDesktop));
+  display.adoptEnvironment();
+  EXPECT_EQ(std::getenv("GTK_MODULES"), nullptr);
+  EXPECT_EQ(std::getenv("DISPLAY"), display.name());
+}
+
+TEST(PrivateDisplay, OffersOnlyTheServicesThatASessionConsistsOf) {
+  const PrivateDisplay display;
+  constexpr const char* bus = "org.freedesktop.DBus";
+  BusMessage answer = BusObject(connectToBus(display.busAddress()), bus, "/org/freedesktop/DBus")
+                          .call(bus, "ListActivatableNames");
+  std::vector<std::string> services;
+  answer.array("s", [&] { services.push_back(answer.text()); });
+  EXPECT_THAT(services, ::testing::UnorderedElementsAre(bus, "org.a11y.Bus", "org.xfce.Xfconf"));
 }
 
 TEST(AccessibilityBus, EndsWithItsSession) {
