@@ -99,12 +99,14 @@ class DesktopTest : public ::testing::Test {
       return asked == windows.end() || answersPing(display_.name(), *asked);
     }));
   }
-  /// Has the manager activate the window.
+  /// Has the manager activate the window, and waits until it has heard of it: one whose active
+  /// window that is already takes the moment of hearing for a person's last input.
   void activate(xcb_window_t window) {
     if (vistrel_) {
       letProgramCatchUp();
     }
     connection_.sendToManager(window, "_NET_ACTIVE_WINDOW", {byPerson, 0, 0});
+    awaitManager(connection_);
     EXPECT_TRUE(eventually([&] { return activeWindow() == window; }));
   }
   void goToDesktop(std::uint32_t number) {
