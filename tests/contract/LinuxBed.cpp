@@ -67,6 +67,15 @@ class LinuxSource : public SourceWindow {
   const platform::WindowID id_;
 };
 
+/// One for all tests of a process. The toolkit keeps the first session bus that it finds for the
+/// whole process, and Qt 6.4 aborts when something is to be watched on a bus that has gone.
+const testbed::PrivateDisplay& sharedDisplay() {
+  static const testbed::PrivateDisplay display(
+      {.server = testbed::DisplayServer::growable,
+       .variables = {"QT_SCREEN_SCALE_FACTORS=left=1;right=2"}});
+  return display;
+}
+
 /// The real backend on a private display with a window manager.
 class LinuxBed : public ContractBed {
  public:
@@ -77,6 +86,9 @@ class LinuxBed : public ContractBed {
     // The program's own way out: what is still queued runs, threads end.
     backend_->application().terminate();
     backend_->application().run();
+    if (hasTwoScreens_) {
+      for (const char* monitor : {"left", "right"}) testbed::Monitors(connection_).remove(monitor);
+    }
   }
 
   platform::Backend& backend() override { return *backend_; }
@@ -118,6 +130,7 @@ class LinuxBed : public ContractBed {
     const testbed::Monitors monitors(connection_);
     monitors.setPrimary("left", {0, 0, 640, 1024});
     monitors.set("right", {640, 0, 640, 1024});
+    hasTwoScreens_ = true;
   }
 
  private:
@@ -138,11 +151,11 @@ class LinuxBed : public ContractBed {
     return std::nullopt;
   }
 
-  const testbed::PrivateDisplay display_{{.server = testbed::DisplayServer::growable,
-                                          .variables = {"QT_SCREEN_SCALE_FACTORS=left=1;right=2"}}};
+  const testbed::PrivateDisplay& display_ = sharedDisplay();
   const testbed::XConnection connection_;
   const std::unique_ptr<platform::Backend> backend_;
   const platform::BackendInstallation installation_;
+  bool hasTwoScreens_ = false;
   QTimer wakeUp_;  // conditions may also depend on what happens outside the event loop
 };
 
