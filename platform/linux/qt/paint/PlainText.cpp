@@ -9,6 +9,23 @@ QString inOneLine(QString text) {
   return text.replace(QLatin1Char('\t'), wideBlank).replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
+QString withoutLineBreaks(const QString& text) {
+  const auto breaks = [](QChar c) {
+    const bool separates = c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+    return separates || (c.isSpace() && c.category() == QChar::Other_Control);
+  };
+  QString line;
+  line.reserve(text.size());
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (!breaks(text[i])) {
+      line += text[i];
+    } else if (i == 0 || !breaks(text[i - 1])) {
+      line += QLatin1Char(' ');
+    }
+  }
+  return line;
+}
+
 QString withoutAccessKeys(QString text) {
   return text.replace(QLatin1Char('_'), QLatin1String("__"));
 }

@@ -9,6 +9,10 @@ namespace vistrel::platform::linux_desktop {
 /// blank and a line feed a blank.
 QString inOneLine(QString text);
 
+/// In one line, character by character: only what is both a control character and white, and what
+/// separates lines and paragraphs, becomes a blank, several in a row one.
+QString withoutLineBreaks(const QString& text);
+
 /// For a menu that another program shows (com.canonical.dbusmenu), where "_" marks an access key
 /// and "__" is one "_": the text as it is.
 QString withoutAccessKeys(QString text);

@@ -42,7 +42,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
   const auto label = labelOf(table_, index.row());
   if (!label) return {};
   if (role == Qt::DisplayRole) {
-    return readableBeginning(QString::fromStdString(label->stringValue())).simplified();
+    return withoutLineBreaks(readableBeginning(QString::fromStdString(label->stringValue())));
   }
   if (role == Qt::FontRole) return qtFont(label->font());
   return QBrush(resolved(label->textColor(), QGuiApplication::palette()));
