@@ -12,6 +12,7 @@
 #include "platform/linux/qt/process/QtMessages.h"
 #include "platform/linux/qt/process/QtWorkspace.h"
 #include "platform/linux/qt/space/QtConnection.h"
+#include "platform/linux/qt/widgets/AlertBox.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -48,9 +49,11 @@ class ConfiguredQt {
 class StartedQtDesktop final : public QtDesktop {
  public:
   StartedQtDesktop(char* programPath, const Session& session)
-      : qt_(programPath),
+      : sessionFacts_(session.facts),
+        qt_(programPath),
         windows_(session),
-        workspace_(windows_.host(), *session.windowActivation, *session.instance),
+        workspace_(windows_.host(), *session.windowActivation, *session.instance,
+                   [this](const std::string& url) { return advise(url); }),
         application_(windows_.host(), *session.windowActivation, *session.instance,
                      [this] { finish(); }) {}
 
@@ -65,6 +68,13 @@ class StartedQtDesktop final : public QtDesktop {
   Application& application() override { return application_; }
 
  private:
+  /// There is no page of settings to open: says what a person can do instead.
+  bool advise(const std::string& url) {
+    const auto advice = settingsAdvice(url, sessionFacts_());
+    if (advice) notice_.show(*advice);
+    return advice.has_value();
+  }
+
   /// The event loop has ended, everything else still stands: first the drawing of panels stops,
   /// then the threads, and last come the blocks that these have left.
   void finish() {
@@ -74,9 +84,11 @@ class StartedQtDesktop final : public QtDesktop {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
 
+  const std::function<SessionFacts()> sessionFacts_;
   ConfiguredQt qt_;
   QtDispatch dispatch_;
   QtWindows windows_;
+  Notice notice_;
   QtWorkspace workspace_;
   QtApplication application_;
 };

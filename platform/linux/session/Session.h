@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -11,6 +12,7 @@
 #include "platform/linux/session/Monitors.h"
 #include "platform/linux/session/PanelWindows.h"
 #include "platform/linux/session/ProgramInstance.h"
+#include "platform/linux/session/SessionFacts.h"
 #include "platform/linux/session/SharedScreenLayout.h"
 #include "platform/linux/session/WindowActivation.h"
 #include "platform/linux/session/WindowLister.h"
@@ -24,6 +26,9 @@ namespace vistrel::platform::linux_desktop {
 struct Session {
   /// By which all that follow count in points.
   std::shared_ptr<SharedScreenLayout> layout;
+
+  /// Asked as of now; while the session lasts.
+  std::function<SessionFacts()> facts;
 
   std::unique_ptr<ProgramInstance> instance;
   std::unique_ptr<Monitors> monitors;

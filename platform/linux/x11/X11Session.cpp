@@ -8,6 +8,7 @@
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/instance/X11ProgramInstance.h"
 #include "platform/linux/x11/listing/ShareableContentService.h"
+#include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/manager/X11WindowActivation.h"
 #include "platform/linux/x11/monitors/X11Displays.h"
 #include "platform/linux/x11/monitors/X11DockAreas.h"
@@ -70,6 +71,11 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->hiddenDisplays = hiddenDisplays;
   session->displays = std::make_unique<X11Displays>(connection, session->layout, hiddenDisplays);
   session->otherWindows = std::make_unique<X11Accessibility>(connection, session->layout);
+  session->facts = [connection = std::move(connection), &moving = *session->otherWindows] {
+    return SessionFacts{.missingForCapture = connection->extensions().missingForCapture,
+                        .managerName = managerName(*connection),
+                        .managerMovesWindows = moving.isProcessTrusted()};
+  };
   return session;
 }
 

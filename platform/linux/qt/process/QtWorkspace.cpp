@@ -5,6 +5,7 @@
 #include <QDesktopServices>
 #include <QProcess>
 #include <QUrl>
+#include <utility>
 
 #include "platform/linux/XdgDirectories.h"
 #include "platform/linux/qt/process/UrlSchemes.h"
@@ -46,15 +47,17 @@ QProcessEnvironment environmentOfNewInstance() {
 }  // namespace
 
 // Later on the system may know the file as a deleted one.
-QtWorkspace::QtWorkspace(PeerHost& windows, WindowActivation& activation, ProgramInstance& instance)
+QtWorkspace::QtWorkspace(PeerHost& windows, WindowActivation& activation, ProgramInstance& instance,
+                         Unserved unserved)
     : windows_(windows),
       activation_(activation),
       instance_(instance),
+      unserved_(std::move(unserved)),
       programPath_(QCoreApplication::applicationFilePath().toStdString()) {}
 
 bool QtWorkspace::openURL(const std::string& url) {
   const auto lists = handlerLists(xdgConfigDirectories(), xdgDataDirectories());
-  if (!isSchemeServed(schemeOf(url), lists)) return false;
+  if (!isSchemeServed(schemeOf(url), lists)) return unserved_(url);
   return QDesktopServices::openUrl(QUrl(QString::fromStdString(url)));
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include "platform/Backend.h"
 #include "platform/Workspace.h"
 #include "platform/linux/qt/windows/PeerHost.h"
@@ -11,8 +14,12 @@ namespace vistrel::platform::linux_desktop {
 /// The surroundings of the process by the XDG specifications and the person's locale.
 class QtWorkspace final : public WorkspaceBackend {
  public:
-  /// All outlive it. Made when the program starts.
-  QtWorkspace(PeerHost& windows, WindowActivation& activation, ProgramInstance& instance);
+  /// Does what it can for a URL that no program serves; answers whether that is anything.
+  using Unserved = std::function<bool(const std::string& url)>;
+
+  /// The first three outlive it. Made when the program starts.
+  QtWorkspace(PeerHost& windows, WindowActivation& activation, ProgramInstance& instance,
+              Unserved unserved);
 
   /// Spawns nothing where no program is registered for the URL's scheme.
   bool openURL(const std::string& url) override;
@@ -31,6 +38,7 @@ class QtWorkspace final : public WorkspaceBackend {
   PeerHost& windows_;
   WindowActivation& activation_;
   ProgramInstance& instance_;
+  const Unserved unserved_;
   const std::string programPath_;
 };
 

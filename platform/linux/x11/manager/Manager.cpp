@@ -5,6 +5,7 @@
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/server/AwaitedEvents.h"
 #include "platform/linux/x11/server/Property.h"
+#include "platform/linux/x11/server/TextDecoding.h"
 #include "platform/linux/x11/server/UnseenWindow.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -29,6 +30,15 @@ bool holds(Connection& connection, xcb_window_t window, std::string_view list,
   return std::find(atoms.begin(), atoms.end(), connection.atom(atom)) != atoms.end();
 }
 
+/// A manager that has gone leaves its property on the root; a living one shows on the window that
+/// the property names (EWMH, _NET_SUPPORTING_WM_CHECK).
+std::optional<xcb_window_t> managersWindow(Connection& connection) {
+  constexpr auto check = "_NET_SUPPORTING_WM_CHECK";
+  const auto window = propertyOf(connection, connection.root(), check).firstValue();
+  if (!window || propertyOf(connection, *window, check).firstValue() != window) return std::nullopt;
+  return window;
+}
+
 bool covers(Connection& connection, const PixelRect& area) {
   const auto size = propertyOf(connection, connection.root(), "_NET_DESKTOP_GEOMETRY").firstValue();
   return size && static_cast<std::int64_t>(*size) >= area.x + area.width;
@@ -36,12 +46,12 @@ bool covers(Connection& connection, const PixelRect& area) {
 
 }  // namespace
 
-bool hasManager(Connection& connection) {
-  // A manager that has gone leaves its property on the root; a living one shows on the window that
-  // the property names (EWMH, _NET_SUPPORTING_WM_CHECK).
-  constexpr auto check = "_NET_SUPPORTING_WM_CHECK";
-  const auto window = propertyOf(connection, connection.root(), check).firstValue();
-  return window && propertyOf(connection, *window, check).firstValue() == window;
+bool hasManager(Connection& connection) { return managersWindow(connection).has_value(); }
+
+std::optional<std::string> managerName(Connection& connection) {
+  const auto window = managersWindow(connection);
+  if (!window) return std::nullopt;
+  return repairedUtf8(upToNull(propertyOf(connection, *window, "_NET_WM_NAME").bytes()));
 }
 
 bool managerSupports(Connection& connection, std::string_view hint) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/linux/PixelRect.h"
@@ -26,6 +27,8 @@ inline constexpr std::uint32_t iconicState = 3;
 
 /// Whether a manager runs that follows EWMH.
 bool hasManager(Connection& connection);
+/// What it calls itself; empty where it does not say, none where no manager runs.
+std::optional<std::string> managerName(Connection& connection);
 /// Whether `hint` is among what it says it supports (_NET_SUPPORTED).
 bool managerSupports(Connection& connection, std::string_view hint);
 

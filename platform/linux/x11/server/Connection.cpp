@@ -118,8 +118,16 @@ void Connection::setUpExtensions() {
         replyTo<xcb_render_query_pict_formats_reply>(xcb(), xcb_render_query_pict_formats(xcb()));
     if (reply) formats_ = pictureFormats(*reply);
   }
-  extensions_.offersCapture = composite && damage && fixes && formats_.opaque != XCB_NONE &&
-                              formats_.translucent != XCB_NONE && formats_.alphaMask != XCB_NONE;
+  const bool formats = formats_.opaque != XCB_NONE && formats_.translucent != XCB_NONE &&
+                       formats_.alphaMask != XCB_NONE;
+  const auto require = [this](bool isOffered, const char* name) {
+    if (!isOffered) extensions_.missingForCapture.emplace_back(name);
+  };
+  require(composite, "Composite 0.4");
+  require(damage, "DAMAGE 1.1");
+  require(fixes, "XFIXES 2.0");
+  require(render && formats, "RENDER 0.10");
+  extensions_.offersCapture = extensions_.missingForCapture.empty();
 }
 
 xcb_atom_t Connection::atom(std::string_view name) {

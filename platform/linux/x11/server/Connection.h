@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 #include <xcb/xcb.h>
 
 #include "platform/linux/XcbRequests.h"
@@ -19,6 +20,8 @@ namespace vistrel::platform::linux_desktop {
 struct Extensions {
   /// Composite 0.4, Damage 1.1, XFixes 2, RENDER 0.10: what capture is built of.
   bool offersCapture = false;
+  /// What of that is not offered, with the version that there has to be.
+  std::vector<std::string> missingForCapture;
   /// X-Resource 1.2: the process behind a window.
   bool offersClientIds = false;
   bool offersShapes = false;

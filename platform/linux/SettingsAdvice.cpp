@@ -1,0 +1,52 @@
+#include "platform/linux/SettingsAdvice.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+constexpr auto capturePage =
+    "x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture";
+constexpr auto movingPage =
+    "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
+
+std::string listOf(const std::vector<std::string>& names) {
+  std::string list;
+  for (const auto& each : names) list += (list.empty() ? "" : ", ") + each;
+  return list;
+}
+
+std::string captureAdvice(const SessionFacts& facts) {
+  if (facts.missingForCapture.empty()) return "Windows can be captured on this display.";
+  return "Windows cannot be captured because the display server does not offer " +
+         listOf(facts.missingForCapture) +
+         ".\n\nA server may have been started without it, or keep it from programs that it does "
+         "not "
+         "trust, such as those that come through “ssh -X”: “ssh -Y” is trusted. Then start Vistrel "
+         "again.";
+}
+
+std::string movingAdvice(const SessionFacts& facts) {
+  if (facts.managerMovesWindows) {
+    return "The window manager moves windows for other programs. Choose the command again.";
+  }
+  if (!facts.managerName) {
+    return "It is the window manager that moves windows, and none runs on this display. Start one, "
+           "then choose the command again.";
+  }
+  const auto name = facts.managerName->empty() ? "" : ", “" + *facts.managerName + "”,";
+  return "The window manager" + name +
+         " does not move windows for other programs (EWMH, _NET_MOVERESIZE_WINDOW). Openbox, Xfwm4 "
+         "and Mutter are among those that do.\n\nMirrors work all the same as long as their "
+         "sources are on a desktop that is shown.";
+}
+
+}  // namespace
+
+std::optional<Alert> settingsAdvice(const std::string& url, const SessionFacts& facts) {
+  const bool isAboutCapture = url == capturePage;
+  if (!isAboutCapture && url != movingPage) return std::nullopt;
+  return Alert{.messageText = "There is no permission to give here.",
+               .informativeText = isAboutCapture ? captureAdvice(facts) : movingAdvice(facts),
+               .buttonTitles = {"OK"}};
+}
+
+}  // namespace vistrel::platform::linux_desktop

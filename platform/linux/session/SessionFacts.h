@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vistrel::platform::linux_desktop {
+
+/// What of the session decides whether windows can be captured and moved.
+struct SessionFacts {
+  /// What capturing is built of and the display server does not offer.
+  std::vector<std::string> missingForCapture;
+  /// What the window manager calls itself, which may be nothing; none where no manager runs.
+  std::optional<std::string> managerName;
+  /// Whether it moves windows for other programs.
+  bool managerMovesWindows = false;
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+#include <string>
+
+#include "platform/linux/SettingsAdvice.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+constexpr auto capturePage =
+    "x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture";
+constexpr auto movingPage =
+    "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
+
+std::string adviceOn(const char* page, const SessionFacts& facts) {
+  const auto advice = settingsAdvice(page, facts);
+  return advice ? advice->informativeText : "";
+}
+
+TEST(SettingsAdvice, NamesWhatTheServerLacksForCapturing) {
+  const auto text = adviceOn(capturePage, {.missingForCapture = {"Composite 0.4", "RENDER 0.10"}});
+  EXPECT_TRUE(
+      text.starts_with("Windows cannot be captured because the display server does not "
+                       "offer Composite 0.4, RENDER 0.10."))
+      << text;
+  EXPECT_EQ(adviceOn(capturePage, {}), "Windows can be captured on this display.");
+}
+
+TEST(SettingsAdvice, NamesTheManagerThatMovesNoWindows) {
+  EXPECT_TRUE(adviceOn(movingPage, {.managerName = "dwm"})
+                  .starts_with("The window manager, “dwm”, does not move windows"));
+  EXPECT_TRUE(
+      adviceOn(movingPage, {.managerName = ""}).starts_with("The window manager does not move"));
+  EXPECT_TRUE(
+      adviceOn(movingPage, {})
+          .starts_with(
+              "It is the window manager that moves windows, and none runs on this display."));
+  EXPECT_TRUE(adviceOn(movingPage, {.managerName = "Openbox", .managerMovesWindows = true})
+                  .starts_with("The window manager moves windows for other programs."));
+}
+
+TEST(SettingsAdvice, IsOneLineToReadAndOneButton) {
+  const auto advice = settingsAdvice(movingPage, {});
+  ASSERT_TRUE(advice.has_value());
+  EXPECT_EQ(advice->messageText, "There is no permission to give here.");
+  EXPECT_EQ(advice->buttonTitles, std::vector<std::string>{"OK"});
+}
+
+TEST(SettingsAdvice, IsGivenForNothingElse) {
+  EXPECT_FALSE(settingsAdvice("https://example.org/?Privacy_Accessibility", {}).has_value());
+  EXPECT_FALSE(settingsAdvice("", {}).has_value());
+}
+
+}  // namespace
+}  // namespace vistrel::platform::linux_desktop
