@@ -3,7 +3,9 @@
 #include <utility>
 
 #include "platform/Factory.h"
+#include "platform/linux/Environment.h"
 #include "platform/linux/OpenSession.h"
+#include "platform/linux/Trace.h"
 #include "platform/linux/WithoutDisplay.h"
 
 namespace vistrel::platform {
@@ -44,6 +46,7 @@ using namespace linux_desktop;
 
 BackendOrFailure makeBackend(int /*argc*/, char** argv, Instances instances) {
   openMissingStandardStreams();
+  beginTrace(environmentVariable("VISTREL_TRACE"));
   auto [session, failure] = openSession(instances);
   if (!session) return {nullptr, failure};
   auto backend = std::make_unique<LinuxBackend>(std::move(session), argv[0]);

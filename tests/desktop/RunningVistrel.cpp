@@ -32,7 +32,7 @@ ChildProcess::Command RunningVistrel::command(const std::vector<std::string>& ar
   ChildProcess::Command command{.arguments = {VISTREL_PROGRAM},
                                 .environment = std::move(environment)};
   // Requests to the display server that fail unforeseen then show on standard error.
-  command.environment.emplace_back("VISTREL_X_ERRORS=1");
+  command.environment.emplace_back("VISTREL_TRACE=errors");
   command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
   return command;
 }

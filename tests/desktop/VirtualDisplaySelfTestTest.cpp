@@ -9,7 +9,9 @@ namespace {
 class VirtualDisplaySelfTest : public ::testing::Test {
  protected:
   explicit VirtualDisplaySelfTest(DisplayServer server = DisplayServer::growable)
-      : display_({.windowManager = WindowManager::none, .server = server}) {}
+      : display_({.windowManager = WindowManager::none,
+                  .server = server,
+                  .variables = {"VISTREL_TRACE=all"}}) {}
 
   std::unique_ptr<ChildProcess> start() const {
     return std::make_unique<ChildProcess>(

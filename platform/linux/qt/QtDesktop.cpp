@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <array>
+#include <functional>
 
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/SettingsAdvice.h"
 #include "platform/linux/qt/Accessibles.h"
 #include "platform/linux/qt/QtApplication.h"
 #include "platform/linux/qt/QtWindows.h"

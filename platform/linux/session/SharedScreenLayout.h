@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <utility>
 
 #include "platform/Guarded.h"
 #include "platform/linux/ScreenLayout.h"
@@ -15,9 +14,7 @@ class SharedScreenLayout {
   /// Never null. Any thread.
   std::shared_ptr<const ScreenLayout> get() const { return layout_.load(); }
   /// Main thread.
-  void set(ScreenLayout layout) {
-    layout_.store(std::make_shared<const ScreenLayout>(std::move(layout)));
-  }
+  void set(ScreenLayout layout);
 
  private:
   Guarded<std::shared_ptr<const ScreenLayout>> layout_{std::make_shared<const ScreenLayout>()};

@@ -1,11 +1,13 @@
 #include "platform/linux/x11/X11Session.h"
 
 #include <fcntl.h>
+#include <string>
 #include <unistd.h>
 #include <utility>
 
 #include "platform/linux/Environment.h"
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/instance/X11ProgramInstance.h"
 #include "platform/linux/x11/listing/ShareableContentService.h"
 #include "platform/linux/x11/manager/Manager.h"
@@ -46,10 +48,26 @@ std::unique_ptr<Connection> openQuietly() {
   return Connection::open();
 }
 
+std::string displayName() { return environmentVariable("DISPLAY"); }
+
 std::string failureToConnect() {
-  const auto name = environmentVariable("DISPLAY");
+  const auto name = displayName();
   if (name.empty()) return "vistrel: no display: DISPLAY is not set";
   return "vistrel: cannot connect to the display \"" + name + "\"";
+}
+
+/// With its release, in numbers of its own.
+std::string vendorOf(const Connection& connection) {
+  const auto* setup = xcb_get_setup(connection.xcb());
+  const auto length = static_cast<std::size_t>(xcb_setup_vendor_length(setup));
+  return std::string(xcb_setup_vendor(setup), length) + " " + std::to_string(setup->release_number);
+}
+
+std::string description(const Connection& connection, const SessionFacts& facts) {
+  std::string text = "X11 lists, captures and moves windows on " + displayName() + ", served by " +
+                     vendorOf(connection) + "; manager: " + facts.managerName.value_or("none");
+  for (const auto& each : facts.missingForCapture) text += "; not offered: " + each;
+  return text;
 }
 
 /// Without a claim it is one instance of several. `connection` is for requests of the main thread,
@@ -71,11 +89,12 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->hiddenDisplays = hiddenDisplays;
   session->displays = std::make_unique<X11Displays>(connection, session->layout, hiddenDisplays);
   session->otherWindows = std::make_unique<X11Accessibility>(connection, session->layout);
-  session->facts = [connection = std::move(connection), &moving = *session->otherWindows] {
+  session->facts = [connection, &moving = *session->otherWindows] {
     return SessionFacts{.missingForCapture = connection->extensions().missingForCapture,
                         .managerName = managerName(*connection),
                         .managerMovesWindows = moving.isProcessTrusted()};
   };
+  trace(TraceTopic::start, [&] { return description(*connection, session->facts()); });
   return session;
 }
 

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/qt/paint/ChromePainter.h"
 #include "platform/linux/qt/space/QtConnection.h"
 #include "platform/linux/qt/space/QtSpace.h"
@@ -239,7 +240,9 @@ void PanelPeer::nativeWasPlaced() {
     placed_.hear(place);
     return awaitLastAnswer();
   }
-  if (placed_.isMovedTo(place)) adoptPlace(place);
+  if (!placed_.isMovedTo(place)) return;
+  trace(TraceTopic::manager, [&] { return "a panel has been moved to " + areaText(*pixels); });
+  adoptPlace(place);
 }
 
 void PanelPeer::awaitLastAnswer() {
@@ -248,7 +251,12 @@ void PanelPeer::awaitLastAnswer() {
 
 void PanelPeer::believeDesktop() {
   if (wanted_ != placed_.current()) return;  // the last word is not said yet
-  if (placed_.isRefused()) adoptPlace(placed_.current());
+  if (!placed_.isRefused()) return;
+  trace(TraceTopic::manager, [this] {
+    return "a panel is not where it was asked to be but at " +
+           areaText(pixelRect(placed_.current()));
+  });
+  adoptPlace(placed_.current());
 }
 
 void PanelPeer::adoptPlace(const QRect& place) {

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <utility>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/qt/paint/ApplicationIcon.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/tray/BusTypes.h"
@@ -72,6 +73,11 @@ void TrayIcon::callWatcher(const QString& interface, const QString& method,
 void TrayIcon::registerItem() {
   callWatcher(watcherName, "RegisterStatusNotifierItem", {bus_.baseService()},
               [this](const QDBusMessage& answer) {
+                trace(TraceTopic::tray, [&] {
+                  return isFailure(answer)
+                             ? "no watcher takes the icon: " + answer.errorName().toStdString()
+                             : "the watcher " + answer.service().toStdString() + " has the icon";
+                });
                 if (isFailure(answer)) {
                   setShown(false);
                   return embed();
@@ -91,13 +97,17 @@ void TrayIcon::askForHosts() {
 }
 
 void TrayIcon::setShown(bool isShown) {
-  if (std::exchange(isShown_, isShown) != isShown) callbacks_.shownChanged(isShown);
+  if (std::exchange(isShown_, isShown) == isShown) return;
+  trace(TraceTopic::tray,
+        [&] { return isShown ? "a tray shows the icon" : "no tray shows the icon any longer"; });
+  callbacks_.shownChanged(isShown);
 }
 
 // The toolkit would do both kinds, but decides for one of them when it makes its first icon; by the
 // status notifier protocol it neither hears of "opened" nor leaves titles as they are.
 void TrayIcon::embed() {
   if (embedded_) return;
+  trace(TraceTopic::tray, [] { return "the icon is for a tray that embeds it, if there is one"; });
   embedded_ = std::make_unique<QSystemTrayIcon>(applicationIcon());
   embedded_->setToolTip(QCoreApplication::applicationName());
   QObject::connect(embedded_.get(), &QSystemTrayIcon::activated, embedded_.get(),

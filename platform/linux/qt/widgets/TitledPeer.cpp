@@ -4,6 +4,7 @@
 #include <QWindow>
 #include <utility>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/qt/space/QtConnection.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/space/RootPlace.h"
@@ -168,6 +169,9 @@ void TitledPeer::nativeWasPlaced() {
   if (!native_) return;  // while it is being made
   const QSize formerSize = placed_.current().size();
   if (placed_.isMovedTo(qtRect(placeOfNative()))) {
+    trace(TraceTopic::manager, [this] {
+      return "the picker has been moved to " + areaText(pixelRect(placed_.current()));
+    });
     // Managers apply the new scale's bounds to the former size, and move and resize at different
     // times: until all has come to rest, no size is one that somebody wants.
     adoptPlace(/*keepingSize=*/settling_.isActive() || placed_.current().size() == formerSize);

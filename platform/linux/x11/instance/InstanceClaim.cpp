@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/instance/RunningInstance.h"
 #include "platform/linux/x11/instance/StartupNotification.h"
 #include "platform/linux/x11/server/ServedConnection.h"
@@ -24,13 +25,18 @@ InstanceClaim::OrShown InstanceClaim::take(std::string_view startupID) {
   xcb_window_t silent = XCB_WINDOW_NONE;
   for (int i = 0; i < mostSilentOwners; ++i) {
     const auto owner = claim->takeFrom(silent);
-    if (owner == claim->window_.id()) break;
+    if (owner == claim->window_.id()) {
+      trace(TraceTopic::start, [] { return "this is the display's one instance"; });
+      break;
+    }
     if (showRunningInstance(*claim->connection_, owner, time)) {
+      trace(TraceTopic::start, [&] { return "shown by the instance of " + windowText(owner); });
       if (!startupID.empty()) {
         tellStartIsOver(*claim->connection_, claim->window_.id(), startupID);
       }
       return {nullptr, true};
     }
+    trace(TraceTopic::start, [&] { return "no answer from the one of " + windowText(owner); });
     silent = owner;
   }
   return {claim};
@@ -76,6 +82,7 @@ void InstanceClaim::serveOn(SerialQueue& queue) {
 }
 
 void InstanceClaim::giveUp() {
+  trace(TraceTopic::start, [] { return "others may start from here on"; });
   window_ = {};
   connection_->sync();
 }
@@ -92,6 +99,7 @@ void InstanceClaim::receive(const xcb_selection_request_event_t& request) {
   }
   // Whoever had to wait for too long has helped itself.
   if (!isStillThere(request.requestor)) return;
+  trace(TraceTopic::start, [] { return "started again, so this one shows itself"; });
   if (!show_) return answer(request, /*isDone=*/true);
   show_(request.time,
         [self = shared_from_this(), request] { self->answer(request, /*isDone=*/true); });

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/server/AwaitedEvents.h"
 #include "platform/linux/x11/server/Property.h"
 #include "platform/linux/x11/server/TextDecoding.h"
@@ -81,8 +82,11 @@ void awaitManager(Connection& connection) {
   if (!managerSupports(connection, question)) return;
   const OwnWindow probe = makeUnseenWindow(connection);
   tellManager(connection, probe.id(), question, {});
-  awaitProperty(connection, probe.id(), longest,
-                [&] { return propertyOf(connection, probe.id(), "_NET_FRAME_EXTENTS").exists(); });
+  const bool hasAnswered = awaitProperty(connection, probe.id(), longest, [&] {
+    return propertyOf(connection, probe.id(), "_NET_FRAME_EXTENTS").exists();
+  });
+  if (hasAnswered) return;
+  trace(TraceTopic::manager, [] { return "no answer in two seconds; nobody waits any longer"; });
 }
 
 bool managerReaches(Connection& connection, const PixelRect& area) {
@@ -93,10 +97,16 @@ bool managerReaches(Connection& connection, const PixelRect& area) {
   // EWMH: the size of every desktop. A manager that leaves out what no output shows does not count
   // it in here either.
   const auto isCovered = [&] { return covers(connection, area); };
-  if (awaitProperty(connection, connection.root(), grace, isCovered)) return true;
-  // It may have been held up all the while.
-  awaitManager(connection);
-  return isCovered();
+  bool isReached = awaitProperty(connection, connection.root(), grace, isCovered);
+  if (!isReached) {
+    // It may have been held up all the while.
+    awaitManager(connection);
+    isReached = isCovered();
+  }
+  trace(TraceTopic::manager, [&] {
+    return (isReached ? "its desktop reaches " : "its desktop does not reach ") + areaText(area);
+  });
+  return isReached;
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/ClientWindows.h"
 #include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/server/Property.h"
@@ -53,6 +54,7 @@ void showDesktopOf(Connection& connection, xcb_window_t window) {
 }
 
 void sendActivation(Connection& connection, xcb_window_t window, xcb_timestamp_t time) {
+  trace(TraceTopic::manager, [&] { return windowText(window) + " is to get the keyboard"; });
   tellManager(connection, window, "_NET_ACTIVE_WINDOW", {byPerson, time, XCB_WINDOW_NONE});
   connection.sync();
 }

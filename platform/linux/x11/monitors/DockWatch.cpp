@@ -5,6 +5,7 @@
 #include <list>
 #include <utility>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/WindowPlace.h"
 #include "platform/linux/x11/manager/TopLevel.h"
 #include "platform/linux/x11/server/Property.h"
@@ -84,9 +85,13 @@ bool DockWatch::isAboutRoom(const xcb_property_notify_event_t& event) {
 
 void DockWatch::refresh() {
   auto current = read();
+  if (current == reservations()) return;
+  trace(TraceTopic::monitors, [&] {
+    return "docks that keep room free: " + std::to_string(current.docks.size()) + "; work area " +
+           (current.workArea ? areaText(*current.workArea) : "unknown");
+  });
   {
     const std::lock_guard lock(mutex_);
-    if (current == reservations_) return;
     reservations_ = std::move(current);
   }
   changed_();

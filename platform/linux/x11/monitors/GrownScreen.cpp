@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -111,6 +112,8 @@ bool growScreen(Connection& connection, int right, xcb_randr_output_t primary) {
     if (!setSize(connection, {record.grown, millimetresLike(record.before, record.grown)})) {
       return false;
     }
+    trace(TraceTopic::monitors,
+          [&] { return "screen grown to " + areaText(rectOf(record.grown)); });
   }
   if (primary != XCB_NONE) {
     setPrimaryOutput(connection, primary);
@@ -126,7 +129,13 @@ void putScreenBack(Connection& connection) {
   if (record->madePrimary != XCB_NONE && primaryOutput(connection) == record->madePrimary) {
     setPrimaryOutput(connection, XCB_NONE);
   }
-  if (currentSize(connection) == record->grown) setSize(connection, record->before);
+  if (currentSize(connection) == record->grown) {
+    const bool isBack = setSize(connection, record->before);
+    trace(TraceTopic::monitors, [&] {
+      return "screen put back to " + areaText(rectOf(record->before.pixels)) +
+             (isBack ? "" : ": refused");
+    });
+  }
   xcb_delete_property(connection.xcb(), connection.root(), connection.atom(recordName));
 }
 

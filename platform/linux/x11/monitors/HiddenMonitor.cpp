@@ -8,6 +8,7 @@
 #include <xcb/xcbext.h>
 
 #include "platform/linux/HiddenMonitorName.h"
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/monitors/FreePlace.h"
 #include "platform/linux/x11/monitors/GrownScreen.h"
@@ -69,6 +70,13 @@ void deleteMonitor(Connection& connection, xcb_atom_t id) {
           xcb_randr_delete_monitor_checked(connection.xcb(), connection.root(), id));
 }
 
+/// Traces why there is none, or not there; false.
+template <class MakeReason>
+bool refuse(const MakeReason& reason) {
+  trace(TraceTopic::monitors, [&] { return "hidden monitor refused: " + std::string(reason()); });
+  return false;
+}
+
 void putScreenBackAfterLast(Connection& connection) {
   const auto left = monitorsOf(connection);
   const bool isLast = std::none_of(left.begin(), left.end(), [](const ListedMonitor& each) {
@@ -86,12 +94,18 @@ PixelRect besidePrimary(const std::vector<ListedMonitor>& all, PixelSize size) {
 }  // namespace
 
 bool canHideMonitors(Connection& connection) {
-  if (!offersMonitors(connection)) return false;
+  if (!offersMonitors(connection)) {
+    return refuse([] { return "the server has none (RandR 1.5)"; });
+  }
   int right = 0;
   for (const auto& each : monitorsOf(connection)) {
     if (!isHiddenMonitor(each.name)) right = std::max(right, each.area.x + each.area.width);
   }
-  return largestScreen(connection).width > right;
+  const int largest = largestScreen(connection).width;
+  return largest > right || refuse([&] {
+           return "the others reach to " + std::to_string(right) + " and the screen can to " +
+                  std::to_string(largest);
+         });
 }
 
 void removeAbandonedMonitors(Connection& connection) {
@@ -99,9 +113,9 @@ void removeAbandonedMonitors(Connection& connection) {
   {
     const ServerGrab grab(connection);
     for (const auto& each : monitorsOf(connection)) {
-      if (isHiddenMonitor(each.name) && !hasOwner(connection, each)) {
-        deleteMonitor(connection, each.id);
-      }
+      if (!isHiddenMonitor(each.name) || hasOwner(connection, each)) continue;
+      trace(TraceTopic::monitors, [&] { return "abandoned one removed: " + areaText(each.area); });
+      deleteMonitor(connection, each.id);
     }
     putScreenBackAfterLast(connection);
   }
@@ -110,12 +124,16 @@ void removeAbandonedMonitors(Connection& connection) {
 
 std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size) {
   auto connection = Connection::open();
+  if (!connection) refuse([] { return "the display refuses another connection"; });
   if (!connection || !canHideMonitors(*connection)) return nullptr;
   const PixelRect wanted = besidePrimary(monitorsOf(*connection), size);
   std::unique_ptr<HiddenMonitor> monitor(new HiddenMonitor(std::move(connection)));
-  const bool isThere =
-      monitor->place(wanted) && managerReaches(*monitor->connection_, monitor->area_);
-  return isThere ? std::move(monitor) : nullptr;
+  if (!monitor->place(wanted)) return nullptr;
+  if (!managerReaches(*monitor->connection_, monitor->area_)) {
+    refuse([] { return "the manager would keep windows away from it"; });
+    return nullptr;
+  }
+  return monitor;
 }
 
 HiddenMonitor::HiddenMonitor(std::unique_ptr<Connection> connection)
@@ -141,7 +159,12 @@ bool HiddenMonitor::place(const PixelRect& wanted) {
   std::erase_if(all, [this](const ListedMonitor& each) { return each.id == id_; });
   const PixelRect area = freePlace(wanted, areasOf(all));
   if (area == area_) return true;
-  if (area.x + area.width > largestScreen(*connection_).width) return false;
+  const int largest = largestScreen(*connection_).width;
+  if (area.x + area.width > largest) {
+    return refuse([&] {
+      return areaText(area) + " is more than the screen can be, " + std::to_string(largest);
+    });
+  }
   return makeRoom(all, area) && announce(area);
 }
 
@@ -149,7 +172,8 @@ bool HiddenMonitor::makeRoom(const std::vector<ListedMonitor>& all, const PixelR
   const bool hasPrimary = !all.empty() && all.front().isPrimary;
   const auto primary =
       hasPrimary || all.empty() ? xcb_randr_output_t{XCB_NONE} : all.front().output;
-  return growScreen(*connection_, area.x + area.width, primary);
+  return growScreen(*connection_, area.x + area.width, primary) ||
+         refuse([&] { return "the server does not let the screen grow for " + areaText(area); });
 }
 
 bool HiddenMonitor::announce(const PixelRect& area) {
@@ -171,13 +195,19 @@ bool HiddenMonitor::set(const PixelRect& area) {
   const PixelSize millimetres = millimetresOf(*connection_, sizeOf(area));
   info.width_in_millimeters = static_cast<std::uint32_t>(millimetres.width);
   info.height_in_millimeters = static_cast<std::uint32_t>(millimetres.height);
-  if (failureOf(connection_->xcb(), setMonitor(*connection_, info))) return false;
+  if (failureOf(connection_->xcb(), setMonitor(*connection_, info))) {
+    return refuse([&] { return "the server refuses one at " + areaText(area); });
+  }
+  trace(TraceTopic::monitors, [&] { return "hidden monitor at " + areaText(area); });
   area_ = area;
   return true;
 }
 
 void HiddenMonitor::withdraw() {
-  if (!isEmpty(area_)) deleteMonitor(*connection_, id_);
+  if (!isEmpty(area_)) {
+    trace(TraceTopic::monitors, [&] { return "hidden monitor removed from " + areaText(area_); });
+    deleteMonitor(*connection_, id_);
+  }
   area_ = {};
 }
 

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/linux/Trace.h"
+
 namespace vistrel::platform::linux_desktop {
 namespace {
 
@@ -46,7 +48,13 @@ std::optional<PixelSize> X11VirtualDisplays::sizeOnRoot(std::uint32_t width, std
                        (hiDPI ? pixelsPerPointOfHiDPI : 1);
   const double across = std::round(width * scale);
   const double down = std::round(height * scale);
-  if (across < 1 || down < 1 || across > largest || down > largest) return std::nullopt;
+  if (across < 1 || down < 1 || across > largest || down > largest) {
+    trace(TraceTopic::monitors, [&] {
+      return "hidden monitor refused: no screen holds " + std::to_string(width) + "x" +
+             std::to_string(height) + " points";
+    });
+    return std::nullopt;
+  }
   return PixelSize{static_cast<int>(across), static_cast<int>(down)};
 }
 

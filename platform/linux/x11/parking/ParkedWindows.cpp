@@ -1,5 +1,6 @@
 #include "platform/linux/x11/parking/ParkedWindows.h"
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/parking/RequestedOrigin.h"
 #include "platform/linux/x11/server/Property.h"
@@ -24,12 +25,15 @@ std::optional<Point> ParkedWindows::positionOf(xcb_window_t window) {
   const auto place = placeOf(window);
   if (!place) return std::nullopt;
   told_ = {window, pointsOf(*place)};
+  trace(TraceTopic::manager,
+        [&] { return windowText(window) + " is at " + areaText(place->visible); });
   return told_->second;
 }
 
 bool ParkedWindows::move(xcb_window_t window, Point position) {
   const auto found = placeOf(window);
   if (!found) {
+    trace(TraceTopic::manager, [&] { return windowText(window) + " has gone, and is not moved"; });
     homes_.erase(window);
     return false;
   }
@@ -97,6 +101,9 @@ void ParkedWindows::request(xcb_window_t window, const PixelRect& client, const 
   constexpr std::uint32_t source = byPerson << 12;
   const auto hints = propertyOf(connection_, window, "WM_NORMAL_HINTS").values();
   const auto origin = requestedOrigin(client, frame, gravityFrom(hints));
+  trace(TraceTopic::manager, [&] {
+    return windowText(window) + " is to be at " + areaText(client) + ", without its frame";
+  });
   tellManager(connection_, window, "_NET_MOVERESIZE_WINDOW",
               {ownGravity | all | source, static_cast<std::uint32_t>(origin.x),
                static_cast<std::uint32_t>(origin.y), static_cast<std::uint32_t>(client.width),

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/ClientWindows.h"
 #include "platform/linux/x11/manager/Manager.h"
 
@@ -61,7 +62,11 @@ class X11Accessibility::ApplicationElement final : public AccessibilityElement {
 };
 
 bool X11Accessibility::isProcessTrusted() {
-  return managerSupports(*connection_, "_NET_MOVERESIZE_WINDOW");
+  const bool movesWindows = managerSupports(*connection_, "_NET_MOVERESIZE_WINDOW");
+  if (!movesWindows) {
+    trace(TraceTopic::manager, [] { return "it does not move windows for other programs"; });
+  }
+  return movesWindows;
 }
 
 bool X11Accessibility::isProcessTrustedWithOptions(bool /*prompt*/) { return isProcessTrusted(); }

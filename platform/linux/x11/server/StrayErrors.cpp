@@ -2,9 +2,9 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <mutex>
-#include <unistd.h>
+
+#include "platform/linux/Trace.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -20,15 +20,6 @@ std::string descriptionOf(const xcb_generic_error_t& error) {
   return text.data();
 }
 
-bool isToBeWritten() {
-#ifdef NDEBUG
-  static const bool isWanted = std::getenv("VISTREL_X_ERRORS") != nullptr;
-  return isWanted;
-#else
-  return true;
-#endif
-}
-
 }  // namespace
 
 void reportStrayError(const xcb_generic_error_t& error) {
@@ -38,10 +29,7 @@ void reportStrayError(const xcb_generic_error_t& error) {
     ++soFar.count;
     soFar.last = description;
   }
-  if (!isToBeWritten()) return;
-  const auto line = "vistrel: the display server reports " + description + "\n";
-  // Nothing is left to do about a line that cannot be written.
-  [[maybe_unused]] const auto written = write(STDERR_FILENO, line.data(), line.size());
+  trace(TraceTopic::errors, [&] { return "the display server reports " + description; });
 }
 
 StrayErrors strayErrors() {

@@ -16,8 +16,7 @@ struct StrayErrors {
 
 /// Those of the whole process so far. Any thread.
 StrayErrors strayErrors();
-/// Counts another. Debug builds write a line about it to standard error, and so do others where
-/// VISTREL_X_ERRORS is set in the environment. Any thread.
+/// Counts another, and traces it. Any thread.
 void reportStrayError(const xcb_generic_error_t& error);
 
 }  // namespace vistrel::platform::linux_desktop

@@ -8,6 +8,7 @@
 #include <xcb/damage.h>
 #include <xcb/shape.h>
 
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/TopLevel.h"
 #include "platform/linux/x11/manager/VisibleFrame.h"
 
@@ -85,7 +86,9 @@ void SourceWindow::attachToFrame() {
   releaseFrame();
   frame_ = frame;
   // A frame that went while it was being looked up: the client will tell of a new one.
-  if (!watchFrame()) releaseFrame();
+  if (watchFrame()) return;
+  trace(TraceTopic::capture, [&] { return windowText(frame_) + " went while it was looked up"; });
+  releaseFrame();
 }
 
 xcb_void_cookie_t SourceWindow::listenToFrame() {
@@ -182,13 +185,23 @@ void SourceWindow::nameAgain() {
   renamed_ = false;
   const auto attributes = replyTo<xcb_get_window_attributes_reply>(
       connection_.xcb(), xcb_get_window_attributes(connection_.xcb(), client_));
-  if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE) return;
+  if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE) {
+    trace(TraceTopic::capture,
+          [&] { return windowText(client_) + " is not on the screen and keeps its last picture"; });
+    return;
+  }
   auto picture = namePicture();
   viewable_ = picture != nullptr;
   if (!picture) return;
   picture_ = std::move(picture);
   hasNewPicture_ = true;
   changes_ = {true, {}};
+}
+
+std::shared_ptr<const LivePicture> SourceWindow::unnamed(const char* reason) const {
+  trace(TraceTopic::capture,
+        [&] { return windowText(client_) + " gets no new picture: " + reason; });
+  return nullptr;
 }
 
 std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
@@ -199,18 +212,23 @@ std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
   Pixmap pixmap(xcb);
   const auto named = xcb_composite_name_window_pixmap_checked(xcb, frame_, pixmap.id());
   if (failureOf(xcb, named)) pixmap.abandon();
-  if (!pixmap || !attributes || !frame) return nullptr;
+  if (!pixmap || !attributes || !frame) return unnamed("the server refuses");
   const auto bounds = replyTo<xcb_get_geometry_reply>(xcb, xcb_get_geometry(xcb, pixmap.id()));
   const auto& formats = connection_.formats().opaqueOfVisual;
   const auto format = formats.find(attributes->visual);
-  if (!bounds || format == formats.end() || !isReadable(*bounds)) return nullptr;
+  if (!bounds || format == formats.end()) return unnamed("its pixels are of no known format");
+  if (!isReadable(*bounds)) return unnamed("it is larger than RENDER can read");
   frameGeometry_ = {frame->x, frame->y, frame->width, frame->height};
   frameBorder_ = frame->border_width;
   const auto visible = visibleInFrame();
-  if (!visible) return nullptr;
+  if (!visible) return unnamed("it has gone or is rolled up");
   const PixelRect whole{0, 0, bounds->width, bounds->height};
   auto crop = intersection(moved(*visible, frameBorder_, frameBorder_), whole);
   if (isEmpty(crop)) crop = whole;
+  trace(TraceTopic::capture, [&] {
+    return windowText(client_) + " in " + windowText(frame_) + " of " + areaText(frameGeometry_) +
+           " shows " + areaText(crop);
+  });
   auto picture = makePicture(connection_, pixmap.id(), format->second);
   return std::make_shared<LivePicture>(
       LivePicture{std::move(pixmap), std::move(picture), crop, outsideShape(crop)});

@@ -62,6 +62,8 @@ class SourceWindow {
   void changedProperty(const xcb_property_notify_event_t& event);
   void nameAgain();
   std::shared_ptr<const LivePicture> namePicture();
+  /// Traces why there is no picture; null.
+  std::shared_ptr<const LivePicture> unnamed(const char* reason) const;
   /// None while the window is rolled up to its title bar.
   std::optional<PixelRect> visibleInFrame() const;
   std::vector<PixelRect> outsideShape(const PixelRect& crop) const;

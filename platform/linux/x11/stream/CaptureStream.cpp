@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/linux/Trace.h"
+
 namespace vistrel::platform::linux_desktop {
 
 CaptureStream::CaptureStream(WindowID window, const StreamConfiguration& configuration,
@@ -41,7 +43,12 @@ std::optional<Error> CaptureStream::addStreamOutput(
 void CaptureStream::startCapture(StreamCompletion completion) {
   const auto queue = workQueue();
   queue->async([self = shared_from_this(), queue, completion = std::move(completion)] {
-    completion(self->start(queue));
+    const auto failure = self->start(queue);
+    trace(TraceTopic::capture, [&] {
+      return windowText(self->window_) +
+             (failure ? " cannot be captured: " + failure->localizedDescription : " is captured");
+    });
+    completion(failure);
   });
 }
 
@@ -62,6 +69,10 @@ Capture::Receiver CaptureStream::makeReceiver() {
           },
           [stream](const Error& error) {
             const auto self = stream.lock();
+            trace(TraceTopic::capture, [&] {
+              return (self ? windowText(self->window_) : "a window") +
+                     " is captured no more: " + error.localizedDescription;
+            });
             const auto delegate = self ? self->delegate_.lock() : nullptr;
             if (delegate) delegate->streamDidStopWithError(*self, error);
           }};
@@ -71,6 +82,7 @@ void CaptureStream::stopCapture(StreamCompletion completion) {
   const auto queue = workQueue();
   queue->async([self = shared_from_this(), queue, completion = std::move(completion)] {
     if (const auto worker = MirrorWorker::existingOf(*queue)) worker->stopCapture(self.get());
+    trace(TraceTopic::capture, [&] { return windowText(self->window_) + " is let go"; });
     completion(std::nullopt);
   });
 }
