@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/Dispatch.h"
+#include "platform/linux/Trace.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr unsigned protocolVersion = 3;
 constexpr int wholeMenu = 0;
-/// How long after the last change the menu is made anew, which is in nobody's way then.
+/// How long after the last change hosts hear of it: changes come in rows.
 constexpr int restMilliseconds = 300;
 
 /// Of an argument with the signature `ai`.
@@ -59,7 +60,7 @@ BusMenu::BusMenu(const QDBusConnection& bus, const QString& path,
   addSigns();
   changed_.setSingleShot(true);
   changed_.setInterval(restMilliseconds);
-  QObject::connect(&changed_, &QTimer::timeout, &changed_, [this] { replace(); });
+  QObject::connect(&changed_, &QTimer::timeout, &changed_, [this] { announceChange(); });
 }
 
 void BusMenu::addQuestions() {
@@ -67,7 +68,7 @@ void BusMenu::addQuestions() {
   using Results = std::optional<QVariantList>;
   addMethod("GetLayout", {"i", "i", "as"}, {"u", "(ia{sv}av)"},
             [this](const Arguments& in) -> Results {
-              if (in[0].toInt() == wholeMenu && begins(MenuSign::layoutRead)) makeAnew();
+              if (in[0].toInt() == wholeMenu) isAboutToBeRead();
               const auto found = layout(in[0].toInt(), in[1].toInt(), in[2].toStringList());
               if (!found) return std::nullopt;
               return Arguments{revision_, QVariant::fromValue(*found)};
@@ -116,11 +117,24 @@ void BusMenu::makeAnew() {
   former_ = std::move(current_);
   current_ = menu ? NumberedMenu(*menu, former_) : NumberedMenu();
   ++revision_;
+  isOutdated_ = false;
+  trace(TraceTopic::tray, [] { return "the menu is made anew"; });
 }
 
 void BusMenu::mayHaveChanged() {
-  const bool isRead = revision_ > 0;
-  if (isRead) changed_.start();
+  if (isRead_) changed_.start();
+}
+
+/// To fill the menu may keep the main thread waiting, so that is left until somebody asks for it.
+void BusMenu::announceChange() {
+  isRead_ = false;
+  isOutdated_ = true;
+  emitSignal("LayoutUpdated", {++revision_, wholeMenu});
+}
+
+void BusMenu::isAboutToBeRead() {
+  isRead_ = true;
+  if (begins(MenuSign::layoutRead) || isOutdated_) makeAnew();
 }
 
 /// Some hosts that ask whether it is out of date do not listen to the answer, but to this.

@@ -22,9 +22,9 @@ class BusMenu final : public ExportedObject {
   BusMenu(const QDBusConnection& bus, const QString& path,
           std::function<std::shared_ptr<Menu>()> make);
 
-  /// It would be another one now. It is made anew a little later, in case a host has read it: some
-  /// show what they have read before they hear of an opening, and cannot make room for another line
-  /// then.
+  /// It would be another one now. A host that has read it hears of that a little later, and may
+  /// read it anew: some show what they have read before they tell of an opening, and cannot make
+  /// room for another line then.
   void mayHaveChanged();
 
  private:
@@ -32,8 +32,10 @@ class BusMenu final : public ExportedObject {
   void addSigns();
 
   bool begins(MenuSign sign);
+  void isAboutToBeRead();
   void makeAnew();
   void replace();
+  void announceChange();
   std::optional<MenuLayout> layout(int number, int depth, const QStringList& names) const;
   QList<NumberedProperties> properties(const QList<int>& numbers, const QStringList& names) const;
 
@@ -49,6 +51,9 @@ class BusMenu final : public ExportedObject {
   NumberedMenu current_;
   NumberedMenu former_;  // which a person may still be looking at
   unsigned revision_ = 0;
+  /// Whether a host has read it since it was last said to be out of date.
+  bool isRead_ = false;
+  bool isOutdated_ = false;
   QTimer changed_;
 };
 
