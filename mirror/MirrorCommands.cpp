@@ -86,7 +86,7 @@ void WindowMirrorHUDController::flashStatus(const std::string& text) {
   showStatus(text);
   platform::mainAsyncAfter(flashDuration, [weak = weak_from_this()] {
     const auto self = ifOpen(weak);
-    if (self && self->lastImage()) self->statusLabel_->setHidden(true);
+    if (self && self->lastImage_.load()) self->statusLabel_->setHidden(true);
   });
 }
 

@@ -100,58 +100,18 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   /// Lets the capture size follow a panel that has grown.
   void updateCaptureResolutionIfNeeded();
 
-  // What it is made of. Main thread, unless said otherwise.
+  // What others know of it.
 
   platform::WindowID windowID() const { return windowID_; }
-  const std::string& sourceTitle() const { return sourceTitle_; }
-  const std::string& appName() const { return appName_; }
-  /// -1 when unknown.
-  std::int32_t sourcePID() const { return sourcePID_; }
   /// What a list of mirrors calls this one: application, dash, title.
   std::string displayName() const;
   /// What the desktop leaves free of the screen that the panel is on. Screen space.
   platform::Rect visibleArea() const;
   const std::shared_ptr<MirrorPanel>& panel() const { return panel_; }
-  const std::shared_ptr<MirrorCardView>& card() const { return card_; }
-  const std::shared_ptr<platform::View>& titleBar() const { return titleBar_; }
-  const std::shared_ptr<platform::ImageView>& brandIcon() const { return brandIcon_; }
-  const std::shared_ptr<platform::Label>& titleLabel() const { return titleLabel_; }
-  const std::shared_ptr<platform::View>& liveDot() const { return liveDot_; }
-  const std::shared_ptr<platform::Button>& closeButton() const { return closeButton_; }
-  const std::shared_ptr<platform::Label>& statusLabel() const { return statusLabel_; }
-  const std::shared_ptr<MirrorContentView>& content() const { return content_; }
-  const std::shared_ptr<MirrorResizeGrip>& grip() const { return grip_; }
-  /// Any thread.
-  std::shared_ptr<platform::Stream> stream() const { return stream_.load(); }
-  /// Any thread.
-  std::shared_ptr<StreamOutput> streamOutput() const { return streamOutput_.load(); }
-  const std::shared_ptr<platform::DispatchQueue>& sampleQueue() const { return sampleQueue_; }
-  /// The last frame shown. Any thread.
-  std::shared_ptr<const platform::Image> lastImage() const { return lastImage_.load(); }
-  bool rolledUp() const { return rolledUp_; }
-  const std::optional<platform::Rect>& frameBeforeRollUp() const { return frameBeforeRollUp_; }
-  platform::Date lastFrameAt() const { return lastFrameAt_; }
-  const std::shared_ptr<platform::Timer>& freshnessTimer() const { return freshnessTimer_; }
-  /// Pixels. Any thread.
-  std::int64_t captureWidth() const { return captureSize_.load().width; }
-  std::int64_t captureHeight() const { return captureSize_.load().height; }
-  double titleBarHeight() const { return panelTitleBarHeight; }
-  /// The source's width over its height.
-  double aspect() const { return aspect_; }
-  /// Points, each side at least 1.
-  platform::Size sourcePointSize() const { return sourcePointSize_; }
-  /// Whether the source's window is parked.
-  bool keepAwake() const { return keepAwake_; }
-  /// Null while it is not.
-  const std::shared_ptr<platform::AccessibilityElement>& parkedWindow() const {
-    return parkedWindow_;
-  }
-  /// Where it was before; none when that could not be read. Global display space.
-  const std::optional<platform::Point>& savedOrigin() const { return savedOrigin_; }
-  /// The display that it is parked on; null while it is not, or is parked in the corner.
-  const VirtualDisplayHost* virtualHost() const { return virtualHost_.get(); }
 
  private:
+  friend class MirrorInsides;  // which tests look at
+
   WindowMirrorHUDController(const platform::ShareableWindow& window, OnClosed onClosed,
                             std::weak_ptr<MirrorHost> host);
 
@@ -184,11 +144,11 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   const platform::WindowID windowID_;
   const std::string sourceTitle_;
   const std::string appName_;
-  const std::int32_t sourcePID_;
+  const std::int32_t sourcePID_;  // -1 when unknown
   const OnClosed onClosed_;
   const std::weak_ptr<MirrorHost> host_;
-  const platform::Size sourcePointSize_;
-  const double aspect_;
+  const platform::Size sourcePointSize_;  // each side at least 1
+  const double aspect_;                   // the source's width over its height
   std::shared_ptr<MirrorPanel> panel_;
   std::shared_ptr<MirrorCardView> card_;
   std::shared_ptr<platform::View> titleBar_;
@@ -205,9 +165,13 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   std::optional<platform::Rect> frameBeforeRollUp_;
   platform::Date lastFrameAt_ = platform::Date::distantPast();
   std::shared_ptr<platform::Timer> freshnessTimer_;
-  bool keepAwake_ = false;
+
+  // Parking.
+  bool keepAwake_ = false;  // whether the source's window is parked
   std::shared_ptr<platform::AccessibilityElement> parkedWindow_;
+  /// Where it was before; none when that could not be read. Global display space.
   std::optional<platform::Point> savedOrigin_;
+  /// The display that it is parked on; null where it is parked in the corner.
   std::unique_ptr<VirtualDisplayHost> virtualHost_;
 
   std::atomic<bool> closed_ = false;  // set on main

@@ -116,10 +116,10 @@ TEST_F(ClosedMirrorTest, ItsViewsDoNothing) {
   mirror_->close();
   const auto history = windows().historyOf(*mirror_->panel());
   history->calls.clear();
-  mirror_->closeButton()->performClick();
-  mirror_->card()->onDoubleClick();
-  EXPECT_EQ(mirror_->card()->menuProvider(), nullptr);
-  EXPECT_EQ(mirror_->card()->snap(rect(1, 2, 3, 4)), rect(1, 2, 3, 4));
+  partsOf(*mirror_).closeButton->performClick();
+  partsOf(*mirror_).card->onDoubleClick();
+  EXPECT_EQ(partsOf(*mirror_).card->menuProvider(), nullptr);
+  EXPECT_EQ(partsOf(*mirror_).card->snap(rect(1, 2, 3, 4)), rect(1, 2, 3, 4));
   EXPECT_THAT(history->steps(), IsEmpty());
   EXPECT_THAT(closed_, IsEmpty());
 }

@@ -8,6 +8,8 @@
 
 #include "mirror/WindowMirrorHUDController.h"
 #include "platform/simulated/SimulatedBackend.h"
+#include "tests/core/MirrorInsides.h"
+#include "tests/core/PanelParts.h"
 
 namespace vistrel {
 
@@ -87,11 +89,12 @@ class MirrorTest : public CoreTest {
   std::shared_ptr<StreamTap> stream() { return capture().lastStream(); }
 
   std::shared_ptr<const platform::Image> shownImage() {
-    return mirror_->content()->layer()->contents();
+    return partsOf(*mirror_).content->layer()->contents();
   }
-  Color dot() { return *mirror_->liveDot()->layer()->backgroundColor(); }
+  Color dot() { return *partsOf(*mirror_).liveDot->layer()->backgroundColor(); }
   std::string status() {
-    return mirror_->statusLabel()->isHidden() ? "" : mirror_->statusLabel()->stringValue();
+    return partsOf(*mirror_).statusLabel->isHidden() ? ""
+                                                     : partsOf(*mirror_).statusLabel->stringValue();
   }
 
   std::shared_ptr<RecordingHost> host_ = std::make_shared<RecordingHost>();

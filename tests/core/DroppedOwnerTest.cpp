@@ -96,7 +96,7 @@ TEST_F(DroppedOwnerTest, FrameOnItsWayToMainIsDropped) {
   showMirror();
   stream()->deliver({.image = brightPixels()});
   desktop_.virtualTime().turnOtherQueues();
-  const auto content = mirror_->content();
+  const auto content = partsOf(*mirror_).content;
   mirror_->close();
   dropMirror();
   desktop_.turnMainQueue();
@@ -106,8 +106,8 @@ TEST_F(DroppedOwnerTest, FrameOnItsWayToMainIsDropped) {
 
 TEST_F(DroppedOwnerTest, TickOfATimerThatStillRunsIsIgnored) {
   showMirror();
-  const auto timer = mirror_->freshnessTimer();
-  const auto liveDot = mirror_->liveDot();
+  const auto timer = inside(*mirror_).freshnessTimer();
+  const auto liveDot = partsOf(*mirror_).liveDot;
   dropMirror();
   desktop_.advance(10);
   EXPECT_TRUE(gone_.expired());
@@ -117,7 +117,7 @@ TEST_F(DroppedOwnerTest, TickOfATimerThatStillRunsIsIgnored) {
 
 TEST_F(DroppedOwnerTest, LayoutAndDoubleClickOfItsCardAreIgnored) {
   showMirror();
-  const auto card = mirror_->card();
+  const auto card = partsOf(*mirror_).card;
   mirror_->close();
   dropMirror();
   desktop_.turnMainQueue();
@@ -155,7 +155,7 @@ TEST_F(DroppedOwnerTest, FlashedTextNeedsNobodyToTakeItAway) {
 
 TEST_F(DroppedOwnerTest, CloseButtonIsIgnored) {
   showMirror();
-  const auto button = mirror_->closeButton();
+  const auto button = partsOf(*mirror_).closeButton;
   mirror_->close();
   dropMirror();
   desktop_.turnMainQueue();
@@ -174,7 +174,7 @@ TEST_F(DroppedOwnerTest, CommandMayDropTheMirrorThatItBelongsTo) {
       host_);
   mirror_->show();
   desktop_.turnMainQueue();
-  const auto button = mirror_->closeButton();
+  const auto button = partsOf(*mirror_).closeButton;
   button->performClick();
   EXPECT_THAT(closed_, ElementsAre(source->windowID));
   EXPECT_EQ(mirror_, nullptr);
@@ -198,7 +198,7 @@ TEST_F(DroppedOwnerTest, LastReferenceOnAnotherQueueEndsItOnMain) {
   showMirror();
   mirror_->close();
   gone_ = mirror_;
-  mirror_->sampleQueue()->async([last = std::move(mirror_)]() mutable {
+  inside(*mirror_).sampleQueue()->async([last = std::move(mirror_)]() mutable {
     last.reset();
     EXPECT_FALSE(platform::mainQueue().isCurrent());
   });

@@ -14,14 +14,14 @@ class FramesTest : public MirrorTest {
   bool isShown(Frame frame) {
     const auto before = shownImage();
     deliver(std::move(frame));
-    EXPECT_EQ(shownImage(), mirror_->lastImage());
+    EXPECT_EQ(shownImage(), inside(*mirror_).lastImage());
     return shownImage() != before;
   }
 };
 
 TEST_F(FramesTest, BecomeThePicture) {
   EXPECT_TRUE(isShown({.image = brightPixels()}));
-  EXPECT_EQ(mirror_->lastFrameAt(), platform::now());
+  EXPECT_EQ(inside(*mirror_).lastFrameAt(), platform::now());
   EXPECT_EQ(dot(), liveColor);
 }
 
@@ -29,7 +29,7 @@ TEST_F(FramesTest, AreHandledOnTheSampleQueueAndShownOnMain) {
   stream()->deliver({.image = brightPixels()});
   desktop_.virtualTime().turnOtherQueues();
   EXPECT_EQ(shownImage(), nullptr);
-  EXPECT_EQ(mirror_->lastImage(), nullptr);
+  EXPECT_EQ(inside(*mirror_).lastImage(), nullptr);
   desktop_.turnMainQueue();
   EXPECT_NE(shownImage(), nullptr);
 }
@@ -103,12 +103,12 @@ TEST_F(FramesTest, MayChangeTheirSizeInFlight) {
 
 TEST_F(FramesTest, ThatAreDroppedLeaveNoTrace) {
   deliverPicture();
-  const auto time = mirror_->lastFrameAt();
+  const auto time = inside(*mirror_).lastFrameAt();
   mirror_->showStatus("text");
   desktop_.advance(0.5);
   deliver({.image = blackPixels(40, 20)});
   deliver({.image = nullptr});
-  EXPECT_EQ(mirror_->lastFrameAt(), time);
+  EXPECT_EQ(inside(*mirror_).lastFrameAt(), time);
   EXPECT_EQ(status(), "text");
   EXPECT_EQ(dot(), Color::systemRed());
 }

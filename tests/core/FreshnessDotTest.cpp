@@ -45,11 +45,11 @@ TEST_F(FreshnessDotTest, TurnsGreenWithTheNextFrame) {
 
 TEST_F(FreshnessDotTest, IsNamedForThoseWhoCannotSeeItsColour) {
   deliverPicture();
-  EXPECT_EQ(mirror_->liveDot()->accessibilityLabel(), "Live");
+  EXPECT_EQ(partsOf(*mirror_).liveDot->accessibilityLabel(), "Live");
   desktop_.advance(5);
-  EXPECT_EQ(mirror_->liveDot()->accessibilityLabel(), "Not updating");
+  EXPECT_EQ(partsOf(*mirror_).liveDot->accessibilityLabel(), "Not updating");
   mirror_->showStatus("Something went wrong.");
-  EXPECT_EQ(mirror_->liveDot()->accessibilityLabel(), "Error");
+  EXPECT_EQ(partsOf(*mirror_).liveDot->accessibilityLabel(), "Error");
 }
 
 TEST_F(FreshnessDotTest, ShowsNoTextWhenItTurnsAmber) {

@@ -38,21 +38,21 @@ class KeepAwakeTest : public MirrorTest {
     return "AXPosition of " + std::to_string(mirror_->windowID()) + ": " + place;
   }
   void expectNotParked() {
-    EXPECT_FALSE(mirror_->keepAwake());
-    EXPECT_EQ(mirror_->parkedWindow(), nullptr);
-    EXPECT_EQ(mirror_->savedOrigin(), std::nullopt);
-    EXPECT_EQ(mirror_->virtualHost(), nullptr);
+    EXPECT_FALSE(inside(*mirror_).keepAwake());
+    EXPECT_EQ(inside(*mirror_).parkedWindow(), nullptr);
+    EXPECT_EQ(inside(*mirror_).savedOrigin(), std::nullopt);
+    EXPECT_EQ(inside(*mirror_).virtualHost(), nullptr);
   }
 };
 
 TEST_F(KeepAwakeTest, ParksTheSourceOnAHiddenDisplay) {
   displays().setMainBounds(rect(0, 0, 3000, 900));
   mirror_->toggleKeepAwake();
-  EXPECT_TRUE(mirror_->keepAwake());
-  ASSERT_NE(mirror_->virtualHost(), nullptr);
-  EXPECT_EQ(mirror_->virtualHost()->bounds(), rect(3000, 0, 1000, 500));
-  EXPECT_NE(mirror_->parkedWindow(), nullptr);
-  EXPECT_EQ(mirror_->savedOrigin(), (Point{10, 20}));
+  EXPECT_TRUE(inside(*mirror_).keepAwake());
+  ASSERT_NE(inside(*mirror_).virtualHost(), nullptr);
+  EXPECT_EQ(inside(*mirror_).virtualHost()->bounds(), rect(3000, 0, 1000, 500));
+  EXPECT_NE(inside(*mirror_).parkedWindow(), nullptr);
+  EXPECT_EQ(inside(*mirror_).savedOrigin(), (Point{10, 20}));
   EXPECT_EQ(sourceOrigin(), (Point{3008, 8}));
 }
 
@@ -83,9 +83,9 @@ TEST_F(KeepAwakeTest, WithoutAHiddenDisplayParksInTheMainScreensCorner) {
   server().setHosts(false);
   windows().setMainScreen(platform::Screen{.frame = rect(-700, 300, 1512, 982)});
   mirror_->toggleKeepAwake();
-  EXPECT_TRUE(mirror_->keepAwake());
-  EXPECT_EQ(mirror_->virtualHost(), nullptr);
-  EXPECT_NE(mirror_->parkedWindow(), nullptr);
+  EXPECT_TRUE(inside(*mirror_).keepAwake());
+  EXPECT_EQ(inside(*mirror_).virtualHost(), nullptr);
+  EXPECT_NE(inside(*mirror_).parkedWindow(), nullptr);
   EXPECT_EQ(sourceOrigin(), (Point{1472, 942}));
 }
 
@@ -99,7 +99,7 @@ TEST_F(KeepAwakeTest, WithoutAHiddenDisplayOrAScreenParksAtAFixedPlace) {
 TEST_F(KeepAwakeTest, ADisplayThatStaysLeftOfTheEdgeLeavesTheCorner) {
   displays().setPlacement([](Point) { return Point{1438.5, 0}; });
   mirror_->toggleKeepAwake();
-  EXPECT_EQ(mirror_->virtualHost(), nullptr);
+  EXPECT_EQ(inside(*mirror_).virtualHost(), nullptr);
   EXPECT_EQ(sourceOrigin(), (Point{1400, 860}));
   desktop_.turnMainQueue();
   EXPECT_EQ(displays().onlineDisplayCount(), 1U);
@@ -150,8 +150,8 @@ TEST_F(KeepAwakeTest, PutsTheSourceBackAndRemovesTheDisplay) {
 TEST_F(KeepAwakeTest, MakesANewDisplayEachTime) {
   for (const platform::DisplayID id : {2U, 3U}) {
     mirror_->toggleKeepAwake();
-    ASSERT_NE(mirror_->virtualHost(), nullptr);
-    EXPECT_EQ(mirror_->virtualHost()->displayID(), id);
+    ASSERT_NE(inside(*mirror_).virtualHost(), nullptr);
+    EXPECT_EQ(inside(*mirror_).virtualHost()->displayID(), id);
     mirror_->toggleKeepAwake();
   }
 }
@@ -197,7 +197,7 @@ TEST_F(KeepAwakeTest, ParksOnceThePermissionIsThere) {
   mirror_->toggleKeepAwake();
   accessibility().setTrusted(true);
   mirror_->toggleKeepAwake();
-  EXPECT_TRUE(mirror_->keepAwake());
+  EXPECT_TRUE(inside(*mirror_).keepAwake());
   EXPECT_EQ(windows().alerts().size(), 1U);
 }
 
@@ -238,8 +238,8 @@ TEST_F(KeepAwakeTest, LeavesASourceOfUnknownPositionWhereItIsParked) {
   accessibility().scriptWindow(mirror_->windowID(),
                                {.position = {{AccessibilityError::failure, {}}}});
   mirror_->toggleKeepAwake();
-  EXPECT_TRUE(mirror_->keepAwake());
-  EXPECT_EQ(mirror_->savedOrigin(), std::nullopt);
+  EXPECT_TRUE(inside(*mirror_).keepAwake());
+  EXPECT_EQ(inside(*mirror_).savedOrigin(), std::nullopt);
   mirror_->toggleKeepAwake();
   EXPECT_EQ(sourceOrigin(), (Point{1448, 8}));
   expectNotParked();
@@ -248,7 +248,7 @@ TEST_F(KeepAwakeTest, LeavesASourceOfUnknownPositionWhereItIsParked) {
 TEST_F(KeepAwakeTest, CountsASourceThatRefusesToMoveAsParked) {
   accessibility().scriptWindow(mirror_->windowID(), {.refusesMoves = true});
   mirror_->toggleKeepAwake();
-  EXPECT_TRUE(mirror_->keepAwake());
+  EXPECT_TRUE(inside(*mirror_).keepAwake());
   EXPECT_EQ(sourceOrigin(), (Point{10, 20}));
   EXPECT_EQ(capture().contentRequests().size(), 2U);
 }
@@ -256,7 +256,7 @@ TEST_F(KeepAwakeTest, CountsASourceThatRefusesToMoveAsParked) {
 TEST_F(KeepAwakeTest, CountsASourceForWhichNoValueCanBeMadeAsParked) {
   accessibility().setFailsPointValues(true);
   mirror_->toggleKeepAwake();
-  EXPECT_TRUE(mirror_->keepAwake());
+  EXPECT_TRUE(inside(*mirror_).keepAwake());
   mirror_->toggleKeepAwake();
   expectNotParked();
   EXPECT_EQ(sourceOrigin(), (Point{10, 20}));
@@ -276,7 +276,7 @@ TEST_F(KeepAwakeTest, ClosingPutsTheSourceBackBeforeTheStreamStopsAndThePanelClo
   bool isTold = false;
   accessibility().setWhenTold([&](WindowID) {
     isTold = true;
-    EXPECT_EQ(mirror_->freshnessTimer(), nullptr);
+    EXPECT_EQ(inside(*mirror_).freshnessTimer(), nullptr);
     EXPECT_TRUE(stream()->isRunning());
     EXPECT_TRUE(mirror_->panel()->isVisible());
   });
@@ -285,8 +285,8 @@ TEST_F(KeepAwakeTest, ClosingPutsTheSourceBackBeforeTheStreamStopsAndThePanelClo
   EXPECT_EQ(sourceOrigin(), (Point{10, 20}));
   EXPECT_EQ(stream()->steps().back(), StreamCall::Kind::stop);
   EXPECT_FALSE(mirror_->panel()->isVisible());
-  EXPECT_TRUE(mirror_->keepAwake());
-  EXPECT_EQ(mirror_->parkedWindow(), nullptr);
+  EXPECT_TRUE(inside(*mirror_).keepAwake());
+  EXPECT_EQ(inside(*mirror_).parkedWindow(), nullptr);
   desktop_.turnMainQueue();
   EXPECT_THAT(server().live(), IsEmpty());
 }
@@ -388,7 +388,7 @@ class KeepAwakeWalkTest : public KeepAwakeTest {
       case 3:
         return desktop_.virtualTime().turnOtherQueues();
       default:
-        parked_ += mirror.keepAwake() ? 0 : 1;
+        parked_ += inside(mirror).keepAwake() ? 0 : 1;
         return mirror.toggleKeepAwake();
     }
   }
@@ -397,11 +397,12 @@ class KeepAwakeWalkTest : public KeepAwakeTest {
     std::size_t hosts = 0;
     for (const WindowRecord& source : sources_) {
       const auto found = manager_->mirrors().find(source->windowID);
-      const bool isParked = found != manager_->mirrors().end() && found->second->keepAwake();
+      const bool isParked =
+          found != manager_->mirrors().end() && inside(*found->second).keepAwake();
       const Point now = sourceOrigin(source->windowID);
       EXPECT_EQ(now != source->frame.origin, isParked);
       if (!isParked) continue;
-      const auto* host = found->second->virtualHost();
+      const auto* host = inside(*found->second).virtualHost();
       hosts += host == nullptr ? 0 : 1;
       EXPECT_EQ(now, host == nullptr ? (Point{1400, 860}) : (Point{1448, 8}));
     }

@@ -91,12 +91,12 @@ TEST_F(MirrorCommandsTest, MenuRollsUpAndDown) {
 
 TEST_F(MirrorCommandsTest, MenuKeepsTheSourceAwakeAndStopsToDoSo) {
   choose("Keep Source Awake (Park Off-Screen)");
-  EXPECT_TRUE(mirror_->keepAwake());
+  EXPECT_TRUE(inside(*mirror_).keepAwake());
   const auto item = openMenu()->items().at(2);
   EXPECT_EQ(item->title(), "Stop Keeping Source Awake (Restore Window)");
   EXPECT_EQ(item->action().selector(), "toggleKeepAwakeMenu");
   platform::performAction(item);
-  EXPECT_FALSE(mirror_->keepAwake());
+  EXPECT_FALSE(inside(*mirror_).keepAwake());
   EXPECT_EQ(openMenu()->items().at(2)->title(), "Keep Source Awake (Park Off-Screen)");
 }
 
@@ -109,13 +109,13 @@ TEST_F(MirrorCommandsTest, MenuHidesTheMirror) {
 TEST_F(MirrorCommandsTest, RecaptureReplacesTheStream) {
   deliverPicture();
   const auto former = stream();
-  const auto picture = mirror_->lastImage();
+  const auto picture = inside(*mirror_).lastImage();
   choose("Re-capture (Refresh / Fix Blur or Black)");
   desktop_.turnMainQueue();
   EXPECT_EQ(former->steps().back(), StreamCall::Kind::stop);
   EXPECT_NE(stream(), former);
   EXPECT_TRUE(stream()->isRunning());
-  EXPECT_EQ(mirror_->lastImage(), picture);
+  EXPECT_EQ(inside(*mirror_).lastImage(), picture);
 }
 
 TEST_F(MirrorCommandsTest, RecaptureOfAVanishedSourceSaysSo) {
@@ -123,7 +123,7 @@ TEST_F(MirrorCommandsTest, RecaptureOfAVanishedSourceSaysSo) {
   choose("Re-capture (Refresh / Fix Blur or Black)");
   desktop_.turnMainQueue();
   EXPECT_EQ(status(), "Source window is no longer available.");
-  EXPECT_EQ(mirror_->stream(), nullptr);
+  EXPECT_EQ(inside(*mirror_).stream(), nullptr);
 }
 
 TEST_F(MirrorCommandsTest, ScaleMenuOffersFourFractionsUnmarked) {
@@ -150,11 +150,11 @@ TEST_F(MirrorCommandsTest, ScaleSizesThePanelByTheSourceAndKeepsTheTopEdge) {
 TEST_F(MirrorCommandsTest, ScaleUnrollsFirst) {
   mirror_->toggleRollUp();
   mirror_->setScale(0.5);
-  EXPECT_FALSE(mirror_->rolledUp());
+  EXPECT_FALSE(inside(*mirror_).rolledUp());
   EXPECT_EQ(mirror_->panel()->frame(), rect(100, 420, 500, 276));
   EXPECT_EQ(mirror_->panel()->contentMinSize(), (Size{160, 120}));
   desktop_.turnMainQueue();
-  EXPECT_FALSE(mirror_->content()->isHidden());
+  EXPECT_FALSE(partsOf(*mirror_).content->isHidden());
 }
 
 TEST_F(MirrorCommandsTest, ScaleIsAnimatedAndLetsTheCaptureGrow) {
@@ -166,7 +166,7 @@ TEST_F(MirrorCommandsTest, ScaleIsAnimatedAndLetsTheCaptureGrow) {
   EXPECT_TRUE(told->display);
   EXPECT_TRUE(told->animate);
   desktop_.turnMainQueue();
-  EXPECT_EQ(mirror_->captureWidth(), 1500);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 1500);
 }
 
 TEST_F(MirrorCommandsTest, ScaleOfANarrowSourceStopsAtTheSmallestPanel) {
@@ -206,7 +206,7 @@ TEST_F(MirrorCommandsTest, FlashedTextStaysWhileThereIsNoPicture) {
 
 TEST_F(MirrorCommandsTest, FlashedTextGoesAfterAWhileAndLeavesTheDot) {
   deliverPicture();
-  mirror_->freshnessTimer()->invalidate();
+  inside(*mirror_).freshnessTimer()->invalidate();
   mirror_->flashStatus("Just so.");
   EXPECT_EQ(dot(), Color::systemRed());
   desktop_.advance(2.4);
@@ -220,9 +220,9 @@ TEST_F(MirrorCommandsTest, FlashedTextGoesAfterAWhileAndLeavesTheDot) {
 
 TEST_F(MirrorCommandsTest, DragsAskTheHostWhereToGoAndKeepTheirSize) {
   host_->snapOffset = {3, -4};
-  EXPECT_EQ(mirror_->card()->snap(rect(10, 20, 30, 40)), rect(13, 16, 30, 40));
+  EXPECT_EQ(partsOf(*mirror_).card->snap(rect(10, 20, 30, 40)), rect(13, 16, 30, 40));
   host_.reset();
-  EXPECT_EQ(mirror_->card()->snap(rect(10, 20, 30, 40)), rect(10, 20, 30, 40));
+  EXPECT_EQ(partsOf(*mirror_).card->snap(rect(10, 20, 30, 40)), rect(10, 20, 30, 40));
 }
 
 }  // namespace

@@ -25,30 +25,30 @@ TEST_F(MirrorLifeTest, ShowingAsksForAllWindowsAndStartsTheTimer) {
   mirror_->show();
   EXPECT_THAT(capture().contentRequests(),
               ElementsAre(ContentRequest{DesktopWindows::included, ListedWindows::all}));
-  ASSERT_NE(mirror_->freshnessTimer(), nullptr);
-  EXPECT_EQ(mirror_->freshnessTimer()->timeInterval(), 1.0);
+  ASSERT_NE(inside(*mirror_).freshnessTimer(), nullptr);
+  EXPECT_EQ(inside(*mirror_).freshnessTimer()->timeInterval(), 1.0);
 }
 
 TEST_F(MirrorLifeTest, ShowingAgainReplacesTheTimerWithoutStoppingIt) {
   makeMirror(openSource());
   mirror_->show();
-  const auto first = mirror_->freshnessTimer();
+  const auto first = inside(*mirror_).freshnessTimer();
   mirror_->show();
-  EXPECT_NE(mirror_->freshnessTimer(), first);
+  EXPECT_NE(inside(*mirror_).freshnessTimer(), first);
   EXPECT_TRUE(first->isValid());
 }
 
 TEST_F(MirrorLifeTest, ClosingStopsTheTimerAndTheStreamAndClosesThePanel) {
   showMirror();
-  const auto timer = mirror_->freshnessTimer();
+  const auto timer = inside(*mirror_).freshnessTimer();
   const auto tap = stream();
   desktop_.journal().clear();
   mirror_->close();
   EXPECT_FALSE(timer->isValid());
-  EXPECT_EQ(mirror_->freshnessTimer(), nullptr);
+  EXPECT_EQ(inside(*mirror_).freshnessTimer(), nullptr);
   EXPECT_EQ(tap->steps().back(), StreamCall::Kind::stop);
-  EXPECT_EQ(mirror_->stream(), nullptr);
-  EXPECT_EQ(mirror_->streamOutput(), nullptr);
+  EXPECT_EQ(inside(*mirror_).stream(), nullptr);
+  EXPECT_EQ(inside(*mirror_).streamOutput(), nullptr);
   EXPECT_THAT(desktop_.journal().calls(),
               ElementsAre("Stream stopCapture", "Panel orderOut", "Panel close"));
   EXPECT_THAT(closed_, IsEmpty());
@@ -94,7 +94,7 @@ TEST_F(MirrorLifeTest, LettingItGoReleasesThePanelAndTheViews) {
   deliverPicture();
   mirror_->close();
   const std::weak_ptr<MirrorPanel> panel = mirror_->panel();
-  const std::weak_ptr<MirrorCardView> card = mirror_->card();
+  const std::weak_ptr<MirrorCardView> card = partsOf(*mirror_).card;
   mirror_.reset();
   desktop_.turnMainQueue();
   EXPECT_TRUE(panel.expired());
@@ -136,13 +136,13 @@ class RollUpTest : public MirrorTest {
 
 TEST_F(RollUpTest, LeavesTheTitleBarUnderTheTopEdgeAndComesBack) {
   mirror_->toggleRollUp();
-  EXPECT_TRUE(mirror_->rolledUp());
+  EXPECT_TRUE(inside(*mirror_).rolledUp());
   EXPECT_EQ(mirror_->panel()->frame(), rect(100, 670, 340, 26));
-  EXPECT_EQ(mirror_->frameBeforeRollUp(), rect(100, 500, 340, 196));
+  EXPECT_EQ(inside(*mirror_).frameBeforeRollUp(), rect(100, 500, 340, 196));
   mirror_->toggleRollUp();
-  EXPECT_FALSE(mirror_->rolledUp());
+  EXPECT_FALSE(inside(*mirror_).rolledUp());
   EXPECT_EQ(mirror_->panel()->frame(), rect(100, 500, 340, 196));
-  EXPECT_EQ(mirror_->frameBeforeRollUp(), rect(100, 500, 340, 196));
+  EXPECT_EQ(inside(*mirror_).frameBeforeRollUp(), rect(100, 500, 340, 196));
 }
 
 TEST_F(RollUpTest, IsDisplayedAndAnimated) {
@@ -165,15 +165,15 @@ TEST_F(RollUpTest, HidesEverythingBelowTheTitleBar) {
   mirror_->showStatus("text");
   mirror_->toggleRollUp();
   desktop_.turnMainQueue();
-  EXPECT_TRUE(mirror_->content()->isHidden());
-  EXPECT_TRUE(mirror_->grip()->isHidden());
-  EXPECT_TRUE(mirror_->statusLabel()->isHidden());
-  EXPECT_FALSE(mirror_->titleBar()->isHidden());
+  EXPECT_TRUE(partsOf(*mirror_).content->isHidden());
+  EXPECT_TRUE(partsOf(*mirror_).grip->isHidden());
+  EXPECT_TRUE(partsOf(*mirror_).statusLabel->isHidden());
+  EXPECT_FALSE(partsOf(*mirror_).titleBar->isHidden());
   mirror_->toggleRollUp();
   desktop_.turnMainQueue();
-  EXPECT_FALSE(mirror_->content()->isHidden());
-  EXPECT_FALSE(mirror_->grip()->isHidden());
-  EXPECT_TRUE(mirror_->statusLabel()->isHidden());
+  EXPECT_FALSE(partsOf(*mirror_).content->isHidden());
+  EXPECT_FALSE(partsOf(*mirror_).grip->isHidden());
+  EXPECT_TRUE(partsOf(*mirror_).statusLabel->isHidden());
 }
 
 TEST_F(RollUpTest, HidesAndShowsAlsoWhenTheFrameStaysAsItIs) {
@@ -182,7 +182,7 @@ TEST_F(RollUpTest, HidesAndShowsAlsoWhenTheFrameStaysAsItIs) {
     mirror_->toggleRollUp();
     desktop_.turnMainQueue();
     EXPECT_EQ(mirror_->panel()->frame(), rect(100, 670, 340, 26));
-    EXPECT_EQ(mirror_->content()->isHidden(), hidden);
+    EXPECT_EQ(partsOf(*mirror_).content->isHidden(), hidden);
   }
 }
 
@@ -199,9 +199,9 @@ TEST_F(RollUpTest, KeepsGripAndStatusHiddenWhileItIsResized) {
   mirror_->showStatus("text");
   windows().moveWindow(*mirror_->panel(), rect(7, 300, 3000, 26));
   desktop_.turnMainQueue();
-  EXPECT_TRUE(mirror_->grip()->isHidden());
-  EXPECT_TRUE(mirror_->statusLabel()->isHidden());
-  EXPECT_EQ(mirror_->captureWidth(), 1000);
+  EXPECT_TRUE(partsOf(*mirror_).grip->isHidden());
+  EXPECT_TRUE(partsOf(*mirror_).statusLabel->isHidden());
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 1000);
 }
 
 TEST_F(RollUpTest, GoesOnShowingFrames) {

@@ -63,7 +63,7 @@ TEST_F(MirrorRegistryTest, UnrollsAMirrorThatItBringsForward) {
   const auto history = windows().historyOf(*mirrorOf(source).panel());
   history->calls.clear();
   manager_->mirror(source);
-  EXPECT_FALSE(mirrorOf(source).rolledUp());
+  EXPECT_FALSE(inside(mirrorOf(source)).rolledUp());
   EXPECT_EQ(mirrorOf(source).panel()->frame(), frame);
   EXPECT_THAT(history->steps(), ElementsAre(frameDidChange, orderFrontRegardless));
 }
@@ -75,7 +75,7 @@ TEST_F(MirrorRegistryTest, KnowsAWindowByItsNumberAlone) {
   renamed.title = "Other";
   manager_->mirror(std::make_shared<const ShareableWindow>(renamed));
   EXPECT_EQ(manager_->mirrors().size(), 1U);
-  EXPECT_EQ(mirrorOf(source).sourceTitle(), "Title");
+  EXPECT_EQ(inside(mirrorOf(source)).sourceTitle(), "Title");
 }
 
 TEST_F(MirrorRegistryTest, CascadesByTheNumberOfOpenMirrors) {
@@ -117,7 +117,8 @@ TEST_F(MirrorRegistryTest, MirrorsAWindowThatIsGone) {
   capture().closeWindow(source->windowID);
   manager_->mirror(source);
   desktop_.turnMainQueue();
-  EXPECT_EQ(mirrorOf(source).statusLabel()->stringValue(), "Source window is no longer available.");
+  EXPECT_EQ(partsOf(mirrorOf(source)).statusLabel->stringValue(),
+            "Source window is no longer available.");
 }
 
 TEST_F(MirrorRegistryTest, ClosesAllMirrorsAtOnce) {
@@ -281,7 +282,7 @@ class RegistryWalkTest : public MirrorRegistryTest {
       ASSERT_EQ(manager_->mirrors().contains(source->windowID), found != model_.mirrors.end());
       if (found == model_.mirrors.end()) continue;
       ASSERT_EQ(mirrorOf(source).windowID(), source->windowID);
-      ASSERT_EQ(mirrorOf(source).rolledUp(), found->second.rolledUp);
+      ASSERT_EQ(inside(mirrorOf(source)).rolledUp(), found->second.rolledUp);
       ASSERT_EQ(cascadeOf(source), found->second.cascade);
       ASSERT_TRUE(mirrorOf(source).panel()->isVisible());
     }
@@ -365,7 +366,7 @@ TEST_F(FocusMenuTest, BringsTheChosenMirrorForwardUnrolled) {
   mirrorOf(first).toggleRollUp();
   manager_->menuNeedsUpdate(*menu_);
   choose(0);
-  EXPECT_FALSE(mirrorOf(first).rolledUp());
+  EXPECT_FALSE(inside(mirrorOf(first)).rolledUp());
   EXPECT_EQ(frontmost(), mirrorOf(first).panel().get());
 }
 

@@ -26,21 +26,21 @@ TEST_F(StartCaptureTest, StreamsTheSourceAtItsOwnPixelSize) {
                          .backingScaleFactor = 2}});
   const auto source = openSource([](ShareableWindow& w) { w.frame = rect(0, 0, 1000.7, 600.2); });
   show(source);
-  EXPECT_EQ(mirror_->captureWidth(), 2001);
-  EXPECT_EQ(mirror_->captureHeight(), 1200);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 2001);
+  EXPECT_EQ(inside(*mirror_).captureHeight(), 1200);
   EXPECT_EQ(stream()->configuration(), configurationOf(2001, 1200));
   EXPECT_EQ(stream()->windowID(), source->windowID);
   EXPECT_THAT(stream()->steps(), ElementsAre(addOutput, start));
   EXPECT_EQ(stream()->calls().front().type, platform::StreamOutputType::screen);
-  EXPECT_EQ(stream()->sampleHandlerQueue(), mirror_->sampleQueue());
-  EXPECT_NE(mirror_->stream(), nullptr);
-  EXPECT_NE(mirror_->streamOutput(), nullptr);
+  EXPECT_EQ(stream()->sampleHandlerQueue(), inside(*mirror_).sampleQueue());
+  EXPECT_NE(inside(*mirror_).stream(), nullptr);
+  EXPECT_NE(inside(*mirror_).streamOutput(), nullptr);
 }
 
 TEST_F(StartCaptureTest, CapturesAtLeastTwoPixelsEachWay) {
   show(openSource([](ShareableWindow& w) { w.frame = rect(0, 0, 0.5, 0.5); }));
-  EXPECT_EQ(mirror_->captureWidth(), 2);
-  EXPECT_EQ(mirror_->captureHeight(), 2);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 2);
+  EXPECT_EQ(inside(*mirror_).captureHeight(), 2);
 }
 
 TEST_F(StartCaptureTest, TakesTheSourcesSizeOfNow) {
@@ -50,9 +50,9 @@ TEST_F(StartCaptureTest, TakesTheSourcesSizeOfNow) {
                          [](ShareableWindow& w) { w.frame = rect(0, 0, 700, 300); });
   mirror_->show();
   desktop_.turnMainQueue();
-  EXPECT_EQ(mirror_->captureWidth(), 700);
-  EXPECT_EQ(mirror_->captureHeight(), 300);
-  EXPECT_EQ(mirror_->sourcePointSize(), (Size{1000, 500}));
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 700);
+  EXPECT_EQ(inside(*mirror_).captureHeight(), 300);
+  EXPECT_EQ(inside(*mirror_).sourcePointSize(), (Size{1000, 500}));
 }
 
 TEST_F(StartCaptureTest, UsesTheMainScreensScaleWhenThePanelIsOnNoScreen) {
@@ -62,26 +62,26 @@ TEST_F(StartCaptureTest, UsesTheMainScreensScaleWhenThePanelIsOnNoScreen) {
       .frame = rect(0, 0, 10, 10), .visibleFrame = rect(0, 0, 10, 10), .backingScaleFactor = 1.5});
   mirror_->show();
   desktop_.turnMainQueue();
-  EXPECT_EQ(mirror_->captureWidth(), 1500);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 1500);
 }
 
 TEST_F(StartCaptureTest, UsesADoubleScaleWithoutAnyScreen) {
   windows().setScreens({});
   show();
-  EXPECT_EQ(mirror_->captureWidth(), 2000);
-  EXPECT_EQ(mirror_->captureHeight(), 1000);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 2000);
+  EXPECT_EQ(inside(*mirror_).captureHeight(), 1000);
 }
 
 TEST_F(StartCaptureTest, FindsASourceThatIsOffScreen) {
   show(openSource([](ShareableWindow& w) { w.isOnScreen = false; }));
-  EXPECT_NE(mirror_->stream(), nullptr);
+  EXPECT_NE(inside(*mirror_).stream(), nullptr);
 }
 
 TEST_F(StartCaptureTest, TakesTheFirstOfWindowsWithTheSameNumber) {
   const auto source = openSource();
   capture().openWindow({.windowID = source->windowID, .frame = rect(0, 0, 5, 5)});
   show(source);
-  EXPECT_EQ(mirror_->captureWidth(), 1000);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 1000);
 }
 
 TEST_F(StartCaptureTest, SaysThatAMissingSourceIsGone) {
@@ -90,15 +90,15 @@ TEST_F(StartCaptureTest, SaysThatAMissingSourceIsGone) {
   show(source);
   EXPECT_EQ(status(), gone);
   EXPECT_EQ(dot(), Color::systemRed());
-  EXPECT_EQ(mirror_->stream(), nullptr);
-  EXPECT_EQ(mirror_->captureWidth(), 0);
+  EXPECT_EQ(inside(*mirror_).stream(), nullptr);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 0);
 }
 
 TEST_F(StartCaptureTest, SaysThatTheSourceIsGoneWhenTheServiceFails) {
   capture().failContent(Error{"whatever"});
   show();
   EXPECT_EQ(status(), gone);
-  EXPECT_EQ(mirror_->stream(), nullptr);
+  EXPECT_EQ(inside(*mirror_).stream(), nullptr);
 }
 
 TEST_F(StartCaptureTest, TurnsARedDotAmberWhenNoFrameArrives) {
@@ -114,19 +114,19 @@ TEST_F(StartCaptureTest, DropsAStreamThatTakesNoOutput) {
   capture().scriptStreams({.addingOutputFails = Error{"no"}});
   show();
   EXPECT_EQ(status(), "Couldn't attach to the window stream.");
-  EXPECT_EQ(mirror_->stream(), nullptr);
-  EXPECT_EQ(mirror_->streamOutput(), nullptr);
+  EXPECT_EQ(inside(*mirror_).stream(), nullptr);
+  EXPECT_EQ(inside(*mirror_).streamOutput(), nullptr);
   EXPECT_THAT(stream()->steps(), ElementsAre(addOutput));
   EXPECT_FALSE(stream()->isHeld());
-  EXPECT_EQ(mirror_->captureWidth(), 1000);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 1000);
 }
 
 TEST_F(StartCaptureTest, SaysWhatAFailedStartSays) {
   capture().scriptStreams({.startFails = Error{"The person said no."}});
   show();
   EXPECT_EQ(status(), "Screen Recording permission is required.\nThe person said no.");
-  EXPECT_NE(mirror_->stream(), nullptr);
-  EXPECT_NE(mirror_->streamOutput(), nullptr);
+  EXPECT_NE(inside(*mirror_).stream(), nullptr);
+  EXPECT_NE(inside(*mirror_).streamOutput(), nullptr);
 }
 
 TEST_F(StartCaptureTest, HidesTheStatusOnceTheStreamHasStarted) {
@@ -198,7 +198,7 @@ TEST_F(StartCaptureTest, KeepsItsStreamWhenTheSystemEndsIt) {
   deliverPicture();
   stream()->endBySystem(Error{"closed"});
   desktop_.turnMainQueue();
-  EXPECT_NE(mirror_->stream(), nullptr);
+  EXPECT_NE(inside(*mirror_).stream(), nullptr);
   EXPECT_EQ(status(), "");
   desktop_.advance(3);
   EXPECT_EQ(dot(), staleColor);
@@ -207,16 +207,16 @@ TEST_F(StartCaptureTest, KeepsItsStreamWhenTheSystemEndsIt) {
 TEST_F(StartCaptureTest, StoppingLeavesThePictureTheSizeAndTheTimeAsTheyAre) {
   show();
   deliverPicture();
-  const auto image = mirror_->lastImage();
-  const auto time = mirror_->lastFrameAt();
+  const auto image = inside(*mirror_).lastImage();
+  const auto time = inside(*mirror_).lastFrameAt();
   mirror_->stopCapture();
   desktop_.turnMainQueue();
-  EXPECT_EQ(mirror_->stream(), nullptr);
-  EXPECT_EQ(mirror_->streamOutput(), nullptr);
-  EXPECT_EQ(mirror_->lastImage(), image);
-  EXPECT_EQ(mirror_->lastFrameAt(), time);
-  EXPECT_EQ(mirror_->captureWidth(), 1000);
-  EXPECT_EQ(mirror_->captureHeight(), 500);
+  EXPECT_EQ(inside(*mirror_).stream(), nullptr);
+  EXPECT_EQ(inside(*mirror_).streamOutput(), nullptr);
+  EXPECT_EQ(inside(*mirror_).lastImage(), image);
+  EXPECT_EQ(inside(*mirror_).lastFrameAt(), time);
+  EXPECT_EQ(inside(*mirror_).captureWidth(), 1000);
+  EXPECT_EQ(inside(*mirror_).captureHeight(), 500);
   mirror_->stopCapture();
   EXPECT_THAT(stream()->steps(), ElementsAre(addOutput, start, stop));
 }

@@ -78,7 +78,7 @@ TEST_F(ThreadedCoreTest, RecapturesWhileFramesArrive) {
     mirror->startCapture();
     desktop_.turnMainQueue();
   }
-  EXPECT_TRUE(turnUntil([&mirror] { return mirror->lastImage() != nullptr; }));
+  EXPECT_TRUE(turnUntil([&mirror] { return inside(*mirror).lastImage() != nullptr; }));
   done = true;
   painter.join();
   mirror->close();
@@ -88,13 +88,13 @@ TEST_F(ThreadedCoreTest, GrowsTheCaptureWhileFramesArrive) {
   const auto source = openSource();
   manager_->mirror(source);
   const auto mirror = manager_->mirrors().begin()->second;
-  ASSERT_TRUE(turnUntil([&mirror] { return mirror->stream() != nullptr; }));
+  ASSERT_TRUE(turnUntil([&mirror] { return inside(*mirror).stream() != nullptr; }));
   for (int width = 300; width < 2500; width += 20) {
     capture().paintWindow(source->windowID, brightPixels(width, 100));
     windows().moveWindow(*mirror->panel(), rect(0, 0, width, 200));
     desktop_.turnMainQueue();
   }
-  EXPECT_EQ(mirror->captureWidth(), 2000);
+  EXPECT_EQ(inside(*mirror).captureWidth(), 2000);
 }
 
 TEST_F(ThreadedCoreTest, ShowsManyMirrorsAtOnce) {
@@ -106,7 +106,7 @@ TEST_F(ThreadedCoreTest, ShowsManyMirrorsAtOnce) {
   }
   EXPECT_TRUE(turnUntil([this] {
     for (const auto& [id, mirror] : manager_->mirrors()) {
-      if (!mirror->lastImage()) return false;
+      if (!inside(*mirror).lastImage()) return false;
     }
     return true;
   }));

@@ -241,7 +241,7 @@ TEST_F(FillingTest, ChoosingAWindowMirrorsItOrBringsItsMirrorForward) {
   manager_->mirrors().begin()->second->toggleRollUp();
   platform::performAction(menu_->items().at(1));
   ASSERT_EQ(manager_->mirrors().size(), 1U);
-  EXPECT_FALSE(manager_->mirrors().begin()->second->rolledUp());
+  EXPECT_FALSE(inside(*manager_->mirrors().begin()->second).rolledUp());
 }
 
 TEST_F(FillingTest, ChoosingAWindowThatHasVanishedOpensAMirrorThatSaysSo) {
@@ -251,7 +251,7 @@ TEST_F(FillingTest, ChoosingAWindowThatHasVanishedOpensAMirrorThatSaysSo) {
   platform::performAction(menu_->items().at(1));
   desktop_.turnMainQueue();
   ASSERT_EQ(manager_->mirrors().size(), 1U);
-  EXPECT_EQ(manager_->mirrors().begin()->second->statusLabel()->stringValue(),
+  EXPECT_EQ(partsOf(*manager_->mirrors().begin()->second).statusLabel->stringValue(),
             "Source window is no longer available.");
 }
 

@@ -1,5 +1,7 @@
 #include "mirror/WindowMirrorHUDController.h"
 #include "tests/contract/ContractTest.h"
+#include "tests/core/MirrorInsides.h"
+#include "tests/core/PanelParts.h"
 
 namespace vistrel::hostile {
 namespace {
@@ -14,9 +16,9 @@ TEST_F(VanishedSource, IsReportedInThePanelInTheseWords) {
   source->close();
   const auto mirror = WindowMirrorHUDController::make(record, 0, [](platform::WindowID) {});
   mirror->show();
-  ASSERT_TRUE(turnUntil([&mirror] { return !mirror->statusLabel()->isHidden(); }));
-  EXPECT_EQ(mirror->statusLabel()->stringValue(), "Source window is no longer available.");
-  EXPECT_EQ(mirror->stream(), nullptr);
+  ASSERT_TRUE(turnUntil([&mirror] { return !partsOf(*mirror).statusLabel->isHidden(); }));
+  EXPECT_EQ(partsOf(*mirror).statusLabel->stringValue(), "Source window is no longer available.");
+  EXPECT_EQ(inside(*mirror).stream(), nullptr);
   mirror->close();
 }
 
@@ -25,13 +27,13 @@ TEST_F(VanishedSource, KeepsItsPictureAndIsReportedWhenItsMirrorIsStartedAgain) 
   const auto mirror =
       WindowMirrorHUDController::make(listed(source->id()), 0, [](platform::WindowID) {});
   mirror->show();
-  ASSERT_TRUE(turnUntil([&mirror] { return mirror->lastImage() != nullptr; }));
+  ASSERT_TRUE(turnUntil([&mirror] { return inside(*mirror).lastImage() != nullptr; }));
   source->close();
   mirror->stopCapture();
   mirror->startCapture();
-  ASSERT_TRUE(turnUntil([&mirror] { return !mirror->statusLabel()->isHidden(); }));
-  EXPECT_EQ(mirror->statusLabel()->stringValue(), "Source window is no longer available.");
-  EXPECT_NE(mirror->lastImage(), nullptr);
+  ASSERT_TRUE(turnUntil([&mirror] { return !partsOf(*mirror).statusLabel->isHidden(); }));
+  EXPECT_EQ(partsOf(*mirror).statusLabel->stringValue(), "Source window is no longer available.");
+  EXPECT_NE(inside(*mirror).lastImage(), nullptr);
   mirror->close();
 }
 
