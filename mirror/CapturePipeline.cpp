@@ -6,6 +6,7 @@
 #include "mirror/FrameAcceptance.h"
 #include "mirror/Freshness.h"
 #include "mirror/LiveDotColors.h"
+#include "mirror/LiveDotColors.h"
 #include "mirror/WindowMirrorHUDController.h"
 
 namespace vistrel {
@@ -79,7 +80,7 @@ void WindowMirrorHUDController::streamDidStart(const std::optional<Error>& error
   if (error) {
     showStatus("Screen Recording permission is required.\n" + error->localizedDescription);
   } else {
-    statusLabel_->setHidden(true);
+    views_.hideStatus();
   }
 }
 
@@ -111,15 +112,15 @@ void WindowMirrorHUDController::handleSample(const platform::SampleBuffer& sampl
 void WindowMirrorHUDController::showFrame(std::shared_ptr<const platform::Image> image) {
   assert(platform::mainQueue().isCurrent());
   lastImage_.store(image);
-  if (content_->layer() != nullptr) content_->layer()->setContents(std::move(image));
+  views_.showPicture(std::move(image));
   lastFrameAt_ = platform::now();
-  setLiveDot(liveState);
-  statusLabel_->setHidden(true);
+  views_.setLiveDot(liveState);
+  views_.hideStatus();
 }
 
 void WindowMirrorHUDController::tickFreshness() {
   assert(platform::mainQueue().isCurrent());
-  if (isStale(lastFrameAt_, platform::now())) setLiveDot(staleState);
+  if (isStale(lastFrameAt_, platform::now())) views_.setLiveDot(staleState);
 }
 
 void WindowMirrorHUDController::updateCaptureResolutionIfNeeded() {

@@ -1,6 +1,6 @@
 #include <cassert>
 
-#include "mirror/LiveDotColors.h"
+#include "mirror/PanelLayout.h"
 #include "mirror/RollUpFrames.h"
 #include "mirror/ScaledFrame.h"
 #include "mirror/WindowMirrorHUDController.h"
@@ -32,7 +32,7 @@ void WindowMirrorHUDController::toggleRollUp() {
   panel_->setFrame(
       rolledUp_ ? rolledUpFrame(frame) : rolledDownFrame(frame, frameBeforeRollUp_, aspect_),
       platform::Redisplay::atOnce, platform::FrameChange::animated);
-  card_->setNeedsLayout();
+  views_.card()->setNeedsLayout();
 }
 
 void WindowMirrorHUDController::setScale(double factor) {
@@ -41,7 +41,7 @@ void WindowMirrorHUDController::setScale(double factor) {
   panel_->setFrame(scaledFrame(panel_->frame(), sourcePointSize_, aspect_, factor,
                                panel_->contentMinSize().width),
                    platform::Redisplay::atOnce, platform::FrameChange::animated);
-  card_->setNeedsLayout();
+  views_.card()->setNeedsLayout();
 }
 
 void WindowMirrorHUDController::toggleRollUpMenu() { toggleRollUp(); }
@@ -77,16 +77,14 @@ void WindowMirrorHUDController::closeClicked() {
 
 void WindowMirrorHUDController::showStatus(const std::string& text) {
   assert(platform::mainQueue().isCurrent());
-  statusLabel_->setStringValue(text);
-  statusLabel_->setHidden(false);
-  setLiveDot(errorState);
+  views_.showStatus(text);
 }
 
 void WindowMirrorHUDController::flashStatus(const std::string& text) {
   showStatus(text);
   platform::mainAsyncAfter(flashDuration, [weak = weak_from_this()] {
     const auto self = ifOpen(weak);
-    if (self && self->lastImage_.load()) self->statusLabel_->setHidden(true);
+    if (self && self->lastImage_.load()) self->views_.hideStatus();
   });
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/Window.h"
 
 namespace vistrel {
@@ -8,6 +10,9 @@ namespace vistrel {
 class MirrorPanel : public platform::Panel {
  public:
   using Panel::Panel;
+
+  /// Hidden, and set up as mirrors' panels are. `contentSize` in points.
+  static std::shared_ptr<MirrorPanel> make(platform::Size contentSize);
 
   /// A borderless window could not become key otherwise.
   bool canBecomeKey() const override { return true; }

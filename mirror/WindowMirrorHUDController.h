@@ -8,16 +8,12 @@
 #include <string>
 
 #include "mirror/CaptureSize.h"
-#include "mirror/MirrorCardView.h"
-#include "mirror/MirrorContentView.h"
 #include "mirror/MirrorHost.h"
 #include "mirror/MirrorPanel.h"
-#include "mirror/MirrorResizeGrip.h"
-#include "mirror/PanelLayout.h"
+#include "mirror/PanelViews.h"
 #include "mirror/StreamOutput.h"
 #include "parking/VirtualDisplayHost.h"
 #include "platform/AccessibilityElement.h"
-#include "platform/Controls.h"
 #include "platform/Dispatch.h"
 #include "platform/Guarded.h"
 #include "platform/Image.h"
@@ -25,8 +21,6 @@
 #include "platform/ScreenCapture.h"
 
 namespace vistrel {
-
-struct LiveDotState;
 
 /// One mirror: the floating panel that shows one window of another program, the views in it, and
 /// the stream that feeds it. Lives on the main thread; only `handleSample` and the answers of the
@@ -121,14 +115,9 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   static std::shared_ptr<WindowMirrorHUDController> ifOpen(
       const std::weak_ptr<WindowMirrorHUDController>& mirror);
 
-  void buildUI();
-  void buildCard();
-  void setCardCallbacks();
-  void buildTitleBar();
-  void buildStatusLabel();
+  void connectViews();
+  void connectCard();
   void positionInitially(int cascade);
-  void relayoutTitleBar(const PanelLayout& layout);
-  void setLiveDot(const LiveDotState& state);
   std::shared_ptr<platform::Menu> makeScaleMenu();
   platform::Rect snapped(const platform::Rect& proposed) const;
 
@@ -149,16 +138,8 @@ class WindowMirrorHUDController : public platform::RepresentedObject,
   const std::weak_ptr<MirrorHost> host_;
   const platform::Size sourcePointSize_;  // each side at least 1
   const double aspect_;                   // the source's width over its height
-  std::shared_ptr<MirrorPanel> panel_;
-  std::shared_ptr<MirrorCardView> card_;
-  std::shared_ptr<platform::View> titleBar_;
-  std::shared_ptr<platform::ImageView> brandIcon_;
-  std::shared_ptr<platform::Label> titleLabel_;
-  std::shared_ptr<platform::View> liveDot_;
-  std::shared_ptr<platform::Button> closeButton_;
-  std::shared_ptr<platform::Label> statusLabel_;
-  std::shared_ptr<MirrorContentView> content_;
-  std::shared_ptr<MirrorResizeGrip> grip_;
+  const std::shared_ptr<MirrorPanel> panel_;
+  PanelViews views_;
   const std::shared_ptr<platform::DispatchQueue> sampleQueue_;
   const std::shared_ptr<platform::ImageContext> ciContext_;  // on sampleQueue_ alone
   bool rolledUp_ = false;
