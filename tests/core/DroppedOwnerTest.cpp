@@ -30,7 +30,7 @@ TEST_F(DroppedOwnerTest, FailedContentThatArrivesLaterIsIgnored) {
   makeMirror(openSource());
   mirror_->show();
   desktop_.virtualTime().turnOtherQueues();  // the status is on its way to main
-  const auto label = mirror_->statusLabel();
+  const auto label = partsOf(*mirror_).statusLabel;
   dropMirror();
   desktop_.turnMainQueue();
   EXPECT_TRUE(gone_.expired());
@@ -144,7 +144,7 @@ TEST_F(DroppedOwnerTest, FlashedTextNeedsNobodyToTakeItAway) {
   showMirror();
   deliverPicture();
   mirror_->flashStatus("text");
-  const auto label = mirror_->statusLabel();
+  const auto label = partsOf(*mirror_).statusLabel;
   mirror_->close();
   dropMirror();
   desktop_.turnMainQueue();
