@@ -48,16 +48,10 @@ Size sizeOf(const Button& button) {
 
 QtWindows::QtWindows(const Session& session)
     : session_(session),
-      host_(std::make_shared<PeerHost>(savedFramesOfPerson())),
-      screens_(*session.dockAreas, [this] { screensDidChange(); }) {
-  session.layout->set(ScreenList::layout());
-}
-
-void QtWindows::screensDidChange() {
-  if (!host_->isOpen()) return;
-  session_.layout->set(ScreenList::layout());
-  host_->screensDidChange();
-}
+      host_(std::make_shared<PeerHost>(session.layout, savedFramesOfPerson())),
+      screens_(*session.monitors, *session.dockAreas, *session.layout, [this] {
+        if (host_->isOpen()) host_->screensDidChange();
+      }) {}
 
 std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
   if (isPanel) {
@@ -69,7 +63,7 @@ std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
   return std::make_unique<TitledPeer>(window, host_);
 }
 
-Point QtWindows::mouseLocation() { return pointerLocation(); }
+Point QtWindows::mouseLocation() { return pointerLocation(*session_.layout->get()); }
 
 Size QtWindows::intrinsicContentSize(const Control& control) {
   if (const auto* label = dynamic_cast<const Label*>(&control)) return sizeOf(*label);

@@ -30,8 +30,6 @@ class QtWindows final : public WindowBackend {
   void finish();
 
  private:
-  void screensDidChange();
-
   const Session& session_;
   std::shared_ptr<PeerHost> host_;
   ScreenList screens_;

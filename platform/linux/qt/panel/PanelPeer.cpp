@@ -13,7 +13,6 @@
 #include "platform/linux/qt/space/QtConnection.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/space/RootPlace.h"
-#include "platform/linux/qt/space/ScreenList.h"
 #include "platform/linux/qt/windows/Reach.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -155,24 +154,24 @@ void PanelPeer::releaseNative() {
 
 void PanelPeer::place(Arrival arrival) {
   if (!native_) return;
-  const ScreenLayout layout = ScreenList::layout();
-  const Rect frame = layout.flipped(window_.frame());
+  const auto layout = host().layout();
+  const Rect frame = layout->flipped(window_.frame());
   // A panel that is dragged belongs to the monitor under the pointer, whichever holds most of it:
   // else it would change its scale while the pointer is elsewhere, and slip from under it.
   const auto pointer = native_->heldAt();
-  placeOn(pointer ? layout.at(*pointer) : layout.holding(frame), frame, arrival);
+  placeOn(pointer ? layout->at(*pointer) : layout->holding(frame), frame, arrival);
 }
 
 void PanelPeer::placeOn(const LaidOutMonitor& monitor, const Rect& frame, Arrival arrival) {
   belongTo(monitor);
-  const QRect wanted = qtPlace(monitor.toPixels(frame), *native_->screen()).pixels;
+  const QtPlace wanted = qtPlace(monitor.toPixels(frame), *native_->screen());
   const QRect formerlyDue = due();
-  if (std::exchange(wanted_, wanted) != wanted) {
+  if (std::exchange(wanted_, wanted.pixels) != wanted.pixels) {
     endRoll();
     if (arrival == Arrival::rolling) roll(formerlyDue);
   }
   if (due().size() != formerlyDue.size()) scheduleRepaint();
-  ask();
+  room() == wanted.pixels ? askFor(wanted) : ask();
 }
 
 QRect PanelPeer::due() const {
@@ -204,15 +203,19 @@ void PanelPeer::showRolled() {
   repaint();
 }
 
-void PanelPeer::ask() {
-  // The window has room for what it shows and for what it will show, so that neither is ever cut:
-  // it grows before it shows more, and shrinks after it shows less.
-  const QRect room(due().topLeft(), due().size().expandedTo(shownSize_));
-  const auto [geometry, pixels] = qtPlace(pixelRect(room), *native_->screen());
+QRect PanelPeer::room() const {
+  // For what the window shows and for what it will show, so that neither is ever cut: it grows
+  // before it shows more, and shrinks after it shows less.
+  return {due().topLeft(), due().size().expandedTo(shownSize_)};
+}
+
+void PanelPeer::ask() { askFor(qtPlace(pixelRect(room()), *native_->screen())); }
+
+void PanelPeer::askFor(const QtPlace& place) {
   const QRect formerGeometry = askedGeometry();
-  if (!placed_.ask(pixels)) return;
+  if (!placed_.ask(place.pixels)) return;
   awaitLastAnswer();
-  placeNative(*native_, formerGeometry, geometry, wholePoints(window_.contentMinSize()));
+  placeNative(*native_, formerGeometry, place.geometry, wholePoints(window_.contentMinSize()));
 }
 
 QRect PanelPeer::askedGeometry() const {
@@ -263,15 +266,15 @@ void PanelPeer::adoptPlace(const QRect& place) {
   endRoll();
   const QSize formerSize = std::exchange(wanted_, place).size();
   shownSize_ = shownSize_.boundedTo(place.size());
-  const ScreenLayout layout = ScreenList::layout();
+  const auto layout = host().layout();
   // Whoever moves it, it takes another monitor's scale only when it has left its own altogether:
   // its size changes with the scale, and must not carry it back.
   const bool isOnItsOwn = qtRect(monitor_.monitor.pixels).intersects(place);
-  const LaidOutMonitor monitor = isOnItsOwn ? monitor_ : layout.holding(pixelRect(place));
+  const LaidOutMonitor monitor = isOnItsOwn ? monitor_ : layout->holding(pixelRect(place));
   Rect frame = monitor.toPoints(pixelRect(place));
   if (place.size() == formerSize) frame.size = window_.frame().size;
   scheduleRepaint();
-  window_.peerDidSetFrame(layout.flipped(frame));
+  window_.peerDidSetFrame(layout->flipped(frame));
   if (monitor == monitor_) {
     belongTo(monitor);
   } else {
@@ -282,10 +285,10 @@ void PanelPeer::adoptPlace(const QRect& place) {
 
 void PanelPeer::screensDidChange() {
   if (!native_) return;
-  const ScreenLayout layout = ScreenList::layout();
+  const auto layout = host().layout();
   const PixelRect pixels = pixelRect(placed_.current());
-  const Rect frame{layout.toPoints(pixels).origin, window_.frame().size};
-  window_.peerDidSetFrame(broughtIntoReach(layout.flipped(frame), screens()));
+  const Rect frame{layout->toPoints(pixels).origin, window_.frame().size};
+  window_.peerDidSetFrame(broughtIntoReach(layout->flipped(frame), screens()));
   place();
 }
 

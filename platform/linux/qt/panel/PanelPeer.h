@@ -9,6 +9,7 @@
 #include "platform/linux/ScreenLayout.h"
 #include "platform/linux/qt/panel/PanelWindow.h"
 #include "platform/linux/qt/panel/RollAnimation.h"
+#include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/windows/NativeWindow.h"
 #include "platform/linux/qt/windows/PeerHost.h"
 #include "platform/linux/qt/windows/PlacedFrame.h"
@@ -65,7 +66,10 @@ class PanelPeer final : public HostedPeer {
   void roll(const QRect& from);
   void endRoll();
   void showRolled();
+  /// How large the window is to be, and where.
+  QRect room() const;
   void ask();
+  void askFor(const QtPlace& place);
   /// As the toolkit has it, or will have once the desktop has done what was asked.
   QRect askedGeometry() const;
   void belongTo(const LaidOutMonitor& monitor);

@@ -6,7 +6,6 @@
 
 #include "platform/Event.h"
 #include "platform/linux/qt/space/QtSpace.h"
-#include "platform/linux/qt/space/ScreenList.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -23,8 +22,7 @@ Point pointerPixel() {
 
 }  // namespace
 
-Point pointerLocation() {
-  const ScreenLayout layout = ScreenList::layout();
+Point pointerLocation(const ScreenLayout& layout) {
   const Point pixel = innermost != nullptr ? innermost->pixel_ : pointerPixel();
   return layout.flipped(layout.at(pixel).toPoints(pixel));
 }

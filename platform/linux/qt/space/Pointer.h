@@ -4,12 +4,13 @@
 #include <qnamespace.h>
 
 #include "platform/Geometry.h"
+#include "platform/linux/ScreenLayout.h"
 
 namespace vistrel::platform::linux_desktop {
 
 /// Where the pointer is in screen space; while an event is dispatched, where it was at that event.
 /// Main thread.
-Point pointerLocation();
+Point pointerLocation(const ScreenLayout& layout);
 
 /// Makes `pointerLocation` answer where `pixel` of the root window is, for as long as this lives.
 class DispatchedPosition {
@@ -23,7 +24,7 @@ class DispatchedPosition {
   const Point pixel_;
   const DispatchedPosition* const outer_;
 
-  friend Point pointerLocation();
+  friend Point pointerLocation(const ScreenLayout& layout);
 };
 
 /// The toolkit's keyboard modifiers as `ModifierFlags`: Control stands in for Command.

@@ -29,6 +29,8 @@ struct QtScreen {
   /// As the toolkit itself rounds.
   PixelRect toPixels(const QRect& rect) const;
   QRect fromPixels(const PixelRect& pixels) const;
+
+  friend bool operator==(const QtScreen&, const QtScreen&) = default;
 };
 
 /// All of the toolkit's screens as of now, in its order. Main thread.

@@ -7,27 +7,28 @@
 #include <utility>
 
 #include "platform/linux/HiddenMonitorName.h"
-#include "platform/linux/qt/space/QtSpace.h"
 
 namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-/// Nothing of ours is to be where nobody sees it.
-bool isHidden(const QScreen& screen) { return isHiddenMonitor(screen.name().toStdString()); }
+NamedScreen named(const QScreen& screen) {
+  return {screen.name().toStdString(), QtScreen::of(screen)};
+}
 
-/// Those that a person sees, the primary one first.
-std::vector<const QScreen*> qtScreensInOrder() {
+/// Those that a person sees, the primary one first: nothing of ours is to be where nobody sees it.
+std::vector<NamedScreen> shownScreens() {
   const QScreen* primary = QGuiApplication::primaryScreen();
-  std::vector<const QScreen*> screens;
-  if (primary != nullptr) screens.push_back(primary);
+  std::vector<NamedScreen> screens;
+  if (primary != nullptr) screens.push_back(named(*primary));
   for (const QScreen* screen : QGuiApplication::screens()) {
-    if (screen != primary && !isHidden(*screen)) screens.push_back(screen);
+    auto each = named(*screen);
+    if (screen != primary && !isHiddenMonitor(each.name)) screens.push_back(std::move(each));
   }
   return screens;
 }
 
-/// The free areas are asked of the display: the toolkit knows of none once there are several
+/// The free areas are asked of the session: the toolkit knows of none once there are several
 /// screens.
 std::vector<Screen> valuesOf(const ScreenLayout& layout, const DockAreas& docks) {
   std::vector<PixelRect> monitors;
@@ -43,33 +44,47 @@ std::vector<Screen> valuesOf(const ScreenLayout& layout, const DockAreas& docks)
 }
 
 /// The key window's screen, else the primary one, which is the first.
-std::size_t mainOf(const std::vector<const QScreen*>& screens) {
+std::size_t mainOf(const std::vector<NamedScreen>& screens) {
   const QWindow* key = QGuiApplication::focusWindow();
-  const auto found =
-      std::find(screens.begin(), screens.end(), key == nullptr ? nullptr : key->screen());
+  if (key == nullptr || key->screen() == nullptr) return 0;
+  const std::string name = key->screen()->name().toStdString();
+  const auto found = std::find_if(screens.begin(), screens.end(),
+                                  [&](const NamedScreen& each) { return each.name == name; });
   return found == screens.end() ? 0 : static_cast<std::size_t>(found - screens.begin());
 }
 
 }  // namespace
 
-ScreenList::ScreenList(DockAreas& docks, std::function<void()> changed)
-    : docks_(docks), layout_(layout()) {
+ScreenList::ScreenList(Monitors& monitors, DockAreas& docks, SharedScreenLayout& layout,
+                       std::function<void()> changed)
+    : monitors_(monitors), docks_(docks), layout_(layout) {
   changed_.setSingleShot(true);
   QObject::connect(&changed_, &QTimer::timeout, &context_, std::move(changed));
-  for (QScreen* screen : QGuiApplication::screens()) watch(screen);
-  QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &context_, [this](QScreen* screen) {
-    watch(screen);
-    refresh();
-  });
-  QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, &context_, [this] { refresh(); });
-  QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, &context_,
-                   [this] { refresh(); });
+  watchScreens();
   watchKeyWindow();
   docks_.watch([this] {
     QMetaObject::invokeMethod(
-        &context_, [this] { refresh(); }, Qt::QueuedConnection);
+        &context_, [this] { publish(); }, Qt::QueuedConnection);
   });
-  refresh();
+  readScreens();
+  publish();
+}
+
+void ScreenList::watchScreens() {
+  for (QScreen* screen : QGuiApplication::screens()) watch(screen);
+  QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &context_, [this](QScreen* screen) {
+    watch(screen);
+    layOut();
+  });
+  QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, &context_, [this] { layOut(); });
+  QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, &context_,
+                   [this] { layOut(); });
+}
+
+void ScreenList::watch(QScreen* screen) {
+  const auto changed = [this] { layOut(); };
+  QObject::connect(screen, &QScreen::geometryChanged, &context_, changed);
+  QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, &context_, changed);
 }
 
 void ScreenList::watchKeyWindow() {
@@ -79,9 +94,9 @@ void ScreenList::watchKeyWindow() {
                      following = {};
                      if (window != nullptr) {
                        following = QObject::connect(window, &QWindow::screenChanged, &context_,
-                                                    [this] { refresh(); });
+                                                    [this] { publish(); });
                      }
-                     refresh();
+                     publish();
                    });
 }
 
@@ -95,30 +110,27 @@ std::optional<Screen> ScreenList::main() const {
   return main_;
 }
 
-ScreenLayout ScreenList::layout() {
-  std::vector<Monitor> monitors;
-  for (const QScreen* each : qtScreensInOrder()) {
-    const auto screen = QtScreen::of(*each);
-    monitors.push_back({screen.pixels(), screen.pixelsPerPoint});
-  }
-  return ScreenLayout(monitors);
+void ScreenList::layOut() {
+  if (!readScreens()) return;
+  changed_.start();
+  publish();
 }
 
-void ScreenList::watch(QScreen* screen) {
-  const auto changed = [this] { refresh(); };
-  QObject::connect(screen, &QScreen::geometryChanged, &context_, changed);
-  QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, &context_, changed);
+bool ScreenList::readScreens() {
+  auto screens = shownScreens();
+  ScreenLayout layout(scaledMonitors(screens, monitors_.list()));
+  const bool isOther = layout != *layout_.get();
+  if (isOther) layout_.set(std::move(layout));
+  // The toolkit may have told of a monitor after the session has: windows wait for both.
+  const bool isHeardOf = std::exchange(screens_, screens) != screens;
+  return isOther || isHeardOf;
 }
 
-void ScreenList::refresh() {
-  const auto screens = qtScreensInOrder();
-  auto current = layout();
-  auto all = screens.empty() ? std::vector<Screen>() : valuesOf(current, docks_);
-  if (current != layout_) changed_.start();
-  layout_ = std::move(current);
+void ScreenList::publish() {
+  auto all = screens_.empty() ? std::vector<Screen>() : valuesOf(*layout_.get(), docks_);
   const std::lock_guard lock(mutex_);
   all_ = std::move(all);
-  main_ = all_.empty() ? std::nullopt : std::optional(all_[mainOf(screens)]);
+  main_ = all_.empty() ? std::nullopt : std::optional(all_[mainOf(screens_)]);
 }
 
 }  // namespace vistrel::platform::linux_desktop

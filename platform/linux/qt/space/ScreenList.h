@@ -8,38 +8,48 @@
 #include <vector>
 
 #include "platform/Screen.h"
-#include "platform/linux/ScreenLayout.h"
+#include "platform/linux/qt/space/MonitorScales.h"
 #include "platform/linux/session/DockAreas.h"
+#include "platform/linux/session/Monitors.h"
+#include "platform/linux/session/SharedScreenLayout.h"
 
 class QScreen;
 
 namespace vistrel::platform::linux_desktop {
 
-/// The toolkit's screens as values in screen space, in a copy that any thread may read.
+/// The screens that a person sees. Sets the session's layout when it is made and whenever it has
+/// become another one; offers the screens as values in screen space, in a copy that any thread may
+/// read.
 class ScreenList {
  public:
   /// Calls `changed` whenever monitors have come, gone, moved or changed their size or scale; once
-  /// for all that happens in one turn of the event loop. `docks` outlives this object, which
-  /// outlives the queues' threads. Main thread.
-  ScreenList(DockAreas& docks, std::function<void()> changed);
+  /// for all that happens in one turn of the event loop, when the layout has been set. The first
+  /// three outlive this object, which outlives the queues' threads. Main thread.
+  ScreenList(Monitors& monitors, DockAreas& docks, SharedScreenLayout& layout,
+             std::function<void()> changed);
 
   /// The primary one first. Any thread.
   std::vector<Screen> all() const;
   /// The key window's screen, else the primary one. Any thread.
   std::optional<Screen> main() const;
 
-  /// As of now. Main thread.
-  static ScreenLayout layout();
-
  private:
+  void watchScreens();
   void watch(QScreen* screen);
   void watchKeyWindow();
-  void refresh();
+  /// The toolkit's screens may have changed.
+  void layOut();
+  /// Reads them; whether they have.
+  bool readScreens();
+  /// The screens' values may have changed.
+  void publish();
 
+  Monitors& monitors_;
   DockAreas& docks_;
-  QObject context_;  // ends what is connected to it
-  QTimer changed_;   // runs out at the next turn of the event loop
-  ScreenLayout layout_;
+  SharedScreenLayout& layout_;
+  QObject context_;                   // ends what is connected to it
+  QTimer changed_;                    // runs out at the next turn of the event loop
+  std::vector<NamedScreen> screens_;  // as laid out
   mutable std::mutex mutex_;
   std::vector<Screen> all_;     // guarded by mutex_
   std::optional<Screen> main_;  // guarded by mutex_

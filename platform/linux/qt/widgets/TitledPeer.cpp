@@ -8,7 +8,6 @@
 #include "platform/linux/qt/space/QtConnection.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/space/RootPlace.h"
-#include "platform/linux/qt/space/ScreenList.h"
 #include "platform/linux/qt/windows/Reach.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -148,10 +147,10 @@ void TitledPeer::show() {
 
 void TitledPeer::place() {
   if (!native_) return;
-  const ScreenLayout layout = ScreenList::layout();
-  const Rect frame = layout.flipped(window_.frame());
+  const auto layout = host().layout();
+  const Rect frame = layout->flipped(window_.frame());
   const auto [geometry, pixels] =
-      qtPlace(monitorOf(frame, layout).toPixels(frame), *native_->screen());
+      qtPlace(monitorOf(frame, *layout).toPixels(frame), *native_->screen());
   const QRect formerGeometry = askedGeometry();
   if (placed_.ask(pixels)) placeNative(*native_, formerGeometry, geometry, minimumSize());
 }
@@ -189,11 +188,11 @@ PixelRect TitledPeer::placeOfNative() const {
 }
 
 void TitledPeer::adoptPlace(bool keepingSize) {
-  const ScreenLayout layout = ScreenList::layout();
+  const auto layout = host().layout();
   const QRect& pixels = placed_.current();
-  Rect frame = layout.at(middleOf(pixels)).toPoints(pixelRect(pixels));
+  Rect frame = layout->at(middleOf(pixels)).toPoints(pixelRect(pixels));
   if (keepingSize) frame.size = window_.frame().size;
-  window_.peerDidSetFrame(layout.flipped(frame));
+  window_.peerDidSetFrame(layout->flipped(frame));
 }
 
 void TitledPeer::scaleDidChange() {
@@ -214,17 +213,17 @@ void TitledPeer::settle() {
   settling_.start();  // the first answer may come while it asks
   const QRect former = placed_.current();
   const Size size = window_.frame().size;
-  const ScreenLayout layout = ScreenList::layout();
+  const auto layout = host().layout();
   const Point middle = middleOf(placed_.current());
-  const LaidOutMonitor& monitor = layout.at(middle);
+  const LaidOutMonitor& monitor = layout->at(middle);
   Rect frame{monitor.toPoints(pixelRect(placed_.current())).origin, size};
-  if (monitorOf(frame, layout) != monitor) {
+  if (monitorOf(frame, *layout) != monitor) {
     // Its middle stays, by which the toolkit tells the screen: else it would change its scale
     // again.
     const Point there = monitor.toPoints(middle);
     frame.origin = {there.x - size.width / 2, there.y - size.height / 2};
   }
-  window_.setFrame(broughtIntoReach(layout.flipped(frame), screens()), Redisplay::atOnce);
+  window_.setFrame(broughtIntoReach(layout->flipped(frame), screens()), Redisplay::atOnce);
   const bool isSettled = placed_.current() == former && placed_.isAnswered();
   if (isSettled || --settlingsLeft_ == 0) settling_.stop();
 }

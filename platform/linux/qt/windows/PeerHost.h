@@ -10,6 +10,7 @@
 #include "platform/linux/qt/menus/MainMenu.h"
 #include "platform/linux/qt/menus/OpenWindows.h"
 #include "platform/linux/qt/windows/SavedFrames.h"
+#include "platform/linux/session/SharedScreenLayout.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -48,10 +49,13 @@ class HostedPeer : public WindowPeer {
 /// What peers need of their surroundings, for as long as there are any. Main thread.
 class PeerHost : public OpenWindows {
  public:
-  explicit PeerHost(SavedFrames savedFrames) : savedFrames_(std::move(savedFrames)) {}
+  PeerHost(std::shared_ptr<const SharedScreenLayout> layout, SavedFrames savedFrames)
+      : layout_(std::move(layout)), savedFrames_(std::move(savedFrames)) {}
 
   /// False once the event loop has ended: windows are not shown any more.
   bool isOpen() const { return isOpen_; }
+  /// By which frames and pixels are converted. Never null.
+  std::shared_ptr<const ScreenLayout> layout() const { return layout_->get(); }
   const SavedFrames& savedFrames() const { return savedFrames_; }
   MainMenu& mainMenu() { return mainMenu_; }
 
@@ -79,6 +83,7 @@ class PeerHost : public OpenWindows {
  private:
   friend class HostedPeer;
 
+  const std::shared_ptr<const SharedScreenLayout> layout_;
   const SavedFrames savedFrames_;
   MainMenu mainMenu_{*this};
   std::vector<HostedPeer*> peers_;  // the oldest first
