@@ -79,7 +79,8 @@ class HostPixelBuffer : public PixelBuffer {
 
 /// A picture ready to be shown by a layer. What it holds is the backend's affair: where pixels stay
 /// in the display server it stands for a store and a generation of it, which a later commit may
-/// overwrite. Its presence may be relied on, never its bytes. Any thread may drop it.
+/// overwrite, also on the screen where a layer shows it: what a person sees does not wait for the
+/// main thread. Its presence may be relied on, never its bytes. Any thread may drop it.
 class Image {
  public:
   virtual ~Image() = default;

@@ -45,7 +45,8 @@ class PanelSurface {
   virtual void setChrome(PanelChrome chrome, std::function<void()> shown) = 0;
   /// What was set last; null before.
   virtual std::shared_ptr<const PanelChrome> chrome() const = 0;
-  /// Shows `image`, made by this backend's image context; null shows the background alone.
+  /// Shows `image`, made by this backend's image context, and from then on what its mirror accepts,
+  /// as soon as it does; null shows the background alone.
   virtual void setContents(std::shared_ptr<const Image> image) = 0;
   /// Stops drawing; returns once nothing touches the window any more, so that it may be destroyed.
   virtual void detach() = 0;

@@ -51,10 +51,10 @@ void TestMirror::Events::streamDidOutputSampleBuffer(Stream& /*stream*/, const S
     pixels.push_back(pixel);
     return true;
   });
-  auto image = WindowImageContext().createImage(buffer);
+  auto image = accepts ? WindowImageContext().createImage(buffer) : nullptr;
   const std::lock_guard lock(mutex);
   frames.push_back(monotonicNow());
-  latest = std::move(image);
+  if (image) latest = std::move(image);
   grid = std::move(pixels);
 }
 
@@ -134,6 +134,17 @@ void TestMirror::turn() {
   }
   if (image) surface_->setContents(std::move(image));
 }
+
+void TestMirror::showPictureOf(const TestMirror& other) {
+  std::shared_ptr<const Image> image;
+  {
+    const std::lock_guard lock(other.events_->mutex);
+    image = other.events_->latest;
+  }
+  surface_->setContents(std::move(image));
+}
+
+void TestMirror::takePictureAway() { surface_->setContents(nullptr); }
 
 testbed::Picture TestMirror::panelPicture() const {
   constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;

@@ -17,8 +17,8 @@
 namespace vistrel::platform::linux_desktop {
 
 /// A mirror as the program has one, without its views: a queue, a stream, and the window of a panel
-/// in which every frame is shown, whatever it is. One thread, except for what is said to be its
-/// queue's.
+/// in which every frame is shown, whatever it is, from the first `turn` on. One thread, except for
+/// what is said to be its queue's.
 class TestMirror {
  public:
   /// Opens the panel's window on the screen. `connection` outlives this object.
@@ -36,8 +36,14 @@ class TestMirror {
   /// The configuration that the program starts with.
   static StreamConfiguration usualConfiguration();
 
+  /// Whether frames are taken over from now on, as they are at first.
+  void setAccepting(bool accepts) { events_->accepts = accepts; }
   /// Lets the panel show what has come.
   void turn();
+  /// Lets the panel show what another mirror has taken over last.
+  void showPictureOf(const TestMirror& other);
+  /// Takes the picture out of the panel.
+  void takePictureAway();
   /// Whether the panel shows these colours in the quarters of a source of that size.
   bool shows(const testbed::Quadrants& expected, testbed::Rect source);
   /// Whether the stream's last frame has these colours in its quarters.
@@ -85,6 +91,7 @@ class TestMirror {
 
     std::atomic<int> answered = 0;
     std::atomic<int> ends = 0;
+    std::atomic<bool> accepts = true;
     mutable std::mutex mutex;
     std::vector<double> frames;           // guarded by mutex
     std::string startFailure;             // guarded by mutex

@@ -57,8 +57,10 @@ void PanelPeer::viewDidChange(View& view, ViewChange change) {
   if (change != ViewChange::layerContents) return scheduleRepaint();
   if (!surface_ || view.isHiddenOrHasHiddenAncestor()) return;
   const auto& contents = view.layer()->contents();
-  if (view.layer() == contentsLayer_ && contents) return showContents(contents);
-  scheduleRepaint();  // an opening for the picture comes or goes
+  const bool hasOpening = view.layer() == contentsLayer_;
+  // At once also where it goes: until the repaint, frames would go on coming into the panel.
+  if (hasOpening) showContents(contents);
+  if (!hasOpening || !contents) scheduleRepaint();
 }
 
 void PanelPeer::orderFrontRegardless() {

@@ -186,10 +186,9 @@ std::optional<PixelSize> PanelPainter::pictureSizeFor(PixelSize source) const {
 
 void PanelPainter::pictureChanged(const PictureChanges& changes) {
   const auto area = pictureAreaFor(store_.size());
-  if (area != pictureArea_) {
-    pictureArea_ = area;
-    if (chrome_->contents) dirty_.add(*chrome_->contents);
-  }
+  const bool isElsewhere = std::exchange(pictureArea_, area) != area;
+  if (!showsPicture_) return;
+  if (isElsewhere && chrome_->contents) dirty_.add(*chrome_->contents);
   if (isEmpty(area)) return;
   for (const auto& each : store_.changedIn(area, changes)) dirty_.add(each);
 }

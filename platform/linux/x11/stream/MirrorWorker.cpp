@@ -125,7 +125,10 @@ std::shared_ptr<const Image> MirrorWorker::commit(std::shared_ptr<const LivePict
   changes.everything |= store_.source() != picture.get();
   const auto sizes = pictureSizes(picture->size());
   const auto committed = store_.commit(std::move(picture), std::move(changes), cursor, sizes);
-  for (auto& each : panels_) each.pictureChanged(committed);
+  for (auto& each : panels_) {
+    each.pictureChanged(committed);
+    each.paint();
+  }
   return std::make_shared<CommittedImage>(std::move(queue));
 }
 

@@ -39,7 +39,8 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   /// Serves the connection again at that moment of the monotonic clock.
   void comeBackAt(double seconds);
 
-  /// Takes a frame over. Null once the queue is being released.
+  /// Takes a frame over, and paints it where the picture is shown. Null once the queue is being
+  /// released.
   std::shared_ptr<const Image> commit(std::shared_ptr<const LivePicture> picture,
                                       PictureChanges changes, const CursorMark& cursor);
 
@@ -48,7 +49,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   void removePanel(xcb_window_t window);
   /// Shows it once the window has room for it.
   void setChrome(xcb_window_t window, AwaitedChrome chrome);
-  /// Shows the picture accepted last, or none.
+  /// Shows the picture accepted last and each that is from then on, or none.
   void showPicture(xcb_window_t window, bool shows);
 
   /// Handles what has arrived, and sends what has been drawn.

@@ -23,6 +23,7 @@ void X11PanelSurface::post(std::function<void(MirrorWorker&)> work) const {
 void X11PanelSurface::moveTo(std::shared_ptr<SerialQueue> queue) {
   leaveQueue();
   queue_ = std::move(queue);
+  showsPicture_ = false;
   post([window = window_, chrome = chrome_](MirrorWorker& worker) {
     worker.addPanel(window);
     if (chrome) worker.setChrome(window, *chrome);
@@ -49,9 +50,10 @@ std::shared_ptr<const PanelChrome> X11PanelSurface::chrome() const {
 void X11PanelSurface::setContents(std::shared_ptr<const Image> image) {
   const auto committed = std::dynamic_pointer_cast<const CommittedImage>(image);
   if (committed && committed->queue() != queue_) moveTo(committed->queue());
-  post([window = window_, shows = committed != nullptr](MirrorWorker& worker) {
-    worker.showPicture(window, shows);
-  });
+  const bool shows = committed != nullptr;
+  // A picture that is shown is painted with each commit.
+  if (std::exchange(showsPicture_, shows) == shows) return;
+  post([window = window_, shows](MirrorWorker& worker) { worker.showPicture(window, shows); });
 }
 
 void X11PanelSurface::detach() {

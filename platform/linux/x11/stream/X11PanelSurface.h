@@ -32,6 +32,7 @@ class X11PanelSurface : public PanelSurface {
 
   const std::uint32_t window_;
   std::shared_ptr<SerialQueue> queue_;  // null once detached
+  bool showsPicture_ = false;           // what `queue_` has been told last
   std::optional<AwaitedChrome> chrome_;
   std::shared_ptr<const bool> attached_ = std::make_shared<const bool>(true);  // null once detached
 };
