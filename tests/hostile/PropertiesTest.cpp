@@ -90,7 +90,7 @@ TEST_F(Properties, TheApplicationIsFoundWithoutAnyHelpOfItsOwn) {
   set(source.id(), "WM_CLASS", "CARDINAL", 32, "12345678");
   expectOwnProcess();
   set(source.id(), "WM_CLIENT_MACHINE", "STRING", 8, hostName());
-  for (const std::uint32_t nonsense : {0u, 0x80000000u, 0xffffffffu}) {
+  for (const std::uint32_t nonsense : {0u, 0x00400000u, 0x80000000u, 0xffffffffu}) {
     set(source.id(), "_NET_WM_PID", "CARDINAL", 32, valuesAsBytes({nonsense}));
     expectOwnProcess();
   }

@@ -269,6 +269,38 @@ INSTANTIATE_TEST_SUITE_P(
         ParkingPlace{"FixedWithXfwm4", DisplayServer::fixed, WindowManager::xfwm4, false}),
     [](const auto& test) { return test.param.name; });
 
+TEST(ParkedFromAnUnknownProcess, AWindowIsOutOfSightAndComesBack) {
+  // The server knows no processes, as of clients on other machines.
+  ParkingBed bed({"", DisplayServer::growable, WindowManager::openbox, true},
+                 {"-extension", "X-Resource"});
+  const std::string display = bed.session().display().name();
+  TestWindow window(display, {.area = {300, 250, 400, 300}});
+  const TestWindow ofAnother(display, {.area = {100, 100, 200, 150}});
+  for (const auto id : {window.id(), ofAnother.id()}) {
+    for (const auto* each : {"_NET_WM_PID", "WM_CLASS"}) {
+      xcb_delete_property(bed.connection().get(), id, bed.connection().atom(each));
+    }
+  }
+  bed.connection().sync();
+  const auto application = bed.session().listed(window.id())->owningApplication;
+  EXPECT_EQ(application->applicationName, "Unknown");
+  EXPECT_GT(application->processID, 0);
+  EXPECT_NE(application->processID,
+            bed.session().listed(ofAnother.id())->owningApplication->processID);
+  const Rect home = window.area();
+  {
+    const ParkedWindow parked(bed, window.id());
+    EXPECT_TRUE(eventually([&] { return window.area().x >= screenWidth; })) << window.area();
+  }
+  EXPECT_TRUE(eventually([&] { return window.area() == home; })) << window.area();
+  auto& desktop = bed.session().desktop();
+  EXPECT_TRUE(desktop.hasWindows(application->processID));
+  EXPECT_TRUE(desktop.activateWindows(application->processID));
+  EXPECT_TRUE(eventually([&] { return focusedWindow(bed.connection()) == window.id(); }));
+  window.destroy();
+  EXPECT_TRUE(eventually([&] { return !desktop.hasWindows(application->processID); }));
+}
+
 /// What the display server and this process hold.
 struct Holdings {
   std::string monitors;

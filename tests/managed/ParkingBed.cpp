@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <unistd.h>
+#include <utility>
 #include <variant>
 
 #include "tests/support/XWindows.h"
@@ -16,8 +16,10 @@ using platform::accessibilityWindows;
 
 }  // namespace
 
-ParkingBed::ParkingBed(const ParkingPlace& place)
-    : session_(PrivateDisplay::Options{.windowManager = place.manager, .server = place.server}) {}
+ParkingBed::ParkingBed(const ParkingPlace& place, std::vector<std::string> serverArguments)
+    : session_(PrivateDisplay::Options{.windowManager = place.manager,
+                                       .server = place.server,
+                                       .serverArguments = std::move(serverArguments)}) {}
 
 std::optional<platform::DisplayID> ParkingBed::makeDisplay(int width, int height) {
   const auto size = [](int points) { return 2 * static_cast<std::uint32_t>(points); };
@@ -51,7 +53,11 @@ Rect ParkingBed::boundsOf(platform::DisplayID display) {
 std::shared_ptr<AccessibilityElement> ParkingBed::elementOf(xcb_window_t window) {
   auto& accessibility = *session_.providers().otherWindows;
   const auto numberOf = accessibility.windowNumberFunctionNamed("_AXUIElementGetWindow");
-  const auto application = accessibility.applicationElement(::getpid());
+  const auto record = session_.listed(window, false);
+  if (!record) {
+    throw std::runtime_error("a window is not listed");
+  }
+  const auto application = accessibility.applicationElement(record->owningApplication->processID);
   const auto [error, value] = application->copyAttributeValue(accessibilityWindows);
   if (error != platform::AccessibilityError::success) {
     throw std::runtime_error("a program has no windows that can be reached");

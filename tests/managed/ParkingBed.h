@@ -4,6 +4,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "platform/AccessibilityElement.h"
 #include "platform/VirtualDisplayClasses.h"
@@ -29,7 +30,7 @@ struct ParkingPlace {
 /// A session whose windows are parked, with the X11 half of the backend in this process.
 class ParkingBed {
  public:
-  explicit ParkingBed(const ParkingPlace& place);
+  explicit ParkingBed(const ParkingPlace& place, std::vector<std::string> serverArguments = {});
 
   ManagedSession& session() { return session_; }
   const XConnection& connection() const { return session_.connection(); }
@@ -42,8 +43,8 @@ class ParkingBed {
   /// How many displays are online.
   std::uint32_t displayCount() { return session_.providers().displays->onlineDisplayCount(); }
 
-  /// The element of this process's window of that number. Throws std::runtime_error when there is
-  /// none.
+  /// The element of the window of that number, by way of its program. Throws std::runtime_error
+  /// when there is none.
   std::shared_ptr<platform::AccessibilityElement> elementOf(xcb_window_t window);
   static std::optional<platform::Point> positionOf(platform::AccessibilityElement& element);
   static platform::AccessibilityError move(platform::AccessibilityElement& element,

@@ -26,7 +26,8 @@ const DesktopEntry* ApplicationNames::entryFor(const ApplicationHints& hints) co
 std::string ApplicationNames::nameFor(const ApplicationHints& hints) const {
   if (const auto* entry = entryFor(hints)) return entry->name;
   if (!hints.wmClass.empty()) return hints.wmClass;
-  return hints.processId ? processName(*hints.processId) : std::string();
+  const auto name = hints.processId ? processName(*hints.processId) : std::string();
+  return name.empty() ? "Unknown" : name;
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -24,7 +24,8 @@ class ApplicationNames {
 
   /// Takes notice of applications that have been installed since.
   void refresh() { entries_.refresh(); }
-  /// From the desktop entry, else the window class, else the process; empty when nothing is known.
+  /// From the desktop entry, else the window class, else the process; "Unknown" when all are
+  /// silent.
   std::string nameFor(const ApplicationHints& hints) const;
 
  private:

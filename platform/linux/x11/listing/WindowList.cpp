@@ -110,13 +110,12 @@ ApplicationHints hintsOf(WindowQuery& query) {
   return hints;
 }
 
-std::shared_ptr<const SharedApplication> applicationOf(const ApplicationNames& names,
+std::shared_ptr<const SharedApplication> applicationOf(Connection& connection,
+                                                       const ApplicationNames& names,
                                                        WindowQuery& query) {
   const auto hints = hintsOf(query);
-  auto name = names.nameFor(hints);
-  if (name.empty() && !hints.processId) return nullptr;
-  return std::make_shared<SharedApplication>(
-      SharedApplication{std::move(name), hints.processId.value_or(-1)});
+  const auto processId = hints.processId.value_or(standInProcessId(connection, query.window));
+  return std::make_shared<SharedApplication>(SharedApplication{names.nameFor(hints), processId});
 }
 
 /// Null for a window that has gone.
@@ -128,7 +127,7 @@ WindowRecord recordOf(Connection& connection, const ApplicationNames& names,
   record->windowID = query.window;
   record->title = titleOf(connection, query);
   record->frame = layout.toPoints(framed->visible);
-  record->owningApplication = applicationOf(names, query);
+  record->owningApplication = applicationOf(connection, names, query);
   record->isOnScreen = isOnScreen(query);
   record->windowLayer = layerOf(layers, query);
   return record;

@@ -114,7 +114,8 @@ std::vector<xcb_window_t> clientWindowsOf(Connection& connection, std::int32_t p
   std::vector<xcb_window_t> windows;
   auto request = requests.begin();
   for (const auto each : clients) {
-    if ((request++)->fetch() == processID) windows.push_back(each);
+    const auto known = (request++)->fetch();
+    if (known.value_or(standInProcessId(connection, each)) == processID) windows.push_back(each);
   }
   return windows;
 }

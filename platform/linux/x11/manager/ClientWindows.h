@@ -10,7 +10,7 @@ namespace vistrel::platform::linux_desktop {
 /// The windows of applications, topmost first: the window manager's own list where one runs that
 /// follows EWMH, else what can be found below the root.
 std::vector<xcb_window_t> clientWindows(Connection& connection);
-/// Those of a process, topmost first.
+/// Those of a process, or of what `standInProcessId` stands for, topmost first.
 std::vector<xcb_window_t> clientWindowsOf(Connection& connection, std::int32_t processID);
 
 }  // namespace vistrel::platform::linux_desktop

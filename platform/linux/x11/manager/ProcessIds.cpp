@@ -1,7 +1,6 @@
 #include "platform/linux/x11/manager/ProcessIds.h"
 
 #include <array>
-#include <limits>
 #include <string>
 #include <unistd.h>
 
@@ -24,10 +23,12 @@ xcb_res_query_client_ids_cookie_t askForClientIds(xcb_connection_t* connection,
   return xcb_res_query_client_ids(connection, 1, &spec);
 }
 
+/// Processes have smaller numbers (proc(5), /proc/sys/kernel/pid_max).
+constexpr std::uint32_t processIdLimit = 1 << 22;
+
 /// Null and numbers that no process can have are nonsense.
 std::optional<std::int32_t> plausible(std::optional<std::uint32_t> processId) {
-  constexpr std::uint32_t highest = std::numeric_limits<std::int32_t>::max();
-  if (!processId || *processId == 0 || *processId > highest) return std::nullopt;
+  if (!processId || *processId == 0 || *processId >= processIdLimit) return std::nullopt;
   return static_cast<std::int32_t>(*processId);
 }
 
@@ -67,6 +68,14 @@ std::optional<std::int32_t> ProcessIdRequest::fetch() {
   if (!clientIds_) return std::nullopt;
   const auto ids = clientIds_->fetch();
   return ids ? localProcessId(*ids) : std::nullopt;
+}
+
+std::int32_t standInProcessId(const Connection& connection, xcb_window_t window) {
+  // Ids have 29 bits, of which the upper ones say whose they are (X11 protocol, "Connection
+  // Setup").
+  constexpr std::uint32_t standsIn = 1 << 30;
+  const std::uint32_t client = window & ~xcb_get_setup(connection.xcb())->resource_id_mask;
+  return static_cast<std::int32_t>(standsIn | client);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -18,6 +18,7 @@ bool isSameMachine(std::string_view clientMachine, std::string_view hostName);
 class ProcessIdRequest {
  public:
   ProcessIdRequest(Connection& connection, xcb_window_t window);
+  /// None when nobody knows.
   std::optional<std::int32_t> fetch();
 
  private:
@@ -27,5 +28,9 @@ class ProcessIdRequest {
   PropertyRequest clientMachine_;
   std::optional<ClientIds> clientIds_;
 };
+
+/// What stands for the process behind a window where nobody knows that: a number that no process
+/// has, the same for all windows of one connection to the server.
+std::int32_t standInProcessId(const Connection& connection, xcb_window_t window);
 
 }  // namespace vistrel::platform::linux_desktop
