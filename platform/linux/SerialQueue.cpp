@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cassert>
 #include <cmath>
 #include <ctime>
 #include <deque>
@@ -16,6 +17,8 @@
 #include <unistd.h>
 #include <utility>
 #include <vector>
+
+#include "platform/linux/CurrentThread.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -60,10 +63,17 @@ class QueueLoop {
 
   // On the queue's thread only.
   void watch(int descriptor, std::function<void()> readable) {
+    assert(isCurrent());
     watches_[descriptor] = std::make_shared<std::function<void()>>(std::move(readable));
   }
-  void unwatch(int descriptor) { watches_.erase(descriptor); }
-  std::shared_ptr<void>& attachment() { return attachment_; }
+  void unwatch(int descriptor) {
+    assert(isCurrent());
+    watches_.erase(descriptor);
+  }
+  std::shared_ptr<void>& attachment() {
+    assert(isCurrent());
+    return attachment_;
+  }
 
  private:
   enum class Ending { none, afterBlocks, now };
@@ -300,6 +310,9 @@ double monotonicNow() {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-void shutDownSerialQueues() { Threads::shared().stopAll(); }
+void shutDownSerialQueues() {
+  assert(isMainThread());
+  Threads::shared().stopAll();
+}
 
 }  // namespace vistrel::platform::linux_desktop

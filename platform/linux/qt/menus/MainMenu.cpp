@@ -2,8 +2,10 @@
 
 #include <QCoreApplication>
 #include <QShortcut>
+#include <cassert>
 #include <utility>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/menus/ShownMenu.h"
 #include "platform/linux/qt/paint/PlainText.h"
 
@@ -33,16 +35,19 @@ int measuredBarHeight(const Menu& menu) {
 }  // namespace
 
 void MainMenu::setMenu(std::shared_ptr<Menu> menu) {
+  assert(isMainThread());
   menu_ = std::move(menu);
   barHeight_ = menu_ ? measuredBarHeight(*menu_) : 0;
 }
 
 void MainMenu::setWindowsMenu(const std::shared_ptr<Menu>& menu) {
+  assert(isMainThread());
   windowsMenu_ = menu;
   listingWindowsMenu_ = menu ? withOpenWindows(menu, windows_) : nullptr;
 }
 
 void MainMenu::fill(QMenuBar& bar) const {
+  assert(isMainThread());
   bar.clear();
   if (!menu_) return;
   const auto shower =

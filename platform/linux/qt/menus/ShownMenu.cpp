@@ -7,9 +7,11 @@
 #include <QStyleOptionMenuItem>
 #include <QTimer>
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 #include "platform/Dispatch.h"
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/menus/ActiveWindow.h"
 #include "platform/linux/qt/paint/Legibility.h"
 #include "platform/linux/qt/paint/PlainText.h"
@@ -105,12 +107,14 @@ void ShownMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* act
 }
 
 void ShownMenu::itemsDidChange() {
+  assert(isMainThread());
   if (std::exchange(isStale_, true)) return;
   // Once for all the changes of one refill. The desktop's own bar may show it while this does not.
   QTimer::singleShot(0, this, [this] { refill(); });
 }
 
 void ShownMenu::refill() {
+  assert(isMainThread());
   if (!std::exchange(isStale_, false)) return;
   const QString highlighted = activeAction() == nullptr ? QString() : activeAction()->text();
   const auto& items = menu_->items();

@@ -2,8 +2,10 @@
 
 #include <QImage>
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/paint/Colors.h"
 #include "platform/linux/qt/paint/PainterContext.h"
 #include "platform/linux/qt/space/QtSpace.h"
@@ -42,6 +44,7 @@ int cornerRadiusInPixels(const View& contentView, double pixelsPerPoint) {
 }  // namespace
 
 PaintedChrome paintChrome(View& contentView, int width, int height, double pixelsPerPoint) {
+  assert(isMainThread());
   PaintedChrome painted;
   PanelChrome& chrome = painted.chrome;
   chrome.width = width;

@@ -3,8 +3,11 @@
 #include <QApplication>
 #include <QStyle>
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <utility>
+
+#include "platform/linux/CurrentThread.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -40,6 +43,7 @@ RollAnimation::RollAnimation(std::function<void()> step) : step_(std::move(step)
 }
 
 void RollAnimation::start(int from, int to) {
+  assert(isMainThread());
   duration_ = rollDuration();
   if (duration_ <= 0) return;
   from_ = from;

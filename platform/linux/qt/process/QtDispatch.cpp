@@ -4,12 +4,14 @@
 #include <QEvent>
 #include <QTimer>
 #include <algorithm>
+#include <cassert>
 #include <chrono>
 #include <cmath>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/SerialQueue.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -90,6 +92,7 @@ class RunLoopTimer final : public Timer, public std::enable_shared_from_this<Run
   }
 
   void start() {
+    assert(isMainThread());
     if (const auto runLoop = runLoop_.lock()) runLoop->insert(shared_from_this());
     timer_.start(millisecondsUpFrom(seconds_));
   }
@@ -137,6 +140,7 @@ std::shared_ptr<DispatchQueue> QtDispatch::makeSerialQueue(std::string label,
 }
 
 std::shared_ptr<Timer> QtDispatch::scheduledTimer(double seconds, bool repeats, Block block) {
+  assert(isMainThread());
   auto timer = std::make_shared<RunLoopTimer>(seconds, repeats, std::move(block), timers_);
   timer->start();
   return timer;
@@ -147,6 +151,7 @@ std::shared_ptr<Semaphore> QtDispatch::makeSemaphore(int value) {
 }
 
 void QtDispatch::finish() {
+  assert(isMainThread());
   const RunLoopTimers dropped = std::exchange(*timers_, {});
   for (const auto& timer : dropped) timer->invalidate();
   QCoreApplication::sendPostedEvents(&mainQueue_);

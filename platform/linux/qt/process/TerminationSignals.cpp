@@ -1,12 +1,15 @@
 #include "platform/linux/qt/process/TerminationSignals.h"
 
 #include <array>
+#include <cassert>
 #include <cerrno>
 #include <cstdint>
 #include <signal.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 #include <utility>
+
+#include "platform/linux/CurrentThread.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -40,6 +43,7 @@ void setHandler(int signal, void (*handler)(int)) {
 TerminationSignals::TerminationSignals(std::function<void()> asked)
     : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       notifier_(descriptor_, QSocketNotifier::Read) {
+  assert(isMainThread());
   wakeUpDescriptor = descriptor_;
   QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_,
                    [this, work = std::move(asked)] {

@@ -3,8 +3,10 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <cassert>
 
 #include "platform/Event.h"
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/space/QtSpace.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -23,6 +25,7 @@ Point pointerPixel() {
 }  // namespace
 
 Point pointerLocation(const ScreenLayout& layout) {
+  assert(isMainThread());
   const Point pixel = innermost != nullptr ? innermost->pixel_ : pointerPixel();
   return layout.flipped(layout.at(pixel).toPoints(pixel));
 }

@@ -1,12 +1,15 @@
 #include "platform/linux/qt/space/QtConnection.h"
 
 #include <QGuiApplication>
+#include <cassert>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/XcbRequests.h"
 
 namespace vistrel::platform::linux_desktop {
 
 xcb_connection_t* qtConnection() {
+  assert(isMainThread());
   const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   return x11 == nullptr ? nullptr : x11->connection();
 }

@@ -3,7 +3,10 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <algorithm>
+#include <cassert>
 #include <cmath>
+
+#include "platform/linux/CurrentThread.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -44,6 +47,7 @@ QRect QtScreen::fromPixels(const PixelRect& pixels) const {
 }
 
 std::vector<QtScreen> qtScreens() {
+  assert(isMainThread());
   std::vector<QtScreen> screens;
   for (const QScreen* each : QGuiApplication::screens()) screens.push_back(QtScreen::of(*each));
   return screens;

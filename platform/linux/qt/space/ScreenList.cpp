@@ -4,8 +4,10 @@
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/HiddenMonitorName.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -111,6 +113,7 @@ std::optional<Screen> ScreenList::main() const {
 }
 
 void ScreenList::layOut() {
+  assert(isMainThread());
   if (!readScreens()) return;
   changed_.start();
   publish();

@@ -3,6 +3,9 @@
 #include <QDBusError>
 #include <QDBusVariant>
 #include <QTextStream>
+#include <cassert>
+
+#include "platform/linux/CurrentThread.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -49,6 +52,7 @@ void ExportedObject::emitSignal(const QString& name, const QVariantList& argumen
 
 bool ExportedObject::handleMessage(const QDBusMessage& message,
                                    const QDBusConnection& /*connection*/) {
+  assert(isMainThread());
   const Method* const method = methodFor(message);
   if (method == nullptr) return false;
   const auto results = message.signature() == method->arguments.join(QString())

@@ -4,8 +4,10 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <cassert>
 #include <vector>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/paint/ApplicationIcon.h"
 #include "platform/linux/qt/paint/PlainText.h"
 
@@ -50,6 +52,7 @@ void setTexts(const Alert& alert, QMessageBox& box) {
 }  // namespace
 
 int runAlertBox(const Alert& alert) {
+  assert(isMainThread());
   QMessageBox box(QApplication::activeWindow());
   setTexts(alert, box);
   const auto buttons = addButtons(alert, box);

@@ -1,22 +1,28 @@
 #include "platform/linux/qt/windows/PeerHost.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
+
+#include "platform/linux/CurrentThread.h"
 
 namespace vistrel::platform::linux_desktop {
 
 HostedPeer::HostedPeer(Window& window, std::shared_ptr<PeerHost> host)
     : window_(window), host_(std::move(host)) {
+  assert(isMainThread());
   host_->peers_.push_back(this);
   host_->windowsChanged_();
 }
 
 HostedPeer::~HostedPeer() {
+  assert(isMainThread());
   std::erase(host_->peers_, this);
   host_->windowsChanged_();
 }
 
 std::vector<std::shared_ptr<Window>> PeerHost::openWindows() const {
+  assert(isMainThread());
   std::vector<std::shared_ptr<Window>> windows;
   for (const HostedPeer* peer : peers_) {
     Window& window = peer->window();
@@ -27,6 +33,7 @@ std::vector<std::shared_ptr<Window>> PeerHost::openWindows() const {
 }
 
 Window* PeerHost::keyWindow() const {
+  assert(isMainThread());
   const auto key = std::find_if(peers_.begin(), peers_.end(),
                                 [](const HostedPeer* peer) { return peer->hasKeyboard(); });
   return key == peers_.end() ? nullptr : &(*key)->window();
@@ -65,6 +72,7 @@ void PeerHost::saveFrames() {
 }
 
 void PeerHost::close() {
+  assert(isMainThread());
   isOpen_ = false;
   for (HostedPeer* peer : peers_) peer->retire();
 }

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <charconv>
 #include <optional>
 #include <sys/uio.h>
 #include <xcb/xcbext.h>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/HiddenMonitorName.h"
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/Manager.h"
@@ -123,6 +125,7 @@ void removeAbandonedMonitors(Connection& connection) {
 }
 
 std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size) {
+  assert(isMainThread());
   auto connection = Connection::open();
   if (!connection) refuse([] { return "the display refuses another connection"; });
   if (!connection || !canHideMonitors(*connection)) return nullptr;
@@ -145,6 +148,7 @@ HiddenMonitor::HiddenMonitor(std::unique_ptr<Connection> connection)
 }
 
 HiddenMonitor::~HiddenMonitor() {
+  assert(isMainThread());
   {
     const ServerGrab grab(*connection_);
     withdraw();
@@ -154,6 +158,7 @@ HiddenMonitor::~HiddenMonitor() {
 }
 
 bool HiddenMonitor::place(const PixelRect& wanted) {
+  assert(isMainThread());
   const ServerGrab grab(*connection_);
   auto all = monitorsOf(*connection_);
   std::erase_if(all, [this](const ListedMonitor& each) { return each.id == id_; });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <string>
 #include <utility>
 #include <xcb/shape.h>
@@ -101,6 +102,7 @@ std::optional<AwaitedChrome> PanelPainter::takeNextChrome() {
 }
 
 void PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
+  assert(thread_.isCurrent());
   const auto former = std::exchange(chrome_, std::move(chrome));
   if (former && sameLayout(*former, *chrome_)) {
     const auto [first, count] = differingRows(*former, *chrome_);
@@ -185,6 +187,7 @@ std::optional<PixelSize> PanelPainter::pictureSizeFor(PixelSize source) const {
 }
 
 void PanelPainter::pictureChanged(const PictureChanges& changes) {
+  assert(thread_.isCurrent());
   const auto area = pictureAreaFor(store_.size());
   const bool isElsewhere = std::exchange(pictureArea_, area) != area;
   if (!showsPicture_) return;
@@ -194,12 +197,14 @@ void PanelPainter::pictureChanged(const PictureChanges& changes) {
 }
 
 void PanelPainter::setShowsPicture(bool shows) {
+  assert(thread_.isCurrent());
   if (shows == showsPicture_) return;
   showsPicture_ = shows;
   if (chrome_ && chrome_->contents) dirty_.add(*chrome_->contents);
 }
 
 void PanelPainter::paint() {
+  assert(thread_.isCurrent());
   if (!chrome_) return;
   for (const auto& each : dirty_) compose(intersection(each, rectOf(back_.size)));
   std::optional<ServerGrab> grab;
@@ -265,6 +270,7 @@ void PanelPainter::copyToWindow(const PixelRect& area) {
 }
 
 void PanelPainter::handle(const xcb_generic_event_t& event) {
+  assert(thread_.isCurrent());
   if (typeOf(event) == XCB_EXPOSE) {
     const auto& expose = eventAs<xcb_expose_event_t>(event);
     if (expose.window != window_ || !chrome_) return;

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/PanelSurface.h"
 #include "platform/linux/x11/panel/AwaitedChromes.h"
 #include "platform/linux/x11/picture/Drawing.h"
@@ -55,6 +56,7 @@ class PanelPainter {
   void shapeWindow();
   bool hasSmoothCorners() const { return depth_ == 32 && composited_; }
 
+  const OwnThread thread_;
   Connection& connection_;
   const PictureStore& store_;
   const xcb_window_t window_;

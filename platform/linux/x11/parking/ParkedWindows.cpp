@@ -1,5 +1,8 @@
 #include "platform/linux/x11/parking/ParkedWindows.h"
 
+#include <cassert>
+
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/parking/RequestedOrigin.h"
@@ -20,6 +23,7 @@ ParkedWindows::~ParkedWindows() {
 }
 
 std::optional<Point> ParkedWindows::positionOf(xcb_window_t window) {
+  assert(isMainThread());
   // It may still be on its way to where it was last asked to be.
   awaitManager(connection_);
   const auto place = placeOf(window);
@@ -31,6 +35,7 @@ std::optional<Point> ParkedWindows::positionOf(xcb_window_t window) {
 }
 
 bool ParkedWindows::move(xcb_window_t window, Point position) {
+  assert(isMainThread());
   const auto found = placeOf(window);
   if (!found) {
     trace(TraceTopic::manager, [&] { return windowText(window) + " has gone, and is not moved"; });

@@ -1,6 +1,7 @@
 #include "platform/linux/x11/picture/PictureStore.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 namespace vistrel::platform::linux_desktop {
@@ -23,6 +24,7 @@ LevelRange levelRangeFor(PixelSize source, const std::vector<PixelSize>& sizes) 
 PictureChanges PictureStore::commit(std::shared_ptr<const LivePicture> source,
                                     PictureChanges changes, CursorMark cursor,
                                     const std::vector<PixelSize>& sizes) {
+  assert(thread_.isCurrent());
   source_ = std::move(source);
   const auto range = levelRangeFor(source_->size(), sizes);
   changes.everything |= chain_.sourceSize() != source_->size() || range.finest < chain_.finest();
@@ -42,6 +44,7 @@ PictureChanges PictureStore::commit(std::shared_ptr<const LivePicture> source,
 
 void PictureStore::prepareFor(const std::vector<PixelSize>& sizes,
                               const LivePicture* unchangedSource) {
+  assert(thread_.isCurrent());
   if (!hasPicture()) return;
   const auto range = levelRangeFor(chain_.sourceSize(), sizes);
   if (range.finest < chain_.finest() && unchangedSource) {
@@ -53,6 +56,7 @@ void PictureStore::prepareFor(const std::vector<PixelSize>& sizes,
 
 void PictureStore::draw(const Picture& target, const PixelRect& place,
                         const PixelRect& area) const {
+  assert(thread_.isCurrent());
   chain_.draw(target, place, area);
   if (!isEmpty(cursor_.area)) drawCursor(target, place, area);
 }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/x11/picture/MipChain.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -54,6 +55,7 @@ class PictureStore {
  private:
   void drawCursor(const Picture& target, const PixelRect& place, const PixelRect& area) const;
 
+  const OwnThread thread_;
   Connection& connection_;
   MipChain chain_;
   std::shared_ptr<const LivePicture> source_;

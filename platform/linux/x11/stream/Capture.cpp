@@ -1,5 +1,6 @@
 #include "platform/linux/x11/stream/Capture.h"
 
+#include <cassert>
 #include <utility>
 
 #include "platform/linux/SerialQueue.h"
@@ -31,18 +32,21 @@ Capture::Capture(MirrorWorker& worker, std::unique_ptr<SourceWindow> source,
       pacing_(intervalOf(configuration)) {}
 
 void Capture::setConfiguration(const StreamConfiguration& configuration) {
+  assert(thread_.isCurrent());
   configuration_ = configuration;
   pacing_.setInterval(intervalOf(configuration));
   cursorMayHaveMoved_ = true;
 }
 
 void Capture::handle(const xcb_generic_event_t& event) {
+  assert(thread_.isCurrent());
   source_->handle(event);
   cursor_.handle(event, *source_);
   cursorMayHaveMoved_ |= typeOf(event) == XCB_ENTER_NOTIFY || typeOf(event) == XCB_LEAVE_NOTIFY;
 }
 
 void Capture::proceed() {
+  assert(thread_.isCurrent());
   if (ended_) return;
   source_->refresh();
   if (source_->isGone()) return fail({"The window has been closed."});
@@ -121,6 +125,7 @@ void Capture::fail(const Error& error) {
 }
 
 bool Capture::isUnchangedSinceCommit() {
+  assert(thread_.isCurrent());
   // Asking takes the news away without a frame.
   owesFrame_ |= source_->hasChanges();
   askForChanges();
@@ -129,6 +134,7 @@ bool Capture::isUnchangedSinceCommit() {
 }
 
 std::shared_ptr<const Image> Capture::commit() {
+  assert(thread_.isCurrent());
   collectChanges();
   takeAskedCursor();
   return worker_.commit(source_->picture(), std::exchange(uncommitted_, {}), cursorMark_);

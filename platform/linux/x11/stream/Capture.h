@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cassert>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 
 #include "platform/ScreenCapture.h"
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/x11/picture/SampleGrid.h"
 #include "platform/linux/x11/source/CursorOverlay.h"
 #include "platform/linux/x11/source/FramePacing.h"
@@ -47,6 +49,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
   std::shared_ptr<const Image> commit();
   /// As `PixelBuffer::visitSampleGrid`.
   bool visitSampleGrid(int rows, int columns, const std::function<bool(PixelBGRA)>& visit) {
+    assert(thread_.isCurrent());
     return grid_.visit(*source_->picture(), rows, columns, visit);
   }
 
@@ -63,6 +66,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
   void collectChanges();
   void deliver(double now);
 
+  const OwnThread thread_;
   MirrorWorker& worker_;
   std::unique_ptr<SourceWindow> source_;
   StreamConfiguration configuration_;

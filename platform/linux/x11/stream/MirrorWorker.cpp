@@ -1,6 +1,7 @@
 #include "platform/linux/x11/stream/MirrorWorker.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 namespace vistrel::platform::linux_desktop {
@@ -30,6 +31,7 @@ MirrorWorker::MirrorWorker(const std::shared_ptr<SerialQueue>& queue,
 std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window,
                                                 const StreamConfiguration& configuration,
                                                 Capture::Receiver receiver) {
+  assert(thread_.isCurrent());
   if (captureOf(key)) return Error{"The stream is running already."};
   if (!connection_->extensions().offersCapture) {
     return Error{"The display server does not offer capturing windows."};
@@ -70,6 +72,7 @@ Capture* MirrorWorker::captureOf(const void* key) {
 }
 
 void MirrorWorker::stopCapture(const void* key) {
+  assert(thread_.isCurrent());
   auto* const capture = captureOf(key);
   if (!capture) return;
   auto source = capture->takeSource();
@@ -78,6 +81,7 @@ void MirrorWorker::stopCapture(const void* key) {
 }
 
 void MirrorWorker::comeBackAt(double seconds) {
+  assert(thread_.isCurrent());
   if (comingBackAt_ && *comingBackAt_ <= seconds) return;
   const auto queue = queue_.lock();
   if (!queue) return;
@@ -92,6 +96,7 @@ void MirrorWorker::comeBackAt(double seconds) {
 }
 
 void MirrorWorker::serve() {
+  assert(thread_.isCurrent());
   connection_->serve([this](const xcb_generic_event_t& event) { handle(event); },
                      [this] {
                        for (const auto& each : captures_) each.capture->proceed();
@@ -119,6 +124,7 @@ void MirrorWorker::lose() {
 std::shared_ptr<const Image> MirrorWorker::commit(std::shared_ptr<const LivePicture> picture,
                                                   PictureChanges changes,
                                                   const CursorMark& cursor) {
+  assert(thread_.isCurrent());
   auto queue = queue_.lock();
   if (!queue) return nullptr;
   // Another window's picture differs altogether.
@@ -156,15 +162,18 @@ PanelPainter* MirrorWorker::panelOf(xcb_window_t window) {
 }
 
 void MirrorWorker::addPanel(xcb_window_t window) {
+  assert(thread_.isCurrent());
   panels_.emplace_back(*connection_, store_, window);
 }
 
 void MirrorWorker::removePanel(xcb_window_t window) {
+  assert(thread_.isCurrent());
   panels_.remove_if([&](const PanelPainter& each) { return each.window() == window; });
   connection_->sync();
 }
 
 void MirrorWorker::setChrome(xcb_window_t window, AwaitedChrome chrome) {
+  assert(thread_.isCurrent());
   auto* const panel = panelOf(window);
   if (!panel) return;
   panel->awaitChrome(std::move(chrome));
@@ -186,6 +195,7 @@ void MirrorWorker::showNextChrome(PanelPainter& panel) {
 }
 
 void MirrorWorker::showPicture(xcb_window_t window, bool shows) {
+  assert(thread_.isCurrent());
   auto* const panel = panelOf(window);
   if (!panel) return;
   panel->setShowsPicture(shows);

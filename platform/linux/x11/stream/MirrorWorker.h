@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/ScreenCapture.h"
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/panel/PanelPainter.h"
 #include "platform/linux/x11/picture/PictureStore.h"
@@ -74,6 +75,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   std::vector<PixelSize> pictureSizes(PixelSize source) const;
   const LivePicture* unchangedSource();
 
+  const OwnThread thread_;
   std::weak_ptr<SerialQueue> queue_;
   std::function<void()> onLost_;
   std::unique_ptr<Connection> connection_;

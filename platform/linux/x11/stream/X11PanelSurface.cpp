@@ -1,7 +1,9 @@
 #include "platform/linux/x11/stream/X11PanelSurface.h"
 
+#include <cassert>
 #include <utility>
 
+#include "platform/linux/CurrentThread.h"
 #include "platform/linux/x11/stream/MirrorWorker.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -31,6 +33,7 @@ void X11PanelSurface::moveTo(std::shared_ptr<SerialQueue> queue) {
 }
 
 void X11PanelSurface::setChrome(PanelChrome chrome, std::function<void()> shown) {
+  assert(isMainThread());
   auto isShown = [attached = std::weak_ptr(attached_), shown = std::move(shown)] {
     if (!shown) return;
     mainQueue().async([attached, shown] {
@@ -48,6 +51,7 @@ std::shared_ptr<const PanelChrome> X11PanelSurface::chrome() const {
 }
 
 void X11PanelSurface::setContents(std::shared_ptr<const Image> image) {
+  assert(isMainThread());
   const auto committed = std::dynamic_pointer_cast<const CommittedImage>(image);
   if (committed && committed->queue() != queue_) moveTo(committed->queue());
   const bool shows = committed != nullptr;
@@ -57,6 +61,7 @@ void X11PanelSurface::setContents(std::shared_ptr<const Image> image) {
 }
 
 void X11PanelSurface::detach() {
+  assert(isMainThread());
   attached_.reset();
   leaveQueue();
 }
