@@ -39,23 +39,16 @@ std::optional<AwaitedChrome> AwaitedChromes::takeFor(PixelSize window, Beside be
     chromes_.erase(chromes_.begin(), newest.base());
   }
   if (beside == Beside::nothing) return taken;
-  const auto askForLess = askingForLess(window);
-  if (!taken) {
-    askForLess();
+  const auto less = std::find_if(
+      chromes_.rbegin(), chromes_.rend(),
+      [&](const AwaitedChrome& each) { return hasRoomFor(*each.chrome, window); });
+  if (less == chromes_.rend()) return taken;
+  if (taken) {
+    taken->shown = less->shown;
   } else {
-    taken->shown = [shown = std::move(taken->shown), askForLess] {
-      shown();
-      askForLess();
-    };
+    less->shown();
   }
   return taken;
-}
-
-std::function<void()> AwaitedChromes::askingForLess(PixelSize window) const {
-  const auto newest =
-      std::find_if(chromes_.rbegin(), chromes_.rend(),
-                   [&](const AwaitedChrome& each) { return hasRoomFor(*each.chrome, window); });
-  return newest != chromes_.rend() ? newest->shown : [] {};
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -27,14 +27,12 @@ class AwaitedChromes {
   void add(AwaitedChrome chrome);
   /// Takes out the newest that a window of that size has room for, and drops those before it. None
   /// when there is no such chrome. Where a person would see the manager's frame beside it, it must
-  /// fill the window; the newest that has room but does not fill it asks for a smaller window,
-  /// after one that does is shown: whoever is told takes the last word for what is shown.
+  /// fill the window; the newest that has room but does not fill it has the window made smaller,
+  /// once one that does is shown. That one does not say that it is: where the window was asked to
+  /// be smaller before, it would grow again and show the manager's frame.
   std::optional<AwaitedChrome> takeFor(PixelSize window, Beside beside);
 
  private:
-  /// What has the window made smaller; does nothing where no chrome needs it.
-  std::function<void()> askingForLess(PixelSize window) const;
-
   std::deque<AwaitedChrome> chromes_;  // oldest first
 };
 
