@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/linux/qt/panel/PanelAccessible.h"
-#include "platform/linux/qt/windows/ScreenReaders.h"
 
 namespace vistrel::platform::linux_desktop {
 

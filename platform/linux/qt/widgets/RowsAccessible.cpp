@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/linux/qt/widgets/RowsView.h"
-#include "platform/linux/qt/windows/ScreenReaders.h"
 
 namespace vistrel::platform::linux_desktop {
 

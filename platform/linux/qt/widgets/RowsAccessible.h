@@ -3,7 +3,7 @@
 #include <QAccessibleWidget>
 #include <map>
 
-#include "platform/linux/qt/windows/LeafAccessible.h"
+#include "platform/linux/qt/windows/ScreenReaders.h"
 
 namespace vistrel::platform::linux_desktop {
 
