@@ -27,6 +27,16 @@ Qt::CursorShape shapeOf(Cursor cursor) {
   return cursor == Cursor::crosshair ? Qt::CrossCursor : Qt::ArrowCursor;
 }
 
+/// `ModifierFlags`: Control stands in for Command.
+std::uint64_t modifierFlags(Qt::KeyboardModifiers modifiers) {
+  std::uint64_t flags = modifierNone;
+  if (modifiers.testFlag(Qt::ShiftModifier)) flags |= modifierShift;
+  if (modifiers.testFlag(Qt::AltModifier)) flags |= modifierOption;
+  if (modifiers.testFlag(Qt::ControlModifier)) flags |= modifierCommand;
+  if (modifiers.testFlag(Qt::MetaModifier)) flags |= modifierControl;
+  return flags;
+}
+
 }  // namespace
 
 PanelWindow::PanelWindow(platform::Window& window, Callbacks callbacks)

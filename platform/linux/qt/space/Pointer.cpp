@@ -5,7 +5,6 @@
 #include <QScreen>
 #include <cassert>
 
-#include "platform/Event.h"
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/space/QtSpace.h"
 
@@ -35,14 +34,5 @@ DispatchedPosition::DispatchedPosition(Point pixel) : pixel_(pixel), outer_(inne
 }
 
 DispatchedPosition::~DispatchedPosition() { innermost = outer_; }
-
-std::uint64_t modifierFlags(Qt::KeyboardModifiers modifiers) {
-  std::uint64_t flags = modifierNone;
-  if (modifiers.testFlag(Qt::ShiftModifier)) flags |= modifierShift;
-  if (modifiers.testFlag(Qt::AltModifier)) flags |= modifierOption;
-  if (modifiers.testFlag(Qt::ControlModifier)) flags |= modifierCommand;
-  if (modifiers.testFlag(Qt::MetaModifier)) flags |= modifierControl;
-  return flags;
-}
 
 }  // namespace vistrel::platform::linux_desktop

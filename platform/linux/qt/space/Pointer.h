@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <qnamespace.h>
-
 #include "platform/Geometry.h"
 #include "platform/linux/ScreenLayout.h"
 
@@ -26,8 +23,5 @@ class DispatchedPosition {
 
   friend Point pointerLocation(const ScreenLayout& layout);
 };
-
-/// The toolkit's keyboard modifiers as `ModifierFlags`: Control stands in for Command.
-std::uint64_t modifierFlags(Qt::KeyboardModifiers modifiers);
 
 }  // namespace vistrel::platform::linux_desktop
