@@ -1,6 +1,7 @@
 #include "platform/linux/XdgDirectories.h"
 
 #include <sstream>
+#include <utility>
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -10,8 +10,9 @@
 namespace vistrel::platform::linux_desktop {
 
 // The directories of the XDG Base Directory Specification 0.8, each from its variable or its
-// default. Paths that are not absolute are left out, as the specification has it, and so is what
-// would be below a HOME that is not. They need not exist.
+// default. Paths that are not absolute are left out, as the specification has it, and a variable
+// without any other is as if it were not set; what would be below a HOME that is not absolute is
+// left out too. They need not exist.
 
 /// Gives a variable of the environment, empty where it is not set.
 using Variables = std::function<std::string(const char* name)>;
