@@ -6,7 +6,6 @@
 #include "mirror/FrameAcceptance.h"
 #include "mirror/Freshness.h"
 #include "mirror/LiveDotColors.h"
-#include "mirror/LiveDotColors.h"
 #include "mirror/WindowMirrorHUDController.h"
 
 namespace vistrel {

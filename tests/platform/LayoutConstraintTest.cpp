@@ -58,8 +58,8 @@ TEST_F(LayoutConstraintTest, ChoosesByTheOrderOfTheConstraintsWhereSeveralAreEqu
   // Either view's own width would settle both.
   const auto framesOf = [this](const std::shared_ptr<View>& left,
                                const std::shared_ptr<View>& right) {
-    solveConstraints(*container_, {{left, trailing, right, leading, 0},
-                                   {right, centerX, left, centerX, 100}});
+    solveConstraints(*container_,
+                     {{left, trailing, right, leading, 0}, {right, centerX, left, centerX, 100}});
     return std::pair(left->frame(), right->frame());
   };
   const auto one = added({50, 20});

@@ -39,9 +39,9 @@ std::optional<AwaitedChrome> AwaitedChromes::takeFor(PixelSize window, Beside be
     chromes_.erase(chromes_.begin(), newest.base());
   }
   if (beside == Beside::nothing) return taken;
-  const auto less = std::find_if(
-      chromes_.rbegin(), chromes_.rend(),
-      [&](const AwaitedChrome& each) { return hasRoomFor(*each.chrome, window); });
+  const auto less =
+      std::find_if(chromes_.rbegin(), chromes_.rend(),
+                   [&](const AwaitedChrome& each) { return hasRoomFor(*each.chrome, window); });
   if (less == chromes_.rend()) return taken;
   if (taken) {
     taken->shown = less->shown;
