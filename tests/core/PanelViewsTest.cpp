@@ -305,6 +305,8 @@ TEST_F(ContentViewTest, TakesTheScaleOfItsWindow) {
   EXPECT_EQ(content_->layer()->contentsScale(), 1);
   panel_->setFrameOrigin({1100, 100});
   EXPECT_EQ(content_->layer()->contentsScale(), 3);
+  windows().moveWindow(*panel_, panelFrame);
+  EXPECT_EQ(content_->layer()->contentsScale(), 1);
 }
 
 TEST_F(ContentViewTest, TakesADoubleScaleWithoutAWindow) {
