@@ -152,6 +152,8 @@ ManagedSession::ManagedSession(const PrivateDisplay::Options& options) : display
   }
 }
 
+ManagedSession::~ManagedSession() { platform::linux_desktop::shutDownSerialQueues(); }
+
 std::vector<platform::WindowRecord> ManagedSession::listed(platform::ListedWindows which) {
   using Content = std::shared_ptr<const platform::ShareableContent>;
   const auto answer = std::make_shared<Answer<Content>>();

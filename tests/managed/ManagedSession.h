@@ -51,6 +51,9 @@ class ManagedSession {
   explicit ManagedSession(WindowManager manager)
       : ManagedSession(PrivateDisplay::Options{.windowManager = manager}) {}
   explicit ManagedSession(const PrivateDisplay::Options& options);
+  ~ManagedSession();
+  ManagedSession(const ManagedSession&) = delete;
+  ManagedSession& operator=(const ManagedSession&) = delete;
 
   PrivateDisplay& display() { return display_; }
   const XConnection& connection() const { return connection_; }
