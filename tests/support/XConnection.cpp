@@ -20,10 +20,17 @@ XReply<xcb_get_property_reply_t> property(const XConnection& connection, xcb_win
                              nullptr));
 }
 
+// Private displays want no authority. libXau, asked for one, would use static memory that the
+// backend may be using on another thread.
+xcb_connection_t* connectWithoutAuthority(const std::string& display) {
+  xcb_auth_info_t none{};
+  return xcb_connect_to_display_with_auth_info(display.c_str(), &none, nullptr);
+}
+
 }  // namespace
 
 XConnection::XConnection(const std::string& display)
-    : connection_(xcb_connect(display.c_str(), nullptr)) {
+    : connection_(connectWithoutAuthority(display)) {
   if (xcb_connection_has_error(connection_) != 0) {
     xcb_disconnect(connection_);
     throw std::runtime_error("no connection to display " + display);
