@@ -11,15 +11,15 @@ bool awaitEvents(Connection& connection, double deadline,
                  const std::function<void(const xcb_generic_event_t&)>& handle,
                  const std::function<bool()>& isDone) {
   while (!isDone()) {
-    if (connection.isLost()) return false;
+    // Before any event: somebody may make them faster than they can be handled.
+    const double left = deadline - monotonicNow();
+    if (left <= 0 || connection.isLost()) return false;
     // The answer to what `isDone` asked may have brought the event along, so the descriptor would
     // tell nothing of it.
     if (const auto event = connection.pollEvent()) {
       handle(*event);
       continue;
     }
-    const double left = deadline - monotonicNow();
-    if (left <= 0) return false;
     pollfd incoming{connection.descriptor(), POLLIN, 0};
     poll(&incoming, 1, static_cast<int>(std::ceil(left * 1000)));
   }
