@@ -1,5 +1,7 @@
 #include "platform/linux/XdgDirectories.h"
 
+#include <algorithm>
+#include <iterator>
 #include <sstream>
 #include <utility>
 
@@ -27,11 +29,13 @@ std::vector<fs::path> absolutePathsIn(const std::string& list) {
   return paths;
 }
 
-std::vector<fs::path> searched(const fs::path& personal, const std::string& system,
+std::vector<fs::path> searched(fs::path personal, const std::string& system,
                                const std::string& fallback) {
-  auto directories = absolutePathsIn(system);
-  if (directories.empty()) directories = absolutePathsIn(fallback);
-  if (!personal.empty()) directories.insert(directories.begin(), personal);
+  std::vector<fs::path> directories;
+  if (!personal.empty()) directories.push_back(std::move(personal));
+  auto others = absolutePathsIn(system);
+  if (others.empty()) others = absolutePathsIn(fallback);
+  std::move(others.begin(), others.end(), std::back_inserter(directories));
   return directories;
 }
 
