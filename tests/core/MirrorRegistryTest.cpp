@@ -155,6 +155,7 @@ class ClosingCallsOutTest : public MirrorRegistryTest {
   void openParkedMirrors(const std::function<void()>& reaction) {
     for (int i = 0; i < 3; ++i) {
       const auto source = openSource();
+      sources_.push_back(source);
       manager_->mirror(source);
       mirrorOf(source).toggleKeepAwake();
       panels_.push_back(mirrorOf(source).panel());
@@ -167,6 +168,7 @@ class ClosingCallsOutTest : public MirrorRegistryTest {
     for (const auto& panel : panels_) EXPECT_FALSE(panel->isVisible());
   }
 
+  std::vector<platform::WindowRecord> sources_;
   std::vector<std::shared_ptr<platform::Window>> panels_;
   bool hasReacted_ = false;
 };
@@ -178,6 +180,16 @@ TEST_F(ClosingCallsOutTest, MirrorOpenedMeanwhileStaysOpen) {
   expectAllClosed();
   ASSERT_EQ(manager_->mirrors().size(), 1U);
   EXPECT_TRUE(mirrorOf(opened).panel()->isVisible());
+}
+
+// Each mirror's onClosed would have the registry forget what it holds under that source.
+TEST_F(ClosingCallsOutTest, CallsNoOnClosed) {
+  openParkedMirrors([&] {
+    for (const auto& source : sources_) manager_->mirror(source);
+  });
+  manager_->closeAll();
+  expectAllClosed();
+  EXPECT_EQ(manager_->mirrors().size(), sources_.size());
 }
 
 TEST_F(ClosingCallsOutTest, AllMayBeClosedMeanwhile) {
