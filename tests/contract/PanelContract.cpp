@@ -121,7 +121,8 @@ TEST_F(PanelContract, TellsItsViewsTheScaleOfTheScreenThatItMovesTo) {
   ASSERT_TRUE(eventuallyShown());
   EXPECT_EQ(view->scale, 1);
   for (const platform::Screen& screen : {screens[1], screens[0]}) {
-    panel_->setFrame(rect(screen.frame.midX() - 100, screen.frame.midY() - 75, 200, 150), true);
+    panel_->setFrame(rect(screen.frame.midX() - 100, screen.frame.midY() - 75, 200, 150),
+                     platform::Redisplay::atOnce);
     EXPECT_TRUE(turnUntil([&] { return view->scale == screen.backingScaleFactor; }));
     EXPECT_EQ(panel_->backingScaleFactor(), screen.backingScaleFactor);
   }

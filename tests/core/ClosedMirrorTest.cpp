@@ -104,7 +104,7 @@ TEST_F(ClosedMirrorTest, CommandsOfItsMenuDoNothing) {
   desktop_.turnMainQueue();
   EXPECT_THAT(history->steps(), IsEmpty());
   EXPECT_EQ(capture().contentRequests().size(), 1U);
-  EXPECT_THAT(desktop_.journal(), IsEmpty());
+  EXPECT_THAT(desktop_.journal().calls(), IsEmpty());
   EXPECT_THAT(desktop_.workspace().activatedApplications(), IsEmpty());
   EXPECT_EQ(host_->closeAllCount, 0);
   EXPECT_THAT(closed_, IsEmpty());
