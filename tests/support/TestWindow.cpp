@@ -57,7 +57,8 @@ TestWindow::TestWindow(const std::string& display, const Options& options)
       width_(options.area.width),
       height_(options.area.height),
       picture_(options.picture) {
-  const std::array<std::uint32_t, 2> values{options.managed ? 0U : 1U, XCB_EVENT_MASK_KEY_PRESS};
+  const std::array<std::uint32_t, 2> values{options.managed ? 0U : 1U,
+                                            XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS};
   xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, id_, connection_.root(),
                     static_cast<std::int16_t>(options.area.x),
                     static_cast<std::int16_t>(options.area.y), static_cast<std::uint16_t>(width_),
@@ -208,12 +209,21 @@ void TestWindow::raiseAbove(const TestWindow& other) {
 }
 
 int TestWindow::typedKeys() {
-  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
-    if ((event->response_type & 0x7f) == XCB_KEY_PRESS) {
-      ++typedKeys_;
-    }
-  }
+  takeInput();
   return typedKeys_;
+}
+
+int TestWindow::pressedButtons() {
+  takeInput();
+  return pressedButtons_;
+}
+
+void TestWindow::takeInput() {
+  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+    const int type = event->response_type & 0x7f;
+    typedKeys_ += type == XCB_KEY_PRESS ? 1 : 0;
+    pressedButtons_ += type == XCB_BUTTON_PRESS ? 1 : 0;
+  }
 }
 
 void TestWindow::destroy() {

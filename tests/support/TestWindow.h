@@ -83,11 +83,15 @@ class TestWindow {
   void raiseAbove(const TestWindow& other);
   /// How many keys a person has typed into it so far.
   int typedKeys();
+  /// How many buttons a person has pressed in it so far. The manager, which a press goes to first,
+  /// has dealt with these.
+  int pressedButtons();
   /// The program closes its window.
   void destroy();
 
  private:
   void announce(const Options& options) const;
+  void takeInput();
   void draw(Rect part, Rgb colour);
   void present(Rect part);
 
@@ -98,6 +102,7 @@ class TestWindow {
   int width_;
   int height_;
   int typedKeys_ = 0;
+  int pressedButtons_ = 0;
   Quadrants picture_;
 };
 
