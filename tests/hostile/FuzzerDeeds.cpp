@@ -292,7 +292,11 @@ void Fuzzer::resizePanel() { someMirror().resizePanel(1 + below(300), 1 + below(
 void Fuzzer::list() {
   ++listings_;
   ++listsAsked_;
-  service_.request(oneIn(2), oneIn(2),
+  const auto desktopWindows =
+      oneIn(2) ? platform::DesktopWindows::excluded : platform::DesktopWindows::included;
+  const auto listedWindows =
+      oneIn(2) ? platform::ListedWindows::onScreen : platform::ListedWindows::all;
+  service_.request(desktopWindows, listedWindows,
                    [answers = answers_](const auto&, const auto&) { ++*answers; });
 }
 
