@@ -1,6 +1,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <unistd.h>
 
@@ -42,11 +43,20 @@ class Relaunch : public DesktopTest {
     }));
     return {connection_, found};
   }
+  /// What the program says of the display comes before it.
   void openAlert(const PickerOnScreen& picker) {
     ASSERT_TRUE(eventually([&] { return activeWindow() == picker.id(); }));
     input_.clickAt({picker.area().x + grantButtonLeft + 40, picker.refreshButton().y});
-    ASSERT_TRUE(eventually(
-        [&] { return activeWindow() != picker.id() && activeWindow() != XCB_WINDOW_NONE; }));
+    const xcb_window_t advice = activeOtherThan({picker.id()});
+    input_.type(keyReturn);
+    activeOtherThan({picker.id(), advice});
+  }
+  /// Waits until another window has the keyboard than these.
+  xcb_window_t activeOtherThan(std::set<xcb_window_t> windows) const {
+    windows.insert(XCB_WINDOW_NONE);
+    xcb_window_t active = XCB_WINDOW_NONE;
+    EXPECT_TRUE(eventually([&] { return !windows.contains(active = activeWindow()); }));
+    return active;
   }
   /// Waits until the program has seen it: its list is as large then, beside the alert too.
   void moveAndResize(const PickerOnScreen& picker) {

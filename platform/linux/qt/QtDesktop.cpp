@@ -14,7 +14,6 @@
 #include "platform/linux/qt/process/QtMessages.h"
 #include "platform/linux/qt/process/QtWorkspace.h"
 #include "platform/linux/qt/space/QtConnection.h"
-#include "platform/linux/qt/widgets/AlertBox.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -70,10 +69,11 @@ class StartedQtDesktop final : public QtDesktop {
   Application& application() override { return application_; }
 
  private:
-  /// There is no page of settings to open: says what a person can do instead.
+  /// There is no page of settings to open: says what a person can do instead, and waits until they
+  /// have read it.
   bool advise(const std::string& url) {
     const auto advice = settingsAdvice(url, sessionFacts_());
-    if (advice) notice_.show(*advice);
+    if (advice) windows_.runModal(*advice);
     return advice.has_value();
   }
 
@@ -90,7 +90,6 @@ class StartedQtDesktop final : public QtDesktop {
   ConfiguredQt qt_;
   QtDispatch dispatch_;
   QtWindows windows_;
-  Notice notice_;
   QtWorkspace workspace_;
   QtApplication application_;
 };

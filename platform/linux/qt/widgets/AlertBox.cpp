@@ -67,20 +67,6 @@ int runAlertBox(const Alert& alert) {
   return answerOfClosing(alert);
 }
 
-Notice::Notice() = default;
-
-Notice::~Notice() = default;
-
-void Notice::show(const Alert& alert) {
-  box_ = std::make_unique<QMessageBox>();
-  setTexts(alert, *box_);
-  addButtons(alert, *box_);
-  box_->setModal(false);
-  QObject::connect(box_.get(), &QDialog::finished, box_.get(),
-                   [this] { box_.release()->deleteLater(); });
-  box_->show();
-}
-
 int answerOfClosing(const Alert& alert) {
   const auto count = static_cast<int>(alert.buttonTitles.size());
   return alertFirstButtonReturn + (count > 0 ? count - 1 : 0);
