@@ -36,7 +36,7 @@ class KeepAwake : public ContextMenuUser {
     return ::testing::AssertionFailure() << source_->area();
   }
   /// Whether what the source draws now comes to be seen in the panel. It draws more than once: a
-  /// compositor of mutter's kind may overlook a change just after the screen has grown.
+  /// compositor of mutter's kind (43.8) may overlook a change just after the screen has grown.
   bool isLive(const PanelOnScreen& panel) {
     return std::ranges::all_of(std::array{otherColours, fourColours}, [&](const Quadrants& next) {
       return eventually([&] {

@@ -53,7 +53,7 @@ class SecondStart : public DesktopTestWithManager {
     return eventually(isForward) ? ::testing::AssertionSuccess()
                                  : ::testing::AssertionFailure() << "the picker is not forward";
   }
-  /// One manager leaves minimised windows mapped.
+  /// mutter 43.8 leaves minimised windows mapped.
   ::testing::AssertionResult pickerGoes() {
     const auto isGone = [&] {
       return !isViewable(connection_, picker_) ||

@@ -158,7 +158,7 @@ void Fuzzer::reparentWindow() {
 void Fuzzer::configureWindow() {
   const auto* own = ownWindow();
   if (!own) return;
-  // Far off, but not where 16 bits end: Xvfb itself crashes over redirected windows there.
+  // Far off, but not where 16 bits end: Xvfb 21.1.7 itself crashes over redirected windows there.
   const auto coordinate = [this] {
     return static_cast<std::uint32_t>(oneIn(20) ? below(12000) - 6000 : below(800));
   };

@@ -47,7 +47,7 @@ TEST_P(ManagedList, GivesTheFrameThatAPersonSees) {
   removeStates(*window, {"_NET_WM_STATE_MAXIMIZED_HORZ", "_NET_WM_STATE_MAXIMIZED_VERT"});
   EXPECT_TRUE(eventually([&] { return listedFrame(window->id()) != wholeScreen; }));
   EXPECT_TRUE(eventually(isSeenAsListed));
-  // One manager leaves the former frame's extents on the window.
+  // mutter 43.8 leaves the former frame's extents on the window.
   setDecorated(*window, false);
   EXPECT_TRUE(eventually([&] { return listedFrame(window->id()) == window->area(); }));
   EXPECT_TRUE(eventually(isSeenAsListed)) << listedFrame(window->id());

@@ -10,8 +10,8 @@
 namespace vistrel::testbed {
 namespace {
 
-/// RRSetMonitor as the wire carries it, with one output. Versions of libxcb end the program over
-/// their own request of that name.
+/// RRSetMonitor as the wire carries it, with one output: libxcb 1.15 ends the program over its own
+/// request of that name.
 struct SetMonitorRequest {
   std::uint8_t majorOpcode = 0;
   std::uint8_t minorOpcode = 0;

@@ -48,7 +48,7 @@ void QtApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
   windows_.unhide();
   const QWidget* const foremost = foremostWidget();
   if (!ignoringOtherApps || foremost == nullptr) return;
-  // The toolkit itself knows no later time than that of its windows' last input.
+  // Qt 6.4.2 itself knows no later time than that of its windows' last input.
   syncQt();
   activation_.activateWindow(static_cast<std::uint32_t>(foremost->winId()), personActedAt_);
 }

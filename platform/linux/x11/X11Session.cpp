@@ -24,7 +24,8 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// Keeps standard error shut while it lives. For libxcb, which writes there why a display refuses.
+/// Keeps standard error shut while it lives. For libxcb 1.15, which writes there why a display
+/// refuses.
 class ShutStandardError {
  public:
   ShutStandardError() : kept_(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0)) {

@@ -17,7 +17,7 @@ QString withoutLineBreaks(const QString& text);
 /// and "__" is one "_": the text as it is.
 QString withoutAccessKeys(QString text);
 
-/// The same for a menu that the toolkit hands over, which makes a "_" of the first "&".
+/// The same for a menu that Qt hands over, which makes a "_" of the first "&" (6.4.2).
 QString withoutAccessKeysForQt(const QString& text);
 
 /// For places where the toolkit reads "&" as the mark of a mnemonic: the text as it is.
@@ -27,7 +27,7 @@ QString withoutMnemonics(const std::string& text);
 QString withoutMarkup(const std::string& text);
 
 /// As much of a text as any line on a screen could hold, with an ellipsis where it was cut. For the
-/// titles that other programs make up: the toolkit lays out all of a text to show the first few
+/// titles that other programs make up: Qt 6.4.2 lays out all of a text to show the first few
 /// words of it, which takes a fifth of a second for 250,000 characters.
 QString readableBeginning(const QString& text);
 

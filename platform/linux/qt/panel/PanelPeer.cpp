@@ -77,7 +77,7 @@ void PanelPeer::orderFrontRegardless() {
 }
 
 void PanelPeer::comeToFront() {
-  // A manager may put a new window that does not get the keyboard below older ones.
+  // mutter 43.8 puts a new window that does not get the keyboard below older ones.
   if (!std::exchange(isComingToFront_, false)) return;
   providers_.activation.raise(static_cast<std::uint32_t>(native_->winId()));
 }
@@ -117,7 +117,7 @@ void PanelPeer::makeNative() {
   native_->setFormat(format);
   native_->setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                     Qt::WindowDoesNotAcceptFocus);
-  // The toolkit then tells the manager a user time of 0: not to be activated when it is mapped.
+  // Qt 6.4.2 then tells the manager a user time of 0: not to be activated when it is mapped.
   native_->setProperty("_q_showWithoutActivating", QVariant(true));
   native_->setTitle(nativeTitle(window_));
   place();

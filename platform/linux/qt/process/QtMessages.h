@@ -10,8 +10,8 @@ namespace vistrel::platform::linux_desktop {
 void quietenQt();
 
 /// Makes the loss of the toolkit's connection end the program by `endProgramDisplayLost`, in
-/// whichever way it is noticed. The toolkit and Xlib call `exit` then, which would run destructors
-/// under threads that live.
+/// whichever way it is noticed. Qt 6.4.2 and Xlib 1.8.4 call `exit` then, which would run
+/// destructors under threads that live.
 void watchQtConnection(xcb_connection_t* connection);
 /// The connection is about to be closed in good order.
 void unwatchQtConnection();

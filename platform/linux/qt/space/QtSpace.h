@@ -11,7 +11,7 @@ class QScreen;
 
 namespace vistrel::platform::linux_desktop {
 
-/// The toolkit counts points screen by screen: each begins at the number of its own first pixel, so
+/// Qt 6.4.2 counts points screen by screen: each begins at the number of its own first pixel, so
 /// that screens with several pixels to a point have gaps between them. That is no space to keep
 /// frames in; what the toolkit says is taken back to pixels of the root window at once.
 struct QtScreen {

@@ -30,7 +30,7 @@ std::vector<NamedScreen> shownScreens() {
   return screens;
 }
 
-/// The free areas are asked of the session: the toolkit knows of none once there are several
+/// The free areas are asked of the session: Qt 6.4.2 knows of none once there are several
 /// screens.
 std::vector<Screen> valuesOf(const ScreenLayout& layout, const DockAreas& docks) {
   std::vector<PixelRect> monitors;

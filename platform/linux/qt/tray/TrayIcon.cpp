@@ -103,7 +103,7 @@ void TrayIcon::setShown(bool isShown) {
   callbacks_.shownChanged(isShown);
 }
 
-// The toolkit would do both kinds, but decides for one of them when it makes its first icon; by the
+// Qt 6.4.2 would do both kinds, but decides for one of them when it makes its first icon; by the
 // status notifier protocol it neither hears of "opened" nor leaves titles as they are.
 void TrayIcon::embed() {
   if (embedded_) return;

@@ -37,12 +37,12 @@ std::vector<QPushButton*> addButtons(const Alert& alert, QMessageBox& box) {
 void setTexts(const Alert& alert, QMessageBox& box) {
   box.setWindowTitle(QStringLiteral("Vistrel"));
   box.setIconPixmap(applicationIcon().pixmap(iconSize));
-  // The toolkit sets both texts in one weight; the message is what a person reads first.
+  // Qt 6.4.2 sets both texts in one weight; the message is what a person reads first.
   box.setTextFormat(Qt::RichText);
   box.setText(QStringLiteral("<b>") + QString::fromStdString(alert.messageText).toHtmlEscaped() +
               QStringLiteral("</b>"));
   box.setInformativeText(QString::fromStdString(alert.informativeText));
-  // The toolkit would break it to the width of the message.
+  // Qt 6.4.2 would break it to the width of the message.
   if (auto* informative = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
     informative->setTextFormat(Qt::PlainText);
     informative->setFixedWidth(textWidth);

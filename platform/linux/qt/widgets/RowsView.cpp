@@ -96,7 +96,7 @@ void RowsView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void RowsView::focusInEvent(QFocusEvent* event) {
   QListView::focusInEvent(event);
-  // The toolkit goes to the first row without selecting it; the first arrow key would leave it out.
+  // Qt 6.4.2 goes to the first row without selecting it; the first arrow key would leave it out.
   if (!selectionModel()->hasSelection()) selectionModel()->clearCurrentIndex();
 }
 

@@ -22,7 +22,7 @@ struct ReleaseNative {
 template <class Native>
 using OwnedNative = std::unique_ptr<Native, ReleaseNative<Native>>;
 
-/// Sets the size that binds a person's resizing. The toolkit and managers hold code to it as well:
+/// Sets the size that binds a person's resizing. Qt 6.4.2 and managers hold code to it as well:
 /// so they are told of none that is larger than the window, which is `size` large.
 template <class Native>
 void bindResizing(Native& native, QSize minimum, QSize size) {

@@ -90,8 +90,8 @@ WindowLayer layerOf(const LayerOfType& layers, WindowQuery& query) {
   return overrideRedirect ? layerPopUp : layerOrdinary;
 }
 
-/// Whether the window is there for a person to see. Some managers leave a window mapped that they
-/// have minimised or moved to another desktop; its state tells (ICCCM 4.1.3.1).
+/// Whether the window is there for a person to see. A window that is minimised (mutter 43.8) or
+/// rolled up (openbox 3.6.1) may stay mapped; its state tells (ICCCM 4.1.3.1).
 bool isOnScreen(WindowQuery& query) {
   return query.attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
          query.state.fetch().firstValue() != iconicState;

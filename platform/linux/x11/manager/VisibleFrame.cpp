@@ -47,7 +47,7 @@ std::optional<FramedWindow> FramedWindowRequest::fetch() {
   if (!size || !place || !tree) return std::nullopt;
   FramedWindow window;
   window.client = {place->dst_x, place->dst_y, size->width, size->height};
-  // A manager may have left extents on a window that it has taken out of its frame.
+  // mutter 43.8 leaves extents on a window that it has taken out of its frame.
   const bool hasFrame = tree->parent != tree->root;
   if (hasFrame) window.decoration = extentsFrom(decoration_.fetch().values());
   window.visible =

@@ -19,9 +19,9 @@ PixelSize largestScreen(Connection& connection);
 PixelSize millimetresOf(Connection& connection, PixelSize pixels);
 
 /// Makes the screen reach so far to the right; it never gets higher, since what docks keep free is
-/// counted from its lower edge. Makes `primary` the primary output, unless it is none: managers
-/// would take a monitor without an output for as good a place for new windows as any other. False
-/// when the server refuses.
+/// counted from its lower edge. Makes `primary` the primary output, unless it is none:
+/// openbox 3.6.1 and mutter 43.8 would take a monitor without an output for as good a place for new
+/// windows as any other. False when the server refuses.
 bool growScreen(Connection& connection, int right, xcb_randr_output_t primary);
 
 /// Puts back what `growScreen` has changed, as far as nobody else has changed it since.

@@ -44,8 +44,8 @@ bool hasOwner(Connection& connection, const ListedMonitor& monitor) {
   return owner && propertyOf(connection, *owner, ownerMark).firstValue() == monitor.id;
 }
 
-/// RRSetMonitor as the wire carries it, for a monitor without outputs. Versions of libxcb end the
-/// program over their own request of that name.
+/// RRSetMonitor as the wire carries it, for a monitor without outputs: libxcb 1.15 ends the program
+/// over its own request of that name.
 struct SetMonitorRequest {
   std::uint8_t majorOpcode = 0;
   std::uint8_t minorOpcode = 0;

@@ -100,7 +100,7 @@ void FullScreenFollower::attach(xcb_window_t panel) {
                                                  XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 32, 1,
                                                  &fullScreen_));
   if (fullScreen_ == XCB_WINDOW_NONE) return;
-  // Some managers find a transient's new place only when it is stacked next.
+  // xfwm4 4.18.0 finds a transient's new place only when it is stacked next.
   const std::uint32_t above = XCB_STACK_MODE_ABOVE;
   forgive(xcb, xcb_configure_window_checked(xcb, panel, XCB_CONFIG_WINDOW_STACK_MODE, &above));
 }

@@ -8,9 +8,10 @@
 
 namespace vistrel::platform::linux_desktop {
 
-/// Keeps panels above the active window while that is full-screen. Managers put such a window above
-/// those that are merely kept above others (EWMH, "Stacking order"), yet below its own transients
-/// (ICCCM `WM_TRANSIENT_FOR`): so that is what panels are for as long as it lasts.
+/// Keeps panels above the active window while that is full-screen. A manager may put such a window
+/// above those that are merely kept above others (EWMH, "Stacking order"; openbox 3.6.1), yet below
+/// its own transients (ICCCM `WM_TRANSIENT_FOR`): so that is what panels are for as long as it
+/// lasts.
 class FullScreenFollower {
  public:
   /// Works on `queue` for as long as that runs; null when the display refuses. Any thread.

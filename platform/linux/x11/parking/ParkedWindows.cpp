@@ -121,7 +121,7 @@ ParkedWindows::Ties ParkedWindows::takeOffTies(xcb_window_t window) {
   ties.fullScreen = has(fullScreen);
   if (ties.fullScreen) {
     setStates(window, false, fullScreen, nullptr);
-    // There is a manager that tells only after this what a window was before.
+    // openbox 3.6.1 and mutter 43.8 tell only after this what a window was before.
     awaitManager(connection_);
   }
   ties.horizontally = has(horizontally);
@@ -135,7 +135,7 @@ ParkedWindows::Ties ParkedWindows::takeOffTies(xcb_window_t window) {
 
 void ParkedWindows::putOnTies(xcb_window_t window, const Ties& ties) {
   if (ties.horizontally && ties.vertically) {
-    // There is a manager that takes two messages in a row for a change of mind.
+    // xfwm4 4.18.0 takes two messages in a row for a change of mind.
     setStates(window, true, horizontally, vertically);
   } else if (ties.horizontally || ties.vertically) {
     setStates(window, true, ties.horizontally ? horizontally : vertically, nullptr);

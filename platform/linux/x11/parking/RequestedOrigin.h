@@ -21,9 +21,9 @@ struct RequestedOrigin {
 
 /// The x and y to ask a manager for that is to put a client at `client`, inside a frame of its own
 /// with widths `frame`: they mean the frame's reference point that the client's gravity names
-/// (ICCCM 4.1.2.3, "win_gravity"). To be sent with the client's own gravity: there is a manager
-/// that goes on to count from whatever gravity it was asked by last, and moves the window by the
-/// width of its frame the next time that something else about it changes.
+/// (ICCCM 4.1.2.3, "win_gravity"). To be sent with the client's own gravity: openbox 3.6.1 goes on
+/// to count from whatever gravity it was asked by last, and moves the window by the width of its
+/// frame the next time that something else about it changes.
 RequestedOrigin requestedOrigin(const PixelRect& client, const Extents& frame,
                                 std::uint32_t gravity);
 

@@ -73,7 +73,7 @@ bool hasClientIds(xcb_connection_t* c) {
 }  // namespace
 
 std::unique_ptr<Connection> Connection::open() {
-  // libXau keeps the name of the authority file in static memory.
+  // libXau 1.0.9 keeps the name of the authority file in static memory.
   static std::mutex opening;
   const std::lock_guard lock(opening);
   int number = 0;
