@@ -18,10 +18,9 @@ std::string captureAdvice(const SessionFacts& facts) {
   if (facts.missingForCapture.empty()) return "Windows can be captured on this display.";
   return "Windows cannot be captured because the display server does not offer " +
          listOf(facts.missingForCapture) +
-         ".\n\nA server may have been started without it, or keep it from programs that it does "
-         "not "
-         "trust, such as those that come through “ssh -X”: “ssh -Y” is trusted. Then start Vistrel "
-         "again.";
+         ".\n\nA server may have been started without it, or keep it from programs that it does not"
+         " trust, such as those that come through “ssh -X”: “ssh -Y” is trusted. Once the server "
+         "offers it, start Vistrel again.";
 }
 
 std::string movingAdvice(const SessionFacts& facts) {
