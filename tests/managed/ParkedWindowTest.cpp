@@ -293,12 +293,12 @@ TEST(ParkedFromAnUnknownProcess, AWindowIsOutOfSightAndComesBack) {
     EXPECT_TRUE(eventually([&] { return window.area().x >= screenWidth; })) << window.area();
   }
   EXPECT_TRUE(eventually([&] { return window.area() == home; })) << window.area();
-  auto& desktop = bed.session().desktop();
-  EXPECT_TRUE(desktop.hasWindows(application->processID));
-  EXPECT_TRUE(desktop.activateWindows(application->processID));
+  auto& activation = *bed.session().providers().windowActivation;
+  EXPECT_TRUE(activation.hasWindows(application->processID));
+  EXPECT_TRUE(activation.activateWindows(application->processID));
   EXPECT_TRUE(eventually([&] { return focusedWindow(bed.connection()) == window.id(); }));
   window.destroy();
-  EXPECT_TRUE(eventually([&] { return !desktop.hasWindows(application->processID); }));
+  EXPECT_TRUE(eventually([&] { return !activation.hasWindows(application->processID); }));
 }
 
 /// What the display server and this process hold.

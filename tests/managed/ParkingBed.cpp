@@ -53,7 +53,7 @@ Rect ParkingBed::boundsOf(platform::DisplayID display) {
 std::shared_ptr<AccessibilityElement> ParkingBed::elementOf(xcb_window_t window) {
   auto& accessibility = *session_.providers().otherWindows;
   const auto numberOf = accessibility.windowNumberFunctionNamed("_AXUIElementGetWindow");
-  const auto record = session_.listed(window, false);
+  const auto record = session_.listed(window, platform::ListedWindows::all);
   if (!record) {
     throw std::runtime_error("a window is not listed");
   }

@@ -13,7 +13,7 @@ X11PanelWindows::X11PanelWindows(std::shared_ptr<Connection> connection,
                                  std::shared_ptr<SerialQueue> queue)
     : connection_(std::move(connection)), queue_(std::move(queue)) {
   // The queue's connection is there all the time, so it notices that the display is gone. It is
-  // opened before the toolkit opens its own: libXau must not be entered twice.
+  // opened before the toolkit opens its own: libXau 1.0.9 must not be entered twice.
   asyncAndWait(*queue_, [this] {
     if (const auto worker = MirrorWorker::of(queue_)) worker->setOnLost(endProgramDisplayLost);
   });
