@@ -305,7 +305,7 @@ TEST_F(KeepAwakeTest, ClosingTwiceMovesTheSourceOnce) {
   mirror_->close();
   desktop_.journal().clear();
   mirror_->close();
-  EXPECT_THAT(desktop_.journal().calls(), ElementsAre("Panel orderOut", "Panel close"));
+  EXPECT_THAT(desktop_.journal().calls(), IsEmpty());
 }
 
 TEST_F(KeepAwakeTest, AMirrorThatIsDroppedTakesItsDisplayWithIt) {
