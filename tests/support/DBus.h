@@ -89,7 +89,7 @@ class BusObject {
   template <class... Arguments>
   BusMessage call(const char* interface, const char* method, const char* types = nullptr,
                   Arguments... arguments) const {
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error{};  // as SD_BUS_ERROR_NULL, which is C99
     sd_bus_message* reply = nullptr;
     const int result = sd_bus_call_method(bus_.get(), program_.c_str(), path_.c_str(), interface,
                                           method, &error, &reply, types, arguments...);
