@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 /// The person's own directory of a kind: what `variable` says, else `fallback` in HOME; empty where
 /// neither is anywhere.
 fs::path personal(const Variables& variables, const char* variable, const char* fallback) {
-  const fs::path given = variables(variable);
+  fs::path given = variables(variable);
   if (given.is_absolute()) return given;
   const fs::path home = variables("HOME");
   return home.is_absolute() ? home / fallback : fs::path();
