@@ -75,7 +75,7 @@ TEST(SelfTestWithoutDisplay, EndsAsEverWithoutStandardError) {
 
 TEST(SelfTestWithoutDisplay, EndsAsEverWhereNobodyReadsStandardError) {
   Pipe pipe = Pipe::open();
-  pipe.readEnd = FileDescriptor();
+  pipe.readEnd.close();
   ChildProcess diagnostics(programWith({"--vddiag"}, pipe.writeEnd));
   ChildProcess test(programWith({"--vdtest"}, pipe.writeEnd));
   expectEnd(diagnostics, 0, "");

@@ -1,7 +1,9 @@
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <string>
@@ -11,6 +13,7 @@
 
 #include "platform/linux/StandardError.h"
 #include "tests/support/FileDescriptor.h"
+#include "tests/support/Poll.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -25,26 +28,34 @@ std::string longText() {
   return text;
 }
 
-/// All that is written by `writing`, which gets the pipe's end. `beforeEachRead` runs on a thread
-/// of its own.
-template <class Writing, class BeforeEachRead>
-std::string read(Pipe pipe, const Writing& writing, const BeforeEachRead& beforeEachRead) {
+/// All that comes through the pipe until its other end is closed.
+std::string readAll(const Pipe& pipe) {
   std::string received;
-  std::thread reader([&] {
-    std::array<char, 5000> part{};
-    for (;;) {
-      beforeEachRead();
-      const ssize_t size = ::read(pipe.readEnd.get(), part.data(), part.size());
-      if (size < 0 && errno == EINTR) continue;
-      if (size <= 0) return;
-      received.append(part.data(), static_cast<std::size_t>(size));
-    }
-  });
-  writing(pipe.writeEnd.get());
-  pipe.writeEnd = FileDescriptor();
-  reader.join();
-  return received;
+  std::array<char, 5000> part{};
+  for (;;) {
+    const ssize_t size = ::read(pipe.readEnd.get(), part.data(), part.size());
+    if (size < 0 && errno == EINTR) continue;
+    if (size <= 0) return received;
+    received.append(part.data(), static_cast<std::size_t>(size));
+  }
 }
+
+void fill(const Pipe& pipe) {
+  ASSERT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, O_NONBLOCK), 0);
+  while (::write(pipe.writeEnd.get(), "-", 1) == 1) {
+  }
+  ASSERT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, 0), 0);
+}
+
+bool isAsleep(pid_t thread) {
+  // proc(5): the state follows the name, which is in parentheses.
+  std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
+  std::string stat;
+  std::getline(file, stat);
+  return stat.find(") S") != std::string::npos;
+}
+
+std::atomic<int> signals = 0;
 
 TEST(StandardError, GoesOutInOnePieceWhereItFits) {
   // On such a socket each write arrives as a packet of its own.
@@ -59,28 +70,42 @@ TEST(StandardError, GoesOutInOnePieceWhereItFits) {
 }
 
 TEST(StandardError, GoesOutWholeThroughADescriptorThatTakesNoMoreForNow) {
-  const std::string text = longText();
-  const auto write = [&](int descriptor) { writeWhole(descriptor, text); };
   Pipe pipe = Pipe::open();
   ASSERT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, O_NONBLOCK), 0);
-  EXPECT_EQ(read(std::move(pipe), write, [] {}), text);
+  const std::string text = longText();
+  std::string received;
+  std::thread reader([&] { received = readAll(pipe); });
+  writeWhole(pipe.writeEnd.get(), text);
+  pipe.writeEnd.close();
+  reader.join();
+  EXPECT_TRUE(received == text) << received.size();
 }
 
-TEST(StandardError, GoesOutWholeThoughSignalsInterruptIt) {
+TEST(StandardError, GoesOutWholeThoughASignalInterruptsIt) {
   struct sigaction action {};
   struct sigaction former {};
-  action.sa_handler = [](int) {};
+  signals = 0;
+  action.sa_handler = [](int) { ++signals; };
   ASSERT_EQ(::sigaction(SIGUSR1, &action, &former), 0);
-  const std::string text = longText();
-  const pthread_t writer = ::pthread_self();
-  const auto write = [&](int descriptor) { writeWhole(descriptor, text); };
-  EXPECT_EQ(read(Pipe::open(), write, [writer] { ::pthread_kill(writer, SIGUSR1); }), text);
+  Pipe pipe = Pipe::open();
+  ASSERT_NO_FATAL_FAILURE(fill(pipe));
+  std::string received;
+  std::thread reader([&, writer = ::pthread_self(), writerID = ::gettid()] {
+    EXPECT_TRUE(testbed::eventually([&] { return isAsleep(writerID); }));
+    ::pthread_kill(writer, SIGUSR1);
+    EXPECT_TRUE(testbed::eventually([] { return signals == 1; }));
+    received = readAll(pipe);
+  });
+  writeWhole(pipe.writeEnd.get(), "text");
+  pipe.writeEnd.close();
+  reader.join();
   ::sigaction(SIGUSR1, &former, nullptr);
+  EXPECT_TRUE(received.ends_with("-text")) << received.size();
 }
 
 TEST(StandardError, IsLostWhereNobodyReadsIt) {
   Pipe pipe = Pipe::open();
-  pipe.readEnd = FileDescriptor();
+  pipe.readEnd.close();
   writeWhole(pipe.writeEnd.get(), "text");  // would end this process by SIGPIPE
   writeWhole(-1, "text");
 }
