@@ -1,8 +1,8 @@
 #include <latch>
 #include <thread>
+#include <utility>
 
-#include "mirror/WindowMirrorHUDController.h"
-#include "tests/contract/ContractTest.h"
+#include "tests/hostile/MirrorOnDesktop.h"
 #include "tests/support/Poll.h"
 
 namespace vistrel::hostile {
@@ -10,8 +10,7 @@ namespace {
 
 using platform::PixelBGRA;
 
-/// A mirror with its views, on the real backend under a window manager.
-class BusyMainThread : public contract::ContractTest {
+class BusyMainThread : public MirrorOnDesktop {
  protected:
   bool shows(WindowMirrorHUDController& mirror, PixelBGRA color) {
     const platform::Size panel = mirror.panel()->frame().size;
@@ -23,8 +22,7 @@ class BusyMainThread : public contract::ContractTest {
 
 TEST_F(BusyMainThread, FreezesNoMirror) {
   const auto source = bed_->openSource({.colors = contract::fourColors});
-  const auto mirror =
-      WindowMirrorHUDController::make(listed(source->id()), 0, [](platform::WindowID) {});
+  auto mirror = mirrorOf(listed(source->id()));
   mirror->show();
   ASSERT_TRUE(turnUntil([&] { return shows(*mirror, contract::fourColors[0]); }));
 
@@ -37,7 +35,7 @@ TEST_F(BusyMainThread, FreezesNoMirror) {
   });
   looked.wait();
   EXPECT_TRUE(isFollowed);
-  mirror->close();
+  closeAndDrop(std::move(mirror));
 }
 
 }  // namespace
