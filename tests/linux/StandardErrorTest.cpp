@@ -47,7 +47,7 @@ void fill(const Pipe& pipe) {
   ASSERT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, 0), 0);
 }
 
-bool isAsleep(pid_t thread) {
+bool isBlocked(pid_t thread) {
   // proc(5): the state follows the name, which is in parentheses.
   std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
   std::string stat;
@@ -91,7 +91,7 @@ TEST(StandardError, GoesOutWholeThoughASignalInterruptsIt) {
   ASSERT_NO_FATAL_FAILURE(fill(pipe));
   std::string received;
   std::thread reader([&, writer = ::pthread_self(), writerID = ::gettid()] {
-    EXPECT_TRUE(testbed::eventually([&] { return isAsleep(writerID); }));
+    EXPECT_TRUE(testbed::eventually([&] { return isBlocked(writerID); }));
     ::pthread_kill(writer, SIGUSR1);
     EXPECT_TRUE(testbed::eventually([] { return signals == 1; }));
     received = readAll(pipe);

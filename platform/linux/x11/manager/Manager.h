@@ -21,8 +21,8 @@ inline constexpr std::uint32_t byPerson = 2;
 /// The number that stands for all desktops (EWMH, _NET_WM_DESKTOP).
 inline constexpr std::uint32_t everyDesktop = 0xffffffff;
 
-/// What WM_STATE says of a window whose manager shows at most an icon of it (ICCCM 4.1.3.1): a
-/// minimised one, with some managers also one on another desktop.
+/// What WM_STATE says of a window whose manager shows at most an icon of it (ICCCM 4.1.3.1):
+/// one that is minimised, or put away in another way. docs/quirks.md says who does that.
 inline constexpr std::uint32_t iconicState = 3;
 
 /// Whether a manager runs that follows EWMH.
