@@ -22,7 +22,10 @@ class KeepAwakeUnderManagers : public KeepAwake, public ::testing::WithParamInte
 };
 
 TEST_P(KeepAwakeUnderManagers, TheSourceIsOutOfSightAndLiveUntilItIsTakenBack) {
-  keepAwakeForAWhile(openPanel(), [&] { return isOnHiddenDisplay() || isInCorner(); });
+  // Wherever the manager has put it.
+  const PanelOnScreen panel = openPanel(0, 1);
+  ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+  keepAwakeForAWhile(panel, [&] { return isOnHiddenDisplay() || isInCorner(); });
 }
 
 INSTANTIATE_TEST_SUITE_P(ScreenThatGrows, KeepAwakeUnderManagers,
