@@ -11,4 +11,6 @@ std::vector<WindowManager> managersTestedHere() {
   return managers;
 }
 
+std::vector<SourceProgram> programsTestedHere() { return {xterm(), wish()}; }
+
 }  // namespace vistrel::testbed

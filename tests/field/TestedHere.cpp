@@ -17,4 +17,6 @@ std::vector<WindowManager> managersTestedHere() {
   return managers;
 }
 
+std::vector<SourceProgram> programsTestedHere() { return {gnomeCalculator(), kcalc(), mpv()}; }
+
 }  // namespace vistrel::testbed
