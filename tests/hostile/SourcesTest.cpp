@@ -236,7 +236,7 @@ TEST_F(PaintingSources, AreMirroredHoweverOftenTheyPaint) {
   ASSERT_TRUE(testbed::eventually([this] {
     mirror_.turn();
     return mirror_.samples() >= 30;
-  }));
+  })) << mirror_.startFailure();
   painter_.sendSignal(SIGSTOP);
   EXPECT_TRUE(testbed::eventually([this] { return isUpToDate(); }));
   painter_.sendSignal(SIGCONT);
