@@ -111,7 +111,8 @@ void PanelPeer::makeNative() {
       new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
                                 .released = [this] { place(); },
                                 .exposed = [this] { comeToFront(); },
-                                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); }}));
+                                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); },
+                                .situation = [this] { return situationOfSource(); }}));
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);
   native_->setFormat(format);
@@ -135,6 +136,11 @@ void PanelPeer::pointerCameOrWent(bool isOver) {
   } else {
     providers_.menuKeys.release();
   }
+}
+
+SourceSituation PanelPeer::situationOfSource() const {
+  const auto source = surface_ ? surface_->source() : std::nullopt;
+  return source ? providers_.situations.of(*source) : SourceSituation::ordinary;
 }
 
 void PanelPeer::releaseNative() {

@@ -139,7 +139,8 @@ std::shared_ptr<const Image> Capture::commit() {
   assert(thread_.isCurrent());
   collectChanges();
   takeAskedCursor();
-  return worker_.commit(source_->picture(), std::exchange(uncommitted_, {}), cursorMark_);
+  return worker_.commit(source_->client(), source_->picture(), std::exchange(uncommitted_, {}),
+                        cursorMark_);
 }
 
 }  // namespace vistrel::platform::linux_desktop
