@@ -42,10 +42,19 @@ class PainterContext final : public TreeGraphicsContext {
   const std::vector<QRectF>& overlays() const { return overlays_; }
 
  private:
+  struct PlacedLine {
+    QString text;
+    QPointF origin;  // on its baseline
+    QRectF area;
+  };
+
+  /// Of lines over the contents, which may be of any colour; none of others. In the painter's font.
+  void drawHalo(const std::vector<PlacedLine>& lines);
   QRectF untransformed(const Rect& rect) const;
   /// The same with its edges on the nearest pixels of the device, so that they are crisp whatever
   /// the points.
   QRectF snapped(const Rect& rect) const;
+  QRectF snapped(const QRectF& untransformedRect) const;
   double nearestPixel(double coordinate) const;
   /// A line's width without a blurred edge; thinner rather than bolder.
   double wholePixels(double width) const;
