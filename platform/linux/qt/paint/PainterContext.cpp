@@ -45,8 +45,8 @@ bool isLoneSign(const QString& text) {
 
 }  // namespace
 
-PainterContext::PainterContext(QPainter& painter, const QPalette& palette)
-    : painter_(painter), palette_(palette) {
+PainterContext::PainterContext(QPainter& painter, const QPalette& palette, const Size& whole)
+    : painter_(painter), palette_(palette), whole_(whole) {
   painter_.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
 }
 
@@ -167,14 +167,21 @@ QRectF PainterContext::untransformed(const Rect& rect) const {
 QRectF PainterContext::snapped(const Rect& rect) const { return snapped(untransformed(rect)); }
 
 QRectF PainterContext::snapped(const QRectF& area) const {
+  const QRectF device = wholeOf(*painter_.device());
   const QRectF crisp(QPointF(nearestPixel(area.left()), nearestPixel(area.top())),
-                     QPointF(nearestPixel(area.right()), nearestPixel(area.bottom())));
-  return crisp & wholeOf(*painter_.device());
+                     QPointF(farEdge(area.right(), whole_.width, device.right()),
+                             farEdge(area.bottom(), whole_.height, device.bottom())));
+  return crisp & device;
 }
 
 double PainterContext::nearestPixel(double coordinate) const {
   const double pixelsPerPoint = painter_.device()->devicePixelRatio();
   return std::round(coordinate * pixelsPerPoint) / pixelsPerPoint;
+}
+
+double PainterContext::farEdge(double coordinate, double whole, double device) const {
+  constexpr double calculation = 1e-6;
+  return std::abs(coordinate - whole) < calculation ? device : nearestPixel(coordinate);
 }
 
 double PainterContext::wholePixels(double width) const {
