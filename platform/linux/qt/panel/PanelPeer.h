@@ -73,6 +73,8 @@ class PanelPeer final : public HostedPeer {
   /// As the toolkit has it, or will have once the desktop has done what was asked.
   QRect askedGeometry() const;
   void belongTo(const LaidOutMonitor& monitor);
+  /// On the root, as the server has it; none when it does not tell.
+  std::optional<PixelRect> placeOfNative() const;
   void nativeWasPlaced();
   void awaitLastAnswer();
   void believeDesktop();
