@@ -48,6 +48,8 @@ class PanelSurface {
   /// Shows `image`, made by this backend's image context, and from then on what its mirror accepts,
   /// as soon as it does; null shows the background alone.
   virtual void setContents(std::shared_ptr<const Image> image) = 0;
+  /// The window whose picture it shows; none while it shows the background alone.
+  virtual std::optional<std::uint32_t> source() const = 0;
   /// Stops drawing; returns once nothing touches the window any more, so that it may be destroyed.
   virtual void detach() = 0;
 };

@@ -146,6 +146,29 @@ TEST_F(Accessibility, APanelIsReadByAScreenReaderThatComesLater) {
   EXPECT_FALSE(panelWindow().is(active));
 }
 
+TEST_F(Accessibility, APictureThatStandsSinceItsSourceIsOnAnotherDesktopSaysSo) {
+  const auto source = openSource();
+  startReading(1);
+  pressRow(0);
+  const Accessible picture = panelWindow().all("graphic").at(0);
+  const auto areDescribed = [&](const std::string& description) {
+    return eventually([&] {
+      return picture.description() == description && panelWindow().description() == description;
+    });
+  };
+  EXPECT_TRUE(areDescribed(""));
+  connection_.sendToManager(source->id(), "_NET_WM_DESKTOP", {1, byPerson});
+  EXPECT_TRUE(
+      areDescribed("The source is on another desktop, where nothing draws it.\n"
+                   "Keep Source Awake, or showing it on all desktops, keeps the picture "
+                   "live."))
+      << picture.description();
+  EXPECT_TRUE(
+      eventually([&] { return isTold(picture, "PropertyChange accessible-description", 0); }));
+  connection_.sendToManager(source->id(), "_NET_WM_DESKTOP", {0, byPerson});
+  EXPECT_TRUE(areDescribed(""));
+}
+
 TEST_F(Accessibility, AClosedPanelIsGoneForAScreenReaderThatHoldsIt) {
   const auto source = openSource();
   startReading(1);

@@ -77,5 +77,20 @@ TEST_P(PanelPlace, WhereAManagerStopsAPanelTheProgramTakesItToBe) {
 
 VISTREL_WITH_MANAGERS(WindowManagers, PanelPlace, managersTestedHere());
 
+class FreshPanelPlace : public PanelPlace {};
+
+TEST_P(FreshPanelPlace, IsWhereTheFirstDragBegins) {
+  const PanelOnScreen panel = mirrorOnlySource();
+  const Rect opened = PanelOnScreen::computedArea(sourceArea, firstPanel);
+  ASSERT_TRUE(becomes(panel, opened));
+  activate(source_->id());
+  // Longer than the program waits for a manager's last word.
+  input_.rest(2500);
+  dragBy(panel, {301, 117});
+  EXPECT_TRUE(becomes(panel, {opened.x + 301, opened.y + 117, opened.width, opened.height}));
+}
+
+VISTREL_WITH_FURTHER_MANAGERS(FreshPanelPlace);
+
 }  // namespace
 }  // namespace vistrel::testbed

@@ -52,6 +52,16 @@ TEST_F(SourceLife, TheLastPictureStaysWhileTheSourceIsOnAnotherDesktop) {
   EXPECT_TRUE(eventually([&] { return panel.shows(otherColours); }));
 }
 
+TEST_F(SourceLife, ATipOverThePictureTellsThatTheSourceIsOnAnotherDesktop) {
+  const auto source = openSource();
+  const PanelOnScreen panel = mirrorAndSee(fourColours);
+  connection_.sendToManager(source->id(), "_NET_WM_DESKTOP", {1, byPerson});
+  ASSERT_TRUE(eventually([&] { return panel.dot() == Dot::stale; }));
+  input_.moveTo(panel.contents().centre());
+  // Out of the manager's hands as menus are; the picture has no tip of its own.
+  EXPECT_TRUE(eventually([&] { return menusOnScreen().size() == 1; }));
+}
+
 TEST_F(SourceLife, ASourceThatWasUnmappedWhenItsMirrorOpenedIsShownOnceItIsMapped) {
   const auto source = openSource();
   startVistrel();

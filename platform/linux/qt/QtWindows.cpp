@@ -58,7 +58,7 @@ std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
     return std::make_unique<PanelPeer>(
         window, host_,
         PanelPeer::Providers{*session_.panelWindows, *session_.contextMenuKeys,
-                             *session_.windowActivation});
+                             *session_.windowActivation, *session_.sourceSituations});
   }
   return std::make_unique<TitledPeer>(window, host_);
 }

@@ -14,6 +14,7 @@
 #include "platform/linux/session/ProgramInstance.h"
 #include "platform/linux/session/SessionFacts.h"
 #include "platform/linux/session/SharedScreenLayout.h"
+#include "platform/linux/session/SourceSituations.h"
 #include "platform/linux/session/WindowActivation.h"
 #include "platform/linux/session/WindowLister.h"
 #include "platform/linux/session/WindowStreams.h"
@@ -36,6 +37,7 @@ struct Session {
   std::unique_ptr<PanelWindows> panelWindows;
   std::unique_ptr<ContextMenuKeys> contextMenuKeys;
   std::unique_ptr<WindowActivation> windowActivation;
+  std::unique_ptr<SourceSituations> sourceSituations;
   std::unique_ptr<WindowLister> windowLister;
   std::unique_ptr<WindowStreams> windowStreams;
   /// Makes displays that nobody sees.

@@ -11,6 +11,7 @@
 #include "platform/linux/x11/instance/X11ProgramInstance.h"
 #include "platform/linux/x11/listing/ShareableContentService.h"
 #include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/manager/X11SourceSituations.h"
 #include "platform/linux/x11/manager/X11WindowActivation.h"
 #include "platform/linux/x11/monitors/X11Displays.h"
 #include "platform/linux/x11/monitors/X11DockAreas.h"
@@ -84,6 +85,7 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->dockAreas = std::make_unique<X11DockAreas>(panelQueue);
   session->contextMenuKeys = std::make_unique<X11ContextMenuKeys>(panelQueue);
   session->windowActivation = std::make_unique<X11WindowActivation>(connection);
+  session->sourceSituations = std::make_unique<X11SourceSituations>(connection);
   session->windowLister = std::make_unique<ShareableContentService>(session->layout);
   session->windowStreams = std::make_unique<X11WindowStreams>(connection);
   const auto hiddenDisplays = std::make_shared<X11VirtualDisplays>(connection, session->layout);

@@ -3,25 +3,31 @@
 #include <QApplication>
 #include <QStyle>
 #include <QToolTip>
+#include <utility>
 
 #include "platform/linux/qt/paint/PlainText.h"
+#include "platform/linux/qt/panel/SituationText.h"
 
 namespace vistrel::platform::linux_desktop {
 
-HoverTip::HoverTip() {
+HoverTip::HoverTip(std::function<std::string()> furtherLines)
+    : furtherLines_(std::move(furtherLines)) {
   rest_.setSingleShot(true);
   rest_.setInterval(QApplication::style()->styleHint(QStyle::SH_ToolTip_WakeUpDelay));
-  QObject::connect(&rest_, &QTimer::timeout, &rest_, [this] {
-    shown_ = true;
-    QToolTip::showText(position_, withoutMarkup(text_));
-  });
+  QObject::connect(&rest_, &QTimer::timeout, &rest_, [this] { show(); });
+}
+
+void HoverTip::show() {
+  const std::string text = inLines(text_, furtherLines_());
+  shown_ = !text.empty();
+  if (shown_) QToolTip::showText(position_, withoutMarkup(text));
 }
 
 void HoverTip::pointerMoved(QPoint position, const std::string& text) {
   if (text != text_) hide();
   text_ = text;
   position_ = position;
-  if (!text_.empty() && !shown_) rest_.start();
+  if (!shown_) rest_.start();
 }
 
 void HoverTip::hide() {

@@ -2,6 +2,7 @@
 
 #include <QPoint>
 #include <QTimer>
+#include <functional>
 #include <string>
 
 namespace vistrel::platform::linux_desktop {
@@ -9,7 +10,9 @@ namespace vistrel::platform::linux_desktop {
 /// The tooltip of a window that is no widget: shown once the pointer has rested.
 class HoverTip {
  public:
-  HoverTip();
+  /// `furtherLines` is asked each time a tip opens, also where the pointer is over nothing with a
+  /// tooltip; it may answer nothing.
+  explicit HoverTip(std::function<std::string()> furtherLines);
 
   /// The pointer is at `position` (desktop space), over something with that tooltip (none: empty).
   void pointerMoved(QPoint position, const std::string& text);
@@ -17,6 +20,9 @@ class HoverTip {
   void hide();
 
  private:
+  void show();
+
+  const std::function<std::string()> furtherLines_;
   QTimer rest_;
   QPoint position_;
   std::string text_;

@@ -27,6 +27,11 @@ platform::Window* PanelAccessible::panel() const {
   return native == nullptr ? nullptr : native->panel();
 }
 
+QString PanelAccessible::situationText() const {
+  return isValid() ? QString::fromStdString(static_cast<PanelWindow*>(object())->situationText())
+                   : QString();
+}
+
 void PanelAccessible::reportChanges() {
   for (ViewAccessible* child : children()) child->reportChanges();
 }
@@ -63,6 +68,7 @@ int PanelAccessible::indexOfChild(const QAccessibleInterface* child) const {
 }
 
 QString PanelAccessible::text(QAccessible::Text kind) const {
+  if (kind == QAccessible::Description) return situationText();
   if (!isValid() || kind != QAccessible::Name) return {};
   const std::string label = panel()->contentView()->accessibilityLabel();
   return label.empty() ? window()->title() : QString::fromStdString(label);

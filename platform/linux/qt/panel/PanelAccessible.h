@@ -21,6 +21,8 @@ class PanelAccessible final : public QAccessibleObject {
 
   /// Null once the panel has given the window up.
   platform::Window* panel() const;
+  /// What is to be told of the source now; empty for nothing.
+  QString situationText() const;
   /// Sends what has become of the views since the last time.
   void reportChanges();
 

@@ -111,7 +111,8 @@ void PanelPeer::makeNative() {
       new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
                                 .released = [this] { place(); },
                                 .exposed = [this] { comeToFront(); },
-                                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); }}));
+                                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); },
+                                .situation = [this] { return situationOfSource(); }}));
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);
   native_->setFormat(format);
@@ -135,6 +136,11 @@ void PanelPeer::pointerCameOrWent(bool isOver) {
   } else {
     providers_.menuKeys.release();
   }
+}
+
+SourceSituation PanelPeer::situationOfSource() const {
+  const auto source = surface_ ? surface_->source() : std::nullopt;
+  return source ? providers_.situations.of(*source) : SourceSituation::ordinary;
 }
 
 void PanelPeer::releaseNative() {
@@ -236,9 +242,13 @@ void PanelPeer::belongTo(const LaidOutMonitor& monitor) {
   window_.peerDidChangeBackingProperties();
 }
 
+std::optional<PixelRect> PanelPeer::placeOfNative() const {
+  if (native_->handle() == nullptr) return std::nullopt;  // while it is being made
+  return placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
+}
+
 void PanelPeer::nativeWasPlaced() {
-  if (native_->handle() == nullptr) return;  // while it is being made
-  const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
+  const auto pixels = placeOfNative();
   if (!pixels) return;
   const QRect place = qtRect(*pixels);
   if (lastAnswer_.isActive()) {  // an answer to an older request must not undo a newer one
@@ -256,6 +266,9 @@ void PanelPeer::awaitLastAnswer() {
 
 void PanelPeer::believeDesktop() {
   if (wanted_ != placed_.current()) return;  // the last word is not said yet
+  // The last news may be of a moment at which kwin_x11 5.27.5 was still putting its frame around
+  // the window; the toolkit tells nothing where that has left it in its place.
+  if (const auto pixels = placeOfNative()) placed_.hear(qtRect(*pixels));
   if (!placed_.isRefused()) return;
   trace(TraceTopic::manager, [this] {
     return "a panel is not where it was asked to be but at " +

@@ -15,6 +15,7 @@
 #include "platform/linux/qt/windows/PlacedFrame.h"
 #include "platform/linux/session/ContextMenuKeys.h"
 #include "platform/linux/session/PanelWindows.h"
+#include "platform/linux/session/SourceSituations.h"
 #include "platform/linux/session/WindowActivation.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -28,6 +29,7 @@ class PanelPeer final : public HostedPeer {
     PanelWindows& windows;
     ContextMenuKeys& menuKeys;
     WindowActivation& activation;
+    SourceSituations& situations;
   };
 
   PanelPeer(Window& window, std::shared_ptr<PeerHost> host, Providers providers);
@@ -54,6 +56,7 @@ class PanelPeer final : public HostedPeer {
   void makeNative();
   void comeToFront();
   void pointerCameOrWent(bool isOver);
+  SourceSituation situationOfSource() const;
   void releaseNative();
   enum class Arrival { atOnce, rolling };
 
@@ -73,6 +76,8 @@ class PanelPeer final : public HostedPeer {
   /// As the toolkit has it, or will have once the desktop has done what was asked.
   QRect askedGeometry() const;
   void belongTo(const LaidOutMonitor& monitor);
+  /// On the root, as the server has it; none when it does not tell.
+  std::optional<PixelRect> placeOfNative() const;
   void nativeWasPlaced();
   void awaitLastAnswer();
   void believeDesktop();

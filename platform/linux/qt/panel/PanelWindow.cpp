@@ -9,6 +9,7 @@
 #include "platform/linux/qt/menus/ActiveWindow.h"
 #include "platform/linux/qt/menus/ShownMenu.h"
 #include "platform/linux/qt/panel/PanelAccessible.h"
+#include "platform/linux/qt/panel/SituationText.h"
 #include "platform/linux/qt/space/Pointer.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/windows/ScreenReaders.h"
@@ -45,6 +46,10 @@ PanelWindow::PanelWindow(platform::Window& window, Callbacks callbacks)
 void PanelWindow::abandon() {
   announce(QAccessible::ObjectDestroyed);
   window_ = nullptr;
+}
+
+std::string PanelWindow::situationText() const {
+  return window_ == nullptr ? "" : linux_desktop::situationText(callbacks_.situation());
 }
 
 void PanelWindow::reportToScreenReaders() {

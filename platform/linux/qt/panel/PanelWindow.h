@@ -5,10 +5,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "platform/Window.h"
 #include "platform/linux/qt/panel/ClickCounter.h"
 #include "platform/linux/qt/panel/HoverTip.h"
+#include "platform/linux/session/SourceSituations.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -24,6 +26,8 @@ class PanelWindow final : public QWindow {
     std::function<void()> exposed;
     /// The pointer has come over the window, or left it.
     std::function<void(bool isOver)> hovered;
+    /// What has become of the source of the picture that is shown.
+    std::function<SourceSituation()> situation;
   };
 
   PanelWindow(platform::Window& window, Callbacks callbacks);
@@ -40,6 +44,8 @@ class PanelWindow final : public QWindow {
   void abandon();
   /// Null once abandoned.
   platform::Window* panel() const { return window_; }
+  /// What is to be told of the source now; empty for nothing.
+  std::string situationText() const;
 
   /// Tells screen readers, if there are any, what has changed in the panel's views.
   void reportToScreenReaders();
@@ -69,7 +75,7 @@ class PanelWindow final : public QWindow {
   double pixelsPerPoint_ = 1;
   std::optional<Point> heldAt_;
   ClickCounter clicks_;
-  HoverTip tip_;
+  HoverTip tip_{[this] { return situationText(); }};
 };
 
 }  // namespace vistrel::platform::linux_desktop

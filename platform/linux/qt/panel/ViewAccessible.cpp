@@ -39,6 +39,10 @@ const QString& qtName(AccessibilityAction action) {
   return QAccessibleActionInterface::pressAction();
 }
 
+bool showsPicture(const View& view) {
+  return view.layer() != nullptr && view.layer()->contents() != nullptr;
+}
+
 }  // namespace
 
 ViewAccessible::ViewAccessible(const PanelAccessible& panel, std::weak_ptr<View> view)
@@ -48,6 +52,7 @@ void ViewAccessible::reportChanges() {
   const Told before = std::exchange(told_, current());
   const bool isRenamed = told_.name != before.name;
   if (isRenamed) report(*this, QAccessible::NameChanged);
+  if (told_.description != before.description) report(*this, QAccessible::DescriptionChanged);
   if (before.isShown && !told_.isShown) report(*this, QAccessible::ObjectHide);
   // Screen readers read a message out when it comes to be shown, and only then.
   const bool isNewMessage = isRenamed && role() == QAccessible::AlertMessage;
@@ -67,8 +72,12 @@ QString ViewAccessible::text(QAccessible::Text kind) const {
   if (!view) return {};
   const std::string label = view->accessibilityLabel();
   if (kind == QAccessible::Name) return QString::fromStdString(label);
-  const bool saysMore = kind == QAccessible::Description && view->toolTip() != label;
-  return saysMore ? QString::fromStdString(view->toolTip()) : QString();
+  return kind == QAccessible::Description ? description(*view, label) : QString();
+}
+
+QString ViewAccessible::description(const View& view, const std::string& label) const {
+  if (showsPicture(view)) return panel_.situationText();
+  return view.toolTip() == label ? QString() : QString::fromStdString(view.toolTip());
 }
 
 QRect ViewAccessible::rect() const {
@@ -124,7 +133,8 @@ std::shared_ptr<View> ViewAccessible::view() const {
 ViewAccessible::Told ViewAccessible::current() const {
   const auto view = this->view();
   if (!view) return {};
-  return {text(QAccessible::Name), !view->isHiddenOrHasHiddenAncestor()};
+  return {text(QAccessible::Name), text(QAccessible::Description),
+          !view->isHiddenOrHasHiddenAncestor()};
 }
 
 }  // namespace vistrel::platform::linux_desktop

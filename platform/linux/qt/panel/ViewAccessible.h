@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/View.h"
 #include "platform/linux/qt/windows/ScreenReaders.h"
@@ -34,12 +35,14 @@ class ViewAccessible final : public LeafAccessible {
   /// What a screen reader hears of without asking.
   struct Told {
     QString name;
+    QString description;
     bool isShown = false;
   };
 
   /// Null once the view has left the panel.
   std::shared_ptr<View> view() const;
   Told current() const;
+  QString description(const View& view, const std::string& label) const;
 
   const PanelAccessible& panel_;
   const std::weak_ptr<View> view_;

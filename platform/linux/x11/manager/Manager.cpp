@@ -63,6 +63,23 @@ bool hasState(Connection& connection, xcb_window_t window, std::string_view stat
   return holds(connection, window, "_NET_WM_STATE", state);
 }
 
+bool isMarkedHidden(Connection& connection, xcb_window_t window) {
+  return hasState(connection, window, "_NET_WM_STATE_HIDDEN");
+}
+
+bool isViewable(Connection& connection, xcb_window_t window) {
+  const auto attributes = replyTo<xcb_get_window_attributes_reply>(
+      connection.xcb(), xcb_get_window_attributes(connection.xcb(), window));
+  return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+std::optional<std::uint32_t> hiddenDesktopOf(Connection& connection, xcb_window_t window) {
+  const auto desktop = propertyOf(connection, window, "_NET_WM_DESKTOP").firstValue();
+  const auto shown = propertyOf(connection, connection.root(), "_NET_CURRENT_DESKTOP").firstValue();
+  const bool isHidden = desktop && shown && desktop != everyDesktop && desktop != shown;
+  return isHidden ? desktop : std::nullopt;
+}
+
 void tellManager(Connection& connection, xcb_window_t window, std::string_view message,
                  const std::array<std::uint32_t, 5>& data) {
   xcb_client_message_event_t event{};

@@ -34,6 +34,13 @@ bool managerSupports(Connection& connection, std::string_view hint);
 
 /// Whether it has put the window into `state` (_NET_WM_STATE).
 bool hasState(Connection& connection, xcb_window_t window, std::string_view state);
+/// As EWMH's _NET_WM_STATE_HIDDEN marks windows that would not be seen on their own desktop either:
+/// minimised ones, wherever they are.
+bool isMarkedHidden(Connection& connection, xcb_window_t window);
+/// Whether the window is mapped, and all that it lies in.
+bool isViewable(Connection& connection, xcb_window_t window);
+/// The desktop that the window is on (EWMH, _NET_WM_DESKTOP), where that one is not shown.
+std::optional<std::uint32_t> hiddenDesktopOf(Connection& connection, xcb_window_t window);
 
 /// Sends it a message about `window`, to the root window as all of them go.
 void tellManager(Connection& connection, xcb_window_t window, std::string_view message,

@@ -6,22 +6,9 @@
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/ClientWindows.h"
 #include "platform/linux/x11/manager/Manager.h"
-#include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
-
-/// As EWMH's _NET_WM_STATE_HIDDEN marks windows that would not be seen on their own desktop either:
-/// minimised ones, wherever they are.
-bool isMarkedHidden(Connection& connection, xcb_window_t window) {
-  return hasState(connection, window, "_NET_WM_STATE_HIDDEN");
-}
-
-bool isViewable(Connection& connection, xcb_window_t window) {
-  const auto attributes = replyTo<xcb_get_window_attributes_reply>(
-      connection.xcb(), xcb_get_window_attributes(connection.xcb(), window));
-  return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
-}
 
 /// On the desktop that is shown, else on another one, else minimised.
 xcb_window_t frontmost(Connection& connection, const std::vector<xcb_window_t>& windows) {
@@ -48,10 +35,8 @@ void raiseByPerson(Connection& connection, xcb_window_t window) {
 /// Before the windows are raised: openbox 3.6.1, xfwm4 4.18.0 and mutter 43.8 do not go to their
 /// desktop by themselves, and a manager may bring them to the one that is shown.
 void showDesktopOf(Connection& connection, xcb_window_t window) {
-  const auto desktop = propertyOf(connection, window, "_NET_WM_DESKTOP").firstValue();
-  const auto shown = propertyOf(connection, connection.root(), "_NET_CURRENT_DESKTOP").firstValue();
-  if (!desktop || desktop == everyDesktop || desktop == shown) return;
-  tellManager(connection, connection.root(), "_NET_CURRENT_DESKTOP", {*desktop});
+  const auto desktop = hiddenDesktopOf(connection, window);
+  if (desktop) tellManager(connection, connection.root(), "_NET_CURRENT_DESKTOP", {*desktop});
 }
 
 void sendActivation(Connection& connection, xcb_window_t window, xcb_timestamp_t time) {

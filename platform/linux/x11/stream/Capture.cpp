@@ -52,6 +52,8 @@ void Capture::proceed() {
   if (source_->isGone()) return fail({"The window has been closed."});
   if (!source_->isViewable()) return;
   const double now = monotonicNow();
+  if (source_->takeLoss()) lossPause_.lost(now);
+  if (now < lossPause_.end()) return worker_.comeBackAt(lossPause_.end());
   noticeChange(now);
   if (!hasNews() && !isTimeToLook(now)) {
     if (cursor_.isFollowing()) worker_.comeBackAt(nextLook_);
@@ -137,7 +139,8 @@ std::shared_ptr<const Image> Capture::commit() {
   assert(thread_.isCurrent());
   collectChanges();
   takeAskedCursor();
-  return worker_.commit(source_->picture(), std::exchange(uncommitted_, {}), cursorMark_);
+  return worker_.commit(source_->client(), source_->picture(), std::exchange(uncommitted_, {}),
+                        cursorMark_);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -121,7 +121,8 @@ void MirrorWorker::lose() {
   if (onLost_) onLost_();
 }
 
-std::shared_ptr<const Image> MirrorWorker::commit(std::shared_ptr<const LivePicture> picture,
+std::shared_ptr<const Image> MirrorWorker::commit(xcb_window_t source,
+                                                  std::shared_ptr<const LivePicture> picture,
                                                   PictureChanges changes,
                                                   const CursorMark& cursor) {
   assert(thread_.isCurrent());
@@ -135,7 +136,7 @@ std::shared_ptr<const Image> MirrorWorker::commit(std::shared_ptr<const LivePict
     each.pictureChanged(committed);
     each.paint();
   }
-  return std::make_shared<CommittedImage>(std::move(queue));
+  return std::make_shared<CommittedImage>(std::move(queue), source);
 }
 
 std::vector<PixelSize> MirrorWorker::pictureSizes(PixelSize source) const {

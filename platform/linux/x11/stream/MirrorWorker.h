@@ -40,9 +40,10 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   /// Serves the connection again at that moment of the monotonic clock.
   void comeBackAt(double seconds);
 
-  /// Takes a frame over, and paints it where the picture is shown. Null once the queue is being
-  /// released.
-  std::shared_ptr<const Image> commit(std::shared_ptr<const LivePicture> picture,
+  /// Takes a frame of `source` over, and paints it where the picture is shown. Null once the queue
+  /// is being released.
+  std::shared_ptr<const Image> commit(xcb_window_t source,
+                                      std::shared_ptr<const LivePicture> picture,
                                       PictureChanges changes, const CursorMark& cursor);
 
   void addPanel(xcb_window_t window);
@@ -91,12 +92,16 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
 /// The picture that a mirror had accepted when the image was made, or a later one.
 class CommittedImage : public Image {
  public:
-  explicit CommittedImage(std::shared_ptr<SerialQueue> queue) : queue_(std::move(queue)) {}
+  CommittedImage(std::shared_ptr<SerialQueue> queue, xcb_window_t source)
+      : queue_(std::move(queue)), source_(source) {}
   /// The mirror's queue, where the picture is kept.
   const std::shared_ptr<SerialQueue>& queue() const { return queue_; }
+  /// The window that it is a picture of.
+  xcb_window_t source() const { return source_; }
 
  private:
   std::shared_ptr<SerialQueue> queue_;
+  xcb_window_t source_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

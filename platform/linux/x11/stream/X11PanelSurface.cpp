@@ -25,7 +25,7 @@ void X11PanelSurface::post(std::function<void(MirrorWorker&)> work) const {
 void X11PanelSurface::moveTo(std::shared_ptr<SerialQueue> queue) {
   leaveQueue();
   queue_ = std::move(queue);
-  showsPicture_ = false;
+  source_.reset();
   post([window = window_, chrome = chrome_](MirrorWorker& worker) {
     worker.addPanel(window);
     if (chrome) worker.setChrome(window, *chrome);
@@ -55,8 +55,10 @@ void X11PanelSurface::setContents(std::shared_ptr<const Image> image) {
   const auto committed = std::dynamic_pointer_cast<const CommittedImage>(image);
   if (committed && committed->queue() != queue_) moveTo(committed->queue());
   const bool shows = committed != nullptr;
+  const auto former = std::exchange(
+      source_, shows ? std::optional<std::uint32_t>(committed->source()) : std::nullopt);
   // A picture that is shown is painted with each commit.
-  if (std::exchange(showsPicture_, shows) == shows) return;
+  if (former.has_value() == shows) return;
   post([window = window_, shows](MirrorWorker& worker) { worker.showPicture(window, shows); });
 }
 

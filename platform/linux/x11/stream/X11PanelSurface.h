@@ -23,6 +23,7 @@ class X11PanelSurface : public PanelSurface {
   void setChrome(PanelChrome chrome, std::function<void()> shown) override;
   std::shared_ptr<const PanelChrome> chrome() const override;
   void setContents(std::shared_ptr<const Image> image) override;
+  std::optional<std::uint32_t> source() const override { return source_; }
   void detach() override;
 
  private:
@@ -31,8 +32,8 @@ class X11PanelSurface : public PanelSurface {
   void post(std::function<void(MirrorWorker&)> work) const;
 
   const std::uint32_t window_;
-  std::shared_ptr<SerialQueue> queue_;  // null once detached
-  bool showsPicture_ = false;           // what `queue_` has been told last
+  std::shared_ptr<SerialQueue> queue_;   // null once detached
+  std::optional<std::uint32_t> source_;  // whose picture `queue_` has been told last to show
   std::optional<AwaitedChrome> chrome_;
   std::shared_ptr<const bool> attached_ = std::make_shared<const bool>(true);  // null once detached
 };

@@ -1,0 +1,20 @@
+#include "platform/linux/qt/panel/SituationText.h"
+
+namespace vistrel::platform::linux_desktop {
+
+std::string situationText(SourceSituation situation) {
+  switch (situation) {
+    case SourceSituation::ordinary:
+      return {};
+    case SourceSituation::onHiddenDesktop:
+      return "The source is on another desktop, where nothing draws it.\n"
+             "Keep Source Awake, or showing it on all desktops, keeps the picture live.";
+  }
+  return {};
+}
+
+std::string inLines(const std::string& first, const std::string& second) {
+  return first.empty() || second.empty() ? first + second : first + "\n" + second;
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vistrel::platform::linux_desktop {
+
+/// What a person may want to be told about where a mirrored window is.
+enum class SourceSituation {
+  /// Nothing.
+  ordinary,
+  /// On a desktop that is not shown, where nothing draws it, so that its picture stands.
+  onHiddenDesktop,
+};
+
+/// Knows what becomes of mirrored windows. Main thread.
+class SourceSituations {
+ public:
+  virtual ~SourceSituations() = default;
+
+  /// As of now, which the session is asked for; ordinary for a window that has gone.
+  virtual SourceSituation of(std::uint32_t window) = 0;
+};
+
+}  // namespace vistrel::platform::linux_desktop
