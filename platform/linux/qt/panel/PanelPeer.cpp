@@ -71,15 +71,20 @@ void PanelPeer::orderFrontRegardless() {
     providers_.windows.makeFloating(id);
     repaint();
     native_->show();
-    isComingToFront_ = true;
+    isAppearing_ = true;
+    awaitLastAnswer();
   }
   providers_.activation.raise(id);
 }
 
-void PanelPeer::comeToFront() {
+void PanelPeer::hasAppeared() {
+  if (!std::exchange(isAppearing_, false)) return;
   // mutter 43.8 puts a new window that does not get the keyboard below older ones.
-  if (!std::exchange(isComingToFront_, false)) return;
   providers_.activation.raise(static_cast<std::uint32_t>(native_->winId()));
+  // Managers choose places for windows that appear: i3 4.22 shifts them by the title bar that it
+  // does not give them, each time.
+  if (const auto pixels = placeOfNative()) placed_.hear(qtRect(*pixels));
+  if (placed_.isRefused()) ask();
 }
 
 void PanelPeer::makeKeyAndOrderFront() { orderFrontRegardless(); }
@@ -110,7 +115,7 @@ void PanelPeer::makeNative() {
   native_.reset(
       new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
                                 .released = [this] { place(); },
-                                .exposed = [this] { comeToFront(); },
+                                .exposed = [this] { hasAppeared(); },
                                 .hovered = [this](bool isOver) { pointerCameOrWent(isOver); },
                                 .situation = [this] { return situationOfSource(); }}));
   QSurfaceFormat format;
