@@ -5,6 +5,7 @@
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/server/AwaitedEvents.h"
+#include "platform/linux/x11/server/Events.h"
 #include "platform/linux/x11/server/Property.h"
 #include "platform/linux/x11/server/TextDecoding.h"
 #include "platform/linux/x11/server/UnseenWindow.h"
@@ -95,14 +96,22 @@ void tellManager(Connection& connection, xcb_window_t window, std::string_view m
 
 void awaitManager(Connection& connection) {
   constexpr double longest = 2;
-  constexpr auto question = "_NET_REQUEST_FRAME_EXTENTS";
-  if (!managerSupports(connection, question)) return;
-  const OwnWindow probe = makeUnseenWindow(connection);
-  tellManager(connection, probe.id(), question, {});
-  const bool hasAnswered = awaitProperty(connection, probe.id(), longest, [&] {
-    return propertyOf(connection, probe.id(), "_NET_FRAME_EXTENTS").exists();
-  });
-  if (hasAnswered) return;
+  // Any manager carries out at once what is asked of a window that it does not manage (ICCCM 4.1.5,
+  // and 4.1.4 for windows that have never been mapped). Messages are no such question: fluxbox
+  // 1.3.5 leaves _NET_REQUEST_FRAME_EXTENTS unanswered about these, though it lists it, and KWin
+  // 5.27.5 and awesome 4.3 do not know it.
+  const OwnWindow probe = makeUnseenWindow(connection, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+  constexpr std::uint32_t elsewhere = 1;
+  xcb_configure_window(connection.xcb(), probe.id(), XCB_CONFIG_WINDOW_X, &elsewhere);
+  connection.flush();
+  bool isThere = false;
+  const auto look = [&](const xcb_generic_event_t& event) {
+    isThere = isThere || (typeOf(event) == XCB_CONFIGURE_NOTIFY &&
+                          eventAs<xcb_configure_notify_event_t>(event).window == probe.id());
+  };
+  awaitEvents(connection, monotonicNow() + longest, look, [&] { return isThere; });
+  forgive(connection.xcb(), connection.selectEvents(probe.id(), XCB_EVENT_MASK_NO_EVENT));
+  if (isThere) return;
   trace(TraceTopic::manager, [] { return "no answer in two seconds; nobody waits any longer"; });
 }
 

@@ -47,8 +47,7 @@ void tellManager(Connection& connection, xcb_window_t window, std::string_view m
                  const std::array<std::uint32_t, 5>& data);
 
 /// Waits until the manager has seen what happened on the display before this call, which it does in
-/// order; two seconds at most. A manager that cannot be asked is not waited for. `connection`
-/// listens to no events of windows.
+/// order; two seconds at most. `connection` listens to no events of windows.
 void awaitManager(Connection& connection);
 
 /// Whether the manager takes `area`, in pixels of the root window, for a part of the desktop: where

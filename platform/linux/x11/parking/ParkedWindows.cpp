@@ -100,17 +100,17 @@ void ParkedWindows::moveTo(xcb_window_t window, const FramedWindow& found, Point
 }
 
 void ParkedWindows::request(xcb_window_t window, const PixelRect& client, const Extents& frame) {
-  // EWMH, _NET_MOVERESIZE_WINDOW: the client's own gravity, and all four numbers.
-  constexpr std::uint32_t ownGravity = 0;
+  // EWMH, _NET_MOVERESIZE_WINDOW: all four numbers. The client's own gravity by its number, since
+  // fluxbox 1.3.5 takes 0, which stands for it, for none.
   constexpr std::uint32_t all = 0xf << 8;
   constexpr std::uint32_t source = byPerson << 12;
-  const auto hints = propertyOf(connection_, window, "WM_NORMAL_HINTS").values();
-  const auto origin = requestedOrigin(client, frame, gravityFrom(hints));
+  const auto gravity = gravityFrom(propertyOf(connection_, window, "WM_NORMAL_HINTS").values());
+  const auto origin = requestedOrigin(client, frame, gravity);
   trace(TraceTopic::manager, [&] {
     return windowText(window) + " is to be at " + areaText(client) + ", without its frame";
   });
   tellManager(connection_, window, "_NET_MOVERESIZE_WINDOW",
-              {ownGravity | all | source, static_cast<std::uint32_t>(origin.x),
+              {gravity | all | source, static_cast<std::uint32_t>(origin.x),
                static_cast<std::uint32_t>(origin.y), static_cast<std::uint32_t>(client.width),
                static_cast<std::uint32_t>(client.height)});
 }
