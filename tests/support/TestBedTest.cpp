@@ -99,6 +99,7 @@ TEST_P(PrivateDisplayWith, HasItsManagerFrameAWindow) {
 }
 
 VISTREL_WITH_EACH_MANAGER(PrivateDisplayWith);
+VISTREL_WITH_FURTHER_MANAGERS(PrivateDisplayWith);
 
 class TestBed : public ::testing::Test {
  protected:
