@@ -166,6 +166,28 @@ TEST_F(KeepAwakeInTheCorner, TheSourceIsLiveWhereTheManagerHidesNothing) {
   keepAwakeForAWhile(openPanel(), [&] { return isInCorner(); });
 }
 
+class KeepAwakeInSight : public KeepAwake {
+ protected:
+  KeepAwakeInSight() : KeepAwake({.windowManager = WindowManager::marco}) {}
+
+  std::string description() const {
+    const Accessible program = reader_->program(vistrel_->process().pid());
+    return program.only("frame", "Sample — Document").description();
+  }
+};
+
+TEST_F(KeepAwakeInSight, TheSourceIsLiveBelowAllOthersAndThePersonIsToldSo) {
+  const PanelOnScreen panel = openPanel();
+  keepAwakeForAWhile(panel, [&] {
+    return hasState(connection_, source_->id(), "_NET_WM_STATE_BELOW") &&
+           description() ==
+               "The source could not be moved out of sight. It is kept awake below all other "
+               "windows.";
+  });
+  EXPECT_TRUE(eventually([&] { return description().empty(); }));
+  EXPECT_FALSE(hasState(connection_, source_->id(), "_NET_WM_STATE_BELOW"));
+}
+
 class KeepAwakeOnAFixedScreen : public KeepAwake {
  protected:
   KeepAwakeOnAFixedScreen() : KeepAwake(PrivateDisplay::Options{}) {}

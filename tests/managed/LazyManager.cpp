@@ -62,8 +62,9 @@ void LazyManager::take(const xcb_client_message_event_t& message) {
 
 void LazyManager::answer(const xcb_configure_request_event_t& request) {
   catchUp();
-  const auto x = static_cast<std::uint32_t>(request.x);
-  xcb_configure_window(connection_.get(), request.window, XCB_CONFIG_WINDOW_X, &x);
+  const std::uint32_t granted[] = {static_cast<std::uint32_t>(request.x), request.width};
+  xcb_configure_window(connection_.get(), request.window,
+                       XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_WIDTH, granted);
   connection_.sync();
 }
 
@@ -73,7 +74,7 @@ void LazyManager::catchUp() {
     xcb_configure_window(connection_.get(), each.window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
                          &each.data.data32[1]);
   }
-  if (++timesAsked_ % 2 == 0) {
+  if (++timesAsked_ % 3 == 0) {
     noticeScreen();
   }
 }

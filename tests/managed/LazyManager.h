@@ -11,9 +11,9 @@
 namespace vistrel::testbed {
 
 /// A window manager that does nothing until it is asked whether it has, by
-/// _NET_REQUEST_FRAME_EXTENTS (EWMH) or for a window's x: then it moves the windows that it was told
-/// to move (_NET_MOVERESIZE_WINDOW). It takes notice of the screen's size at every other question
-/// only. It draws no frames, and windows are to be on the screen before it comes.
+/// _NET_REQUEST_FRAME_EXTENTS (EWMH) or for a window's place: then it moves the windows that it was
+/// told to move (_NET_MOVERESIZE_WINDOW). It takes notice of the screen's size at every third
+/// question only. It draws no frames, and windows are to be on the screen before it comes.
 class LazyManager {
  public:
   explicit LazyManager(const std::string& display);
