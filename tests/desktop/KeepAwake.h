@@ -29,6 +29,10 @@ class KeepAwake : public ContextMenuUser {
     return area.x >= screenWidth - std::max(40, area.width / 10) &&
            area.y >= screenHeight - std::max(40, area.height / 10);
   }
+  /// Where a manager keeps all of each window on the screen.
+  bool isBelowAllOthers() const {
+    return hasState(connection_, source_->id(), "_NET_WM_STATE_BELOW");
+  }
   ::testing::AssertionResult isBack(Rect home) {
     if (eventually([&] { return source_->area() == home; })) {
       return ::testing::AssertionSuccess();

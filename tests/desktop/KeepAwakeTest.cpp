@@ -93,5 +93,27 @@ TEST_F(KeepAwakeOnAScreenThatGrows, WithoutAManagerThatMovesWindowsThePersonIsTo
   }
 }
 
+class KeepAwakeInSight : public KeepAwake {
+ protected:
+  KeepAwakeInSight() : KeepAwake({.windowManager = WindowManager::marco}) {}
+
+  std::string description() const {
+    const Accessible program = reader_->program(vistrel_->process().pid());
+    return program.only("frame", "Sample — Document").description();
+  }
+};
+
+TEST_F(KeepAwakeInSight, TheSourceIsLiveBelowAllOthersAndThePersonIsToldSo) {
+  const PanelOnScreen panel = openPanel();
+  keepAwakeForAWhile(panel, [&] {
+    return isBelowAllOthers() &&
+           description() ==
+               "The source could not be moved out of sight. It is kept awake below all other "
+               "windows.";
+  });
+  EXPECT_TRUE(eventually([&] { return description().empty(); }));
+  EXPECT_FALSE(isBelowAllOthers());
+}
+
 }  // namespace
 }  // namespace vistrel::testbed
