@@ -25,8 +25,8 @@ TEST_P(KeepAwakeUnderManagers, TheSourceIsOutOfSightAndLiveUntilItIsTakenBack) {
   // Wherever the manager has put it.
   const PanelOnScreen panel = openPanel(0, 1);
   ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
-  keepAwakeForAWhile(
-      panel, [&] { return isOnHiddenDisplay() || isInCorner() || isBelowAllOthers(); });
+  keepAwakeForAWhile(panel,
+                     [&] { return isOnHiddenDisplay() || isInCorner() || isBelowAllOthers(); });
 }
 
 INSTANTIATE_TEST_SUITE_P(ScreenThatGrows, KeepAwakeUnderManagers,

@@ -27,9 +27,9 @@ void setAtoms(Connection& connection, xcb_window_t window, std::string_view prop
 }  // namespace
 
 void makeFloating(Connection& connection, xcb_window_t window) {
-  setAtoms(connection, window, "_NET_WM_WINDOW_TYPE",
-           {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_DIALOG",
-            "_NET_WM_WINDOW_TYPE_NORMAL"});
+  setAtoms(
+      connection, window, "_NET_WM_WINDOW_TYPE",
+      {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_NORMAL"});
   setAtoms(connection, window, "WM_PROTOCOLS", {"WM_DELETE_WINDOW", "_NET_WM_PING"});
   setAtoms(connection, window, "_NET_WM_STATE", {above, sticky, skipTaskbar, skipPager});
   xcb_change_property(connection.xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(desktop),
