@@ -24,18 +24,11 @@ std::string captureAdvice(const SessionFacts& facts) {
 }
 
 std::string movingAdvice(const SessionFacts& facts) {
-  if (facts.managerMovesWindows) {
+  if (facts.managerName) {
     return "The window manager moves windows for other programs. Choose the command again.";
   }
-  if (!facts.managerName) {
-    return "It is the window manager that moves windows, and none runs on this display. Start one, "
-           "then choose the command again.";
-  }
-  const auto name = facts.managerName->empty() ? "" : ", “" + *facts.managerName + "”,";
-  return "The window manager" + name +
-         " does not move windows for other programs (EWMH, _NET_MOVERESIZE_WINDOW). Openbox, Xfwm4 "
-         "and Mutter are among those that do.\n\nMirrors work all the same as long as their "
-         "sources are on a desktop that is shown.";
+  return "It is the window manager that moves windows, and none runs on this display. Start one, "
+         "then choose the command again.";
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "tests/desktop/DesktopTest.h"
+#include "tests/desktop/TestedHere.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -134,6 +135,9 @@ TEST_P(PanelWindow, YieldsToAFullScreenWindowThatIsNotManaged) {
 
 // There are two windows to go to and fro between; the panel would be the third.
 TEST_P(PanelWindow, IsNotAmongTheWindowsToSwitchTo) {
+  if (GetParam() == WindowManager::icewm) {
+    GTEST_SKIP() << "icewm 3.3.1 has windows among them that are to be left out of taskbars too";
+  }
   mirrorOnlySource();
   const xcb_window_t picker = vistrel_->picker().id();
   activate(picker);
@@ -180,7 +184,7 @@ TEST_P(PanelWindow, NeverTakesTheKeyboard) {
   EXPECT_TRUE(hasKeyboard(*source_)) << "closed";
 }
 
-VISTREL_WITH_EACH_MANAGER(PanelWindow);
+VISTREL_WITH_MANAGERS(WindowManagers, PanelWindow, managersTestedHere());
 
 }  // namespace
 }  // namespace vistrel::testbed

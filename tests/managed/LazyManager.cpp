@@ -44,6 +44,8 @@ void LazyManager::answerUntil(const std::stop_token& stop) {
       letOthersRun();
     } else if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE) {
       take(*reinterpret_cast<const xcb_client_message_event_t*>(event.get()));
+    } else if ((event->response_type & 0x7f) == XCB_CONFIGURE_REQUEST) {
+      answer(*reinterpret_cast<const xcb_configure_request_event_t*>(event.get()));
     }
   }
 }
@@ -52,21 +54,29 @@ void LazyManager::take(const xcb_client_message_event_t& message) {
   if (message.type == move_) {
     moves_.push_back(message);
   } else if (message.type == question_) {
-    answer(message.window);
+    catchUp();
+    connection_.setNumbers(message.window, "_NET_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {0, 0, 0, 0});
+    connection_.sync();
   }
 }
 
-void LazyManager::answer(xcb_window_t window) {
+void LazyManager::answer(const xcb_configure_request_event_t& request) {
+  catchUp();
+  const std::uint32_t granted[] = {static_cast<std::uint32_t>(request.x), request.width};
+  xcb_configure_window(connection_.get(), request.window,
+                       XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_WIDTH, granted);
+  connection_.sync();
+}
+
+void LazyManager::catchUp() {
   for (const auto& each : std::exchange(moves_, {})) {
     // EWMH: the gravity and some flags come before the place.
     xcb_configure_window(connection_.get(), each.window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
                          &each.data.data32[1]);
   }
-  if (++timesAsked_ % 2 == 0) {
+  if (++timesAsked_ % 3 == 0) {
     noticeScreen();
   }
-  connection_.setNumbers(window, "_NET_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {0, 0, 0, 0});
-  connection_.sync();
 }
 
 }  // namespace vistrel::testbed

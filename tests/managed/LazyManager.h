@@ -10,10 +10,10 @@
 
 namespace vistrel::testbed {
 
-/// A window manager that does nothing until it is asked whether it has (EWMH,
-/// _NET_REQUEST_FRAME_EXTENTS): then it moves the windows that it was told to move
-/// (_NET_MOVERESIZE_WINDOW). It takes notice of the screen's size at every other question only. It
-/// draws no frames, and windows are to be on the screen before it comes.
+/// A window manager that does nothing until it is asked whether it has, by
+/// _NET_REQUEST_FRAME_EXTENTS (EWMH) or for a window's place: then it moves the windows that it was
+/// told to move (_NET_MOVERESIZE_WINDOW). It takes notice of the screen's size at every third
+/// question only. It draws no frames, and windows are to be on the screen before it comes.
 class LazyManager {
  public:
   explicit LazyManager(const std::string& display);
@@ -23,7 +23,8 @@ class LazyManager {
   void noticeScreen();
   void answerUntil(const std::stop_token& stop);
   void take(const xcb_client_message_event_t& message);
-  void answer(xcb_window_t window);
+  void answer(const xcb_configure_request_event_t& request);
+  void catchUp();
 
   XConnection connection_;
   const xcb_window_t window_;

@@ -19,7 +19,10 @@ using platform::accessibilityWindows;
 ParkingBed::ParkingBed(const ParkingPlace& place, std::vector<std::string> serverArguments)
     : session_(PrivateDisplay::Options{.windowManager = place.manager,
                                        .server = place.server,
-                                       .serverArguments = std::move(serverArguments)}) {}
+                                       .serverArguments = std::move(serverArguments)}) {
+  using platform::linux_desktop::ScreenLayout;
+  session_.providers().layout->set(ScreenLayout({{{0, 0, 1280, 1024}, 1}}));
+}
 
 std::optional<platform::DisplayID> ParkingBed::makeDisplay(int width, int height) {
   const auto size = [](int points) { return 2 * static_cast<std::uint32_t>(points); };

@@ -20,6 +20,9 @@ struct ParkingPlace {
   WindowManager manager;
   /// Whether a hidden display can be had there.
   bool hasHiddenDisplay;
+  /// What is told of a window that is parked there.
+  platform::linux_desktop::SourceSituation situation =
+      platform::linux_desktop::SourceSituation::ordinary;
 
   /// As GoogleTest prints it.
   friend std::ostream& operator<<(std::ostream& stream, const ParkingPlace& place) {

@@ -7,6 +7,13 @@
 namespace vistrel::testbed {
 namespace {
 
+// Until then requests about windows go by nobody.
+bool isRedirected(const XConnection& connection) {
+  const XReply<xcb_get_window_attributes_reply_t> root(xcb_get_window_attributes_reply(
+      connection.get(), xcb_get_window_attributes(connection.get(), connection.root()), nullptr));
+  return root && (root->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
+}
+
 // EWMH 1.5, _NET_SUPPORTING_WM_CHECK: the root window names a window that names itself.
 bool isManaged(const XConnection& connection) {
   const auto check = connection.numbers(connection.root(), "_NET_SUPPORTING_WM_CHECK");
@@ -27,11 +34,23 @@ ManagerProbe::~ManagerProbe() {
 }
 
 bool ManagerProbe::isAnswered() const {
-  if (!isManaged(connection_)) {
-    return false;
-  }
+  return isManaged(connection_) && (tellsFrame() || grantsSize());
+}
+
+bool ManagerProbe::tellsFrame() const {
   connection_.sendToManager(window_, "_NET_REQUEST_FRAME_EXTENTS", {});
   return !connection_.numbers(window_, "_NET_FRAME_EXTENTS").empty();
+}
+
+bool ManagerProbe::grantsSize() const {
+  if (!isRedirected(connection_)) {
+    return false;
+  }
+  constexpr std::uint32_t anotherWidth = 2;
+  xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_WIDTH, &anotherWidth);
+  const XReply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
+      connection_.get(), xcb_get_geometry(connection_.get(), window_), nullptr));
+  return geometry && geometry->width == anotherWidth;
 }
 
 void awaitManager(const XConnection& connection) {

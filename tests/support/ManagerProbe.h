@@ -4,8 +4,10 @@
 
 namespace vistrel::testbed {
 
-/// A question to the display's window manager (EWMH 1.5, _NET_REQUEST_FRAME_EXTENTS), which it
-/// answers once it has dealt with all that it was told before. About a window that nobody sees.
+/// A question to the display's window manager, which it answers once it has dealt with all that it
+/// was told before. It is about a window that nobody sees: for its frame (EWMH 1.5,
+/// _NET_REQUEST_FRAME_EXTENTS), and, since not all managers know that, for another size, which they
+/// grant too (ICCCM 4.1.5).
 class ManagerProbe {
  public:
   /// `connection` outlives this object.
@@ -19,6 +21,9 @@ class ManagerProbe {
   bool isAnswered() const;
 
  private:
+  bool tellsFrame() const;
+  bool grantsSize() const;
+
   const XConnection& connection_;
   const xcb_window_t window_;
 };

@@ -28,14 +28,21 @@ struct Link {
   std::string_view name;
   std::string_view target;
 };
-constexpr std::array<Link, 5> links = {{
-    // mutter ends without its settings' schemas.
+constexpr std::array<Link, 9> links = {{
+    // mutter, marco and metacity end without their settings' schemas.
     {"share/glib-2.0", "/usr/share/glib-2.0"},
+    {"share/kwin", "/usr/share/kwin"},
+    // Without the types of files marco and metacity read no picture, and end.
+    {"share/mime", "/usr/share/mime"},
     {"share/themes/Clearlooks", "/usr/share/themes/Clearlooks"},
     {"etc/openbox", "/etc/xdg/openbox"},
+    {"etc/awesome", "/etc/xdg/awesome"},
     {"services/org.a11y.Bus.service", "/usr/share/dbus-1/services/org.a11y.Bus.service"},
     // Where xfwm4 asks for its settings.
     {"services/org.xfce.Xfconf.service", "/usr/share/dbus-1/services/org.xfce.Xfconf.service"},
+    // Whom kwin has watch its keys.
+    {"services/org.kde.kglobalaccel.service",
+     "/usr/share/dbus-1/services/org.kde.kglobalaccel.service"},
 }};
 
 void linkFonts(const fs::path& home) {

@@ -12,8 +12,6 @@ struct SessionFacts {
   std::vector<std::string> missingForCapture;
   /// What the window manager calls itself, which may be nothing; none where no manager runs.
   std::optional<std::string> managerName;
-  /// Whether it moves windows for other programs.
-  bool managerMovesWindows = false;
 };
 
 }  // namespace vistrel::platform::linux_desktop

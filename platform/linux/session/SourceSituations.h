@@ -10,6 +10,11 @@ enum class SourceSituation {
   ordinary,
   /// On a desktop that is not shown, where nothing draws it, so that its picture stands.
   onHiddenDesktop,
+  /// Kept awake, but in sight: below all other windows, where the manager lets none leave the
+  /// screen.
+  parkedBelowOthers,
+  /// The same, not even below others.
+  parkedInSight,
 };
 
 /// Knows what becomes of mirrored windows. Main thread.

@@ -11,13 +11,13 @@
 #include "platform/linux/x11/instance/X11ProgramInstance.h"
 #include "platform/linux/x11/listing/ShareableContentService.h"
 #include "platform/linux/x11/manager/Manager.h"
-#include "platform/linux/x11/manager/X11SourceSituations.h"
 #include "platform/linux/x11/manager/X11WindowActivation.h"
 #include "platform/linux/x11/monitors/X11Displays.h"
 #include "platform/linux/x11/monitors/X11DockAreas.h"
 #include "platform/linux/x11/monitors/X11Monitors.h"
 #include "platform/linux/x11/panel/X11ContextMenuKeys.h"
 #include "platform/linux/x11/parking/X11Accessibility.h"
+#include "platform/linux/x11/parking/X11SourceSituations.h"
 #include "platform/linux/x11/server/Connection.h"
 #include "platform/linux/x11/stream/X11PanelWindows.h"
 #include "platform/linux/x11/stream/X11WindowStreams.h"
@@ -85,17 +85,18 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->dockAreas = std::make_unique<X11DockAreas>(panelQueue);
   session->contextMenuKeys = std::make_unique<X11ContextMenuKeys>(panelQueue);
   session->windowActivation = std::make_unique<X11WindowActivation>(connection);
-  session->sourceSituations = std::make_unique<X11SourceSituations>(connection);
   session->windowLister = std::make_unique<ShareableContentService>(session->layout);
   session->windowStreams = std::make_unique<X11WindowStreams>(connection);
   const auto hiddenDisplays = std::make_shared<X11VirtualDisplays>(connection, session->layout);
   session->hiddenDisplays = hiddenDisplays;
   session->displays = std::make_unique<X11Displays>(connection, session->layout, hiddenDisplays);
-  session->otherWindows = std::make_unique<X11Accessibility>(connection, session->layout);
-  session->facts = [connection, &moving = *session->otherWindows] {
+  auto otherWindows = std::make_unique<X11Accessibility>(connection, session->layout);
+  session->sourceSituations =
+      std::make_unique<X11SourceSituations>(connection, otherWindows->parkedWindows());
+  session->otherWindows = std::move(otherWindows);
+  session->facts = [connection] {
     return SessionFacts{.missingForCapture = connection->extensions().missingForCapture,
-                        .managerName = managerName(*connection),
-                        .managerMovesWindows = moving.isProcessTrusted()};
+                        .managerName = managerName(*connection)};
   };
   trace(TraceTopic::start, [&] { return description(*connection, session->facts()); });
   return session;

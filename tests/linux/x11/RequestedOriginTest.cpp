@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <xcb/xproto.h>
 
-#include "platform/linux/x11/parking/RequestedOrigin.h"
+#include "platform/linux/x11/manager/RequestedOrigin.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

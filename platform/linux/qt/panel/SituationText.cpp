@@ -9,6 +9,11 @@ std::string situationText(SourceSituation situation) {
     case SourceSituation::onHiddenDesktop:
       return "The source is on another desktop, where nothing draws it.\n"
              "Keep Source Awake, or showing it on all desktops, keeps the picture live.";
+    case SourceSituation::parkedBelowOthers:
+      return "The source could not be moved out of sight. It is kept awake below all other "
+             "windows.";
+    case SourceSituation::parkedInSight:
+      return "The source could not be moved out of sight: the window manager keeps it where it is.";
   }
   return {};
 }

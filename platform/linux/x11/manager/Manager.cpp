@@ -5,6 +5,7 @@
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/server/AwaitedEvents.h"
+#include "platform/linux/x11/server/Events.h"
 #include "platform/linux/x11/server/Property.h"
 #include "platform/linux/x11/server/TextDecoding.h"
 #include "platform/linux/x11/server/UnseenWindow.h"
@@ -31,21 +32,44 @@ bool holds(Connection& connection, xcb_window_t window, std::string_view list,
   return std::find(atoms.begin(), atoms.end(), connection.atom(atom)) != atoms.end();
 }
 
-/// A manager that has gone leaves its property on the root; a living one shows on the window that
-/// the property names (EWMH, _NET_SUPPORTING_WM_CHECK).
+/// Asks the manager for another place for a window that it does not manage, which any manager
+/// grants at once (ICCCM 4.1.5); whether it has by the deadline. Messages are no such question:
+/// fluxbox 1.3.5 leaves _NET_REQUEST_FRAME_EXTENTS unanswered about such a window, though it lists
+/// it, and KWin 5.27.5 and awesome 4.3 do not list it.
+bool isAnswered(Connection& connection, double deadline) {
+  const OwnWindow probe = makeUnseenWindow(connection, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+  constexpr std::uint32_t elsewhere = 1;
+  xcb_configure_window(connection.xcb(), probe.id(), XCB_CONFIG_WINDOW_X, &elsewhere);
+  connection.flush();
+  bool isThere = false;
+  const auto look = [&](const xcb_generic_event_t& event) {
+    isThere = isThere || (typeOf(event) == XCB_CONFIGURE_NOTIFY &&
+                          eventAs<xcb_configure_notify_event_t>(event).window == probe.id());
+  };
+  awaitEvents(connection, deadline, look, [&] { return isThere; });
+  forgive(connection.xcb(), connection.selectEvents(probe.id(), XCB_EVENT_MASK_NO_EVENT));
+  return isThere;
+}
+
+/// EWMH: the width of every desktop.
+std::optional<std::uint32_t> desktopWidth(Connection& connection) {
+  return propertyOf(connection, connection.root(), "_NET_DESKTOP_GEOMETRY").firstValue();
+}
+
+bool covers(Connection& connection, const PixelRect& area) {
+  const auto width = desktopWidth(connection);
+  return width && static_cast<std::int64_t>(*width) >= area.x + area.width;
+}
+
+}  // namespace
+
 std::optional<xcb_window_t> managersWindow(Connection& connection) {
+  // One that has gone leaves the property on the root; a living one shows on the window itself.
   constexpr auto check = "_NET_SUPPORTING_WM_CHECK";
   const auto window = propertyOf(connection, connection.root(), check).firstValue();
   if (!window || propertyOf(connection, *window, check).firstValue() != window) return std::nullopt;
   return window;
 }
-
-bool covers(Connection& connection, const PixelRect& area) {
-  const auto size = propertyOf(connection, connection.root(), "_NET_DESKTOP_GEOMETRY").firstValue();
-  return size && static_cast<std::int64_t>(*size) >= area.x + area.width;
-}
-
-}  // namespace
 
 bool hasManager(Connection& connection) { return managersWindow(connection).has_value(); }
 
@@ -80,6 +104,13 @@ std::optional<std::uint32_t> hiddenDesktopOf(Connection& connection, xcb_window_
   return isHidden ? desktop : std::nullopt;
 }
 
+bool isPartOfDesktop(Connection& connection, xcb_window_t window) {
+  const auto type = propertyOf(connection, window, "_NET_WM_WINDOW_TYPE").firstValue();
+  constexpr std::array types{"_NET_WM_WINDOW_TYPE_DESKTOP", "_NET_WM_WINDOW_TYPE_DOCK"};
+  return type && std::any_of(types.begin(), types.end(),
+                             [&](const char* each) { return connection.atom(each) == *type; });
+}
+
 void tellManager(Connection& connection, xcb_window_t window, std::string_view message,
                  const std::array<std::uint32_t, 5>& data) {
   xcb_client_message_event_t event{};
@@ -95,15 +126,15 @@ void tellManager(Connection& connection, xcb_window_t window, std::string_view m
 
 void awaitManager(Connection& connection) {
   constexpr double longest = 2;
-  constexpr auto question = "_NET_REQUEST_FRAME_EXTENTS";
-  if (!managerSupports(connection, question)) return;
-  const OwnWindow probe = makeUnseenWindow(connection);
-  tellManager(connection, probe.id(), question, {});
-  const bool hasAnswered = awaitProperty(connection, probe.id(), longest, [&] {
-    return propertyOf(connection, probe.id(), "_NET_FRAME_EXTENTS").exists();
-  });
-  if (hasAnswered) return;
+  const double deadline = monotonicNow() + longest;
+  // Twice, since a manager may put off what it was told until it has read all that has come in
+  // (awesome 4.3).
+  if (isAnswered(connection, deadline) && isAnswered(connection, deadline)) return;
   trace(TraceTopic::manager, [] { return "no answer in two seconds; nobody waits any longer"; });
+}
+
+bool managerTellsItsReach(Connection& connection) {
+  return !hasManager(connection) || desktopWidth(connection);
 }
 
 bool managerReaches(Connection& connection, const PixelRect& area) {
@@ -111,8 +142,8 @@ bool managerReaches(Connection& connection, const PixelRect& area) {
   // mutter 43.8 takes notice some time after it has been told.
   constexpr double grace = 0.5;
   awaitManager(connection);
-  // EWMH: the size of every desktop. A manager that leaves out what no output shows (xfwm4 4.18.0)
-  // does not count it in here either.
+  // A manager that leaves out what no output shows (xfwm4 4.18.0, KWin 5.27.5) does not count it in
+  // here either.
   const auto isCovered = [&] { return covers(connection, area); };
   bool isReached = awaitProperty(connection, connection.root(), grace, isCovered);
   if (!isReached) {

@@ -25,7 +25,9 @@ inline constexpr std::uint32_t everyDesktop = 0xffffffff;
 /// one that is minimised, or put away in another way. docs/quirks.md says who does that.
 inline constexpr std::uint32_t iconicState = 3;
 
-/// Whether a manager runs that follows EWMH.
+/// The window by which a manager shows that it runs and follows EWMH (_NET_SUPPORTING_WM_CHECK);
+/// another manager has another one. None where no such manager runs.
+std::optional<xcb_window_t> managersWindow(Connection& connection);
 bool hasManager(Connection& connection);
 /// What it calls itself; empty where it does not say, none where no manager runs.
 std::optional<std::string> managerName(Connection& connection);
@@ -42,14 +44,21 @@ bool isViewable(Connection& connection, xcb_window_t window);
 /// The desktop that the window is on (EWMH, _NET_WM_DESKTOP), where that one is not shown.
 std::optional<std::uint32_t> hiddenDesktopOf(Connection& connection, xcb_window_t window);
 
+/// Whether the window is a dock or the desktop's own (EWMH, _NET_WM_WINDOW_TYPE): those follow the
+/// screen by themselves, and lie above or below all ordinary ones.
+bool isPartOfDesktop(Connection& connection, xcb_window_t window);
+
 /// Sends it a message about `window`, to the root window as all of them go.
 void tellManager(Connection& connection, xcb_window_t window, std::string_view message,
                  const std::array<std::uint32_t, 5>& data);
 
 /// Waits until the manager has seen what happened on the display before this call, which it does in
-/// order; two seconds at most. A manager that cannot be asked is not waited for. `connection`
-/// listens to no events of windows.
+/// order; two seconds at most. `connection` listens to no events of windows.
 void awaitManager(Connection& connection);
+
+/// Whether the manager says how large its desktop is (_NET_DESKTOP_GEOMETRY), which
+/// `managerReaches` goes by; without a manager nobody has to.
+bool managerTellsItsReach(Connection& connection);
 
 /// Whether the manager takes `area`, in pixels of the root window, for a part of the desktop: where
 /// it does not, it keeps windows away from there. Waits until it has had time to notice that the

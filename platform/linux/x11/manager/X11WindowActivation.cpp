@@ -6,6 +6,7 @@
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/ClientWindows.h"
 #include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/manager/TopLevel.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -18,6 +19,12 @@ xcb_window_t frontmost(Connection& connection, const std::vector<xcb_window_t>& 
   const auto open = std::find_if(windows.begin(), windows.end(),
                                  [&](auto each) { return !isMarkedHidden(connection, each); });
   return open != windows.end() ? *open : windows.front();
+}
+
+/// Among windows, rather than as a part of the desktop around them.
+bool isShown(Connection& connection, xcb_window_t window) {
+  return isViewable(connection, window) && !isMarkedHidden(connection, window) &&
+         !hiddenDesktopOf(connection, window) && !isPartOfDesktop(connection, window);
 }
 
 void raiseInLayer(Connection& connection, xcb_window_t window) {
@@ -45,6 +52,18 @@ void sendActivation(Connection& connection, xcb_window_t window, xcb_timestamp_t
   connection.sync();
 }
 
+/// Whether another program's window lies between some of `windows`, as far as they are shown.
+bool areDivided(Connection& connection, const std::vector<xcb_window_t>& windows) {
+  auto all = topmostFirst(connection, clientWindows(connection));
+  std::erase_if(all, [&](xcb_window_t each) { return !isShown(connection, each); });
+  const auto isOurs = [&](xcb_window_t each) {
+    return std::find(windows.begin(), windows.end(), each) != windows.end();
+  };
+  const auto first = std::find_if(all.begin(), all.end(), isOurs);
+  const auto next = std::find_if_not(first, all.end(), isOurs);
+  return std::any_of(next, all.end(), isOurs);
+}
+
 }  // namespace
 
 bool X11WindowActivation::hasWindows(std::int32_t processID) {
@@ -53,7 +72,7 @@ bool X11WindowActivation::hasWindows(std::int32_t processID) {
 
 bool X11WindowActivation::activateWindows(std::int32_t processID) {
   auto& connection = *connection_;
-  const auto windows = clientWindowsOf(connection, processID);
+  const auto windows = topmostFirst(connection, clientWindowsOf(connection, processID));
   if (windows.empty()) return false;
   const auto front = frontmost(connection, windows);
   showDesktopOf(connection, front);
@@ -61,6 +80,15 @@ bool X11WindowActivation::activateWindows(std::int32_t processID) {
     if (each != front && !isMarkedHidden(connection, each)) raiseByPerson(connection, each);
   });
   raiseByPerson(connection, front);
+  sendActivation(connection, front, XCB_CURRENT_TIME);
+  awaitManager(connection);
+  if (!areDivided(connection, windows)) return true;
+  // marco 1.26.1, fluxbox 1.3.5 and awesome 4.3 raise none but what is activated.
+  std::for_each(windows.rbegin(), windows.rend(), [&](xcb_window_t each) {
+    if (each != front && isShown(connection, each)) {
+      sendActivation(connection, each, XCB_CURRENT_TIME);
+    }
+  });
   sendActivation(connection, front, XCB_CURRENT_TIME);
   return true;
 }

@@ -12,6 +12,7 @@
 #include "platform/linux/HiddenMonitorName.h"
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/manager/WindowPlaces.h"
 #include "platform/linux/x11/monitors/FreePlace.h"
 #include "platform/linux/x11/monitors/GrownScreen.h"
 #include "platform/linux/x11/server/Property.h"
@@ -23,6 +24,9 @@ namespace {
 
 /// On a monitor's window: its name.
 constexpr auto ownerMark = "_VISTREL_HIDDEN_MONITOR";
+
+/// On the root window: the window of a manager that rearranges windows when the screen grows.
+constexpr auto rearrangerMark = "_VISTREL_REARRANGING_MANAGER";
 
 std::string nameFor(xcb_window_t owner) {
   std::array<char, 8> digits{};
@@ -79,6 +83,29 @@ bool refuse(const MakeReason& reason) {
   return false;
 }
 
+/// icewm 3.3.1 rearranges everybody's windows then, so it is tried once only: for as long as that
+/// manager runs, whichever program of ours it is.
+bool isKnownToRearrange(Connection& connection) {
+  const auto known = propertyOf(connection, connection.root(), rearrangerMark).firstValue();
+  return known && known == managersWindow(connection);
+}
+
+void rememberThatItRearranges(Connection& connection) {
+  const auto manager = managersWindow(connection);
+  if (!manager) return;
+  xcb_change_property(connection.xcb(), XCB_PROP_MODE_REPLACE, connection.root(),
+                      connection.atom(rearrangerMark), XCB_ATOM_WINDOW, 32, 1, &*manager);
+}
+
+/// What can be told without making one.
+bool managerMayTakeOne(Connection& connection) {
+  if (!managerTellsItsReach(connection)) {
+    return refuse([] { return "the manager does not say how far its desktop reaches"; });
+  }
+  return !isKnownToRearrange(connection) ||
+         refuse([] { return "the manager rearranges windows when the screen grows"; });
+}
+
 void putScreenBackAfterLast(Connection& connection) {
   const auto left = monitorsOf(connection);
   const bool isLast = std::none_of(left.begin(), left.end(), [](const ListedMonitor& each) {
@@ -129,14 +156,26 @@ std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size) {
   auto connection = Connection::open();
   if (!connection) refuse([] { return "the display refuses another connection"; });
   if (!connection || !canHideMonitors(*connection)) return nullptr;
+  if (!managerMayTakeOne(*connection)) return nullptr;
   const PixelRect wanted = besidePrimary(monitorsOf(*connection), size);
   std::unique_ptr<HiddenMonitor> monitor(new HiddenMonitor(std::move(connection)));
+  const WindowPlaces places(*monitor->connection_);
   if (!monitor->place(wanted)) return nullptr;
-  if (!managerReaches(*monitor->connection_, monitor->area_)) {
-    refuse([] { return "the manager would keep windows away from it"; });
-    return nullptr;
+  const bool isReached = managerReaches(*monitor->connection_, monitor->area_);
+  const bool isRearranged = places.haveChanged();
+  if (isReached && !isRearranged) return monitor;
+  monitor->leave();
+  if (isRearranged) {
+    rememberThatItRearranges(*monitor->connection_);
+    // It does so again for the former size.
+    awaitManager(*monitor->connection_);
+    places.restore();
   }
-  return monitor;
+  refuse([&] {
+    return isRearranged ? "the manager rearranges windows for it"
+                        : "the manager would keep windows away from it";
+  });
+  return nullptr;
 }
 
 HiddenMonitor::HiddenMonitor(std::unique_ptr<Connection> connection)
@@ -149,6 +188,10 @@ HiddenMonitor::HiddenMonitor(std::unique_ptr<Connection> connection)
 
 HiddenMonitor::~HiddenMonitor() {
   assert(isMainThread());
+  leave();
+}
+
+void HiddenMonitor::leave() {
   {
     const ServerGrab grab(*connection_);
     withdraw();

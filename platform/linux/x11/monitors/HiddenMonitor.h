@@ -20,12 +20,13 @@ namespace vistrel::platform::linux_desktop {
 class HiddenMonitor {
  public:
   /// Makes one to the right of the primary monitor, or of those that overlap it there. Null when
-  /// the screen cannot grow that far, or when the window manager would keep windows away from it,
-  /// which may take a moment to find out.
+  /// the screen cannot grow that far, when the window manager would keep windows away from it,
+  /// which may take a moment to find out, or when it rearranges windows for it; they are put back
+  /// then.
   static std::unique_ptr<HiddenMonitor> make(PixelSize size);
   HiddenMonitor(const HiddenMonitor&) = delete;
   HiddenMonitor& operator=(const HiddenMonitor&) = delete;
-  /// Removes it; the last one leaves the screen as the first one found it.
+  /// Removes it as `leave` does.
   ~HiddenMonitor();
 
   /// As monitors are listed.
@@ -39,6 +40,8 @@ class HiddenMonitor {
  private:
   explicit HiddenMonitor(std::unique_ptr<Connection> connection);
 
+  /// Removes it; the last one leaves the screen as the first one found it.
+  void leave();
   bool makeRoom(const std::vector<ListedMonitor>& all, const PixelRect& area);
   /// Makes the server have it there; where it refuses, as it was.
   bool announce(const PixelRect& area);

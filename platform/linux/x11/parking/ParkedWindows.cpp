@@ -1,11 +1,13 @@
 #include "platform/linux/x11/parking/ParkedWindows.h"
 
 #include <cassert>
+#include <vector>
 
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/Manager.h"
-#include "platform/linux/x11/parking/RequestedOrigin.h"
+#include "platform/linux/x11/manager/PlaceRequest.h"
+#include "platform/linux/x11/parking/Sight.h"
 #include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -15,6 +17,12 @@ namespace {
 constexpr auto horizontally = "_NET_WM_STATE_MAXIMIZED_HORZ";
 constexpr auto vertically = "_NET_WM_STATE_MAXIMIZED_VERT";
 constexpr auto fullScreen = "_NET_WM_STATE_FULLSCREEN";
+
+// Those that it derives from how high a window lies.
+constexpr auto above = "_NET_WM_STATE_ABOVE";
+constexpr auto below = "_NET_WM_STATE_BELOW";
+
+constexpr auto sticky = "_NET_WM_STATE_STICKY";
 
 }  // namespace
 
@@ -45,15 +53,19 @@ bool ParkedWindows::move(xcb_window_t window, Point position) {
   const auto left = homes_.find(window);
   if (left == homes_.end()) {
     if (position == pointsOf(*found)) return true;
-    homes_.emplace(window, leave(window, *found));
-    moveTo(window, *found, position);
+    park(window, homes_.emplace(window, leave(window, *found)).first->second, *found, position);
   } else if (position == left->second.position) {
     giveBack(window, left->second);
     homes_.erase(left);
   } else {
-    moveTo(window, *found, position);
+    park(window, left->second, *found, position);
   }
   return true;
+}
+
+std::optional<ParkedWindows::Outcome> ParkedWindows::outcomeFor(xcb_window_t window) const {
+  const auto left = homes_.find(window);
+  return left == homes_.end() ? std::nullopt : std::optional(left->second.outcome);
 }
 
 std::optional<FramedWindow> ParkedWindows::placeOf(xcb_window_t window) {
@@ -69,7 +81,8 @@ ParkedWindows::Home ParkedWindows::leave(xcb_window_t window, const FramedWindow
   Home home{.position = isTold ? told_->second : pointsOf(found),
             .client = found.client,
             .ties = takeOffTies(window),
-            .desktop = propertyOf(connection_, window, "_NET_WM_DESKTOP").firstValue()};
+            .desktop = propertyOf(connection_, window, "_NET_WM_DESKTOP").firstValue(),
+            .isSticky = hasState(connection_, window, sticky)};
   if (home.ties != Ties{}) home.client = placeOf(window).value_or(found).client;
   if (home.desktop) setDesktop(window, everyDesktop);
   return home;
@@ -80,10 +93,18 @@ void ParkedWindows::giveBack(xcb_window_t window, const Home& home) {
   takeOffTies(window);
   const auto place = placeOf(window);
   if (!place) return;
-  request(window, home.client, place->decoration);
+  if (home.outcome != Outcome::outOfSight) putBackUp(window, home);
+  requestPlace(connection_, window, home.client, place->decoration);
   putOnTies(window, home.ties);
-  if (home.desktop) setDesktop(window, *home.desktop);
+  if (home.desktop) backToDesktop(window, home);
   connection_.sync();
+}
+
+void ParkedWindows::park(xcb_window_t window, Home& home, const FramedWindow& found,
+                         Point position) {
+  moveTo(window, found, position);
+  if (home.desktop) stickWhereLeftBehind(window);
+  if (home.outcome == Outcome::outOfSight && isInSight(window)) putBelowOthers(window, home);
 }
 
 void ParkedWindows::moveTo(xcb_window_t window, const FramedWindow& found, Point position) {
@@ -92,27 +113,37 @@ void ParkedWindows::moveTo(xcb_window_t window, const FramedWindow& found, Point
   const PixelRect visible = layout->holding(wanted).toPixels(wanted);
   // What is around the client may have changed with its states.
   const auto place = placeOf(window).value_or(found);
-  request(window,
-          {visible.x + place.client.x - place.visible.x,
-           visible.y + place.client.y - place.visible.y, found.client.width, found.client.height},
-          place.decoration);
-  connection_.sync();
+  requestPlace(
+      connection_, window,
+      {visible.x + place.client.x - place.visible.x, visible.y + place.client.y - place.visible.y,
+       found.client.width, found.client.height},
+      place.decoration);
 }
 
-void ParkedWindows::request(xcb_window_t window, const PixelRect& client, const Extents& frame) {
-  // EWMH, _NET_MOVERESIZE_WINDOW: the client's own gravity, and all four numbers.
-  constexpr std::uint32_t ownGravity = 0;
-  constexpr std::uint32_t all = 0xf << 8;
-  constexpr std::uint32_t source = byPerson << 12;
-  const auto hints = propertyOf(connection_, window, "WM_NORMAL_HINTS").values();
-  const auto origin = requestedOrigin(client, frame, gravityFrom(hints));
+bool ParkedWindows::isInSight(xcb_window_t window) {
+  const auto place = placeOf(window);
+  if (!place) return false;
+  std::vector<PixelRect> monitors;
+  for (const auto& each : layout_->get()->monitors()) monitors.push_back(each.monitor.pixels);
+  return linux_desktop::isInSight(place->visible, monitors);
+}
+
+void ParkedWindows::putBelowOthers(xcb_window_t window, Home& home) {
+  home.layer = {.isAbove = hasState(connection_, window, above),
+                .isBelow = hasState(connection_, window, below)};
+  if (home.layer.isAbove) setStates(window, false, above, nullptr);
+  if (!home.layer.isBelow) setStates(window, true, below, nullptr);
+  awaitManager(connection_);
+  home.outcome = hasState(connection_, window, below) ? Outcome::belowOthers : Outcome::inSight;
   trace(TraceTopic::manager, [&] {
-    return windowText(window) + " is to be at " + areaText(client) + ", without its frame";
+    return windowText(window) + " is kept in sight" +
+           (home.outcome == Outcome::belowOthers ? ", below all others" : "");
   });
-  tellManager(connection_, window, "_NET_MOVERESIZE_WINDOW",
-              {ownGravity | all | source, static_cast<std::uint32_t>(origin.x),
-               static_cast<std::uint32_t>(origin.y), static_cast<std::uint32_t>(client.width),
-               static_cast<std::uint32_t>(client.height)});
+}
+
+void ParkedWindows::putBackUp(xcb_window_t window, const Home& home) {
+  if (!home.layer.isBelow) setStates(window, false, below, nullptr);
+  if (home.layer.isAbove) setStates(window, true, above, nullptr);
 }
 
 ParkedWindows::Ties ParkedWindows::takeOffTies(xcb_window_t window) {
@@ -152,6 +183,22 @@ void ParkedWindows::setStates(xcb_window_t window, bool areOn, const char* state
 
 void ParkedWindows::setDesktop(xcb_window_t window, std::uint32_t desktop) {
   tellManager(connection_, window, "_NET_WM_DESKTOP", {desktop, byPerson, 0, 0, 0});
+}
+
+void ParkedWindows::stickWhereLeftBehind(xcb_window_t window) {
+  // i3 4.22 and bspwm 0.9.10 keep a window on its desktop unless it has this state.
+  const auto desktop = propertyOf(connection_, window, "_NET_WM_DESKTOP").firstValue();
+  if (desktop == everyDesktop || hasState(connection_, window, sticky)) return;
+  setStates(window, true, sticky, nullptr);
+}
+
+void ParkedWindows::backToDesktop(xcb_window_t window, const Home& home) {
+  // awesome 4.3 goes on showing a window on every desktop that it has once been on, and jwm 2.4.3
+  // goes on to say so.
+  if (!home.isSticky && hasState(connection_, window, sticky)) {
+    setStates(window, false, sticky, nullptr);
+  }
+  setDesktop(window, *home.desktop);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/linux/Trace.h"
 #include "platform/linux/x11/manager/ClientWindows.h"
 #include "platform/linux/x11/manager/Manager.h"
 
@@ -61,13 +60,7 @@ class X11Accessibility::ApplicationElement final : public AccessibilityElement {
   const std::int32_t processID_;
 };
 
-bool X11Accessibility::isProcessTrusted() {
-  const bool movesWindows = managerSupports(*connection_, "_NET_MOVERESIZE_WINDOW");
-  if (!movesWindows) {
-    trace(TraceTopic::manager, [] { return "it does not move windows for other programs"; });
-  }
-  return movesWindows;
-}
+bool X11Accessibility::isProcessTrusted() { return hasManager(*connection_); }
 
 bool X11Accessibility::isProcessTrustedWithOptions(bool /*prompt*/) { return isProcessTrusted(); }
 

@@ -9,9 +9,8 @@
 namespace vistrel::platform::linux_desktop {
 
 /// Other programs' windows by way of the window manager. X11 asks nobody for a permission: what
-/// there has to be is a manager that moves windows on request (EWMH, _NET_MOVERESIZE_WINDOW), and
-/// nothing else counts. So there are no settings to show either, unless some program of the desktop
-/// serves their URL.
+/// there has to be is a manager, whatever it lists of what it does, and nothing else counts. So
+/// there are no settings to show either, unless some program of the desktop serves their URL.
 class X11Accessibility final : public AccessibilityBackend {
  public:
   /// Outlives its elements. Windows that are not where they were found when it goes are given back
@@ -26,6 +25,9 @@ class X11Accessibility final : public AccessibilityBackend {
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processID) override;
   std::optional<AccessibilityValue> makePointValue(Point point) override;
   GetWindowNumber windowNumberFunctionNamed(const std::string& symbol) override;
+
+  /// As long as this object lasts.
+  const ParkedWindows& parkedWindows() const { return windows_; }
 
  private:
   class ApplicationElement;

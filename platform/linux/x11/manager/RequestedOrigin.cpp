@@ -1,4 +1,4 @@
-#include "platform/linux/x11/parking/RequestedOrigin.h"
+#include "platform/linux/x11/manager/RequestedOrigin.h"
 
 #include <xcb/xproto.h>
 

@@ -1,8 +1,20 @@
-#include "platform/linux/x11/manager/X11SourceSituations.h"
+#include "platform/linux/x11/parking/X11SourceSituations.h"
 
 #include "platform/linux/x11/manager/Manager.h"
 
 namespace vistrel::platform::linux_desktop {
+
+using enum SourceSituation;
+
+namespace {
+
+SourceSituation situationOf(std::optional<ParkedWindows::Outcome> outcome) {
+  using enum ParkedWindows::Outcome;
+  if (outcome == belowOthers) return parkedBelowOthers;
+  return outcome == inSight ? parkedInSight : ordinary;
+}
+
+}  // namespace
 
 SourceSituation X11SourceSituations::of(std::uint32_t window) {
   auto& connection = *connection_;
@@ -11,7 +23,7 @@ SourceSituation X11SourceSituations::of(std::uint32_t window) {
   const bool isUndrawnThere = hiddenDesktopOf(connection, window) &&
                               !isViewable(connection, window) &&
                               !isMarkedHidden(connection, window);
-  return isUndrawnThere ? SourceSituation::onHiddenDesktop : SourceSituation::ordinary;
+  return isUndrawnThere ? onHiddenDesktop : situationOf(parked_.outcomeFor(window));
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -4,20 +4,23 @@
 #include <utility>
 
 #include "platform/linux/session/SourceSituations.h"
+#include "platform/linux/x11/parking/ParkedWindows.h"
 #include "platform/linux/x11/server/Connection.h"
 
 namespace vistrel::platform::linux_desktop {
 
-/// What the window manager has done with sources.
+/// What the window manager has done with sources, those that have been parked among them.
 class X11SourceSituations final : public SourceSituations {
  public:
-  explicit X11SourceSituations(std::shared_ptr<Connection> connection)
-      : connection_(std::move(connection)) {}
+  /// `parked` is there whenever a source is asked about.
+  X11SourceSituations(std::shared_ptr<Connection> connection, const ParkedWindows& parked)
+      : connection_(std::move(connection)), parked_(parked) {}
 
   SourceSituation of(std::uint32_t window) override;
 
  private:
   const std::shared_ptr<Connection> connection_;
+  const ParkedWindows& parked_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

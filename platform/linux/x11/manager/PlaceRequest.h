@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/linux/PixelRect.h"
+#include "platform/linux/x11/manager/VisibleFrame.h"
+#include "platform/linux/x11/server/Connection.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Asks the manager to put another program's window at `client`, in pixels of the root window,
+/// inside a frame of its own with widths `frame`. It may have its own mind. Returns once it has had
+/// two seconds to do so. `connection` listens to no events of windows.
+void requestPlace(Connection& connection, xcb_window_t window, const PixelRect& client,
+                  const Extents& frame);
+
+}  // namespace vistrel::platform::linux_desktop
