@@ -27,9 +27,9 @@ void setAtoms(Connection& connection, xcb_window_t window, std::string_view prop
 }  // namespace
 
 void makeFloating(Connection& connection, xcb_window_t window) {
-  setAtoms(connection, window, "_NET_WM_WINDOW_TYPE",
-           {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_DIALOG",
-            "_NET_WM_WINDOW_TYPE_NORMAL"});
+  setAtoms(
+      connection, window, "_NET_WM_WINDOW_TYPE",
+      {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_NORMAL"});
   setAtoms(connection, window, "WM_PROTOCOLS", {"WM_DELETE_WINDOW", "_NET_WM_PING"});
   setAtoms(connection, window, "_NET_WM_STATE", {above, sticky, skipTaskbar, skipPager});
   xcb_change_property(connection.xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(desktop),
@@ -68,6 +68,16 @@ void askManager(Connection& connection, xcb_window_t window, const StateChange& 
   // EWMH, _NET_WM_STATE: 1 adds, 0 removes.
   tellManager(connection, window, "_NET_WM_STATE",
               {change.isWanted ? 1U : 0U, connection.atom(change.name), 0, byPerson});
+}
+
+void withdraw(Connection& connection, xcb_window_t window) {
+  xcb_unmap_notify_event_t event{};
+  event.response_type = XCB_UNMAP_NOTIFY;
+  event.event = connection.root();
+  event.window = window;
+  xcb_send_event(connection.xcb(), 0, connection.root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
 }
 
 }  // namespace vistrel::platform::linux_desktop
