@@ -70,4 +70,14 @@ void askManager(Connection& connection, xcb_window_t window, const StateChange& 
               {change.isWanted ? 1U : 0U, connection.atom(change.name), 0, byPerson});
 }
 
+void withdraw(Connection& connection, xcb_window_t window) {
+  xcb_unmap_notify_event_t event{};
+  event.response_type = XCB_UNMAP_NOTIFY;
+  event.event = connection.root();
+  event.window = window;
+  xcb_send_event(connection.xcb(), 0, connection.root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+}
+
 }  // namespace vistrel::platform::linux_desktop

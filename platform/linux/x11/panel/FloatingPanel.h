@@ -31,5 +31,8 @@ struct StateChange {
 std::vector<StateChange> missingToFloat(Connection& connection, xcb_window_t window,
                                         bool isAboveItself);
 void askManager(Connection& connection, xcb_window_t window, const StateChange& change);
+/// Tells the manager that `window`, which is not mapped, is none of its business any more (ICCCM
+/// 4.1.4).
+void withdraw(Connection& connection, xcb_window_t window);
 
 }  // namespace vistrel::platform::linux_desktop

@@ -153,7 +153,11 @@ void FloatingPanels::giveKeyboardBack() {
 void FloatingPanels::look() {
   const auto fullScreen = active_.fullScreen();
   if (fullScreen != XCB_WINDOW_NONE && coversPanels(fullScreen)) riseAbove(fullScreen);
-  for (auto& [panel, limit] : panels_) askAgain(panel, limit);
+  for (auto& [panel, limit] : panels_) {
+    // A manager takes the state of a window that is withdrawn away.
+    if (isIn(*connection_, panel, normalState)) askAgain(panel, limit);
+    if (isIn(*connection_, panel, iconicState)) mapAnew(panel, limit);
+  }
   connection_->flush();
 }
 
@@ -171,13 +175,20 @@ bool FloatingPanels::coversPanels(xcb_window_t fullScreen) {
 }
 
 void FloatingPanels::askAgain(xcb_window_t panel, AskingLimit& limit) {
-  // A manager takes the state of a window that is withdrawn away.
-  if (!isIn(*connection_, panel, normalState)) return;
   const auto changes = missingToFloat(*connection_, panel, owner_ == XCB_WINDOW_NONE);
   if (changes.empty() || !limit.mayAsk(monotonicNow())) return;
   trace(TraceTopic::manager,
         [&] { return windowText(panel) + ", a panel, is asked to float again"; });
   for (const auto& change : changes) askManager(*connection_, panel, change);
+}
+
+void FloatingPanels::mapAnew(xcb_window_t panel, AskingLimit& limit) {
+  if (owner_ != XCB_WINDOW_NONE || !limit.mayAsk(monotonicNow())) return;
+  trace(TraceTopic::manager, [&] { return windowText(panel) + ", a panel, is mapped anew"; });
+  // marco 1.26.1 does not show a former transient that it has minimised with its window, unless
+  // that is withdrawn first (ICCCM 4.1.4).
+  withdraw(*connection_, panel);
+  forgive(connection_->xcb(), xcb_map_window_checked(connection_->xcb(), panel));
 }
 
 void FloatingPanels::riseAbove(xcb_window_t fullScreen) {

@@ -44,6 +44,7 @@ class FloatingPanels {
   void look();
   bool coversPanels(xcb_window_t fullScreen);
   void askAgain(xcb_window_t panel, AskingLimit& limit);
+  void mapAnew(xcb_window_t panel, AskingLimit& limit);
 
   void riseAbove(xcb_window_t fullScreen);
   void attach(xcb_window_t panel);
