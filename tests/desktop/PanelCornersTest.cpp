@@ -48,6 +48,11 @@ TEST_F(PanelCorners, AreSmoothWhileTheDisplayIsComposited) {
   auto manager = replaceManager(WindowManager::xfwm4Compositing);
   EXPECT_TRUE(
       eventually([&] { return isSmooth(panel) && isRound(panel) && panel.shows(fourColours); }));
+  // Else a compositor that shades what lies around the window leaves the corners bright.
+  input_.moveTo({panel.area().x, panel.area().y});
+  EXPECT_TRUE(eventually([&] {
+    return topLevelUnderPointer(connection_) == topLevelOf(connection_, sheet->id());
+  })) << "the corner belongs to the panel";
   const auto former = std::move(manager);
   manager = replaceManager(WindowManager::xfwm4);
   EXPECT_TRUE(

@@ -1,4 +1,5 @@
 #include "tests/desktop/DesktopTest.h"
+#include "tests/desktop/TestedHere.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -48,8 +49,12 @@ TEST_P(PanelPlace, GesturesEndWhereThePointerDoes) {
   EXPECT_TRUE(eventually([&] { return panel.dot() == Dot::live || panel.dot() == Dot::stale; }));
 }
 
+VISTREL_WITH_MANAGERS(WindowManagers, PanelPlace, managersTestedHere());
+
+class StoppedPanelPlace : public PanelPlace {};
+
 // Most managers let a panel go off the screen; one keeps windows without a frame on it.
-TEST_P(PanelPlace, WhereAManagerStopsAPanelTheProgramTakesItToBe) {
+TEST_P(StoppedPanelPlace, IsWhereTheProgramTakesThePanelToBe) {
   const PanelOnScreen panel = mirrorOnlySource();
   const Rect opened = PanelOnScreen::computedArea(sourceArea, firstPanel);
   ASSERT_TRUE(becomes(panel, opened));
@@ -62,7 +67,22 @@ TEST_P(PanelPlace, WhereAManagerStopsAPanelTheProgramTakesItToBe) {
   EXPECT_TRUE(becomes(panel, {stop.x + 150, stop.y + 60, opened.width, opened.height}));
 }
 
-VISTREL_WITH_EACH_MANAGER(PanelPlace);
+VISTREL_WITH_EACH_MANAGER(StoppedPanelPlace);
+
+class FreshPanelPlace : public PanelPlace {};
+
+TEST_P(FreshPanelPlace, IsWhereTheFirstDragBegins) {
+  const PanelOnScreen panel = mirrorOnlySource();
+  const Rect opened = PanelOnScreen::computedArea(sourceArea, firstPanel);
+  ASSERT_TRUE(becomes(panel, opened));
+  activate(source_->id());
+  // Longer than the program waits for a manager's last word.
+  input_.rest(2500);
+  dragBy(panel, {301, 117});
+  EXPECT_TRUE(becomes(panel, {opened.x + 301, opened.y + 117, opened.width, opened.height}));
+}
+
+VISTREL_WITH_FURTHER_MANAGERS(FreshPanelPlace);
 
 }  // namespace
 }  // namespace vistrel::testbed

@@ -1,4 +1,5 @@
 #include "tests/desktop/DesktopTest.h"
+#include "tests/desktop/TestedHere.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -23,6 +24,28 @@ class PanelWindow : public DesktopTestWithManager {
     auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
     changeFullScreen(*film, enter);
     return film;
+  }
+  /// Whether the manager has it float: above others, on every desktop, out of taskbar and pager.
+  ::testing::AssertionResult floats(const PanelOnScreen& panel) {
+    for (const char* state :
+         {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
+      if (!eventually([&] { return hasState(connection_, panel.id(), state); })) {
+        return ::testing::AssertionFailure() << "it lacks " << state;
+      }
+    }
+    // Managers take the state that they do not know of the two off again.
+    if (!eventually([&] {
+          return hasState(connection_, panel.id(), "_NET_WM_STATE_STICKY") ||
+                 connection_.numbers(panel.id(), "_NET_WM_DESKTOP") == std::vector{everyDesktop};
+        })) {
+      return ::testing::AssertionFailure() << "it is on one desktop";
+    }
+    if (!eventually([&] {
+          return !hasState(connection_, panel.id(), "_NET_WM_STATE_DEMANDS_ATTENTION");
+        })) {
+      return ::testing::AssertionFailure() << "it demands attention";
+    }
+    return ::testing::AssertionSuccess();
   }
   /// Whether a person sees all of the panel, with the source's picture, above `window`.
   ::testing::AssertionResult isSeenAbove(const PanelOnScreen& panel, const TestWindow& window,
@@ -50,17 +73,9 @@ class PanelWindow : public DesktopTestWithManager {
   std::unique_ptr<TestWindow> source_;
 };
 
-// A manager takes the states that it does not know off again, such as "sticky", which being on
-// every desktop then stands for.
 TEST_P(PanelWindow, FloatsOnEveryDesktopAndStaysOutOfTheTaskbar) {
   const PanelOnScreen panel = mirrorOnlySource();
-  for (const char* state :
-       {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
-    EXPECT_TRUE(eventually([&] { return hasState(connection_, panel.id(), state); })) << state;
-  }
-  EXPECT_TRUE(eventually([&] {
-    return connection_.numbers(panel.id(), "_NET_WM_DESKTOP") == std::vector{everyDesktop};
-  }));
+  EXPECT_TRUE(floats(panel));
   EXPECT_TRUE(eventually([&] {
     return areaOf(connection_, topLevelOf(connection_, panel.id())) == panel.area();
   })) << "it has a frame";
@@ -107,6 +122,26 @@ TEST_P(PanelWindow, LiesAboveOrdinaryAndFullScreenWindows) {
       << "it came back with the panel";
 }
 
+TEST_P(PanelWindow, FloatsOnAfterAWindowWasFullScreen) {
+  const PanelOnScreen panel = mirrorOnlySource();
+  auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
+  activate(film->id());
+  for (int turn = 0; turn < 2; ++turn) {
+    changeFullScreen(*film, enter);
+    EXPECT_TRUE(isSeenAbove(panel, *film)) << "full-screen";
+    changeFullScreen(*film, leave);
+    EXPECT_TRUE(floats(panel));
+  }
+  for (TestWindow* each : {source_.get(), film.get()}) {
+    activate(each->id());
+    EXPECT_TRUE(isSeenAbove(panel, *each));
+  }
+  goToDesktop(1);
+  ASSERT_TRUE(eventually([&] { return screen_.pixel(film->area().centre()) != white; }));
+  EXPECT_TRUE(panel.isOnScreen());
+  EXPECT_TRUE(floats(panel));
+}
+
 TEST_P(PanelWindow, OpensAboveAFullScreenWindow) {
   startVistrel();
   input_.clickAt(vistrel_->pickerRows(1).front().centre());
@@ -134,6 +169,9 @@ TEST_P(PanelWindow, YieldsToAFullScreenWindowThatIsNotManaged) {
 
 // There are two windows to go to and fro between; the panel would be the third.
 TEST_P(PanelWindow, IsNotAmongTheWindowsToSwitchTo) {
+  if (GetParam() == WindowManager::icewm) {
+    GTEST_SKIP() << "icewm 3.3.1 has windows among them that are to be left out of taskbars too";
+  }
   mirrorOnlySource();
   const xcb_window_t picker = vistrel_->picker().id();
   activate(picker);
@@ -180,7 +218,7 @@ TEST_P(PanelWindow, NeverTakesTheKeyboard) {
   EXPECT_TRUE(hasKeyboard(*source_)) << "closed";
 }
 
-VISTREL_WITH_EACH_MANAGER(PanelWindow);
+VISTREL_WITH_MANAGERS(WindowManagers, PanelWindow, managersTestedHere());
 
 }  // namespace
 }  // namespace vistrel::testbed

@@ -79,6 +79,15 @@ class Tray : public DesktopTest {
     return menu;
   }
 
+  /// As by its own command.
+  void expectProgramToEnd() {
+    const std::unique_ptr<RunningVistrel> ended = std::move(vistrel_);
+    const auto ending = ended->process().waitForEnd();
+    ASSERT_TRUE(ending.has_value());
+    EXPECT_EQ(ending->exitStatus, 0);
+    EXPECT_EQ(ended->process().standardError(), "");
+  }
+
   std::unique_ptr<NotifierHost> tray_;
 };
 
@@ -126,6 +135,8 @@ Mirror a Window ▸
     ---
     (Zebra_&)
       שלום 🙂
+---
+Quit Vistrel
 )");
   EXPECT_EQ(menu.at(1).children.at(1).label, "  Save & &Close a__b ____c\u2003d");
   icon.choose(menu, "  Save & &Close a_b __c\u2003d");
@@ -144,20 +155,22 @@ Mirror a Window ▸
     (Zebra_&)
       שלום 🙂
 Hide All Mirrors
+---
+Quit Vistrel
 )");
   icon.choose(menu, "  שלום 🙂");
   vistrel_->panels(2);
 
   icon.choose(icon.openMenu(), "Hide All Mirrors");
   vistrel_->panels(0);
-  EXPECT_EQ(icon.openMenu().size(), 2u);
+  EXPECT_EQ(icon.openMenu().size(), 4u);
 }
 
 TEST_F(Tray, IsMadeAnewHoweverATrayLetsItKnow) {
   const auto source = openSource();
   TrayItem icon = startInTray(1);
   const auto menuOf = [](const std::string& windows) {
-    return "Window Picker…\nMirror a Window ▸\n    (Sample)\n" + windows;
+    return "Window Picker…\nMirror a Window ▸\n    (Sample)\n" + windows + "---\nQuit Vistrel\n";
   };
   EXPECT_EQ(textOf(openInTime(icon, Opening::read)), menuOf("      Document\n"));
   icon.closeMenu();
@@ -188,6 +201,15 @@ TEST_F(Tray, IsMadeAnewHoweverATrayLetsItKnow) {
   EXPECT_TRUE(vistrel_->panels(1).front().isOnScreen());
 }
 
+TEST_F(Tray, QuitsTheProgramThatShowsNoWindow) {
+  TrayItem icon = startInTray(0);
+  const PickerOnScreen picker = vistrel_->picker();
+  connection_.sendToManager(picker.id(), "_NET_CLOSE_WINDOW", {0, byPerson});
+  EXPECT_TRUE(eventually([&] { return !picker.isOnScreen(); }));
+  icon.choose(icon.openMenu(), "Quit Vistrel");
+  expectProgramToEnd();
+}
+
 TEST_F(Tray, AListThatDoesNotComeKeepsNobodyWaitingForever) {
   const auto source = openSource();
   TrayItem icon = startInTray(1);
@@ -200,9 +222,12 @@ TEST_F(Tray, AListThatDoesNotComeKeepsNobodyWaitingForever) {
     menu = textOf(icon.openMenu());
   }
   icon.closeMenu();
-  EXPECT_EQ(menu, "Window Picker…\nMirror a Window ▸\n    (Looking for windows…)\n");
+  EXPECT_EQ(menu,
+            "Window Picker…\nMirror a Window ▸\n    (Looking for windows…)\n"
+            "---\nQuit Vistrel\n");
   EXPECT_EQ(textOf(openInTime(icon)),
-            "Window Picker…\nMirror a Window ▸\n    (Sample)\n      Document\n");
+            "Window Picker…\nMirror a Window ▸\n    (Sample)\n      Document\n"
+            "---\nQuit Vistrel\n");
 }
 
 TEST_F(Tray, ATrayThatShowsNoMenusHasItShown) {
@@ -252,7 +277,7 @@ TEST_F(Tray, TheDoorToAHiddenProgramIsTheTrayWhileThereIsOne) {
   EXPECT_TRUE(eventually([&] { return picker.isOnScreen() && panel.isOnScreen(); }));
 
   startTray();
-  EXPECT_EQ(tray_->icon().openMenu().size(), 3u);
+  EXPECT_EQ(tray_->icon().openMenu().size(), 5u);
 }
 
 TEST_F(Tray, OneThatEmbedsWindowsHasItWhereThereIsNoOther) {
@@ -287,6 +312,23 @@ TEST_F(Tray, OneThatEmbedsWindowsHasItWhereThereIsNoOther) {
   EXPECT_TRUE(eventually([&] { return unmanaged() == 0; }));
   EmbeddingTray later(display_.name(), area);
   EXPECT_TRUE(isViewable(connection_, later.icon()));
+}
+
+TEST_F(Tray, OneThatEmbedsWindowsQuitsTheProgramToo) {
+  constexpr Rect area{1200, 0, 22, 22};
+  startVistrel();
+  vistrel_->pickerRows(0);
+  EmbeddingTray older(display_.name(), area);
+  letProgramCatchUp();
+  older.icon();
+  EXPECT_TRUE(eventually([&] {
+    return screen_.pixel({area.x + 8, 20}) != EmbeddingTray::grey;
+  })) << "nothing is drawn";
+  input_.clickAt(area.centre(), 1, InputDriver::Button::right);
+  EXPECT_TRUE(eventually([&] { return menusOnScreen().size() == 2; })) << "icon and menu";
+  input_.type(keyUp);
+  input_.type(keyReturn);
+  expectProgramToEnd();
 }
 
 /// Managers differ in what they let a program do that a person has not just clicked into.

@@ -103,6 +103,7 @@ std::string Fuzzer::wrongListing() {
   const auto content =
       x11::listWindows(*lister_, names_, x11::ScreenLayout(), platform::DesktopWindows::included,
                        platform::ListedWindows::onScreen);
+  if (lister_->isLost()) return "the server has ended the lister's connection";
   std::vector<xcb_window_t> ids;
   for (const auto& each : content->windows) {
     ids.push_back(each->windowID);

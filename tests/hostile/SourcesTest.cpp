@@ -164,6 +164,24 @@ TEST_F(Sources, ThatVanishWhileTheirStreamStartsEndIt) {
   expectStillWorking();
 }
 
+TEST_F(Sources, ThatLoseAPartGoOnWithoutIt) {
+  RawSource source(connection_, {});
+  source.paint(fourColours);
+  const xcb_window_t part = xcb_generate_id(connection_.get());
+  xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, part, source.id(), 0, 0, 100, 80, 0,
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL,
+                    &connection_.screen().white_pixel);
+  xcb_map_window(connection_.get(), part);
+  connection_.sync();
+  mirror_.start(source.id());
+  const Quadrants withPart{white, fourColours.topRight, fourColours.bottomLeft,
+                           fourColours.bottomRight};
+  EXPECT_TRUE(eventuallyShows(source, withPart));
+  xcb_destroy_window(connection_.get(), part);
+  source.paint(otherColours);
+  EXPECT_TRUE(eventuallyShows(source, otherColours));
+}
+
 TEST_F(Sources, ThatAreShapedAreMirroredInsideTheirShape) {
   RawSource source(connection_, {});
   const xcb_rectangle_t leftHalf{0, 0, 100, 160};
@@ -236,7 +254,7 @@ TEST_F(PaintingSources, AreMirroredHoweverOftenTheyPaint) {
   ASSERT_TRUE(testbed::eventually([this] {
     mirror_.turn();
     return mirror_.samples() >= 30;
-  }));
+  })) << mirror_.startFailure();
   painter_.sendSignal(SIGSTOP);
   EXPECT_TRUE(testbed::eventually([this] { return isUpToDate(); }));
   painter_.sendSignal(SIGCONT);

@@ -78,6 +78,7 @@ inline constexpr std::uint32_t keyTab = 0xff09;
 inline constexpr std::uint32_t keyAlt = 0xffe9;
 inline constexpr std::uint32_t keyReturn = 0xff0d;
 inline constexpr std::uint32_t keyRight = 0xff53;
+inline constexpr std::uint32_t keyUp = 0xff52;
 inline constexpr std::uint32_t keyDown = 0xff54;
 inline constexpr std::uint32_t keyMenu = 0xff67;
 inline constexpr std::uint32_t keyF10 = 0xffc7;

@@ -36,7 +36,7 @@ constexpr auto fluxboxOverlay = "background: unset\n";
 // A desktop lasts as long as there is something on it.
 constexpr auto i3Config = R"(# i3 config file (v4)
 font pango:DejaVu Sans 10
-for_window [class="^Sample$"] floating enable
+for_window [class=".*"] floating enable
 exec --no-startup-id i3-msg "workspace 2; open; workspace 1"
 )";
 
@@ -48,11 +48,11 @@ constexpr auto jwmrc = R"(<?xml version="1.0"?>
 )";
 
 constexpr auto bspwmrc = R"(bspc config border_width 0
-bspc rule -a Sample state=floating
+bspc rule -a '*' state=floating
 bspc monitor -d 1 2 3 4
 )";
 
-constexpr auto herbstluftwmAutostart = R"(herbstclient rule class=Sample floating=on
+constexpr auto herbstluftwmAutostart = R"(herbstclient rule floating=on
 herbstclient add 2
 )";
 

@@ -8,8 +8,8 @@
 namespace vistrel::testbed {
 
 /// Writes into a home what the manager is to find there of a person's own settings: several
-/// desktops, no panel of its own on the screen, and, where windows are tiled, those that tests open
-/// left as they are. Whatever a person would not have to set is as the manager has it.
+/// desktops, no panel of its own on the screen, and, where it would tile windows, all of them
+/// floating. Everything else is as the manager has it.
 void configure(WindowManager manager, const std::filesystem::path& home);
 
 /// Whether the manager of this display has the desktops. One that is configured by commands takes

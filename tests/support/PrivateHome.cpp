@@ -28,7 +28,7 @@ struct Link {
   std::string_view name;
   std::string_view target;
 };
-constexpr std::array<Link, 8> links = {{
+constexpr std::array<Link, 9> links = {{
     // mutter, marco and metacity end without their settings' schemas.
     {"share/glib-2.0", "/usr/share/glib-2.0"},
     {"share/kwin", "/usr/share/kwin"},
@@ -40,6 +40,9 @@ constexpr std::array<Link, 8> links = {{
     {"services/org.a11y.Bus.service", "/usr/share/dbus-1/services/org.a11y.Bus.service"},
     // Where xfwm4 asks for its settings.
     {"services/org.xfce.Xfconf.service", "/usr/share/dbus-1/services/org.xfce.Xfconf.service"},
+    // Whom kwin has watch its keys.
+    {"services/org.kde.kglobalaccel.service",
+     "/usr/share/dbus-1/services/org.kde.kglobalaccel.service"},
 }};
 
 void linkFonts(const fs::path& home) {

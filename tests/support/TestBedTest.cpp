@@ -68,7 +68,8 @@ TEST(PrivateDisplay, OffersOnlyTheServicesThatASessionConsistsOf) {
                           .call(bus, "ListActivatableNames");
   std::vector<std::string> services;
   answer.array("s", [&] { services.push_back(answer.text()); });
-  EXPECT_THAT(services, ::testing::UnorderedElementsAre(bus, "org.a11y.Bus", "org.xfce.Xfconf"));
+  EXPECT_THAT(services, ::testing::UnorderedElementsAre(bus, "org.a11y.Bus", "org.xfce.Xfconf",
+                                                        "org.kde.kglobalaccel"));
 }
 
 TEST(AccessibilityBus, EndsWithItsSession) {

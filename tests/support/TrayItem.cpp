@@ -159,7 +159,10 @@ void TrayItem::choose(const std::vector<TrayMenuLine>& menu, const std::string& 
     throw std::runtime_error("no line \"" + title + "\" among:\n" + textOf(menu));
   }
   tell(line->number, "clicked");
-  closeMenu();
+  try {
+    closeMenu();
+  } catch (const BusError&) {  // the line may have been the one that ends the program
+  }
 }
 
 std::vector<TrayMenuLine> TrayItem::readMenu() const {

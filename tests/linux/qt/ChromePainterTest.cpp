@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -125,6 +126,19 @@ TEST_F(ChromePainter, EdgesAreCrispWhereverThePointsFall) {
   EXPECT_EQ(pixel(chrome, 60, 78), 0U) << "the picture above it";
   EXPECT_EQ(pixel(chrome, 0, 40), 0xffffffffU);
   EXPECT_EQ(pixel(chrome, 1, 40), 0U);
+}
+
+TEST_F(ChromePainter, ReachesTheEdgesOfAWindowThatTheToolkitHasMadeAPixelLarger) {
+  for (const double scale : {1.0, 1.5, 2.0}) {
+    const int width = static_cast<int>(std::lround(120 * scale)) + 1;
+    const int height = static_cast<int>(std::lround(80.4 * scale)) + 1;
+    const PanelChrome chrome = paintChrome(*card_, width, height, scale).chrome;
+    EXPECT_EQ(pixel(chrome, width / 2, height - 1), 0xffffffffU) << "the border at " << scale;
+    EXPECT_EQ(pixel(chrome, width - 1, height / 4), 0xffffffffU) << "the border at " << scale;
+    const PixelRect& opening = chrome.contents.value();
+    EXPECT_EQ(opening.x + opening.width, width);
+    EXPECT_EQ(opening.y + opening.height, height);
+  }
 }
 
 TEST_F(ChromePainter, TheBorderIsOfWholePixels) {

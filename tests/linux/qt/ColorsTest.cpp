@@ -31,6 +31,16 @@ TEST(Colors, SystemTextColorsAreLegibleInLightAndDark) {
   }
 }
 
+TEST(Colors, SystemTextColorsAreThoseOfActiveWindowsAlsoWhereAPaletteDimsTheOthers) {
+  QPalette dimming = light;
+  dimming.setColor(QPalette::Inactive, QPalette::WindowText, Qt::lightGray);
+  dimming.setColor(QPalette::Inactive, QPalette::Base, Qt::black);
+  dimming.setCurrentColorGroup(QPalette::Inactive);
+  for (const Color& color : {Color::label(), Color::secondaryLabel(), Color::systemRed()}) {
+    EXPECT_EQ(resolved(color, dimming), resolved(color, light));
+  }
+}
+
 TEST(Colors, OtherColorsAreWhatTheyAreInEveryPalette) {
   const Color live = Color::srgb(0.2, 0.4, 0.6, 0.8);
   for (const QPalette& palette : {light, darkPalette()}) {

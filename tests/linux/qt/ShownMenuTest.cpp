@@ -1,4 +1,5 @@
-#include <QCoreApplication>
+#include <QApplication>
+#include <QFontInfo>
 #include <QScreen>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -63,6 +64,19 @@ class ShownMenuTest : public testing::Test {
   const std::shared_ptr<Chooser> chooser_ = std::make_shared<Chooser>();
   const std::shared_ptr<Filler> filler_ = std::make_shared<Filler>();
 };
+
+TEST_F(ShownMenuTest, IsWrittenInTheDesktopsFontButNoLargerThanOurOtherTexts) {
+  const QFont former = QApplication::font("QMenu");
+  const auto sizeWhereTheDesktopsIs = [this](int pixels) {
+    QFont font = QApplication::font();
+    font.setPixelSize(pixels);
+    QApplication::setFont(font, "QMenu");
+    return QFontInfo(ShownMenu(menu_).font()).pixelSize();
+  };
+  EXPECT_EQ(sizeWhereTheDesktopsIs(11), 11);
+  EXPECT_EQ(sizeWhereTheDesktopsIs(24), 13);
+  QApplication::setFont(former, "QMenu");
+}
 
 TEST_F(ShownMenuTest, ShowsEachItemAsOneLine) {
   add("Plain", "n");

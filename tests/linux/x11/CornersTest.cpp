@@ -32,7 +32,7 @@ TEST(Corners, areTheSameOnAllFourSides) {
 }
 
 TEST(RoundedRows, coverAllButTheCorners) {
-  const auto rows = roundedRows({100, 50}, 10);
+  const auto rows = roundedRows({100, 50}, 10, CrossedPixels::mostlyInside);
   int y = 0;
   for (const auto& row : rows) {
     EXPECT_EQ(row.y, y);
@@ -45,11 +45,27 @@ TEST(RoundedRows, coverAllButTheCorners) {
 }
 
 TEST(RoundedRows, areOneRectangleWithoutARadius) {
-  EXPECT_EQ(roundedRows({100, 50}, 0), (std::vector<PixelRect>{{0, 0, 100, 50}}));
+  EXPECT_EQ(roundedRows({100, 50}, 0, CrossedPixels::all),
+            (std::vector<PixelRect>{{0, 0, 100, 50}}));
+}
+
+TEST(RoundedRows, holdWhatADiscCoversAtAllOrForTheMostPart) {
+  constexpr int radius = 10;
+  const auto disc = discCoverage(radius, 2 * radius);
+  for (const auto crossed : {CrossedPixels::mostlyInside, CrossedPixels::all}) {
+    const int least = crossed == CrossedPixels::all ? 1 : 128;
+    const auto rows = roundedRows({2 * radius, 2 * radius}, radius, crossed);
+    for (int y = 0; y < radius; ++y) {
+      for (int x = 0; x < radius; ++x) {
+        const int covered = disc[static_cast<std::size_t>(y * 2 * radius + x)];
+        EXPECT_EQ(x >= rows[static_cast<std::size_t>(y)].x, covered >= least) << x << ", " << y;
+      }
+    }
+  }
 }
 
 TEST(RoundedRows, meetInTheMiddleAtTheLargestRadius) {
-  for (const auto& row : roundedRows({8, 4}, 2)) {
+  for (const auto& row : roundedRows({8, 4}, 2, CrossedPixels::mostlyInside)) {
     EXPECT_GE(row.width, 1);
     EXPECT_GE(row.x, 0);
   }

@@ -67,6 +67,24 @@ TEST(DesktopEntry, hasItsEscapesUndone) {
   EXPECT_EQ(entry->name, "a b\\c\uFFFD");
 }
 
+std::string programOf(const std::string& lines) {
+  return parseDesktopEntry("[Desktop Entry]\nType=Application\nName=x\n" + lines, "C")->program;
+}
+
+TEST(DesktopEntry, knowsItsProgramByItsFileName) {
+  EXPECT_EQ(programOf("Exec=kcalc\n"), "kcalc");
+  EXPECT_EQ(programOf("Exec=/usr/bin/mpv --player-operation-mode=pseudo-gui -- %U\n"), "mpv");
+  EXPECT_EQ(programOf("Exec=\"/opt/My App/paint\" %f\n"), "paint");
+}
+
+TEST(DesktopEntry, isNotKnownByAProgramThatIsToldWhatToBe) {
+  EXPECT_EQ(programOf("Exec=python3 /usr/share/clock/clock.py\n"), "");
+  EXPECT_EQ(programOf("Exec=env LANG=C clock\n"), "");
+  EXPECT_EQ(programOf("Exec=java -jar clock.jar\n"), "");
+  EXPECT_EQ(programOf("Exec=/usr/bin/python3\nNoDisplay=true\n"), "");
+  EXPECT_EQ(programOf(""), "");
+}
+
 class DesktopEntriesTest : public testing::Test {
  protected:
   void install(const std::string& data, const std::string& file, const std::string& text) {
@@ -101,6 +119,28 @@ TEST_F(DesktopEntriesTest, goByTheirOwnWordOnTheClassFirst) {
   install("system", "term.desktop", "Name=Plain\n");
   install("system", "zterm.desktop", "Name=Fancy\nStartupWMClass=term\n");
   EXPECT_EQ(entries().withWindowClass("term")->name, "Fancy");
+}
+
+TEST_F(DesktopEntriesTest, areFoundByTheLastPartOfTheirIdWhereItIsNobodyElses) {
+  install("system", "org.kde.kcalc.desktop", "Name=KCalc\n");
+  EXPECT_EQ(entries().withWindowClass("kcalc")->name, "KCalc");
+  EXPECT_EQ(entries().withWindowClass("KCalc")->name, "KCalc");
+  EXPECT_EQ(entries().withWindowClass("kde"), nullptr);
+  install("system", "com.other.KCalc.desktop", "Name=Other\n");
+  EXPECT_EQ(entries().withWindowClass("kcalc"), nullptr);
+  install("system", "kcalc.desktop", "Name=Whole\n");
+  EXPECT_EQ(entries().withWindowClass("kcalc")->name, "Whole");
+  install("system", "calc.desktop", "Name=Own word\nStartupWMClass=kcalc\n");
+  EXPECT_EQ(entries().withWindowClass("kcalc")->name, "Own word");
+}
+
+TEST_F(DesktopEntriesTest, areFoundByTheirProgramWhereNoOtherRunsIt) {
+  install("system", "calculator.desktop", "Name=Calculator\nExec=/usr/bin/kcalc %f\n");
+  EXPECT_EQ(entries().withProgram("kcalc")->name, "Calculator");
+  EXPECT_EQ(entries().withProgram(""), nullptr);
+  EXPECT_EQ(entries().withWindowClass("kcalc"), nullptr);
+  install("system", "hex.desktop", "Name=Hexadecimal\nExec=kcalc --hex\n");
+  EXPECT_EQ(entries().withProgram("kcalc"), nullptr);
 }
 
 TEST_F(DesktopEntriesTest, ofThePersonGoBeforeThoseOfTheSystem) {

@@ -113,6 +113,32 @@ TEST(AspectFit, enlargesASmallPicture) {
   EXPECT_EQ(aspectFit({10, 5}, {0, 0, 100, 100}), (PixelRect{0, 25, 100, 50}));
 }
 
+/// The opening of a panel that has the source's shape, as panels round it.
+PixelRect openingFor(PixelSize source, double width, double pixelsPerPoint) {
+  constexpr double titleBar = 26;
+  const double height = width * source.height / source.width + titleBar;
+  const auto pixels = [&](double points) {
+    return static_cast<int>(std::lround(points * pixelsPerPoint));
+  };
+  return {0, pixels(titleBar), pixels(width), pixels(height) - pixels(titleBar)};
+}
+
+TEST(AspectFit, leavesNoLineBesideAPictureOfThePanelsShape) {
+  for (const PixelSize source : {PixelSize{765, 523}, {1201, 401}, {333, 1000}, {640, 640}}) {
+    for (const double pixelsPerPoint : {1.0, 1.25, 1.5, 2.0}) {
+      for (double width = 160; width < 200; width += 0.25) {
+        const PixelRect opening = openingFor(source, width, pixelsPerPoint);
+        EXPECT_EQ(aspectFit(source, opening), opening) << width << " at " << pixelsPerPoint;
+      }
+    }
+  }
+}
+
+TEST(AspectFit, keepsTheShapeWhereAPersonHasGivenThePanelAnother) {
+  EXPECT_EQ(aspectFit({200, 100}, {0, 0, 100, 52}), (PixelRect{0, 1, 100, 50}));
+  EXPECT_EQ(aspectFit({100, 200}, {0, 0, 52, 100}), (PixelRect{1, 0, 50, 100}));
+}
+
 TEST(AspectFit, leavesAtLeastAPixelOfAnExtremeShape) {
   EXPECT_EQ(aspectFit({10000, 1}, {0, 0, 100, 100}), (PixelRect{0, 49, 100, 1}));
 }

@@ -7,6 +7,7 @@
 
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/menus/ShownMenu.h"
+#include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/PlainText.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -28,6 +29,7 @@ void openByKey(QMenuBar& bar) {
 
 int measuredBarHeight(const Menu& menu) {
   QMenuBar bar;
+  bar.setFont(menuFont());
   for (const auto& item : menu.items()) bar.addMenu(titleOf(*item));
   return bar.isNativeMenuBar() ? 0 : bar.sizeHint().height();
 }
@@ -49,6 +51,7 @@ void MainMenu::setWindowsMenu(const std::shared_ptr<Menu>& menu) {
 void MainMenu::fill(QMenuBar& bar) const {
   assert(isMainThread());
   bar.clear();
+  bar.setFont(menuFont());
   if (!menu_) return;
   const auto shower =
       bar.isNativeMenuBar() ? ShownMenu::Shower::desktopsBar : ShownMenu::Shower::program;

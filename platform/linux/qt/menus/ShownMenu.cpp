@@ -13,6 +13,7 @@
 #include "platform/Dispatch.h"
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/menus/ActiveWindow.h"
+#include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/Legibility.h"
 #include "platform/linux/qt/paint/PlainText.h"
 
@@ -80,6 +81,7 @@ ShownMenu::ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent, Shower shower)
       menu_(std::move(menu)),
       shower_(shower),
       follower_(std::make_shared<Follower>(*this)) {
+  setFont(menuFont());
   menu_->setPeer(follower_);
   refill();
   QObject::connect(this, &QMenu::aboutToShow, this, [this] {
@@ -148,6 +150,7 @@ QString ShownMenu::drawnTextOf(const MenuItem& item) const {
 
 void ShownMenu::makeRoomForDrawnTexts() {
   QMenu drawn;
+  drawn.setFont(font());
   for (const auto& item : menu_->items()) drawn.addAction(drawnTextOf(*item));
   setMinimumWidth(drawn.sizeHint().width());
 }

@@ -54,7 +54,7 @@ PaintedChrome paintChrome(View& contentView, int width, int height, double pixel
 
   QImage image = imageOver(chrome, pixelsPerPoint);
   QPainter painter(&image);
-  PainterContext context(painter, darkPalette());
+  PainterContext context(painter, darkPalette(), contentView.frame().size);
   paint(contentView, context);
   painter.end();
 

@@ -4,11 +4,15 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-bool isDark(const QPalette& palette) { return palette.color(QPalette::Base).lightnessF() < 0.5F; }
+QColor active(QPalette::ColorRole role, const QPalette& palette) {
+  return palette.color(QPalette::Active, role);
+}
+
+bool isDark(const QPalette& palette) { return active(QPalette::Base, palette).lightnessF() < 0.5F; }
 
 /// Text that steps back, still with a contrast of about 4.5 : 1 over white and over black.
 QColor dimmed(const QPalette& palette) {
-  QColor color = palette.color(QPalette::WindowText);
+  QColor color = active(QPalette::WindowText, palette);
   color.setAlphaF(0.62F);
   return color;
 }
@@ -18,7 +22,7 @@ QColor dimmed(const QPalette& palette) {
 QColor resolved(const Color& color, const QPalette& palette) {
   switch (color.system) {
     case SystemColor::label:
-      return palette.color(QPalette::WindowText);
+      return active(QPalette::WindowText, palette);
     case SystemColor::secondaryLabel:
       return dimmed(palette);
     case SystemColor::systemRed:

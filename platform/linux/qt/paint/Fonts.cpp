@@ -1,6 +1,7 @@
 #include "platform/linux/qt/paint/Fonts.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QFontInfo>
 #include <algorithm>
 #include <cmath>
 
@@ -27,6 +28,13 @@ QFont qtFont(const Font& font) {
   result.setPixelSize(std::max(1, static_cast<int>(std::lround(font.pointSize))));
   result.setWeight(qtWeight(font.weight));
   return result;
+}
+
+QFont menuFont() {
+  QFont font = QApplication::font("QMenu");
+  const int largest = qtFont({}).pixelSize();
+  if (QFontInfo(font).pixelSize() > largest) font.setPixelSize(largest);
+  return font;
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -9,6 +9,7 @@
 #include "platform/linux/qt/paint/Colors.h"
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/Symbols.h"
+#include "platform/linux/qt/paint/TextHalo.h"
 #include "platform/linux/qt/paint/TextLines.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -44,8 +45,8 @@ bool isLoneSign(const QString& text) {
 
 }  // namespace
 
-PainterContext::PainterContext(QPainter& painter, const QPalette& palette)
-    : painter_(painter), palette_(palette) {
+PainterContext::PainterContext(QPainter& painter, const QPalette& palette, const Size& whole)
+    : painter_(painter), palette_(palette), whole_(whole) {
   painter_.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
 }
 
@@ -103,9 +104,7 @@ void PainterContext::drawText(const std::string& text, const Rect& rect, const T
   const QFontMetricsF metrics(font);
   const bool isSign = lines.size() == 1 && isLoneSign(lines.front());
   double top = area.center().y() - static_cast<double>(lines.size()) * metrics.height() / 2;
-  const Untransformed painting(painter_);
-  painter_.setFont(font);
-  painter_.setPen(colorOf(style.color));
+  std::vector<PlacedLine> placed;
   for (const QString& line : lines) {
     const QRectF ink = metrics.tightBoundingRect(line);
     const double width = isSign ? ink.width() : metrics.horizontalAdvance(line);
@@ -113,10 +112,37 @@ void PainterContext::drawText(const std::string& text, const Rect& rect, const T
         style.alignment == TextAlignment::center ? area.center().x() - width / 2 : area.left();
     const QPointF origin = isSign ? QPointF(left - ink.left(), area.center().y() - ink.center().y())
                                   : QPointF(left, top + metrics.ascent());
-    painter_.drawText(QPointF(nearestPixel(origin.x()), nearestPixel(origin.y())), line);
-    drewOver({left, top, width, metrics.height()});
+    placed.push_back({line,
+                      {nearestPixel(origin.x()), nearestPixel(origin.y())},
+                      {left, top, width, metrics.height()}});
     top += metrics.height();
   }
+  const Untransformed painting(painter_);
+  painter_.setFont(font);
+  drawHalo(placed);
+  painter_.setPen(colorOf(style.color));
+  for (const PlacedLine& line : placed) {
+    painter_.drawText(line.origin, line.text);
+    drewOver(line.area);
+  }
+}
+
+void PainterContext::drawHalo(const std::vector<PlacedLine>& lines) {
+  QRectF area;
+  for (const PlacedLine& line : lines) area |= line.area;
+  if (!contents_ || !contents_->rect.intersects(area)) return;
+  const double pixelsPerPoint = painter_.device()->devicePixelRatio();
+  area = snapped(area.adjusted(-haloReach, -haloReach, haloReach, haloReach));
+  QImage letters((area.size() * pixelsPerPoint).toSize(), QImage::Format_ARGB32_Premultiplied);
+  letters.setDevicePixelRatio(pixelsPerPoint);
+  letters.fill(Qt::transparent);
+  QPainter painter(&letters);
+  painter.setFont(painter_.font());
+  painter.translate(-area.topLeft());
+  for (const PlacedLine& line : lines) painter.drawText(line.origin, line.text);
+  painter.end();
+  painter_.drawImage(area.topLeft(), haloAround(letters));
+  drewOver(area);
 }
 
 void PainterContext::drawSymbol(const std::string& name, const Rect& rect, Color tint) {
@@ -138,16 +164,24 @@ QRectF PainterContext::untransformed(const Rect& rect) const {
   return painter_.worldTransform().mapRect(qtRect(rect));
 }
 
-QRectF PainterContext::snapped(const Rect& rect) const {
-  const QRectF area = untransformed(rect);
+QRectF PainterContext::snapped(const Rect& rect) const { return snapped(untransformed(rect)); }
+
+QRectF PainterContext::snapped(const QRectF& area) const {
+  const QRectF device = wholeOf(*painter_.device());
   const QRectF crisp(QPointF(nearestPixel(area.left()), nearestPixel(area.top())),
-                     QPointF(nearestPixel(area.right()), nearestPixel(area.bottom())));
-  return crisp & wholeOf(*painter_.device());
+                     QPointF(farEdge(area.right(), whole_.width, device.right()),
+                             farEdge(area.bottom(), whole_.height, device.bottom())));
+  return crisp & device;
 }
 
 double PainterContext::nearestPixel(double coordinate) const {
   const double pixelsPerPoint = painter_.device()->devicePixelRatio();
   return std::round(coordinate * pixelsPerPoint) / pixelsPerPoint;
+}
+
+double PainterContext::farEdge(double coordinate, double whole, double device) const {
+  constexpr double calculation = 1e-6;
+  return std::abs(coordinate - whole) < calculation ? device : nearestPixel(coordinate);
 }
 
 double PainterContext::wholePixels(double width) const {

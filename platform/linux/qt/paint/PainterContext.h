@@ -16,8 +16,10 @@ namespace vistrel::platform::linux_desktop {
 /// space: points, origin at the top-left, y downwards.
 class PainterContext final : public TreeGraphicsContext {
  public:
-  /// System colours are taken in terms of `palette`. `painter` must be fresh and outlive this.
-  PainterContext(QPainter& painter, const QPalette& palette);
+  /// System colours are taken in terms of `palette`. `painter` must be fresh and outlive this. What
+  /// is painted is `whole` large, in points, and its far edges are those of the painter's device:
+  /// the toolkit makes windows of its own whole points, which may be a pixel more or less.
+  PainterContext(QPainter& painter, const QPalette& palette, const Size& whole);
 
   void save() override { painter_.save(); }
   void restore() override { painter_.restore(); }
@@ -42,11 +44,22 @@ class PainterContext final : public TreeGraphicsContext {
   const std::vector<QRectF>& overlays() const { return overlays_; }
 
  private:
+  struct PlacedLine {
+    QString text;
+    QPointF origin;  // on its baseline
+    QRectF area;
+  };
+
+  /// Of lines over the contents, which may be of any colour; none of others. In the painter's font.
+  void drawHalo(const std::vector<PlacedLine>& lines);
   QRectF untransformed(const Rect& rect) const;
   /// The same with its edges on the nearest pixels of the device, so that they are crisp whatever
   /// the points.
   QRectF snapped(const Rect& rect) const;
+  QRectF snapped(const QRectF& untransformedRect) const;
   double nearestPixel(double coordinate) const;
+  /// The same for a right or lower edge.
+  double farEdge(double coordinate, double whole, double device) const;
   /// A line's width without a blurred edge; thinner rather than bolder.
   double wholePixels(double width) const;
   QColor colorOf(const Color& color) const;
@@ -55,6 +68,7 @@ class PainterContext final : public TreeGraphicsContext {
 
   QPainter& painter_;
   const QPalette palette_;
+  const Size whole_;
   std::optional<Contents> contents_;
   std::vector<QRectF> overlays_;
 };

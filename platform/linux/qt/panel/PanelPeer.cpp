@@ -71,15 +71,20 @@ void PanelPeer::orderFrontRegardless() {
     providers_.windows.makeFloating(id);
     repaint();
     native_->show();
-    isComingToFront_ = true;
+    isAppearing_ = true;
+    awaitLastAnswer();
   }
   providers_.activation.raise(id);
 }
 
-void PanelPeer::comeToFront() {
+void PanelPeer::hasAppeared() {
+  if (!std::exchange(isAppearing_, false)) return;
   // mutter 43.8 puts a new window that does not get the keyboard below older ones.
-  if (!std::exchange(isComingToFront_, false)) return;
   providers_.activation.raise(static_cast<std::uint32_t>(native_->winId()));
+  // Managers choose places for windows that appear: i3 4.22 shifts them by the title bar that it
+  // does not give them, each time.
+  if (const auto pixels = placeOfNative()) placed_.hear(qtRect(*pixels));
+  if (placed_.isRefused()) ask();
 }
 
 void PanelPeer::makeKeyAndOrderFront() { orderFrontRegardless(); }
@@ -110,7 +115,7 @@ void PanelPeer::makeNative() {
   native_.reset(
       new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
                                 .released = [this] { place(); },
-                                .exposed = [this] { comeToFront(); },
+                                .exposed = [this] { hasAppeared(); },
                                 .hovered = [this](bool isOver) { pointerCameOrWent(isOver); },
                                 .situation = [this] { return situationOfSource(); }}));
   QSurfaceFormat format;
@@ -242,9 +247,13 @@ void PanelPeer::belongTo(const LaidOutMonitor& monitor) {
   window_.peerDidChangeBackingProperties();
 }
 
+std::optional<PixelRect> PanelPeer::placeOfNative() const {
+  if (native_->handle() == nullptr) return std::nullopt;  // while it is being made
+  return placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
+}
+
 void PanelPeer::nativeWasPlaced() {
-  if (native_->handle() == nullptr) return;  // while it is being made
-  const auto pixels = placeOnRoot(static_cast<xcb_window_t>(native_->winId()));
+  const auto pixels = placeOfNative();
   if (!pixels) return;
   const QRect place = qtRect(*pixels);
   if (lastAnswer_.isActive()) {  // an answer to an older request must not undo a newer one
@@ -262,6 +271,9 @@ void PanelPeer::awaitLastAnswer() {
 
 void PanelPeer::believeDesktop() {
   if (wanted_ != placed_.current()) return;  // the last word is not said yet
+  // The last news may be of a moment at which kwin_x11 5.27.5 was still putting its frame around
+  // the window; the toolkit tells nothing where that has left it in its place.
+  if (const auto pixels = placeOfNative()) placed_.hear(qtRect(*pixels));
   if (!placed_.isRefused()) return;
   trace(TraceTopic::manager, [this] {
     return "a panel is not where it was asked to be but at " +

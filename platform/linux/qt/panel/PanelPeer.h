@@ -54,7 +54,7 @@ class PanelPeer final : public HostedPeer {
 
  private:
   void makeNative();
-  void comeToFront();
+  void hasAppeared();
   void pointerCameOrWent(bool isOver);
   SourceSituation situationOfSource() const;
   void releaseNative();
@@ -76,6 +76,8 @@ class PanelPeer final : public HostedPeer {
   /// As the toolkit has it, or will have once the desktop has done what was asked.
   QRect askedGeometry() const;
   void belongTo(const LaidOutMonitor& monitor);
+  /// On the root, as the server has it; none when it does not tell.
+  std::optional<PixelRect> placeOfNative() const;
   void nativeWasPlaced();
   void awaitLastAnswer();
   void believeDesktop();
@@ -98,7 +100,7 @@ class PanelPeer final : public HostedPeer {
   RollAnimation roll_{[this] { showRolled(); }};
   std::shared_ptr<const PanelChrome> unrolled_;  // while `roll_` runs; it shows the top of it
   bool takesMenuKeys_ = false;
-  bool isComingToFront_ = false;
+  bool isAppearing_ = false;
   QTimer repaint_;     // runs out at the next turn of the event loop
   QTimer lastAnswer_;  // runs out when the desktop has said nothing for long
 };

@@ -11,6 +11,7 @@
 #include "platform/linux/qt/paint/ApplicationIcon.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/tray/BusTypes.h"
+#include "platform/linux/qt/tray/QuitItem.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -42,7 +43,7 @@ QDBusConnection sessionBus() {
 TrayIcon::TrayIcon(Callbacks callbacks)
     : callbacks_(std::move(callbacks)),
       bus_(sessionBus()),
-      menu_(bus_, menuPath, callbacks_.menu),
+      menu_(bus_, menuPath, [this] { return menu(); }),
       item_(bus_, itemPath, menuPath,
             {.activated = callbacks_.activated,
              .menuWanted = [this](QPoint pixel) { showMenu(qtPoint(pixel)); }}),
@@ -118,10 +119,15 @@ void TrayIcon::embed() {
   embedded_->show();
 }
 
-void TrayIcon::showMenu(QPoint position) {
+std::shared_ptr<Menu> TrayIcon::menu() const {
   const auto menu = callbacks_.menu();
-  if (!menu) return;
-  shownMenu_ = std::make_unique<ShownMenu>(menu);
+  return menu ? withQuitItem(*menu) : nullptr;
+}
+
+void TrayIcon::showMenu(QPoint position) {
+  const auto shown = menu();
+  if (!shown) return;
+  shownMenu_ = std::make_unique<ShownMenu>(shown);
   shownMenu_->popup(position);
 }
 

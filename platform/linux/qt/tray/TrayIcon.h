@@ -22,7 +22,7 @@ class TrayIcon {
   struct Callbacks {
     /// A person has clicked on it.
     std::function<void()> activated;
-    /// Gives the menu that a person opens just now.
+    /// Gives the menu that a person opens just now, which the icon adds the way to quit to.
     std::function<std::shared_ptr<Menu>()> menu;
     /// A tray of the status notifier protocol shows it from now on, or none does any more.
     std::function<void(bool isShown)> shownChanged;
@@ -42,6 +42,7 @@ class TrayIcon {
   void askForHosts();
   void setShown(bool isShown);
   void embed();
+  std::shared_ptr<Menu> menu() const;
   void showMenu(QPoint position);
 
   const Callbacks callbacks_;

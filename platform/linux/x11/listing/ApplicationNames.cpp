@@ -1,5 +1,8 @@
 #include "platform/linux/x11/listing/ApplicationNames.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "platform/linux/RegularFile.h"
 #include "platform/linux/x11/server/TextDecoding.h"
 
@@ -13,6 +16,14 @@ std::string processName(std::int32_t processId) {
   return line ? repairedUtf8(line->substr(0, line->find('\n'))) : std::string();
 }
 
+/// Of the file that it runs; empty for a process that may not be looked at.
+std::string programName(std::int32_t processId) {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/" + std::to_string(processId) + "/exe", error)
+      .filename()
+      .string();
+}
+
 }  // namespace
 
 const DesktopEntry* ApplicationNames::entryFor(const ApplicationHints& hints) const {
@@ -20,7 +31,11 @@ const DesktopEntry* ApplicationNames::entryFor(const ApplicationHints& hints) co
   for (const auto& each : {hints.wmClass, hints.wmClassInstance}) {
     if (const auto* entry = entries_.withWindowClass(each)) return entry;
   }
-  return nullptr;
+  // Many programs give their windows their own file's name for a class.
+  for (const auto& each : {hints.wmClass, hints.wmClassInstance}) {
+    if (const auto* entry = entries_.withProgram(each)) return entry;
+  }
+  return hints.processId ? entries_.withProgram(programName(*hints.processId)) : nullptr;
 }
 
 std::string ApplicationNames::nameFor(const ApplicationHints& hints) const {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/linux/XdgDirectories.h"
 #include "platform/linux/x11/listing/DesktopEntries.h"
@@ -20,7 +21,9 @@ struct ApplicationHints {
 /// Names of applications as people know them. One thread at a time.
 class ApplicationNames {
  public:
-  ApplicationNames() : entries_(xdgDataDirectories(), messagesLocale()) {}
+  explicit ApplicationNames(DesktopEntries entries = DesktopEntries(xdgDataDirectories(),
+                                                                    messagesLocale()))
+      : entries_(std::move(entries)) {}
 
   /// Takes notice of applications that have been installed since.
   void refresh() { entries_.refresh(); }

@@ -86,6 +86,55 @@ std::string localizedName(const Keys& keys, std::string_view locale) {
   return unescaped(valueOf(keys, "Name"));
 }
 
+/// The first word of a command line (Desktop Entry Specification, "The Exec key"), which may be in
+/// quotes; takes it off the front of `rest`.
+std::string_view takeProgram(std::string_view& rest) {
+  if (!rest.starts_with('"')) return takeUpTo(rest, ' ');
+  rest.remove_prefix(1);
+  return takeUpTo(rest, '"');
+}
+
+/// Whether a program is told more than how to be itself: another program's name, a script, an
+/// application of several that it contains.
+bool namesSomething(std::string_view arguments) {
+  while (!arguments.empty()) {
+    const auto word = takeUpTo(arguments, ' ');
+    if (!word.empty() && word.front() != '-' && word.front() != '%') return true;
+  }
+  return false;
+}
+
+std::string programOf(const Keys& keys) {
+  if (valueOf(keys, "NoDisplay") == "true") return {};
+  const std::string command = unescaped(valueOf(keys, "Exec"));
+  std::string_view arguments = command;
+  const auto program = takeProgram(arguments);
+  return namesSomething(arguments) ? std::string() : fs::path(program).filename().string();
+}
+
+/// Names by which an application is known if it is the only one that has them.
+class NamesOfOne {
+ public:
+  /// An empty name is none.
+  void add(const std::string& name, const std::string& id) {
+    if (!name.empty()) idsByName_[lowerCase(name)].push_back(id);
+  }
+  /// Where the name is not in use already.
+  void addTo(std::map<std::string, std::string, std::less<>>& ids) const {
+    for (const auto& [name, sharing] : idsByName_) {
+      if (sharing.size() == 1) ids.emplace(name, sharing.front());
+    }
+  }
+
+ private:
+  std::map<std::string, std::vector<std::string>> idsByName_;
+};
+
+std::string lastPartOf(std::string_view id) {
+  const auto dot = id.rfind('.');
+  return dot == std::string_view::npos ? std::string() : std::string(id.substr(dot + 1));
+}
+
 /// The id that the Desktop Entry Specification makes of a path below "applications":
 /// "kde/foo.desktop" is "kde-foo".
 std::string idOf(const fs::path& file, const fs::path& directory) {
@@ -123,7 +172,8 @@ std::string messagesLocale() {
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale) {
   const auto keys = mainGroup(text);
   if (valueOf(keys, "Type") != "Application" || valueOf(keys, "Hidden") == "true") return {};
-  DesktopEntry entry{localizedName(keys, locale), unescaped(valueOf(keys, "StartupWMClass"))};
+  DesktopEntry entry{localizedName(keys, locale), unescaped(valueOf(keys, "StartupWMClass")),
+                     programOf(keys)};
   return entry.name.empty() ? std::nullopt : std::optional(entry);
 }
 
@@ -150,6 +200,7 @@ DesktopEntries::Stamps DesktopEntries::stampsOfDirectories() const {
 void DesktopEntries::readAll() {
   byId_.clear();
   idByClass_.clear();
+  idByProgram_.clear();
   for (const auto& each : dataDirectories_) readDirectory(each / "applications");
   // An application's own word on its class goes before an id that happens to be the same.
   for (const auto& [id, entry] : byId_) {
@@ -160,6 +211,15 @@ void DesktopEntries::readAll() {
   for (const auto& [id, entry] : byId_) {
     if (entry) idByClass_.emplace(lowerCase(id), id);
   }
+  NamesOfOne lastParts;
+  NamesOfOne programs;
+  for (const auto& [id, entry] : byId_) {
+    if (!entry) continue;
+    lastParts.add(lastPartOf(id), id);
+    programs.add(entry->program, id);
+  }
+  lastParts.addTo(idByClass_);
+  programs.addTo(idByProgram_);
 }
 
 void DesktopEntries::readDirectory(const fs::path& directory) {
@@ -182,8 +242,16 @@ const DesktopEntry* DesktopEntries::withId(std::string_view id) const {
 }
 
 const DesktopEntry* DesktopEntries::withWindowClass(std::string_view windowClass) const {
-  const auto found = idByClass_.find(lowerCase(windowClass));
-  return found == idByClass_.end() ? nullptr : withId(found->second);
+  return entryIn(idByClass_, windowClass);
+}
+
+const DesktopEntry* DesktopEntries::withProgram(std::string_view program) const {
+  return entryIn(idByProgram_, program);
+}
+
+const DesktopEntry* DesktopEntries::entryIn(const Ids& ids, std::string_view name) const {
+  const auto found = ids.find(lowerCase(name));
+  return found == ids.end() ? nullptr : withId(found->second);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,13 +1,20 @@
 #include "platform/linux/x11/panel/FloatingPanel.h"
 
+#include <algorithm>
 #include <initializer_list>
-#include <string_view>
-#include <vector>
 
 #include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
+
+constexpr std::string_view above = "_NET_WM_STATE_ABOVE";
+constexpr std::string_view sticky = "_NET_WM_STATE_STICKY";
+constexpr std::string_view skipTaskbar = "_NET_WM_STATE_SKIP_TASKBAR";
+constexpr std::string_view skipPager = "_NET_WM_STATE_SKIP_PAGER";
+constexpr std::string_view demandsAttention = "_NET_WM_STATE_DEMANDS_ATTENTION";
+constexpr std::string_view desktop = "_NET_WM_DESKTOP";
 
 void setAtoms(Connection& connection, xcb_window_t window, std::string_view property,
               std::initializer_list<std::string_view> names) {
@@ -20,18 +27,57 @@ void setAtoms(Connection& connection, xcb_window_t window, std::string_view prop
 }  // namespace
 
 void makeFloating(Connection& connection, xcb_window_t window) {
-  setAtoms(connection, window, "_NET_WM_WINDOW_TYPE",
-           {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_NORMAL"});
+  setAtoms(
+      connection, window, "_NET_WM_WINDOW_TYPE",
+      {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_NORMAL"});
   setAtoms(connection, window, "WM_PROTOCOLS", {"WM_DELETE_WINDOW", "_NET_WM_PING"});
-  setAtoms(connection, window, "_NET_WM_STATE",
-           {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
-            "_NET_WM_STATE_SKIP_PAGER"});
-  xcb_change_property(connection.xcb(), XCB_PROP_MODE_REPLACE, window,
-                      connection.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &everyDesktop);
+  setAtoms(connection, window, "_NET_WM_STATE", {above, sticky, skipTaskbar, skipPager});
+  xcb_change_property(connection.xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(desktop),
+                      XCB_ATOM_CARDINAL, 32, 1, &everyDesktop);
   // Whoever maps the window does it on a connection of its own, after this.
   connection.sync();
   while (connection.pollEvent())
     continue;  // no events are asked for here: it looks for errors alone
+}
+
+std::vector<StateChange> missingToFloat(Connection& connection, xcb_window_t window,
+                                        bool isAboveItself) {
+  const auto states = propertyOf(connection, window, "_NET_WM_STATE").values();
+  const auto has = [&](std::string_view state) {
+    return std::find(states.begin(), states.end(), connection.atom(state)) != states.end();
+  };
+  std::vector<StateChange> missing;
+  if (isAboveItself && !has(above)) missing.push_back({above});
+  for (const auto state : {skipTaskbar, skipPager}) {
+    if (!has(state)) missing.push_back({state});
+  }
+  // Managers keep one of the two: openbox 3.6.1 the second, awesome 4.3 the first.
+  if (!has(sticky) && propertyOf(connection, window, desktop).firstValue() != everyDesktop) {
+    missing.push_back({sticky});
+    missing.push_back({desktop});
+  }
+  // KWin 5.27.5 sets it on whatever is mapped or raised without getting the keyboard.
+  if (has(demandsAttention)) missing.push_back({demandsAttention, false});
+  return missing;
+}
+
+void askManager(Connection& connection, xcb_window_t window, const StateChange& change) {
+  if (change.name == desktop) {
+    return tellManager(connection, window, desktop, {everyDesktop, byPerson});
+  }
+  // EWMH, _NET_WM_STATE: 1 adds, 0 removes.
+  tellManager(connection, window, "_NET_WM_STATE",
+              {change.isWanted ? 1U : 0U, connection.atom(change.name), 0, byPerson});
+}
+
+void withdraw(Connection& connection, xcb_window_t window) {
+  xcb_unmap_notify_event_t event{};
+  event.response_type = XCB_UNMAP_NOTIFY;
+  event.event = connection.root();
+  event.window = window;
+  xcb_send_event(connection.xcb(), 0, connection.root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string_view>
+#include <vector>
+
 #include "platform/linux/x11/server/Connection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -13,8 +16,23 @@ namespace vistrel::platform::linux_desktop {
 /// window that is withdrawn. Returns once they are set.
 ///
 /// Whoever makes the window asks for the rest, which managers read from hints that its maker writes
-/// as well: no decoration, no keyboard, no activation when it is mapped. What keeps it above
-/// full-screen windows is `FullScreenFollower`.
+/// as well: no decoration, no keyboard, no activation when it is mapped. That it stays so is up to
+/// `FloatingPanels`.
 void makeFloating(Connection& connection, xcb_window_t window);
+
+/// What a manager is to change about a window that it shows.
+struct StateChange {
+  /// An atom of _NET_WM_STATE, or _NET_WM_DESKTOP for every desktop.
+  std::string_view name;
+  bool isWanted = true;
+};
+/// What there is to change so that `window` is in the state that it was mapped in; whether it is
+/// above others counts where `isAboveItself`.
+std::vector<StateChange> missingToFloat(Connection& connection, xcb_window_t window,
+                                        bool isAboveItself);
+void askManager(Connection& connection, xcb_window_t window, const StateChange& change);
+/// Tells the manager that `window`, which is not mapped, is none of its business any more (ICCCM
+/// 4.1.4).
+void withdraw(Connection& connection, xcb_window_t window);
 
 }  // namespace vistrel::platform::linux_desktop

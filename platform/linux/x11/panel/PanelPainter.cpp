@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <xcb/shape.h>
@@ -163,18 +164,23 @@ void PanelPainter::hideBeside() {
 
 void PanelPainter::shapeWindow() {
   if (!connection_.extensions().offersShapes) return;
+  // picom 9.1 leaves a window's shape out of the shadow that it draws around it, and would draw
+  // none in corners that are transparent but belong to the window: bright squares.
+  const auto size = sizeOfChrome(*chrome_);
+  const auto crossed = hasSmoothCorners() ? CrossedPixels::all : CrossedPixels::mostlyInside;
+  auto parts = roundedRows(size, cornerRadiusOf(*chrome_), crossed);
   if (hasSmoothCorners()) {
-    xcb_shape_mask(connection_.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window_, 0, 0,
-                   XCB_NONE);
-    return;
+    // A manager gives its frame the new shape a little later, and the former one must neither cut
+    // off what a larger window shows by then nor bare the frame beside a smaller one's.
+    constexpr int beyond = 4096;
+    parts.push_back({size.width, 0, beyond, size.height + beyond});
+    parts.push_back({0, size.height, size.width, beyond});
   }
-  std::vector<xcb_rectangle_t> rows;
-  for (const auto& each : roundedRows(sizeOfChrome(*chrome_), cornerRadiusOf(*chrome_))) {
-    rows.push_back(wireRect(each));
-  }
+  std::vector<xcb_rectangle_t> wire;
+  std::transform(parts.begin(), parts.end(), std::back_inserter(wire), wireRect);
   xcb_shape_rectangles(connection_.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                       XCB_CLIP_ORDERING_YX_BANDED, window_, 0, 0,
-                       static_cast<std::uint32_t>(rows.size()), rows.data());
+                       XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0,
+                       static_cast<std::uint32_t>(wire.size()), wire.data());
 }
 
 PixelRect PanelPainter::pictureAreaFor(PixelSize source) const {

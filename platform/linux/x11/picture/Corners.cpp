@@ -6,11 +6,12 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// How far a row of pixels, `row` down from the top of a rounded rectangle, is indented.
-int indent(int radius, int row) {
+/// How far a row of pixels, `row` down from the top of a rounded rectangle, is indented. Those
+/// whose middle is nearer to the corner's than `reach` belong to it.
+int indent(int radius, int row, double reach) {
   const double fromCentre = radius - row - 0.5;
-  const double halfChord = std::sqrt(radius * radius - fromCentre * fromCentre);
-  return static_cast<int>(std::lround(radius - halfChord));
+  const double halfChord = std::sqrt(reach * reach - fromCentre * fromCentre);
+  return std::max(0, static_cast<int>(std::ceil(radius - 0.5 - halfChord)));
 }
 
 }  // namespace
@@ -29,14 +30,17 @@ std::vector<std::uint8_t> discCoverage(int radius, std::size_t stride) {
   return pixels;
 }
 
-std::vector<PixelRect> roundedRows(PixelSize size, int radius) {
+std::vector<PixelRect> roundedRows(PixelSize size, int radius, CrossedPixels crossed) {
+  // `discCoverage` counts a pixel as crossed up to half a pixel from the outline.
+  const double reach = crossed == CrossedPixels::all ? radius + 0.5 : radius;
   std::vector<PixelRect> rows;
   const auto addRow = [&](int y, int indented) {
     rows.push_back({indented, y, size.width - 2 * indented, 1});
   };
-  for (int row = 0; row < radius; ++row) addRow(row, indent(radius, row));
+  for (int row = 0; row < radius; ++row) addRow(row, indent(radius, row, reach));
   rows.push_back({0, radius, size.width, size.height - 2 * radius});
-  for (int row = radius - 1; row >= 0; --row) addRow(size.height - 1 - row, indent(radius, row));
+  for (int row = radius - 1; row >= 0; --row)
+    addRow(size.height - 1 - row, indent(radius, row, reach));
   return rows;
 }
 

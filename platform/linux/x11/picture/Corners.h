@@ -13,8 +13,11 @@ namespace vistrel::platform::linux_desktop {
 /// Rows are `stride` bytes long.
 std::vector<std::uint8_t> discCoverage(int radius, std::size_t stride);
 
+/// Which of the pixels that its outline crosses are a rounded rectangle's.
+enum class CrossedPixels { mostlyInside, all };
+
 /// A rounded rectangle at the origin as whole pixels: rectangles from the top down. The radius is
 /// at most half of either side.
-std::vector<PixelRect> roundedRows(PixelSize size, int radius);
+std::vector<PixelRect> roundedRows(PixelSize size, int radius, CrossedPixels crossed);
 
 }  // namespace vistrel::platform::linux_desktop

@@ -17,6 +17,15 @@ int coarsestLevel(PixelSize source) {
   return level;
 }
 
+/// Whether one of the area's sides is what the other one and the source's shape make it. Panels
+/// round their own size and their title bar's to pixels.
+bool hasShapeOf(PixelSize source, const PixelRect& area) {
+  constexpr double rounding = 1.5;
+  const double aspect = static_cast<double>(source.width) / source.height;
+  return std::abs(area.height - area.width / aspect) <= rounding ||
+         std::abs(area.width - area.height * aspect) <= rounding;
+}
+
 }  // namespace
 
 LevelBlend levelsFor(PixelSize source, PixelSize target) {
@@ -61,6 +70,7 @@ PixelRect changedInTarget(const PixelRect& changed, PixelSize source, PixelSize 
 
 PixelRect aspectFit(PixelSize source, const PixelRect& area) {
   if (isEmpty(source) || isEmpty(area)) return {area.x, area.y, 0, 0};
+  if (hasShapeOf(source, area)) return area;
   const double scale = std::min(static_cast<double>(area.width) / source.width,
                                 static_cast<double>(area.height) / source.height);
   const int width = std::clamp(static_cast<int>(std::lround(source.width * scale)), 1, area.width);

@@ -36,7 +36,9 @@ PixelRect changedInNextLevel(const PixelRect& changed, PixelSize nextLevel);
 PixelRect changedInTarget(const PixelRect& changed, PixelSize source, PixelSize target,
                           int coarsest);
 
-/// `source` scaled to lie in the middle of `area` as large as its shape allows.
+/// `source` scaled to lie in the middle of `area` as large as its shape allows. It fills an area
+/// that is of its shape but for the rounding to whole pixels: a bar of one pixel is no bar, but a
+/// black line.
 PixelRect aspectFit(PixelSize source, const PixelRect& area);
 
 }  // namespace vistrel::platform::linux_desktop

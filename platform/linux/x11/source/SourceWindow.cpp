@@ -15,8 +15,9 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-constexpr std::uint32_t clientEvents =
-    XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
+constexpr std::uint32_t clientEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY |
+                                       XCB_EVENT_MASK_PROPERTY_CHANGE;
 constexpr std::uint32_t frameEvents =
     XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
 
@@ -59,7 +60,7 @@ std::unique_ptr<SourceWindow> SourceWindow::open(Connection& connection, xcb_win
 }
 
 SourceWindow::SourceWindow(Connection& connection, xcb_window_t client)
-    : connection_(connection), client_(client), region_(connection.xcb()) {
+    : connection_(connection), client_(client), subwindows_(connection), region_(connection.xcb()) {
   xcb_xfixes_create_region(connection_.xcb(), region_.id(), 0, nullptr);
 }
 
@@ -77,7 +78,9 @@ void SourceWindow::renew() {
 }
 
 bool SourceWindow::watchClient() {
-  return !failureOf(connection_.xcb(), connection_.selectEvents(client_, clientEvents));
+  if (failureOf(connection_.xcb(), connection_.selectEvents(client_, clientEvents))) return false;
+  subwindows_.watch(client_);
+  return true;
 }
 
 void SourceWindow::attachToFrame() {
@@ -125,6 +128,7 @@ void SourceWindow::releaseFrame() {
 }
 
 void SourceWindow::handle(const xcb_generic_event_t& event) {
+  subwindows_.handle(event);
   const auto type = typeOf(event);
   if (type == connection_.extensions().damageNotify) {
     const auto& notify = eventAs<xcb_damage_notify_event_t>(event);

@@ -9,6 +9,7 @@
 #include "platform/linux/x11/picture/PictureStore.h"
 #include "platform/linux/x11/server/Connection.h"
 #include "platform/linux/x11/server/Resources.h"
+#include "platform/linux/x11/source/Subwindows.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -36,6 +37,8 @@ class SourceWindow {
   bool isViewable() const { return viewable_; }
   /// Whether something has changed since `askForChanges`, as far as events tell.
   bool hasChanges() const { return hasDamage_ || hasNewPicture_; }
+  /// Whether the client has lost some of the windows inside its own since this was last asked.
+  bool takeLoss() { return subwindows_.takeLoss(); }
   /// The window's picture; null until the window has been viewable. Another one after each change
   /// of size.
   const std::shared_ptr<const LivePicture>& picture() const { return picture_; }
@@ -72,6 +75,7 @@ class SourceWindow {
 
   Connection& connection_;
   const xcb_window_t client_;
+  Subwindows subwindows_;
   xcb_window_t frame_ = XCB_NONE;
   Damage damage_;
   Region region_;

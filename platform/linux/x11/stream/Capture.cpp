@@ -52,6 +52,8 @@ void Capture::proceed() {
   if (source_->isGone()) return fail({"The window has been closed."});
   if (!source_->isViewable()) return;
   const double now = monotonicNow();
+  if (source_->takeLoss()) lossPause_.lost(now);
+  if (now < lossPause_.end()) return worker_.comeBackAt(lossPause_.end());
   noticeChange(now);
   if (!hasNews() && !isTimeToLook(now)) {
     if (cursor_.isFollowing()) worker_.comeBackAt(nextLook_);

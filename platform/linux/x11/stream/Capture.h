@@ -11,6 +11,7 @@
 #include "platform/linux/x11/picture/SampleGrid.h"
 #include "platform/linux/x11/source/CursorOverlay.h"
 #include "platform/linux/x11/source/FramePacing.h"
+#include "platform/linux/x11/source/LossPause.h"
 #include "platform/linux/x11/source/SourceWindow.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -78,6 +79,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
   double nextLook_ = 0;  // at a pointer over the source
   PictureChanges uncommitted_;
   FramePacing pacing_;
+  LossPause lossPause_;
   bool noticedChange_ = false;  // what has changed since the source was asked
   bool owesFrame_ = false;      // there was news that no frame has been handed out for
   bool ended_ = false;

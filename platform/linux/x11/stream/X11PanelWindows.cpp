@@ -25,9 +25,9 @@ std::unique_ptr<PanelSurface> X11PanelWindows::makeSurface(std::uint32_t window)
 
 void X11PanelWindows::makeFloating(std::uint32_t window) {
   linux_desktop::makeFloating(*connection_, window);
-  if (!fullScreens_) fullScreens_ = FullScreenFollower::on(queue_);
-  if (!fullScreens_) return;
-  queue_->async([follower = fullScreens_, window] { follower->add(window); });
+  if (!floating_) floating_ = FloatingPanels::on(queue_);
+  if (!floating_) return;
+  queue_->async([panels = floating_, window] { panels->add(window); });
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -4,7 +4,7 @@
 
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/session/PanelWindows.h"
-#include "platform/linux/x11/panel/FullScreenFollower.h"
+#include "platform/linux/x11/panel/FloatingPanels.h"
 #include "platform/linux/x11/server/Connection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -22,7 +22,7 @@ class X11PanelWindows final : public PanelWindows {
  private:
   const std::shared_ptr<Connection> connection_;
   const std::shared_ptr<SerialQueue> queue_;
-  std::shared_ptr<FullScreenFollower> fullScreens_;  // made with the first panel
+  std::shared_ptr<FloatingPanels> floating_;  // made with the first panel
 };
 
 }  // namespace vistrel::platform::linux_desktop
