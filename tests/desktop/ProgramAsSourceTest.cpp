@@ -177,7 +177,7 @@ TEST_P(ProgramAsSource, IsMirroredUntilItCloses) {
   EXPECT_TRUE(eventually([&] { return area() != wholeScreen; }));
   EXPECT_TRUE(isMirrored(panel)) << "not full-screen any more";
 
-  const Cells last = shownBy(panel);
+  Cells last = shownBy(panel);
   constexpr std::uint32_t iconicState = 3;
   connection_.sendToManager(window_, "WM_CHANGE_STATE", {iconicState});
   EXPECT_TRUE(eventually([&] { return !isViewable(connection_, window_); }));
@@ -185,6 +185,7 @@ TEST_P(ProgramAsSource, IsMirroredUntilItCloses) {
   EXPECT_TRUE(areAlike(shownBy(panel), last)) << "minimised";
   EXPECT_TRUE(isMirrored(panel)) << "back";
 
+  last = shownBy(panel);
   connection_.sendToManager(window_, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, byPerson});
   EXPECT_TRUE(program_.waitForEnd().has_value());
   EXPECT_TRUE(eventually([&] { return panel.dot() == Dot::stale; }));
