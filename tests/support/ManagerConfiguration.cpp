@@ -63,6 +63,8 @@ void configure(WindowManager manager, const fs::path& home) {
   switch (manager) {
     case WindowManager::kwin:
     case WindowManager::kwinCompositing:
+      // Windows that grow into their place are not where one sees them.
+      write(config / "kdeglobals", "[KDE]\nAnimationDurationFactor=0\n");
       return write(config / "kwinrc", kwinrc(manager == WindowManager::kwinCompositing));
     case WindowManager::icewm:
       return write(config / "icewm/preferences", "ShowTaskBar=0\n");
