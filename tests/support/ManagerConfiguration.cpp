@@ -43,6 +43,7 @@ exec --no-startup-id i3-msg "workspace 2; open; workspace 1"
 constexpr auto jwmrc = R"(<?xml version="1.0"?>
 <JWM>
   <Desktops width="4" height="1"/>
+  <FocusModel>click</FocusModel>
   <Key mask="A" key="Tab">nextstacked</Key>
 </JWM>
 )";
