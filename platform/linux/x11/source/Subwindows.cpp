@@ -46,6 +46,7 @@ void Subwindows::watch(xcb_window_t client) {
   std::vector<xcb_window_t> parents{client};
   while (!parents.empty()) {
     std::vector<xcb_query_tree_cookie_t> asked;
+    asked.reserve(parents.size());
     for (const auto parent : parents) asked.push_back(xcb_query_tree(xcb, parent));
     parents.clear();
     for (const auto& cookie : asked) {
