@@ -27,8 +27,10 @@ class PanelWindow : public DesktopTestWithManager {
   }
   /// Whether the manager has it float: above others, on every desktop, out of taskbar and pager.
   ::testing::AssertionResult floats(const PanelOnScreen& panel) {
-    for (const char* state :
-         {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
+    std::vector<const char*> states{"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_SKIP_TASKBAR"};
+    // awesome 4.3 knows of no pagers.
+    if (GetParam() != WindowManager::awesome) states.push_back("_NET_WM_STATE_SKIP_PAGER");
+    for (const char* state : states) {
       if (!eventually([&] { return hasState(connection_, panel.id(), state); })) {
         return ::testing::AssertionFailure() << "it lacks " << state;
       }
@@ -60,14 +62,23 @@ class PanelWindow : public DesktopTestWithManager {
   }
   /// A window has the keyboard: it is the active one, and keys that a person types arrive there.
   ::testing::AssertionResult hasKeyboard(TestWindow& window) {
+    if (isI3()) {  // 4.22 gives it to whatever is clicked
+      awaitManager(connection_);
+      EXPECT_TRUE(eventually([&] { return activeWindow() == window.id(); }));
+    }
     const int before = window.typedKeys();
     input_.type(keyDown);
     if (!eventually([&] { return window.typedKeys() == before + 1; })) {
       return ::testing::AssertionFailure() << "a key went elsewhere";
     }
-    if (activeWindow() != window.id()) return ::testing::AssertionFailure() << "it is not active";
+    if (!eventually([&] { return activeWindow() == window.id(); })) {
+      return ::testing::AssertionFailure() << "it is not active";
+    }
     return ::testing::AssertionSuccess();
   }
+
+  static bool isI3() { return GetParam() == WindowManager::i3; }
+  static constexpr auto nothingAbove = "i3 4.22 keeps no windows above others";
 
   static constexpr Rect wholeScreen{0, 0, 1280, 1024};
   std::unique_ptr<TestWindow> source_;
@@ -94,6 +105,7 @@ TEST_P(PanelWindow, FloatsOnEveryDesktopAndStaysOutOfTheTaskbar) {
 }
 
 TEST_P(PanelWindow, LiesAboveOrdinaryAndFullScreenWindows) {
+  if (isI3()) GTEST_SKIP() << nothingAbove;
   const PanelOnScreen panel = mirrorOnlySource();
   auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
   activate(film->id());
@@ -116,6 +128,7 @@ TEST_P(PanelWindow, LiesAboveOrdinaryAndFullScreenWindows) {
   film->destroy();
   EXPECT_TRUE(isSeenAbove(panel, *next));
 
+  if (GetParam() == WindowManager::bspwm) return;  // 0.9.10 minimises nothing
   next->minimise();
   EXPECT_TRUE(eventually([&] { return panel.isOnScreen() && panel.shows(fourColours); }));
   EXPECT_TRUE(hasState(connection_, next->id(), "_NET_WM_STATE_HIDDEN"))
@@ -123,6 +136,7 @@ TEST_P(PanelWindow, LiesAboveOrdinaryAndFullScreenWindows) {
 }
 
 TEST_P(PanelWindow, FloatsOnAfterAWindowWasFullScreen) {
+  if (isI3()) GTEST_SKIP() << nothingAbove;
   const PanelOnScreen panel = mirrorOnlySource();
   auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
   activate(film->id());
@@ -143,6 +157,7 @@ TEST_P(PanelWindow, FloatsOnAfterAWindowWasFullScreen) {
 }
 
 TEST_P(PanelWindow, OpensAboveAFullScreenWindow) {
+  if (isI3()) GTEST_SKIP() << nothingAbove;
   startVistrel();
   input_.clickAt(vistrel_->pickerRows(1).front().centre());
   const auto film = openFullScreen();
@@ -167,23 +182,6 @@ TEST_P(PanelWindow, YieldsToAFullScreenWindowThatIsNotManaged) {
   EXPECT_TRUE(eventually([&] { return panel.shows(otherColours); }));
 }
 
-// There are two windows to go to and fro between; the panel would be the third.
-TEST_P(PanelWindow, IsNotAmongTheWindowsToSwitchTo) {
-  if (GetParam() == WindowManager::icewm) {
-    GTEST_SKIP() << "icewm 3.3.1 has windows among them that are to be left out of taskbars too";
-  }
-  mirrorOnlySource();
-  const xcb_window_t picker = vistrel_->picker().id();
-  activate(picker);
-  activate(source_->id());
-  // A manager may overlook keys that come faster than it takes hold of the keyboard.
-  constexpr std::chrono::seconds patience{3};
-  EXPECT_TRUE(eventually([&] {
-    input_.typeHolding(keyAlt, keyTab, 3);
-    return eventually([&] { return activeWindow() == picker; }, patience);
-  }));
-}
-
 TEST_P(PanelWindow, NeverTakesTheKeyboard) {
   startVistrel();
   const xcb_window_t picker = vistrel_->picker().id();
@@ -193,7 +191,11 @@ TEST_P(PanelWindow, NeverTakesTheKeyboard) {
   activate(source_->id());
   EXPECT_TRUE(hasKeyboard(*source_));
 
-  const Rect start = PanelOnScreen::computedArea(sourceArea, firstPanel);
+  ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+  // awesome 4.3 finds a place of its own for it.
+  const Rect start = GetParam() == WindowManager::awesome
+                         ? panel.area()
+                         : PanelOnScreen::computedArea(sourceArea, firstPanel);
   ASSERT_TRUE(becomes(panel, start));
   input_.clickAt(panel.contents().centre());
   EXPECT_TRUE(hasKeyboard(*source_)) << "clicked";
@@ -219,6 +221,34 @@ TEST_P(PanelWindow, NeverTakesTheKeyboard) {
 }
 
 VISTREL_WITH_MANAGERS(WindowManagers, PanelWindow, managersTestedHere());
+
+class PanelAmongWindows : public PanelWindow {};
+
+// There are two windows to go to and fro between; the panel would be the third.
+TEST_P(PanelAmongWindows, IsNotOneToSwitchTo) {
+  mirrorOnlySource();
+  const xcb_window_t picker = vistrel_->picker().id();
+  activate(picker);
+  activate(source_->id());
+  // A manager may overlook keys that come faster than it takes hold of the keyboard.
+  constexpr std::chrono::seconds patience{3};
+  EXPECT_TRUE(eventually([&] {
+    input_.typeHolding(keyAlt, keyTab, 3);
+    return eventually([&] { return activeWindow() == picker; }, patience);
+  }));
+}
+
+std::vector<WindowManager> managersThatLeaveWindowsOut() {
+  auto managers = managersTestedHere();
+  // icewm 3.3.1 offers windows that are to be left out of taskbars too; the others have other keys.
+  std::erase_if(managers, [](WindowManager each) {
+    return each == WindowManager::icewm || each == WindowManager::i3 ||
+           each == WindowManager::awesome || each == WindowManager::bspwm;
+  });
+  return managers;
+}
+
+VISTREL_WITH_MANAGERS(WindowManagers, PanelAmongWindows, managersThatLeaveWindowsOut());
 
 }  // namespace
 }  // namespace vistrel::testbed

@@ -80,6 +80,28 @@ TEST_F(Subwindows, AreNotMissedWhereTheClientItselfGoes) {
   EXPECT_FALSE(hasLoss());
 }
 
+TEST_F(Subwindows, ThatAreListenedToForAnotherReasonGoOnBeingSo) {
+  const auto before = makeIn(source_.id());
+  const auto after = makeIn(source_.id());
+  const auto listen = [this](xcb_window_t window) {
+    EXPECT_FALSE(
+        failureOf(ours_->xcb(), ours_->selectEvents(window, XCB_EVENT_MASK_PROPERTY_CHANGE)));
+  };
+  listen(before);
+  {
+    platform::linux_desktop::Subwindows others(*ours_);
+    others.watch(source_.id());
+    listen(after);
+  }
+  for (const auto window : {before, after}) {
+    const testbed::XReply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(ours_->xcb(),
+                                        xcb_get_window_attributes(ours_->xcb(), window), nullptr));
+    ASSERT_TRUE(attributes);
+    EXPECT_EQ(attributes->your_event_mask, std::uint32_t{XCB_EVENT_MASK_PROPERTY_CHANGE});
+  }
+}
+
 TEST_F(Subwindows, AreNotCountedBeyondMeasure) {
   for (int i = 0; i < 600; ++i) makeIn(source_.id());
   subwindows_.watch(source_.id());

@@ -43,6 +43,7 @@ exec --no-startup-id i3-msg "workspace 2; open; workspace 1"
 constexpr auto jwmrc = R"(<?xml version="1.0"?>
 <JWM>
   <Desktops width="4" height="1"/>
+  <FocusModel>click</FocusModel>
   <Key mask="A" key="Tab">nextstacked</Key>
 </JWM>
 )";
@@ -63,6 +64,8 @@ void configure(WindowManager manager, const fs::path& home) {
   switch (manager) {
     case WindowManager::kwin:
     case WindowManager::kwinCompositing:
+      // Windows that grow into their place are not where one sees them.
+      write(config / "kdeglobals", "[KDE]\nAnimationDurationFactor=0\n");
       return write(config / "kwinrc", kwinrc(manager == WindowManager::kwinCompositing));
     case WindowManager::icewm:
       return write(config / "icewm/preferences", "ShowTaskBar=0\n");

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/source/Subwindows.h"
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -9,11 +10,32 @@ namespace {
 /// More than a window has whose controls are windows; what exceeds it is not worth the traffic.
 constexpr std::size_t mostWindows = 512;
 
+constexpr std::uint32_t toChildren = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+
+/// What the connection listens to of each, which may be for somebody else; none of one that has
+/// gone.
+std::vector<std::optional<std::uint32_t>> ownMasks(Connection& connection,
+                                                   const std::vector<xcb_window_t>& windows) {
+  auto* const xcb = connection.xcb();
+  std::vector<xcb_get_window_attributes_cookie_t> asked;
+  asked.reserve(windows.size());
+  for (const auto window : windows) asked.push_back(xcb_get_window_attributes(xcb, window));
+  std::vector<std::optional<std::uint32_t>> masks;
+  for (const auto& cookie : asked) {
+    const auto attributes = replyTo<xcb_get_window_attributes_reply>(xcb, cookie);
+    masks.push_back(attributes ? std::optional(attributes->your_event_mask) : std::nullopt);
+  }
+  return masks;
+}
+
 }  // namespace
 
 Subwindows::~Subwindows() {
-  for (const auto window : windows_) {
-    forgive(connection_.xcb(), connection_.selectEvents(window, XCB_EVENT_MASK_NO_EVENT));
+  const std::vector<xcb_window_t> windows(windows_.begin(), windows_.end());
+  const auto masks = ownMasks(connection_, windows);
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    if (masks[i] != toChildren) continue;
+    forgive(connection_.xcb(), connection_.selectEvents(windows[i], XCB_EVENT_MASK_NO_EVENT));
   }
 }
 
@@ -34,7 +56,10 @@ void Subwindows::watch(xcb_window_t client) {
                      children + xcb_query_tree_children_length(tree.get()));
     }
     // Before their own children are asked for, so that none is missed that is made meanwhile.
-    for (const auto window : parents) add(window);
+    const auto masks = ownMasks(connection_, parents);
+    for (std::size_t i = 0; i < parents.size(); ++i) {
+      if (masks[i] == XCB_EVENT_MASK_NO_EVENT) add(parents[i]);
+    }
     if (windows_.size() >= mostWindows) return;
   }
 }

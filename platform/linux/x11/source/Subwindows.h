@@ -15,8 +15,9 @@ class Subwindows {
   Subwindows& operator=(const Subwindows&) = delete;
   ~Subwindows();
 
-  /// Listens to all that are inside `client` now and to those that come later. Whoever calls this
-  /// listens to the client's own children (SubstructureNotify) and has done so before.
+  /// Listens to all that are inside `client` now and to those that come later, but for those that
+  /// the connection listens to already. Whoever calls this listens to the client's own children
+  /// (SubstructureNotify) and has done so before.
   void watch(xcb_window_t client);
   void handle(const xcb_generic_event_t& event);
   /// Whether one has been unmapped or destroyed since this was last asked.
