@@ -146,6 +146,12 @@ class ProgramAsSource : public DesktopTest, public ::testing::WithParamInterface
     }
     return ::testing::AssertionFailure() << "the source is " << framedArea_;
   }
+  /// What the panel shows of the source once that has drawn all of its window.
+  Cells restingPicture(const PanelOnScreen& panel) {
+    EXPECT_TRUE(eventually([&] { return panel.dot() == Dot::stale; }));
+    EXPECT_TRUE(isMirrored(panel));
+    return shownBy(panel);
+  }
   void setFullScreen(bool isOn) {
     connection_.sendToManager(
         window_, "_NET_WM_STATE",
@@ -175,17 +181,15 @@ TEST_P(ProgramAsSource, IsMirroredUntilItCloses) {
   EXPECT_TRUE(eventually([&] { return isAbove(connection_, panel.id(), window_); }));
   setFullScreen(false);
   EXPECT_TRUE(eventually([&] { return area() != wholeScreen; }));
-  EXPECT_TRUE(isMirrored(panel)) << "not full-screen any more";
-
-  Cells last = shownBy(panel);
+  Cells last = restingPicture(panel);
   constexpr std::uint32_t iconicState = 3;
   connection_.sendToManager(window_, "WM_CHANGE_STATE", {iconicState});
   EXPECT_TRUE(eventually([&] { return !isViewable(connection_, window_); }));
   EXPECT_TRUE(eventually([&] { return panel.dot() == Dot::stale; }));
   EXPECT_TRUE(areAlike(shownBy(panel), last)) << "minimised";
-  EXPECT_TRUE(isMirrored(panel)) << "back";
-
-  last = shownBy(panel);
+  activate(window_);
+  EXPECT_TRUE(eventually([&] { return panel.dot() == Dot::live; })) << "back";
+  last = restingPicture(panel);
   connection_.sendToManager(window_, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, byPerson});
   EXPECT_TRUE(program_.waitForEnd().has_value());
   EXPECT_TRUE(eventually([&] { return panel.dot() == Dot::stale; }));
