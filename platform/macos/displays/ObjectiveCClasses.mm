@@ -1,4 +1,4 @@
-#include "platform/macos/ObjectiveCClasses.h"
+#include "platform/macos/displays/ObjectiveCClasses.h"
 
 #import <Foundation/Foundation.h>
 #import <dispatch/dispatch.h>

@@ -1,7 +1,7 @@
-#include "platform/macos/LayerState.h"
+#include "platform/macos/views/LayerState.h"
 
 #include "platform/macos/Conversions.h"
-#include "platform/macos/CoreImageContext.h"
+#include "platform/macos/capture/CoreImageContext.h"
 
 namespace vistrel::platform::macos {
 

@@ -1,9 +1,9 @@
-#include "platform/macos/ControlState.h"
+#include "platform/macos/views/ControlState.h"
 
 #include <memory>
 
 #include "platform/macos/Conversions.h"
-#include "platform/macos/ViewPeers.h"
+#include "platform/macos/views/ViewPeers.h"
 
 namespace vistrel::platform::macos {
 

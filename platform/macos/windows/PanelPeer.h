@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/Window.h"
-#include "platform/macos/ViewTree.h"
+#include "platform/macos/views/ViewTree.h"
 
 @class VLPanel;
 

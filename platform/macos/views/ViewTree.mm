@@ -1,8 +1,8 @@
-#include "platform/macos/ViewTree.h"
+#include "platform/macos/views/ViewTree.h"
 
-#include "platform/macos/ControlState.h"
 #include "platform/macos/Conversions.h"
-#include "platform/macos/LayerState.h"
+#include "platform/macos/views/ControlState.h"
+#include "platform/macos/views/LayerState.h"
 
 namespace vistrel::platform::macos {
 

@@ -1,4 +1,4 @@
-#include "platform/macos/ShareableWindowRecord.h"
+#include "platform/macos/capture/ShareableWindowRecord.h"
 
 #include "platform/macos/Conversions.h"
 

@@ -1,4 +1,4 @@
-#include "platform/macos/CoreGraphicsDisplays.h"
+#include "platform/macos/displays/CoreGraphicsDisplays.h"
 
 #import <CoreGraphics/CoreGraphics.h>
 

@@ -1,6 +1,6 @@
-#include "platform/macos/CoreImageContext.h"
+#include "platform/macos/capture/CoreImageContext.h"
 
-#include "platform/macos/CoreVideoPixelBuffer.h"
+#include "platform/macos/capture/CoreVideoPixelBuffer.h"
 
 namespace vistrel::platform::macos {
 

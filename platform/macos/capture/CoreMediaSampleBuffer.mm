@@ -1,11 +1,11 @@
-#include "platform/macos/CoreMediaSampleBuffer.h"
+#include "platform/macos/capture/CoreMediaSampleBuffer.h"
 
 #import <Foundation/Foundation.h>
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
 
 #include <cstdint>
 
-#include "platform/macos/CoreVideoPixelBuffer.h"
+#include "platform/macos/capture/CoreVideoPixelBuffer.h"
 
 namespace vistrel::platform::macos {
 

@@ -1,4 +1,4 @@
-#include "platform/macos/CoreVideoPixelBuffer.h"
+#include "platform/macos/capture/CoreVideoPixelBuffer.h"
 
 namespace vistrel::platform::macos {
 

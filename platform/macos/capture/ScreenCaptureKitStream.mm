@@ -1,11 +1,11 @@
-#include "platform/macos/ScreenCaptureKitStream.h"
+#include "platform/macos/capture/ScreenCaptureKitStream.h"
 
 #include <utility>
 
 #include "platform/macos/Conversions.h"
-#include "platform/macos/CoreMediaSampleBuffer.h"
 #include "platform/macos/GrandCentralDispatch.h"
-#include "platform/macos/ShareableWindowRecord.h"
+#include "platform/macos/capture/CoreMediaSampleBuffer.h"
+#include "platform/macos/capture/ShareableWindowRecord.h"
 
 using namespace vistrel::platform;
 

@@ -1,4 +1,4 @@
-#include "platform/macos/SystemAccessibility.h"
+#include "platform/macos/accessibility/SystemAccessibility.h"
 
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>

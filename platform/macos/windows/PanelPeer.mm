@@ -1,4 +1,4 @@
-#include "platform/macos/PanelPeer.h"
+#include "platform/macos/windows/PanelPeer.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "platform/macos/AppKitGraphicsContext.h"
+#include "platform/macos/views/AppKitGraphicsContext.h"
 
 #import <AppKit/AppKit.h>
 

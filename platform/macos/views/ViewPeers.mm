@@ -1,12 +1,12 @@
-#include "platform/macos/ViewPeers.h"
+#include "platform/macos/views/ViewPeers.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "platform/Window.h"
-#include "platform/macos/AppKitGraphicsContext.h"
 #include "platform/macos/Conversions.h"
-#include "platform/macos/LayerState.h"
+#include "platform/macos/views/AppKitGraphicsContext.h"
+#include "platform/macos/views/LayerState.h"
 
 using namespace vistrel::platform;
 

@@ -1,4 +1,4 @@
-#include "platform/macos/ScreenCaptureKitBackend.h"
+#include "platform/macos/capture/ScreenCaptureKitBackend.h"
 
 #import <CoreGraphics/CoreGraphics.h>
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "platform/macos/Conversions.h"
-#include "platform/macos/CoreImageContext.h"
-#include "platform/macos/ScreenCaptureKitStream.h"
-#include "platform/macos/ShareableWindowRecord.h"
+#include "platform/macos/capture/CoreImageContext.h"
+#include "platform/macos/capture/ScreenCaptureKitStream.h"
+#include "platform/macos/capture/ShareableWindowRecord.h"
 
 namespace vistrel::platform::macos {
 
