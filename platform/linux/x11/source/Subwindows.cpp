@@ -30,18 +30,21 @@ std::vector<std::optional<std::uint32_t>> ownMasks(Connection& connection,
 
 }  // namespace
 
-Subwindows::~Subwindows() {
+Subwindows::~Subwindows() { release(); }
+
+void Subwindows::release() {
   const std::vector<xcb_window_t> windows(windows_.begin(), windows_.end());
   const auto masks = ownMasks(connection_, windows);
   for (std::size_t i = 0; i < windows.size(); ++i) {
     if (masks[i] != toChildren) continue;
     forgive(connection_.xcb(), connection_.selectEvents(windows[i], XCB_EVENT_MASK_NO_EVENT));
   }
+  windows_.clear();
 }
 
 void Subwindows::watch(xcb_window_t client) {
+  release();
   client_ = client;
-  windows_.clear();
   auto* const xcb = connection_.xcb();
   std::vector<xcb_window_t> parents{client};
   while (!parents.empty()) {

@@ -24,6 +24,7 @@ class Subwindows {
   bool takeLoss();
 
  private:
+  void release();
   void add(xcb_window_t window);
   bool holds(xcb_window_t parent) const;
 
