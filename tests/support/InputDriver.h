@@ -26,12 +26,16 @@ class InputDriver {
   static constexpr std::uint32_t betweenPresses = 20;
 
   /// All that `input` does with this hand follows without a pause, even while this process is held
-  /// up: programs tell a double-click from two clicks by the server's clock.
+  /// up or the server has much to do for others: programs tell a double-click from two clicks by
+  /// the server's clock.
   template <class Input>
   void inOneGo(const Input& input) {
-    const bool isPartOfAnother = std::exchange(isGathering_, true);
+    if (isGathering_) return input();
+    xcb_grab_server(connection_->get());
+    isGathering_ = true;
     input();
-    isGathering_ = isPartOfAnother;
+    isGathering_ = false;
+    xcb_ungrab_server(connection_->get());
     deliver();
   }
 
