@@ -6,7 +6,8 @@
 
 namespace vistrel::testbed {
 
-InputDriver::InputDriver(const XConnection& connection) : connection_(&connection) {
+InputDriver::InputDriver(const XConnection& connection, std::function<void()> afterPress)
+    : connection_(&connection), afterPress_(std::move(afterPress)) {
   const auto* extension = xcb_get_extension_data(connection.get(), &xcb_test_id);
   if (extension == nullptr || extension->present == 0) {
     throw std::runtime_error("the display server has no XTEST extension");
@@ -17,6 +18,7 @@ void InputDriver::moveTo(Point point) { fake(XCB_MOTION_NOTIFY, 0, point); }
 
 void InputDriver::press(Button button) {
   fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
+  if (afterPress_ && !isGathering_) afterPress_();
 }
 
 void InputDriver::release(Button button) {
@@ -25,11 +27,14 @@ void InputDriver::release(Button button) {
 
 void InputDriver::click(int count, Button button) {
   inOneGo([&] {
+    // Nothing else is served meanwhile.
+    xcb_grab_server(connection_->get());
     for (int i = 0; i < count; ++i) {
       if (i > 0) rest(betweenPresses);
       press(button);
       release(button);
     }
+    xcb_ungrab_server(connection_->get());
   });
 }
 

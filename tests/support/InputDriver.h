@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <utility>
 
 #include "tests/support/Rect.h"
@@ -16,8 +17,10 @@ class InputDriver {
   /// X's numbers for the buttons.
   enum class Button : std::uint8_t { left = 1, middle = 2, right = 3 };
 
-  /// `connection` outlives this object. Throws std::runtime_error when the server lacks XTEST.
-  explicit InputDriver(const XConnection& connection);
+  /// `connection` outlives this object. `afterPress`, if there is one, is called after each press
+  /// that is not given in one go with what follows. Throws std::runtime_error when the server lacks
+  /// XTEST.
+  explicit InputDriver(const XConnection& connection, std::function<void()> afterPress = nullptr);
 
   void moveTo(Point point);
   void press(Button button = Button::left);
@@ -26,20 +29,17 @@ class InputDriver {
   static constexpr std::uint32_t betweenPresses = 20;
 
   /// All that `input` does with this hand follows without a pause, even while this process is held
-  /// up or the server has much to do for others: programs tell a double-click from two clicks by
-  /// the server's clock.
+  /// up: programs tell a double-click from two clicks by the server's clock.
   template <class Input>
   void inOneGo(const Input& input) {
-    if (isGathering_) return input();
-    xcb_grab_server(connection_->get());
-    isGathering_ = true;
+    const bool isPartOfAnother = std::exchange(isGathering_, true);
     input();
-    isGathering_ = false;
-    xcb_ungrab_server(connection_->get());
+    isGathering_ = isPartOfAnother;
     deliver();
   }
 
-  /// Clicks where the pointer is, `count` times, fast enough for a double-click.
+  /// Clicks where the pointer is, `count` times, fast enough for a double-click also where the
+  /// server has much to do for others.
   void click(int count = 1, Button button = Button::left);
   void clickAt(Point point, int count = 1, Button button = Button::left);
   /// Presses at `from`, moves to `to` in `steps` straight steps, and releases there.
@@ -71,6 +71,7 @@ class InputDriver {
   std::uint8_t keycodeOf(std::uint32_t keysym) const;
 
   const XConnection* connection_;
+  std::function<void()> afterPress_;
   std::uint32_t rest_ = 0;
   bool isGathering_ = false;
 };
