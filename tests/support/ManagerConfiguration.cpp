@@ -33,8 +33,10 @@ session.screen0.workspaces: 4
 // Else the style has a program look for another one that paints a wallpaper, and ask the person.
 constexpr auto fluxboxOverlay = "background: unset\n";
 
-// A window that the pointer enters would have the keyboard.
+// A window that the pointer enters would have the keyboard, and one without decorations some.
 constexpr auto awesomeRc = R"(dofile("/etc/xdg/awesome/rc.lua")
+table.insert(require("awful.rules").rules,
+             {rule = {}, properties = {titlebars_enabled = false, border_width = 0}})
 require("awful.ewmh").add_activate_filter(function() return false end, "mouse_enter")
 )";
 
