@@ -185,6 +185,11 @@ class DesktopTestWithManager : public DesktopTest,
                                public ::testing::WithParamInterface<WindowManager> {
  protected:
   DesktopTestWithManager() : DesktopTest({.windowManager = GetParam()}) {}
+
+  /// How high a panel is that is rolled up. herbstluftwm 0.9.5 lets no window be lower than that.
+  static int rolledUpHeight() {
+    return GetParam() == WindowManager::herbstluftwm ? 32 : PanelOnScreen::titleBarHeight;
+  }
 };
 
 }  // namespace vistrel::testbed
