@@ -23,7 +23,9 @@ SourceSituation X11SourceSituations::of(std::uint32_t window) {
   const bool isUndrawnThere = hiddenDesktopOf(connection, window) &&
                               !isViewable(connection, window) &&
                               !isMarkedHidden(connection, window);
-  return isUndrawnThere ? onHiddenDesktop : situationOf(parked_.outcomeFor(window));
+  const auto outcome = parked_.outcomeFor(window);
+  if (!isUndrawnThere) return situationOf(outcome);
+  return outcome ? parkedOnHiddenDesktop : onHiddenDesktop;
 }
 
 }  // namespace vistrel::platform::linux_desktop

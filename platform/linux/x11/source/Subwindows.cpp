@@ -78,18 +78,24 @@ bool Subwindows::holds(xcb_window_t parent) const {
 }
 
 void Subwindows::handle(const xcb_generic_event_t& event) {
+  hasLost_ |= isLoss(event);
   const auto type = typeOf(event);
   if (type == XCB_CREATE_NOTIFY) {
     const auto& created = eventAs<xcb_create_notify_event_t>(event);
     if (holds(created.parent)) add(created.window);
-  } else if (type == XCB_UNMAP_NOTIFY) {
-    const auto& unmapped = eventAs<xcb_unmap_notify_event_t>(event);
-    hasLost_ |= unmapped.event != unmapped.window && holds(unmapped.event);
   } else if (type == XCB_DESTROY_NOTIFY) {
-    const auto& destroyed = eventAs<xcb_destroy_notify_event_t>(event);
-    hasLost_ |= destroyed.event != destroyed.window && holds(destroyed.event);
-    windows_.erase(destroyed.window);
+    windows_.erase(eventAs<xcb_destroy_notify_event_t>(event).window);
   }
+}
+
+bool Subwindows::isLoss(const xcb_generic_event_t& event) const {
+  if (typeOf(event) == XCB_UNMAP_NOTIFY) {
+    const auto& unmapped = eventAs<xcb_unmap_notify_event_t>(event);
+    return unmapped.event != unmapped.window && holds(unmapped.event);
+  }
+  if (typeOf(event) != XCB_DESTROY_NOTIFY) return false;
+  const auto& destroyed = eventAs<xcb_destroy_notify_event_t>(event);
+  return destroyed.event != destroyed.window && holds(destroyed.event);
 }
 
 bool Subwindows::takeLoss() { return std::exchange(hasLost_, false); }
