@@ -47,8 +47,8 @@ enum class FrameChange { immediate, animated };
 
 /// What shows one window. Told after the window's or a view's state has changed; reads the state
 /// from the window it was made for, which outlives it. Feeds what happens back through the window's
-/// functions for peers, never from within a call that told it something; only layout passes may
-/// come at any time. Main thread.
+/// functions for peers, never from within a call that told it something; only layout passes and
+/// questions for a table's cells may come at any time. Main thread.
 class WindowPeer {
  public:
   virtual ~WindowPeer() = default;
