@@ -24,7 +24,7 @@ C_TYPES = {
     "int32_t": "int", "uint32_t": "unsigned int", "int64_t": "long", "uint64_t": "unsigned long",
     "OSType": "unsigned int", "pid_t": "int", "qos_class_t": "unsigned int",
     "dispatch_time_t": "unsigned long", "dispatch_block_t": "void (^)()",
-    "SCStreamFrameInfo": "NSString *", "CFTypeID": "unsigned long",
+    "SCStreamFrameInfo": "NSString *", "CFTypeID": "unsigned long", "NSComparisonResult": "long",
     # An opaque reference, which the table misspells.
     "CGDisplayConfigRef": "CGDisplayConfigRef",
 }
@@ -68,7 +68,10 @@ class Table:
         if name in self._values:
             return {"value": self._values[name]}
         known = self._table["consts"].get(name)
-        return known and {"type": self._type(known["type"])}
+        if known is None:
+            return None
+        # Some values of enumerations stand among the constants alone.
+        return {"type": self._type(known["type"])} if "type" in known else {"value": known["v"]}
 
     def _struct(self, name):
         known = self._table["structs"].get(name)
