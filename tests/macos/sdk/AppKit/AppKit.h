@@ -6,6 +6,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+@class NSMenu;
 @class NSView;
 
 typedef NSString* NSAppearanceName;
@@ -44,6 +45,8 @@ typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
   NSEventModifierFlagOption = 524288,
   NSEventModifierFlagCommand = 1048576,
 };
+
+typedef NS_OPTIONS(unsigned long long, NSEventMask) { NSEventMaskAny = 0xFFFFFFFFFFFFFFFF };
 
 typedef NS_ENUM(NSUInteger, NSBackingStoreType) { NSBackingStoreBuffered = 2 };
 
@@ -171,6 +174,7 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 @property(getter=isHidden) BOOL hidden;
 @property(readonly, getter=isFlipped) BOOL flipped;
 @property BOOL needsDisplay;
+@property(nullable, readonly, assign) NSView* superview;
 @property(copy) NSArray<__kindof NSView*>* subviews;
 @property BOOL wantsLayer;
 @property(nullable, strong) CALayer* layer;
@@ -181,6 +185,7 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 - (void)drawRect:(NSRect)dirtyRect;
 - (CALayer*)makeBackingLayer;
 - (void)resetCursorRects;
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event;
 - (void)addCursorRect:(NSRect)rect cursor:(NSCursor*)object;
 @end
 
@@ -258,3 +263,9 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 @end
 
 NS_ASSUME_NONNULL_END
+
+#import <AppKit/NSApplication.h>
+#import <AppKit/NSMenu.h>
+#import <AppKit/NSMenuItem.h>
+#import <AppKit/NSRunningApplication.h>
+#import <AppKit/NSWorkspace.h>
