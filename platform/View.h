@@ -25,6 +25,7 @@ enum class ViewChange {
   hierarchy,      // subviews came or went
   appearance,     // text, colour, title, tooltip, layer colours, what a screen reader says
   layerContents,  // the layer's picture
+  constraints,    // between the view and its subviews
   rows,           // a table's rows: see `TableView::reloadedRows`
 };
 
