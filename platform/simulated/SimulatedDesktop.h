@@ -33,6 +33,10 @@ class SimulatedDesktop : public WindowBackend {
   std::optional<Rect> savedFrame(const std::string& autosaveName) const;
   void setSavedFrame(const std::string& autosaveName, const Rect& frame);
 
+  /// Where the desktop puts windows that are to be centred; none unless set.
+  std::optional<Point> centeredOrigin() const { return centeredOrigin_; }
+  void setCenteredOrigin(Point origin) { centeredOrigin_ = origin; }
+
   /// Every alert that was run, and what answers it (by default its closing: the last button).
   const std::vector<Alert>& alerts() const { return alerts_; }
   void setAlertAnswer(std::function<int(const Alert&)> answer) { alertAnswer_ = std::move(answer); }
@@ -84,6 +88,7 @@ class SimulatedDesktop : public WindowBackend {
   Window* keyWindow_ = nullptr;
   Point mouse_;
   std::map<std::string, Rect> savedFrames_;
+  std::optional<Point> centeredOrigin_;
   std::vector<Alert> alerts_;
   std::function<int(const Alert&)> alertAnswer_;
   std::vector<SimulatedWindowPeer*> peers_;  // front to back; each takes itself out as it goes
