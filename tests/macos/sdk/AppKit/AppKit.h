@@ -280,6 +280,7 @@ typedef NSString* NSUserInterfaceItemIdentifier;
 
 NS_ASSUME_NONNULL_END
 
+#import <AppKit/NSAccessibilityConstants.h>
 #import <AppKit/NSAlert.h>
 #import <AppKit/NSApplication.h>
 #import <AppKit/NSLayoutConstraint.h>
