@@ -181,7 +181,8 @@ class TableCellView : public View {
 };
 
 /// Rows that a data source counts and a delegate dresses, one of which a person may select. Data
-/// source and delegate are held weakly.
+/// source and delegate are held weakly. Columns, header and row height stay as they are once the
+/// table is in a window.
 class TableView : public Control {
  public:
   const std::vector<TableColumn>& tableColumns() const { return columns_; }
@@ -205,17 +206,25 @@ class TableView : public Control {
   std::shared_ptr<TableCellView> reusableView(const std::string& identifier);
 
   /// -1 when nothing is selected.
-  int selectedRow() const { return selectedRow_; }
+  int selectedRow() const;
 
   // For peers.
 
+  /// The rows that were reloaded last; none when that was all of them.
+  const std::optional<std::set<int>>& reloadedRows() const { return reloadedRows_; }
   /// The cell of a row, made on first use.
   std::shared_ptr<View> cellForRow(int row);
+  using FindReusableView = std::function<std::shared_ptr<TableCellView>(const std::string&)>;
+  /// The same where the desktop keeps the cells itself: made each time, and `findReusableView`
+  /// stands in for `reusableView` meanwhile.
+  std::shared_ptr<View> makeCell(int row, FindReusableView findReusableView);
+  /// Where the desktop does not keep the selection itself.
   void personDidSelectRow(int row);
   void personDidDoubleClick();
 
  private:
   bool hasRow(int row) const;
+  std::shared_ptr<View> askForCell(int row);
   void recycle(std::shared_ptr<View> cell);
 
   std::vector<TableColumn> columns_;
@@ -224,14 +233,17 @@ class TableView : public Control {
   std::weak_ptr<TableViewDataSource> dataSource_;
   std::weak_ptr<TableViewDelegate> delegate_;
   Action doubleAction_;
-  int selectedRow_ = -1;
+  int selectedRow_ = -1;  // unless the desktop keeps it
   std::vector<std::shared_ptr<View>> cells_;
   std::vector<std::shared_ptr<TableCellView>> reusable_;
+  FindReusableView findReusableView_;  // empty but during `makeCell`
+  std::optional<std::set<int>> reloadedRows_;
 };
 
 /// Raw value is AppKit's NSBorderType.
 enum class BorderType { none = 0, bezel = 2 };
 
+/// Scrolls a table. Scroller and border stay as they are once it is in a window.
 class ScrollView : public View {
  public:
   bool hasVerticalScroller() const { return hasVerticalScroller_; }

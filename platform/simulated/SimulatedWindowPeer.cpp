@@ -68,6 +68,8 @@ Rect SimulatedWindowPeer::contentRectForFrameRect(const Rect& frame) const {
   return contentRect;
 }
 
+std::optional<Point> SimulatedWindowPeer::center() { return desktop_.centeredOrigin(); }
+
 void SimulatedWindowPeer::frameDidChange(Redisplay redisplay, FrameChange change) {
   PeerCall& call = record(PeerCall::Kind::frameDidChange);
   call.display = redisplay == Redisplay::atOnce;
@@ -122,6 +124,10 @@ std::optional<Rect> SimulatedWindowPeer::adoptAutosavedFrame(const std::string& 
   record(PeerCall::Kind::adoptAutosavedFrame);
   autosaveName_ = name;
   return desktop_.savedFrame(name);
+}
+
+std::optional<int> SimulatedWindowPeer::selectedRow(const TableView& /*table*/) const {
+  return desktop_.selectedRow();
 }
 
 }  // namespace vistrel::platform::simulated

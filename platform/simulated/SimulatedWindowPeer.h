@@ -63,6 +63,7 @@ class SimulatedWindowPeer : public WindowPeer {
 
   Rect frameRectForContentRect(const Rect& contentRect) const override;
   Rect contentRectForFrameRect(const Rect& frame) const override;
+  std::optional<Point> center() override;
   void frameDidChange(Redisplay redisplay, FrameChange change) override;
   void propertiesDidChange() override;
   void contentViewDidChange() override;
@@ -73,6 +74,7 @@ class SimulatedWindowPeer : public WindowPeer {
   void miniaturize() override;
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
+  std::optional<int> selectedRow(const TableView& table) const override;
 
  private:
   double chromeHeight() const;

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/Controls.h"
+#include "platform/Window.h"
+#include "platform/simulated/SimulatedBackend.h"
 
 namespace vistrel::platform {
 namespace {
@@ -101,6 +103,37 @@ TEST_F(TableViewTest, ReloadingOneRowAsksForThatRowAlone) {
   EXPECT_EQ(textOf(1), "B");
 }
 
+TEST_F(TableViewTest, SaysWhichOfItsRowsWereReloadedLast) {
+  EXPECT_EQ(table_->reloadedRows(), std::nullopt);
+  table_->reloadRows({1, 17});
+  EXPECT_EQ(table_->reloadedRows(), std::set<int>{1});
+  table_->reloadData();
+  EXPECT_EQ(table_->reloadedRows(), std::nullopt);
+}
+
+TEST_F(TableViewTest, MakesACellEachTimeForADesktopThatKeepsCellsItself) {
+  const auto noneToReuse = [](const std::string&) { return nullptr; };
+  const auto first = table_->makeCell(1, noneToReuse);
+  EXPECT_NE(table_->makeCell(1, noneToReuse), first);
+  EXPECT_EQ(rows_->asked, 2);
+  EXPECT_EQ(rows_->made, 2);
+  EXPECT_EQ(table_->makeCell(3, noneToReuse), nullptr);
+}
+
+TEST_F(TableViewTest, ReusesTheCellsOfADesktopThatKeepsThemItselfOnlyWhileItAsks) {
+  const auto kept = std::make_shared<TableCellView>();
+  kept->setTextField(std::make_shared<Label>());
+  std::string asked;
+  const auto reused = table_->makeCell(1, [&](const std::string& identifier) {
+    asked = identifier;
+    return kept;
+  });
+  EXPECT_EQ(asked, "cell");
+  EXPECT_EQ(reused, kept);
+  EXPECT_EQ(kept->textField()->stringValue(), "b");
+  EXPECT_EQ(table_->reusableView("cell"), nullptr);
+}
+
 TEST_F(TableViewTest, KeepsItsSelectionOverAReloadWhileTheRowIsThere) {
   EXPECT_EQ(table_->selectedRow(), -1);
   table_->personDidSelectRow(1);
@@ -109,6 +142,17 @@ TEST_F(TableViewTest, KeepsItsSelectionOverAReloadWhileTheRowIsThere) {
   rows_->texts = {"a"};
   table_->reloadData();
   EXPECT_EQ(table_->selectedRow(), -1);
+}
+
+TEST_F(TableViewTest, HasTheSelectionOfADesktopThatKeepsItWhileItIsInAWindow) {
+  simulated::SimulatedBackend desktop;
+  desktop.windows().setSelectedRow(2);
+  table_->personDidSelectRow(1);
+  EXPECT_EQ(table_->selectedRow(), 1);
+  const auto window =
+      makeOwnedByMain<Window>(rect(0, 0, 100, 100), styleTitled, BackingStore::buffered, false);
+  window->contentView()->addSubview(table_);
+  EXPECT_EQ(table_->selectedRow(), 2);
 }
 
 TEST_F(TableViewTest, SelectsNothingOutsideItsRows) {

@@ -118,6 +118,11 @@ NSCursor* nsCursor(Cursor cursor) {
   return [super isAccessibilitySelectorAllowed:selector];
 }
 
+/// A panel is dragged without a click before that makes its program active.
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)__unused event {
+  return YES;
+}
+
 - (void)mouseDown:(NSEvent*)event {
   sendMouseEvent(_view, event, EventType::leftMouseDown);
 }
@@ -134,6 +139,10 @@ NSCursor* nsCursor(Cursor cursor) {
 
 @implementation VLLabel
 
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)event {
+  return [self.superview acceptsFirstMouse:event];
+}
+
 - (void)mouseDown:(NSEvent*)event {
   [self.nextResponder mouseDown:event];
 }
@@ -149,6 +158,10 @@ NSCursor* nsCursor(Cursor cursor) {
 @end
 
 @implementation VLImageView
+
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)event {
+  return [self.superview acceptsFirstMouse:event];
+}
 
 - (void)mouseDown:(NSEvent*)event {
   [self.nextResponder mouseDown:event];
@@ -168,14 +181,10 @@ NSCursor* nsCursor(Cursor cursor) {
   std::weak_ptr<Button> _button;
 }
 
-- (instancetype)initWithButton:(std::weak_ptr<Button>)button {
-  self = [super initWithFrame:NSRect()];
-  if (self != nil) {
-    _button = std::move(button);
-    self.target = self;
-    self.action = @selector(buttonClicked:);
-  }
-  return self;
+- (void)clickButton:(std::weak_ptr<Button>)button {
+  _button = std::move(button);
+  self.target = self;
+  self.action = @selector(buttonClicked:);
 }
 
 - (void)buttonClicked:(nullable id)__unused sender {
