@@ -1,7 +1,6 @@
 #pragma once
 
 #import <AppKit/AppKit.h>
-
 #include <memory>
 
 #include "platform/Menu.h"
