@@ -159,6 +159,7 @@ NSCursor* nsCursor(Cursor cursor) {
   [self.nextResponder mouseUp:event];
 }
 
+/// Without a menu AppKit passes a right click on to the superview, but not one with Control.
 - (nullable NSMenu*)menuForEvent:(NSEvent*)event {
   return [self.superview menuForEvent:event];
 }
