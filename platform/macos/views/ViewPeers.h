@@ -25,10 +25,10 @@ NS_ASSUME_NONNULL_BEGIN
 @interface VLImageView : NSImageView
 @end
 
-/// A push button: a click does what a click on the core's button does. The context menu belongs to
-/// the view that it lies in.
+/// A push button. The context menu belongs to the view that it lies in.
 @interface VLButton : NSButton
-- (instancetype)initWithButton:(std::weak_ptr<vistrel::platform::Button>)button;
+/// From then on a click does what a click on the core's button does.
+- (void)clickButton:(std::weak_ptr<vistrel::platform::Button>)button;
 @end
 
 NS_ASSUME_NONNULL_END

@@ -127,6 +127,11 @@ NSCursor* nsCursor(Cursor cursor) {
   return [super isAccessibilitySelectorAllowed:selector];
 }
 
+/// A panel is dragged without a click before that makes its program active.
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)__unused event {
+  return YES;
+}
+
 - (void)mouseDown:(NSEvent*)event {
   sendMouseEvent(_view, event, EventType::leftMouseDown);
 }
@@ -146,6 +151,10 @@ NSCursor* nsCursor(Cursor cursor) {
 @end
 
 @implementation VLLabel
+
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)event {
+  return [self.superview acceptsFirstMouse:event];
+}
 
 - (void)mouseDown:(NSEvent*)event {
   [self.nextResponder mouseDown:event];
@@ -167,6 +176,10 @@ NSCursor* nsCursor(Cursor cursor) {
 @end
 
 @implementation VLImageView
+
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)event {
+  return [self.superview acceptsFirstMouse:event];
+}
 
 - (void)mouseDown:(NSEvent*)event {
   [self.nextResponder mouseDown:event];
@@ -190,14 +203,15 @@ NSCursor* nsCursor(Cursor cursor) {
   std::weak_ptr<Button> _button;
 }
 
-- (instancetype)initWithButton:(std::weak_ptr<Button>)button {
-  self = [super initWithFrame:NSRect()];
-  if (self != nil) {
-    _button = std::move(button);
-    self.target = self;
-    self.action = @selector(buttonClicked:);
-  }
-  return self;
+- (void)clickButton:(std::weak_ptr<Button>)button {
+  _button = std::move(button);
+  self.target = self;
+  self.action = @selector(buttonClicked:);
+}
+
+/// Panels float over other programs, which stay active: no click is spent on activating this one.
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)__unused event {
+  return (self.window.styleMask & NSWindowStyleMaskNonactivatingPanel) != 0;
 }
 
 - (void)buttonClicked:(nullable id)__unused sender {

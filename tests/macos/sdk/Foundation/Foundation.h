@@ -141,6 +141,7 @@ typedef NS_ENUM(NSInteger, NSComparisonResult) {
 @end
 
 @interface NSNotification : NSObject
+@property(nullable, readonly, retain) id object;
 @end
 
 @interface NSMethodSignature : NSObject
@@ -173,6 +174,7 @@ typedef NSString* NSAttributedStringKey;
 NS_ASSUME_NONNULL_END
 
 #import <Foundation/NSBundle.h>
+#import <Foundation/NSIndexSet.h>
 #import <Foundation/NSProcessInfo.h>
 #import <Foundation/NSRunLoop.h>
 #import <Foundation/NSTask.h>
