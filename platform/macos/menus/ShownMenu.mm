@@ -165,9 +165,10 @@ NSMenu* makeMenu(const std::shared_ptr<Menu>& menu) {
 
 NSMenu* submenuShowing(const Menu& menu, NSMenu* bar) {
   for (NSMenuItem* line in bar.itemArray) {
-    if (line.submenu == nil) continue;
-    VLMenuFiller* const filler = objc_getAssociatedObject(line.submenu, &fillerKey);
-    if ([filler isForMenu:menu]) return line.submenu;
+    NSMenu* const submenu = line.submenu;
+    if (submenu == nil) continue;
+    VLMenuFiller* const filler = objc_getAssociatedObject(submenu, &fillerKey);
+    if ([filler isForMenu:menu]) return submenu;
   }
   return nil;
 }
