@@ -181,7 +181,8 @@ class TableCellView : public View {
 };
 
 /// Rows that a data source counts and a delegate dresses, one of which a person may select. Data
-/// source and delegate are held weakly.
+/// source and delegate are held weakly. Columns, header and row height stay as they are once the
+/// table is in a window.
 class TableView : public Control {
  public:
   const std::vector<TableColumn>& tableColumns() const { return columns_; }
@@ -241,6 +242,7 @@ class TableView : public Control {
 /// Raw value is AppKit's NSBorderType.
 enum class BorderType { none = 0, bezel = 2 };
 
+/// Scrolls a table. Scroller and border stay as they are once it is in a window.
 class ScrollView : public View {
  public:
   bool hasVerticalScroller() const { return hasVerticalScroller_; }

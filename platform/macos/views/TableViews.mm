@@ -1,5 +1,6 @@
 #include "platform/macos/views/TableViews.h"
 
+#include <set>
 #include <string>
 #include <utility>
 
@@ -20,6 +21,12 @@ using namespace vistrel::platform;
 @end
 
 namespace {
+
+NSIndexSet* indexSet(const std::set<int>& rows) {
+  NSMutableIndexSet* indexes = [NSMutableIndexSet indexSet];
+  for (const int row : rows) [indexes addIndex:static_cast<NSUInteger>(row)];
+  return indexes;
+}
 
 VLTableCellView* makeRealizedCell(TableCellView& cell) {
   macos::ViewTree tree;
@@ -100,6 +107,9 @@ void dressAgain(const TableCellView& cell, VLTableCellView* realized) {
     added.width = column.width;
     [self addTableColumn:added];
   }
+  if (!table->tableColumns().empty()) {
+    self.accessibilityLabel = macos::nsString(table->tableColumns().front().title);
+  }
   if (!table->hasHeaderView()) self.headerView = nil;
   self.rowHeight = table->rowHeight();
   _rows = [[VLTableRows alloc] initWithTable:table];
@@ -112,10 +122,14 @@ void dressAgain(const TableCellView& cell, VLTableCellView* realized) {
 
 - (void)reloadLikeTable:(const TableView&)table {
   const auto& rows = table.reloadedRows();
-  if (!rows) return [self reloadData];
-  NSMutableIndexSet* indexes = [NSMutableIndexSet indexSet];
-  for (const int row : *rows) [indexes addIndex:static_cast<NSUInteger>(row)];
-  [self reloadDataForRowIndexes:indexes columnIndexes:[NSIndexSet indexSetWithIndex:0]];
+  if (rows) {
+    [self reloadDataForRowIndexes:indexSet(*rows) columnIndexes:indexSet({0})];
+  } else {
+    [self reloadData];
+    const int selected = table.selectedRow();
+    [self selectRowIndexes:selected < 0 ? indexSet({}) : indexSet({selected})
+        byExtendingSelection:NO];
+  }
 }
 
 @end

@@ -4,6 +4,7 @@
 #include "platform/macos/views/ControlState.h"
 #include "platform/macos/views/LayerState.h"
 #include "platform/macos/views/LayoutConstraints.h"
+#include "platform/macos/views/StatusAnnouncement.h"
 #include "platform/macos/views/TableViews.h"
 
 namespace vistrel::platform::macos {
@@ -34,6 +35,7 @@ NSView* ViewTree::realize(View& root) {
 void ViewTree::viewDidChange(View& view, ViewChange change) {
   NSView* realized = realizedView(view);
   if (realized == nil) return;
+  announceStatus(view, realized);
   switch (change) {
     case ViewChange::geometry:
       return applyGeometry(view, realized);

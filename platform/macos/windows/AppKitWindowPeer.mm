@@ -141,9 +141,15 @@ std::optional<Point> AppKitWindowPeer::center() {
 
 void AppKitWindowPeer::frameDidChange(Redisplay redisplay, FrameChange change) {
   const Telling telling(*this);
-  [shown_ setFrame:cgRect(window_.frame())
-           display:redisplay == Redisplay::atOnce
-           animate:change == FrameChange::animated];
+  const Rect& frame = window_.frame();
+  const bool displays = redisplay == Redisplay::atOnce;
+  if (change == FrameChange::animated) {
+    [shown_ setFrame:cgRect(frame) display:displays animate:YES];
+  } else if (displays || frame.size != coreRect(shown_.frame).size) {
+    [shown_ setFrame:cgRect(frame) display:displays];
+  } else {
+    [shown_ setFrameOrigin:cgPoint(frame.origin)];
+  }
 }
 
 void AppKitWindowPeer::propertiesDidChange() {

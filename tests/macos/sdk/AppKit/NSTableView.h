@@ -34,6 +34,7 @@ NS_ASSUME_NONNULL_BEGIN
 @property CGFloat rowHeight;
 @property(nullable) SEL doubleAction;
 @property(readonly) NSInteger selectedRow;
+- (void)selectRowIndexes:(NSIndexSet*)indexes byExtendingSelection:(BOOL)extend;
 - (void)addTableColumn:(NSTableColumn*)tableColumn;
 - (nullable __kindof NSView*)makeViewWithIdentifier:(NSUserInterfaceItemIdentifier)identifier
                                               owner:(nullable id)owner;

@@ -87,6 +87,7 @@ typedef NS_ENUM(NSInteger, NSComparisonResult) {
 
 @interface NSNumber : NSValue
 + (NSNumber*)numberWithBool:(BOOL)value;
++ (NSNumber*)numberWithInteger:(NSInteger)value;
 @property(readonly) double doubleValue;
 @property(readonly) long long longLongValue;
 @end
