@@ -115,7 +115,18 @@ class DeclarationsTest(unittest.TestCase):
     def test_what_is_newer_than_the_deployment_target_is_caught(self):
         name = "method -[Lamp isLit]"
         facts = {**FACTS, name: {"types": ["bool"], "since": "14.2"}}
-        self.assertEqual(self.disagreements(DECLARATIONS, facts), [f"{name}: not before macOS 14.2"])
+        self.assertEqual(self.disagreements(DECLARATIONS, facts),
+                         [f"{name}: does not say that it is not before macOS 14.2"])
+
+    def test_what_is_newer_passes_when_it_says_so(self):
+        facts = {**FACTS, "method -[Lamp shineInRoom:color:]":
+                 {"types": ["void", "Room*", "long"], "since": "14.2"}}
+        right = "color:(LampColor)color;"
+        marked = 'color:(LampColor)color __attribute__((availability(macos, introduced=%s)));'
+        self.assertEqual(self.disagreements(DECLARATIONS.replace(right, marked % "14.2"), facts), [])
+        self.assertEqual(
+            self.disagreements(DECLARATIONS.replace(right, marked % "14.0"), facts),
+            ["method -[Lamp shineInRoom:color:]: since is 14.0 here, 14.2 in the SDK"])
 
     def test_an_unknown_name_passes_as_an_exception_alone(self):
         facts = {name: fact for name, fact in FACTS.items() if name != "class Thing"}
