@@ -61,7 +61,7 @@ def parse(folder):
     headers = sorted(header.relative_to(folder) for header in folder.glob("*/*.h"))
     source = "".join(f"#import <{header}>\n" for header in headers)
     unit = clang.cindex.Index.create().parse(
-        "declarations.mm", args=[*apple_target.flags("arm64"), "-I", str(folder)],
+        "declarations.mm", args=[*apple_target.FLAGS, "-I", str(folder)],
         unsaved_files=[("declarations.mm", source)])
     errors = [str(message) for message in unit.diagnostics if message.severity >= 3]
     if errors:
