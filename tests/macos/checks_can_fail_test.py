@@ -317,7 +317,7 @@ class BundleTest(unittest.TestCase):
             source = pathlib.Path(folder, "main.mm")
             source.write_text("int main() {}\n", encoding="utf-8")
             subprocess.run([*compiler_command(), "-mmacosx-version-min=14.0", source, "-o",
-                            self.bundle / "Contents/MacOS/Vistrel", *LINKED[:-2]], check=True)
+                            self.bundle / "Contents/MacOS/Vistrel", *LINKED[:-1]], check=True)
         complaints = "\n".join(self.complaints())
         for architecture in apple_target.ARCHITECTURES:
             self.assertIn(f"{architecture}: oldest system is 14.0", complaints)

@@ -63,13 +63,16 @@ def exports_of_cxx_library():
     return {f"_{name}" for name in listed.stdout.split() if name.startswith("_")}
 
 
+def quoted(names):
+    return ", ".join(f"'{name}'" for name in sorted(names))
+
+
 def stub(install_name, classes, symbols):
     """A library as the linker reads it: text-based stub, version 4."""
     targets = ", ".join(f"{name}-macos" for name in apple_target.ARCHITECTURES)
-    names = lambda of: ", ".join(f"'{name}'" for name in sorted(of))
     return (f"--- !tapi-tbd\ntbd-version: 4\ntargets: [ {targets} ]\n"
             f"install-name: '{install_name}'\nexports:\n  - targets: [ {targets} ]\n"
-            f"    symbols: [ {names(symbols)} ]\n    objc-classes: [ {names(classes)} ]\n...\n")
+            f"    symbols: [ {quoted(symbols)} ]\n    objc-classes: [ {quoted(classes)} ]\n...\n")
 
 
 def write_stubs(folder, system_symbols, sdk):
