@@ -206,7 +206,7 @@ class TableView : public Control {
   std::shared_ptr<TableCellView> reusableView(const std::string& identifier);
 
   /// -1 when nothing is selected.
-  int selectedRow() const { return selectedRow_; }
+  int selectedRow() const;
 
   // For peers.
 
@@ -218,6 +218,7 @@ class TableView : public Control {
   /// The same where the desktop keeps the cells itself: made each time, and `findReusableView`
   /// stands in for `reusableView` meanwhile.
   std::shared_ptr<View> makeCell(int row, FindReusableView findReusableView);
+  /// Where the desktop does not keep the selection itself.
   void personDidSelectRow(int row);
   void personDidDoubleClick();
 
@@ -232,7 +233,7 @@ class TableView : public Control {
   std::weak_ptr<TableViewDataSource> dataSource_;
   std::weak_ptr<TableViewDelegate> delegate_;
   Action doubleAction_;
-  int selectedRow_ = -1;
+  int selectedRow_ = -1;  // unless the desktop keeps it
   std::vector<std::shared_ptr<View>> cells_;
   std::vector<std::shared_ptr<TableCellView>> reusable_;
   FindReusableView findReusableView_;  // empty but during `makeCell`

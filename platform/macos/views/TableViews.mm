@@ -1,6 +1,5 @@
 #include "platform/macos/views/TableViews.h"
 
-#include <set>
 #include <string>
 #include <utility>
 
@@ -21,12 +20,6 @@ using namespace vistrel::platform;
 @end
 
 namespace {
-
-NSIndexSet* indexSet(const std::set<int>& rows) {
-  NSMutableIndexSet* indexes = [NSMutableIndexSet indexSet];
-  for (const int row : rows) [indexes addIndex:static_cast<NSUInteger>(row)];
-  return indexes;
-}
 
 VLTableCellView* makeRealizedCell(TableCellView& cell) {
   macos::ViewTree tree;
@@ -80,13 +73,6 @@ void dressAgain(const TableCellView& cell, VLTableCellView* realized) {
   return reused;
 }
 
-- (void)tableViewSelectionDidChange:(NSNotification*)notification {
-  NSTableView* tableView = notification.object;
-  if (const auto table = _table.lock()) {
-    table->personDidSelectRow(static_cast<int>(tableView.selectedRow));
-  }
-}
-
 - (void)rowWasDoubleClicked:(nullable id)__unused sender {
   if (const auto table = _table.lock()) table->personDidDoubleClick();
 }
@@ -122,14 +108,10 @@ void dressAgain(const TableCellView& cell, VLTableCellView* realized) {
 
 - (void)reloadLikeTable:(const TableView&)table {
   const auto& rows = table.reloadedRows();
-  if (rows) {
-    [self reloadDataForRowIndexes:indexSet(*rows) columnIndexes:indexSet({0})];
-  } else {
-    [self reloadData];
-    const int selected = table.selectedRow();
-    [self selectRowIndexes:selected < 0 ? indexSet({}) : indexSet({selected})
-        byExtendingSelection:NO];
-  }
+  if (!rows) return [self reloadData];
+  NSMutableIndexSet* indexes = [NSMutableIndexSet indexSet];
+  for (const int row : *rows) [indexes addIndex:static_cast<NSUInteger>(row)];
+  [self reloadDataForRowIndexes:indexes columnIndexes:[NSIndexSet indexSetWithIndex:0]];
 }
 
 @end

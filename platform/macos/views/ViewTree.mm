@@ -41,8 +41,8 @@ void ViewTree::viewDidChange(View& view, ViewChange change) {
       return applyGeometry(view, realized);
     case ViewChange::hierarchy:
       syncSubviews(view, realized);
-      syncConstraints(view);
-      return giveUpViewsOutside(view.window());
+      giveUpViewsOutside(view.window());
+      return syncConstraints(view);  // with what is left: AppKit raises for views outside
     case ViewChange::appearance:
       return applyAppearance(view, realized);
     case ViewChange::constraints:

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/Controls.h"
 #include "platform/macos/Conversions.h"
 
 using vistrel::platform::macos::AppKitWindowPeer;
@@ -213,6 +214,12 @@ std::optional<Rect> AppKitWindowPeer::adoptAutosavedFrame(const std::string& nam
   [shown_ setFrameAutosaveName:nsString(name)];
   if (!restored) return std::nullopt;
   return coreRect(shown_.frame);
+}
+
+std::optional<int> AppKitWindowPeer::selectedRow(const TableView& table) const {
+  NSTableView* realized = static_cast<NSTableView*>(tree_.realizedView(table));
+  if (realized == nil) return std::nullopt;
+  return static_cast<int>(realized.selectedRow);
 }
 
 void AppKitWindowPeer::shownDidReport(Report report) {

@@ -24,7 +24,6 @@ NS_ASSUME_NONNULL_BEGIN
 - (nullable NSView*)tableView:(NSTableView*)tableView
            viewForTableColumn:(nullable NSTableColumn*)tableColumn
                           row:(NSInteger)row;
-- (void)tableViewSelectionDidChange:(NSNotification*)notification;
 @end
 
 @interface NSTableView : NSControl
@@ -34,7 +33,6 @@ NS_ASSUME_NONNULL_BEGIN
 @property CGFloat rowHeight;
 @property(nullable) SEL doubleAction;
 @property(readonly) NSInteger selectedRow;
-- (void)selectRowIndexes:(NSIndexSet*)indexes byExtendingSelection:(BOOL)extend;
 - (void)addTableColumn:(NSTableColumn*)tableColumn;
 - (nullable __kindof NSView*)makeViewWithIdentifier:(NSUserInterfaceItemIdentifier)identifier
                                               owner:(nullable id)owner;

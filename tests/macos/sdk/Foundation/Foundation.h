@@ -145,7 +145,6 @@ typedef NS_ENUM(NSInteger, NSComparisonResult) {
 @end
 
 @interface NSNotification : NSObject
-@property(nullable, readonly, retain) id object;
 @end
 
 @interface NSMethodSignature : NSObject

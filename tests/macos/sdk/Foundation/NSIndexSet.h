@@ -6,6 +6,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface NSIndexSet : NSObject
 + (instancetype)indexSet;
++ (instancetype)indexSetWithIndex:(NSUInteger)value;
 @end
 
 @interface NSMutableIndexSet : NSIndexSet
