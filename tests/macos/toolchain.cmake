@@ -21,7 +21,7 @@ set(CMAKE_CXX_FLAGS_INIT
   "-D_GNU_SOURCE -nostdinc++ -isystem ${CMAKE_OSX_SYSROOT}/usr/include/c++/v1 \
 -B${CMAKE_OSX_SYSROOT}/usr/bin")
 set(CMAKE_OBJCXX_FLAGS_INIT ${CMAKE_CXX_FLAGS_INIT})
-# Every object is linked, whether or not another needs it.
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-fuse-ld=lld -Wl,-all_load")
+# Every object is linked, whether or not another needs it. The linker is told where headers are too.
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-fuse-ld=lld -Wl,-all_load -Wno-unused-command-line-argument")
 # There is nothing to link the compiler's first tries with that would run here.
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
