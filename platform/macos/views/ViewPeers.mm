@@ -5,6 +5,7 @@
 
 #include "platform/Window.h"
 #include "platform/macos/Conversions.h"
+#include "platform/macos/menus/ShownMenu.h"
 #include "platform/macos/views/AppKitGraphicsContext.h"
 #include "platform/macos/views/LayerState.h"
 
@@ -22,6 +23,14 @@ void sendMouseEvent(const std::weak_ptr<View>& hit, NSEvent* event, EventType ty
   const auto view = hit.lock();
   if (!view) return;
   if (Window* window = view->window()) window->sendEvent(coreEvent(event, type));
+}
+
+/// Nil for none.
+NSMenu* contextMenu(const std::weak_ptr<View>& hit, NSEvent* event) {
+  const auto view = hit.lock();
+  if (!view || view->window() == nullptr) return nil;
+  const auto menu = view->window()->menuForEvent(coreEvent(event, EventType::rightMouseDown));
+  return menu ? macos::makeMenu(menu) : nil;
 }
 
 /// `view` may be null.
@@ -135,6 +144,10 @@ NSCursor* nsCursor(Cursor cursor) {
   sendMouseEvent(_view, event, EventType::leftMouseUp);
 }
 
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event {
+  return contextMenu(_view, event);
+}
+
 @end
 
 @implementation VLLabel
@@ -153,6 +166,11 @@ NSCursor* nsCursor(Cursor cursor) {
 
 - (void)mouseUp:(NSEvent*)event {
   [self.nextResponder mouseUp:event];
+}
+
+/// Without a menu AppKit passes a right click on to the superview, but not one with Control.
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event {
+  return [self.superview menuForEvent:event];
 }
 
 @end
@@ -175,6 +193,10 @@ NSCursor* nsCursor(Cursor cursor) {
   [self.nextResponder mouseUp:event];
 }
 
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event {
+  return [self.superview menuForEvent:event];
+}
+
 @end
 
 @implementation VLButton {
@@ -189,6 +211,10 @@ NSCursor* nsCursor(Cursor cursor) {
 
 - (void)buttonClicked:(nullable id)__unused sender {
   if (const auto button = _button.lock()) button->performClick();
+}
+
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event {
+  return [self.superview menuForEvent:event];
 }
 
 @end

@@ -12,6 +12,9 @@
 #define NS_OPTIONS(type, name) \
   type name;                   \
   enum : type
+// For what is newer than the deployment target, as in API_AVAILABLE(macos(14.0)).
+#define API_AVAILABLE(system) __attribute__((availability(system)))
+#define macos(version) macos, introduced = version
 #define YES __objc_yes
 #define NO __objc_no
 #define nil __null
