@@ -54,7 +54,7 @@ const std::map<std::string_view, Rooms> roomsOfHalves = {
          {"menus", {""}},
          {"workspace", {""}},
          {"views", {"", "capture", "menus"}},
-         {"windows", {"", "capture", "menus", "views"}},
+         {"windows", {"", "menus", "views"}},
          {"application",
           {"", "accessibility", "capture", "displays", "menus", "views", "windows", "workspace"}},
      }},

@@ -16,9 +16,11 @@ set(CMAKE_OBJCXX_ARCHIVE_CREATE ${CMAKE_CXX_ARCHIVE_CREATE})
 set(CMAKE_OBJCXX_ARCHIVE_FINISH "")
 set(CMAKE_INSTALL_NAME_TOOL ${llvm}/bin/llvm-install-name-tool CACHE FILEPATH "")
 
-# On macOS the C library shows everything of POSIX without being asked.
+# On macOS the C library shows everything of POSIX without being asked. The headers of newer C++
+# libraries, which a Mac's may be, include fewer others.
 set(CMAKE_CXX_FLAGS_INIT
-  "-D_GNU_SOURCE -nostdinc++ -isystem ${CMAKE_OSX_SYSROOT}/usr/include/c++/v1 \
+  "-D_GNU_SOURCE -D_LIBCPP_REMOVE_TRANSITIVE_INCLUDES \
+-nostdinc++ -isystem ${CMAKE_OSX_SYSROOT}/usr/include/c++/v1 \
 -B${CMAKE_OSX_SYSROOT}/usr/bin")
 set(CMAKE_OBJCXX_FLAGS_INIT ${CMAKE_CXX_FLAGS_INIT})
 # Every object is linked, whether or not another needs it. The linker is told where headers are too.
