@@ -176,9 +176,7 @@ class DesktopTest : public ::testing::Test {
   const double scale_ = 1;
   XConnection connection_{display_.name()};
   ScreenReader screen_{connection_};
-  /// A manager may hold a press back until it has dealt with it (a synchronous grab), and the
-  /// server takes what moves meanwhile for having moved before.
-  InputDriver input_{connection_, [this] { awaitManager(connection_); }};
+  InputDriver input_{connection_};
   std::unique_ptr<RunningVistrel> vistrel_;
 };
 

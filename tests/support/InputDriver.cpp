@@ -6,8 +6,7 @@
 
 namespace vistrel::testbed {
 
-InputDriver::InputDriver(const XConnection& connection, std::function<void()> afterPress)
-    : connection_(&connection), afterPress_(std::move(afterPress)) {
+InputDriver::InputDriver(const XConnection& connection) : connection_(&connection) {
   const auto* extension = xcb_get_extension_data(connection.get(), &xcb_test_id);
   if (extension == nullptr || extension->present == 0) {
     throw std::runtime_error("the display server has no XTEST extension");
@@ -18,7 +17,6 @@ void InputDriver::moveTo(Point point) { fake(XCB_MOTION_NOTIFY, 0, point); }
 
 void InputDriver::press(Button button) {
   fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
-  if (afterPress_ && !isGathering_) afterPress_();
 }
 
 void InputDriver::release(Button button) {
@@ -43,9 +41,15 @@ void InputDriver::clickAt(Point point, int count, Button button) {
   click(count, button);
 }
 
+void InputDriver::beginDrag() {
+  constexpr std::uint32_t beforeMoving = 100;
+  press();
+  rest(beforeMoving);
+}
+
 void InputDriver::drag(Point from, Point to, int steps) {
   moveTo(from);
-  press();
+  beginDrag();
   glide(from, to, steps);
   release();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <utility>
 
 #include "tests/support/Rect.h"
@@ -17,10 +16,8 @@ class InputDriver {
   /// X's numbers for the buttons.
   enum class Button : std::uint8_t { left = 1, middle = 2, right = 3 };
 
-  /// `connection` outlives this object. `afterPress`, if there is one, is called after each press
-  /// that is not given in one go with what follows. Throws std::runtime_error when the server lacks
-  /// XTEST.
-  explicit InputDriver(const XConnection& connection, std::function<void()> afterPress = nullptr);
+  /// `connection` outlives this object. Throws std::runtime_error when the server lacks XTEST.
+  explicit InputDriver(const XConnection& connection);
 
   void moveTo(Point point);
   void press(Button button = Button::left);
@@ -42,6 +39,10 @@ class InputDriver {
   /// server has much to do for others.
   void click(int count = 1, Button button = Button::left);
   void clickAt(Point point, int count = 1, Button button = Button::left);
+  /// Presses where the pointer is and rests a moment, as a hand does before it moves. A manager may
+  /// hold a press back until it has dealt with it (a synchronous grab), and the server takes what
+  /// moves meanwhile for having moved before.
+  void beginDrag();
   /// Presses at `from`, moves to `to` in `steps` straight steps, and releases there.
   void drag(Point from, Point to, int steps = 8);
   /// Moves from `from` to `to` in `steps` straight steps.
@@ -71,7 +72,6 @@ class InputDriver {
   std::uint8_t keycodeOf(std::uint32_t keysym) const;
 
   const XConnection* connection_;
-  std::function<void()> afterPress_;
   std::uint32_t rest_ = 0;
   bool isGathering_ = false;
 };
