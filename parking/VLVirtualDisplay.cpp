@@ -72,9 +72,11 @@ std::shared_ptr<RuntimeObject> makeSettings(RuntimeClass& itsClass, RuntimeClass
 std::string listing(const RuntimeClass& itsClass) {
   std::string text;
   for (const auto& [name, attributes] : itsClass.properties()) {
-    text += "  prop " + name + " : " + attributes + "\n";
+    text.append("  prop ").append(name).append(" : ").append(attributes).append("\n");
   }
-  for (const std::string& selector : itsClass.selectors()) text += "  sel  " + selector + "\n";
+  for (const std::string& selector : itsClass.selectors()) {
+    text.append("  sel  ").append(selector).append("\n");
+  }
   return text;
 }
 
