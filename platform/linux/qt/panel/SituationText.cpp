@@ -10,8 +10,8 @@ std::string situationText(SourceSituation situation) {
       return "The source is on another desktop, where nothing draws it.\n"
              "Keep Source Awake, or showing it on all desktops, keeps the picture live.";
     case SourceSituation::parkedOnHiddenDesktop:
-      return "The source is kept awake on another desktop, where nothing draws it: the window "
-             "manager shows it on one desktop alone.";
+      return "The source is kept awake on another desktop, where nothing draws it:\n"
+             "the window manager shows it on one desktop alone.";
     case SourceSituation::parkedBelowOthers:
       return "The source could not be moved out of sight. It is kept awake below all other "
              "windows.";
