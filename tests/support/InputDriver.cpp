@@ -25,14 +25,11 @@ void InputDriver::release(Button button) {
 
 void InputDriver::click(int count, Button button) {
   inOneGo([&] {
-    // Nothing else is served meanwhile.
-    xcb_grab_server(connection_->get());
     for (int i = 0; i < count; ++i) {
       if (i > 0) rest(betweenPresses);
       press(button);
       release(button);
     }
-    xcb_ungrab_server(connection_->get());
   });
 }
 
@@ -94,6 +91,17 @@ void InputDriver::fake(std::uint8_t event, std::uint8_t detail, Point point) {
   xcb_test_fake_input(connection_->get(), event, detail, std::exchange(rest_, 0),
                       connection_->root(), static_cast<std::int16_t>(point.x),
                       static_cast<std::int16_t>(point.y), coreDevice);
+  deliver();
+}
+
+void InputDriver::beginGathering() {
+  isGathering_ = true;
+  xcb_grab_server(connection_->get());  // nobody else is served meanwhile
+}
+
+void InputDriver::endGathering() {
+  xcb_ungrab_server(connection_->get());
+  isGathering_ = false;
   deliver();
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <utility>
 
 #include "tests/support/Rect.h"
 #include "tests/support/XConnection.h"
@@ -25,14 +24,16 @@ class InputDriver {
   /// Two presses within one millisecond of the server's clock are no double-click to toolkits.
   static constexpr std::uint32_t betweenPresses = 20;
 
-  /// All that `input` does with this hand follows without a pause, even while this process is held
-  /// up: programs tell a double-click from two clicks by the server's clock.
+  /// All that `input` does with this hand follows without a pause, however much the server has to do
+  /// for others and even while this process is held up: programs tell a double-click from two clicks
+  /// by the server's clock. Managers hear of it only when it is over: where one holds a press back
+  /// until it has dealt with it (a synchronous grab), the server takes what moves in `input` for
+  /// having moved before, and drops a release whose button is down again at the end.
   template <class Input>
   void inOneGo(const Input& input) {
-    const bool isPartOfAnother = std::exchange(isGathering_, true);
+    beginGathering();
     input();
-    isGathering_ = isPartOfAnother;
-    deliver();
+    endGathering();
   }
 
   /// Clicks where the pointer is, `count` times, fast enough for a double-click also where the
@@ -67,6 +68,8 @@ class InputDriver {
 
  private:
   void fake(std::uint8_t event, std::uint8_t detail, Point point = {});
+  void beginGathering();
+  void endGathering();
   /// Unless more is to go with it.
   void deliver() const;
   std::uint8_t keycodeOf(std::uint32_t keysym) const;
