@@ -160,5 +160,28 @@ TEST_F(PanelPicture, IsDrawnOnceForEachFrame) {
   EXPECT_EQ(drawings.count(), before);
 }
 
+TEST_F(PanelPicture, IsDrawnOnceMoreForACompositingManagerThatOverlooksDrawings) {
+  const auto drawingsOfFirstPicture = [this](TestMirror& mirror) {
+    mirror.start(source_.id());
+    EXPECT_TRUE(receives(mirror, red));
+    const Drawings drawings(connection_, mirror.panel());
+    mirror.turn();
+    mirror.settle();
+    return drawings;
+  };
+  int withoutManager = 0;
+  {
+    TestMirror mirror(connection_, panelArea);
+    withoutManager = drawingsOfFirstPicture(mirror).count();
+  }
+  const auto manager = connection_.atom("_NET_WM_CM_S0");
+  xcb_set_selection_owner(connection_.get(), source_.id(), manager, XCB_CURRENT_TIME);
+  connection_.sync();
+  TestMirror mirror(connection_, panelArea);
+  Drawings drawings = drawingsOfFirstPicture(mirror);
+  EXPECT_TRUE(eventually([&] { return drawings.count() == withoutManager + 1; }));
+  EXPECT_TRUE(hasIn(mirror, red));
+}
+
 }  // namespace
 }  // namespace vistrel::platform::linux_desktop

@@ -222,6 +222,11 @@ void PanelPainter::paint() {
   dirty_.clear();
 }
 
+void PanelPainter::showAgain() {
+  assert(thread_.isCurrent());
+  if (composited_) copyToWindow(rectOf(back_.size));
+}
+
 void PanelPainter::compose(const PixelRect& area) {
   if (isEmpty(area)) return;
   const auto picture = showsPicture_ ? intersection(area, pictureArea_) : PixelRect{};

@@ -36,6 +36,8 @@ class PanelPainter {
   void setShowsPicture(bool shows);
   /// Brings the window up to date.
   void paint();
+  /// Where a compositing manager shows the window, draws all of it once more.
+  void showAgain();
   void handle(const xcb_generic_event_t& event);
 
  private:

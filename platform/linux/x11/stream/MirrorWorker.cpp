@@ -201,6 +201,21 @@ void MirrorWorker::showPicture(xcb_window_t window, bool shows) {
   if (!panel) return;
   panel->setShowsPicture(shows);
   panel->paint();
+  if (shows) showAgainLater(window);
+}
+
+/// mutter 43.8 on a busy machine may overlook what is drawn right after a window's first drawing,
+/// and shows it black until something is drawn anew: with a still source, for good.
+void MirrorWorker::showAgainLater(xcb_window_t window) {
+  constexpr double untilManagerHasSeenIt = 1;
+  const auto queue = queue_.lock();
+  if (!queue) return;
+  queue->asyncAt(monotonicNow() + untilManagerHasSeenIt, [worker = weak_from_this(), window] {
+    const auto strong = worker.lock();
+    if (!strong) return;
+    if (auto* const panel = strong->panelOf(window)) panel->showAgain();
+    strong->serve();
+  });
 }
 
 }  // namespace vistrel::platform::linux_desktop

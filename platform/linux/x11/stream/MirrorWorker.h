@@ -73,6 +73,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   void lose();
   PanelPainter* panelOf(xcb_window_t window);
   void showNextChrome(PanelPainter& panel);
+  void showAgainLater(xcb_window_t window);
   std::vector<PixelSize> pictureSizes(PixelSize source) const;
   const LivePicture* unchangedSource();
 
