@@ -24,11 +24,11 @@ class InputDriver {
   /// Two presses within one millisecond of the server's clock are no double-click to toolkits.
   static constexpr std::uint32_t betweenPresses = 20;
 
-  /// All that `input` does with this hand follows without a pause, however much the server has to do
-  /// for others and even while this process is held up: programs tell a double-click from two clicks
-  /// by the server's clock. Managers hear of it only when it is over: where one holds a press back
-  /// until it has dealt with it (a synchronous grab), the server takes what moves in `input` for
-  /// having moved before, and drops a release whose button is down again at the end.
+  /// All that `input` does with this hand follows without a pause, however much the server has to
+  /// do for others and even while this process is held up: programs tell a double-click from two
+  /// clicks by the server's clock. Managers hear of it only when it is over: where one holds a
+  /// press back until it has dealt with it (a synchronous grab), the server takes what moves in
+  /// `input` for having moved before, and drops a release whose button is down again at the end.
   template <class Input>
   void inOneGo(const Input& input) {
     beginGathering();
