@@ -46,6 +46,8 @@ class PrivateDisplay {
 
   /// The server's process, for measuring what it costs.
   pid_t serverPid() const { return server_->pid(); }
+  /// The process of the session's bus.
+  pid_t busPid() const { return bus_->pid(); }
   /// The process of the window manager, which must not be none.
   pid_t windowManagerPid() const { return windowManager_->pid(); }
   /// Another window manager takes over from the one that runs, if any; with none it just ends.

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/Menu.h"
+#include "platform/linux/qt/process/EndDeadline.h"
 #include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -99,6 +100,8 @@ TrayIcon::Callbacks QtApplication::iconCallbacks() {
 }
 
 void QtApplication::terminate() {
+  constexpr long patience = 1800;  // milliseconds
+  EndDeadline::endIn(patience);
   isTerminated_ = true;
   instance_.letOthersStart();
   QCoreApplication::exit(0);

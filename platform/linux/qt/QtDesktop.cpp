@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <array>
 #include <functional>
+#include <optional>
+#include <utility>
 
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/SettingsAdvice.h"
@@ -10,6 +12,8 @@
 #include "platform/linux/qt/QtApplication.h"
 #include "platform/linux/qt/QtWindows.h"
 #include "platform/linux/qt/paint/ApplicationIcon.h"
+#include "platform/linux/qt/process/BusServices.h"
+#include "platform/linux/qt/process/EndDeadline.h"
 #include "platform/linux/qt/process/QtDispatch.h"
 #include "platform/linux/qt/process/QtMessages.h"
 #include "platform/linux/qt/process/QtWorkspace.h"
@@ -25,6 +29,7 @@ class ConfiguredQt {
  public:
   explicit ConfiguredQt(char* programPath)
       : arguments_{programPath, platform_.data(), xcb_.data(), name_.data(), vistrel_.data()},
+        withoutHungServices_(std::in_place, askBusServices(servicePatience)),
         application_(count_, arguments_.data()) {
     QCoreApplication::setApplicationName(QStringLiteral("Vistrel"));
     QGuiApplication::setDesktopFileName(QStringLiteral(VISTREL_APPLICATION_ID));
@@ -32,18 +37,22 @@ class ConfiguredQt {
     QGuiApplication::setWindowIcon(applicationIcon());
     installAccessibles();
     if (qtConnection() != nullptr) watchQtConnection(qtConnection());
+    withoutHungServices_.reset();
   }
   ConfiguredQt(const ConfiguredQt&) = delete;
   ConfiguredQt& operator=(const ConfiguredQt&) = delete;
   ~ConfiguredQt() { unwatchQtConnection(); }
 
  private:
+  static constexpr double servicePatience = 1;
+
   std::array<char, 10> platform_ = {"-platform"};
   std::array<char, 4> xcb_ = {"xcb"};
   std::array<char, 6> name_ = {"-name"};
   std::array<char, 8> vistrel_ = {"vistrel"};
   std::array<char*, 6> arguments_;  // the last one null
   int count_ = 5;
+  std::optional<QtWithout> withoutHungServices_;
   QApplication application_;
 };
 
@@ -87,6 +96,7 @@ class StartedQtDesktop final : public QtDesktop {
   }
 
   const std::function<SessionFacts()> sessionFacts_;
+  EndDeadline endDeadline_;
   ConfiguredQt qt_;
   QtDispatch dispatch_;
   QtWindows windows_;

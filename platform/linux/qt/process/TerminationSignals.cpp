@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/linux/CurrentThread.h"
+#include "platform/linux/qt/process/EndDeadline.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -19,9 +20,13 @@ constexpr std::array handled = {SIGINT, SIGTERM, SIGHUP};
 
 volatile sig_atomic_t wakeUpDescriptor = -1;
 
-/// Runs in a signal's context: no more than a system call.
+/// How long the main thread may take, in milliseconds: it may be waiting for a service that hangs.
+constexpr long patience = 800;
+
+/// Runs in a signal's context: no more than system calls.
 void wakeUp(int /*signal*/) {
   const int savedError = errno;
+  EndDeadline::endIn(patience);
   const std::uint64_t one = 1;
   const auto written = write(wakeUpDescriptor, &one, sizeof one);
   static_cast<void>(written);

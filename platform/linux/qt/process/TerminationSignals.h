@@ -7,7 +7,7 @@ namespace vistrel::platform::linux_desktop {
 
 /// Calls back from the event loop when the process is asked to end by SIGINT, SIGTERM or SIGHUP,
 /// also for a signal that came before the loop ran. A signal that the process was started with
-/// ignored stays ignored. One at a time; main thread.
+/// ignored stays ignored. Sets the process's deadline to end. One at a time; main thread.
 class TerminationSignals {
  public:
   explicit TerminationSignals(std::function<void()> asked);
