@@ -101,7 +101,8 @@ TrayIcon::Callbacks QtApplication::iconCallbacks() {
 
 void QtApplication::terminate() {
   constexpr long patience = 1800;  // milliseconds
-  EndDeadline::endIn(patience);
+  // Before the event loop there is nobody yet whom the end could wait for.
+  if (icon_) EndDeadline::endIn(patience);
   isTerminated_ = true;
   instance_.letOthersStart();
   QCoreApplication::exit(0);
