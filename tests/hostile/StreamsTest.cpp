@@ -53,8 +53,8 @@ class Streams : public HostileTest {
       SerialQueue::make("mirror", platform::QualityOfService::userInteractive);
 };
 
-TEST_F(Streams, EndWithTheirConnectionWhoeverNoticesFirst) {
-  const RawSource source(connection_, {.area = {20, 20, 200, 160}});
+TEST_F(Streams, GoOnWhenTheirConnectionIsThrownOutWhoeverNoticesFirst) {
+  RawSource source(connection_, {.area = {20, 20, 200, 160}});
   const auto first = start(source);
   ASSERT_TRUE(first.hasWidth(200));
   asyncAndWait(*queue_, [&] {
@@ -69,8 +69,10 @@ TEST_F(Streams, EndWithTheirConnectionWhoeverNoticesFirst) {
     ASSERT_TRUE(doomed.isLost());
     EXPECT_NE(MirrorWorker::of(queue_), nullptr);
   });
-  EXPECT_EQ(first.output->ends, 1);
-  EXPECT_TRUE(start(source).hasWidth(200));
+  source.resize(210, 160);
+  EXPECT_TRUE(first.hasWidth(210));
+  EXPECT_EQ(first.output->ends, 0);
+  EXPECT_TRUE(start(source).hasWidth(210));
 }
 
 TEST_F(Streams, OfOneWindowLeaveItToThoseThatGoOn) {

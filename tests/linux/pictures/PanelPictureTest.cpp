@@ -146,6 +146,19 @@ TEST_F(PanelPicture, IsNeverOneThatWasNotTakenOver) {
   EXPECT_TRUE(eventually([&] { return hasIn(mirror, green); }));
 }
 
+TEST_F(PanelPicture, GoesOnOverAnotherConnectionWhenItsOwnIsThrownOut) {
+  TestMirror mirror(connection_, panelArea);
+  showInPanel(mirror, source_, red);
+  for (const auto& colours : {blue, green}) {
+    mirror.throwOut();
+    source_.show(colours);
+    EXPECT_TRUE(eventually([&] { return hasIn(mirror, colours); }));
+    mirror.resizePanel(150, 120);
+    EXPECT_TRUE(eventually([&] { return hasIn(mirror, colours); }));
+  }
+  EXPECT_EQ(mirror.ends(), 0);
+}
+
 TEST_F(PanelPicture, IsDrawnOnceForEachFrame) {
   TestMirror mirror(connection_, panelArea);
   showInPanel(mirror, source_, red);

@@ -210,4 +210,17 @@ std::uint32_t TestMirror::idBase() const {
   return base;
 }
 
+void TestMirror::throwOut() {
+  xcb_window_t window = XCB_WINDOW_NONE;
+  asyncAndWait(*queue_, [&] {
+    auto& connection = MirrorWorker::of(queue_)->connection();
+    window = xcb_generate_id(connection.xcb());
+    xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 1, 1,
+                      0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    connection.sync();
+  });
+  xcb_kill_client(connection_.get(), window);
+  connection_.sync();
+}
+
 }  // namespace vistrel::platform::linux_desktop

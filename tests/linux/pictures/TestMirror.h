@@ -72,6 +72,8 @@ class TestMirror {
   void settle() const;
   /// The first of the ids that the server gave to the mirror's connection.
   std::uint32_t idBase() const;
+  /// Has the server throw the mirror's connection out, as any client may (XKillClient).
+  void throwOut();
 
  private:
   struct Events;

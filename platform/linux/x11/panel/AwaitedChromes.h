@@ -25,6 +25,8 @@ class AwaitedChromes {
  public:
   /// Keeps few, among them the oldest: else a window that lags behind would never get one.
   void add(AwaitedChrome chrome);
+  /// Null when there is none.
+  const AwaitedChrome* newest() const { return chromes_.empty() ? nullptr : &chromes_.back(); }
   /// Takes out the newest that a window of that size has room for, and drops those before it. None
   /// when there is no such chrome. Where a person would see the manager's frame beside it, it must
   /// fill the window; the newest that has room but does not fill it has the window made smaller,

@@ -102,6 +102,12 @@ std::optional<AwaitedChrome> PanelPainter::takeNextChrome() {
                           hasSmoothCorners() ? Beside::nothing : Beside::managersFrame);
 }
 
+std::optional<AwaitedChrome> PanelPainter::newestChrome() const {
+  if (const auto* const awaited = awaited_.newest()) return *awaited;
+  if (!chrome_) return std::nullopt;
+  return AwaitedChrome{chrome_, [] {}};
+}
+
 void PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
   assert(thread_.isCurrent());
   const auto former = std::exchange(chrome_, std::move(chrome));

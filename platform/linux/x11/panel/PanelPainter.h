@@ -25,6 +25,9 @@ class PanelPainter {
   ~PanelPainter();
 
   xcb_window_t window() const { return window_; }
+  bool showsPicture() const { return showsPicture_; }
+  /// The one that was given last, whether shown or awaited; none before.
+  std::optional<AwaitedChrome> newestChrome() const;
   void awaitChrome(AwaitedChrome chrome) { awaited_.add(std::move(chrome)); }
   /// The newest awaited chrome that the window has room for by now.
   std::optional<AwaitedChrome> takeNextChrome();

@@ -24,7 +24,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
  public:
   struct Receiver {
     std::function<void(const SampleBuffer&)> sample;
-    /// Once, when the window has gone.
+    /// Once, when the window or the connection has gone.
     std::function<void(const Error&)> stopped;
   };
 
@@ -36,12 +36,14 @@ class Capture : public std::enable_shared_from_this<Capture> {
   /// back when it is.
   void proceed();
   void setConfiguration(const StreamConfiguration& configuration);
-  /// The display server is lost.
+  /// The connection is lost.
   void fail(const Error& error);
 
   /// Ends the capture, which keeps quiet from now on.
   std::unique_ptr<SourceWindow> takeSource() { return std::move(source_); }
 
+  const StreamConfiguration& configuration() const { return configuration_; }
+  const Receiver& receiver() const { return receiver_; }
   SourceWindow& source() { return *source_; }
   const std::shared_ptr<const LivePicture>& picture() const { return source_->picture(); }
   /// Whether the picture still is what was taken over last; asks the server.

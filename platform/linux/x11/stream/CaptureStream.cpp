@@ -55,7 +55,7 @@ void CaptureStream::startCapture(StreamCompletion completion) {
 std::optional<Error> CaptureStream::start(const std::shared_ptr<SerialQueue>& queue) {
   if (!output().handler) return Error{"The stream has no handler."};
   const auto worker = MirrorWorker::of(queue);
-  if (!worker) return Error{"The display server refuses another connection."};
+  if (!worker) return Error{"The display server has no room for another mirror."};
   return worker->startCapture(this, window_, configuration_, makeReceiver());
 }
 

@@ -4,19 +4,26 @@
 #include <cassert>
 #include <utility>
 
+#include "platform/linux/x11/server/ClientRoom.h"
+
 namespace vistrel::platform::linux_desktop {
 
+namespace {
+
+/// As many clients as others may still want to be; each mirror is one.
+constexpr int leftForOthers = 16;
+
+}  // namespace
+
 std::shared_ptr<MirrorWorker> MirrorWorker::of(const std::shared_ptr<SerialQueue>& queue) {
-  if (auto worker = existingOf(*queue)) {
-    if (!worker->connection_->isLost()) return worker;
-    // It need not have noticed yet.
-    worker->lose();
-  }
+  const auto former = existingOf(*queue);
+  if (former && !former->connection_->isLost()) return former;
   auto connection = Connection::open();
-  if (!connection) return nullptr;
+  if (!connection || !hasRoomForMoreThan(*connection, leftForOthers)) return nullptr;
   std::shared_ptr<MirrorWorker> worker(new MirrorWorker(queue, std::move(connection)));
   queue->watch(worker->connection_->descriptor(), [worker = worker.get()] { worker->serve(); });
   queue->attachment() = worker;
+  if (former) former->handOverTo(*worker);
   return worker;
 }
 
@@ -97,6 +104,7 @@ void MirrorWorker::comeBackAt(double seconds) {
 
 void MirrorWorker::serve() {
   assert(thread_.isCurrent());
+  const auto self = shared_from_this();  // when the connection is lost, another takes its place
   connection_->serve([this](const xcb_generic_event_t& event) { handle(event); },
                      [this] {
                        for (const auto& each : captures_) each.capture->proceed();
@@ -113,12 +121,32 @@ void MirrorWorker::handle(const xcb_generic_event_t& event) {
   }
 }
 
+/// A server may throw out one connection alone: the mirror goes on over another.
 void MirrorWorker::lose() {
-  if (const auto queue = queue_.lock()) queue->unwatch(connection_->descriptor());
-  for (const auto& each : captures_) {
+  const auto queue = queue_.lock();
+  if (!queue) return;
+  if (onLost_) return onLost_();
+  if (of(queue)) return;
+  queue->unwatch(connection_->descriptor());
+  for (const auto& each : std::exchange(captures_, {})) {
     each.capture->fail({"The connection to the display server was lost."});
   }
-  if (onLost_) onLost_();
+}
+
+void MirrorWorker::handOverTo(MirrorWorker& heir) {
+  if (const auto queue = queue_.lock()) queue->unwatch(connection_->descriptor());
+  heir.setOnLost(onLost_);
+  for (const auto& each : panels_) {
+    heir.addPanel(each.window());
+    if (const auto chrome = each.newestChrome()) heir.setChrome(each.window(), *chrome);
+    heir.showPicture(each.window(), each.showsPicture());
+  }
+  panels_.clear();
+  for (const auto& [key, capture] : std::exchange(captures_, {})) {
+    const auto failure = heir.startCapture(key, capture->source().client(),
+                                           capture->configuration(), capture->receiver());
+    if (failure) capture->fail(*failure);
+  }
 }
 
 std::shared_ptr<const Image> MirrorWorker::commit(xcb_window_t source,

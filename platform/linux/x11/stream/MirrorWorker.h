@@ -21,13 +21,14 @@ namespace vistrel::platform::linux_desktop {
 /// lives as long as the queue, so that a picture outlives its stream. On its queue only.
 class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
  public:
-  /// Null when the display refuses another connection.
+  /// Null when the display refuses another connection, or would soon refuse others theirs. Takes
+  /// over what one with a lost connection has.
   static std::shared_ptr<MirrorWorker> of(const std::shared_ptr<SerialQueue>& queue);
-  /// Null when the queue has none yet.
+  /// Null when the queue has none yet. Its connection may be lost.
   static std::shared_ptr<MirrorWorker> existingOf(SerialQueue& queue);
 
   Connection& connection() { return *connection_; }
-  /// To be called once when the display server is gone.
+  /// To be called, instead of going on over another connection, when this one is lost.
   void setOnLost(std::function<void()> onLost) { onLost_ = std::move(onLost); }
 
   /// Starts capturing for the stream `key`. None when that was done.
@@ -71,6 +72,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   void release(std::unique_ptr<SourceWindow> source);
   void handle(const xcb_generic_event_t& event);
   void lose();
+  void handOverTo(MirrorWorker& heir);
   PanelPainter* panelOf(xcb_window_t window);
   void showNextChrome(PanelPainter& panel);
   void showAgainLater(xcb_window_t window);

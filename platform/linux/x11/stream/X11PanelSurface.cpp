@@ -18,7 +18,8 @@ X11PanelSurface::~X11PanelSurface() { X11PanelSurface::detach(); }
 void X11PanelSurface::post(std::function<void(MirrorWorker&)> work) const {
   if (!queue_) return;
   queue_->async([queue = queue_, work = std::move(work)] {
-    if (const auto worker = MirrorWorker::of(queue)) work(*worker);
+    // One that has lost its connection keeps for its heir what it is told.
+    if (const auto worker = MirrorWorker::existingOf(*queue)) work(*worker);
   });
 }
 
@@ -26,9 +27,11 @@ void X11PanelSurface::moveTo(std::shared_ptr<SerialQueue> queue) {
   leaveQueue();
   queue_ = std::move(queue);
   source_.reset();
-  post([window = window_, chrome = chrome_](MirrorWorker& worker) {
-    worker.addPanel(window);
-    if (chrome) worker.setChrome(window, *chrome);
+  queue_->async([queue = queue_, window = window_, chrome = chrome_] {
+    const auto worker = MirrorWorker::of(queue);
+    if (!worker) return;
+    worker->addPanel(window);
+    if (chrome) worker->setChrome(window, *chrome);
   });
 }
 
