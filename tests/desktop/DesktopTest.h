@@ -60,16 +60,6 @@ class DesktopTest : public ::testing::Test {
     vistrel_ = std::make_unique<RunningVistrel>(display_, connection_, arguments, scale_);
   }
 
-  /// The display's environment, but for the session bus, which is another one.
-  static std::vector<std::string> environmentOnBus(const PrivateDisplay& display,
-                                                   const std::string& address) {
-    std::vector<std::string> environment = display.environment();
-    constexpr const char* name = "DBUS_SESSION_BUS_ADDRESS=";
-    std::erase_if(environment, [&](const std::string& each) { return each.starts_with(name); });
-    environment.push_back(name + address);
-    return environment;
-  }
-
   /// Double-clicks row `row` of the picker, which lists `count` windows, and waits until
   /// `panelsAfter` panels are on screen; gives the newest.
   PanelOnScreen mirrorRow(std::size_t row, std::size_t count, std::size_t panelsAfter) {

@@ -214,9 +214,9 @@ TEST_F(Instances, EachDisplayHasOneWhicheverSessionBusesAreUsed) {
   startVistrel();
   vistrel_->picker();
   const PrivateDisplay other;
-  ChildProcess second(RunningVistrel::command({}, environmentOnBus(display_, other.busAddress())));
+  ChildProcess second(RunningVistrel::command({}, display_.environmentOnBus(other.busAddress())));
   EXPECT_TRUE(leavesItToAnother(second));
-  ChildProcess onOther(RunningVistrel::command({}, environmentOnBus(other, display_.busAddress())));
+  ChildProcess onOther(RunningVistrel::command({}, other.environmentOnBus(display_.busAddress())));
   const XConnection connection(other.name());
   EXPECT_TRUE(eventually([&] { return isInstance(connection, onOther); }));
 }

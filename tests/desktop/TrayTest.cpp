@@ -377,7 +377,7 @@ TEST_P(TrayClick, ShowsThePickerWithTheKeyboardWhereverItWas) {
 
 TEST_F(Tray, WithoutASessionBusThereIsNoneAndTheProgramRuns) {
   ChildProcess program(
-      RunningVistrel::command({}, environmentOnBus(display_, "unix:path=/nowhere")));
+      RunningVistrel::command({}, display_.environmentOnBus("unix:path=/nowhere")));
   const auto hasPicker = [&] {
     const auto windows = windowsOfProcess(connection_, program.pid());
     return std::ranges::any_of(windows, [&](xcb_window_t window) {

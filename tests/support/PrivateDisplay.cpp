@@ -45,10 +45,9 @@ PrivateDisplay::~PrivateDisplay() {
   }
 }
 
-std::vector<std::string> PrivateDisplay::environment() const {
+std::vector<std::string> PrivateDisplay::environmentOnBus(const std::string& address) const {
   std::vector<std::string> variables = home_.environment();
-  variables.insert(variables.end(),
-                   {"DISPLAY=" + name_, "DBUS_SESSION_BUS_ADDRESS=" + busAddress_});
+  variables.insert(variables.end(), {"DISPLAY=" + name_, "DBUS_SESSION_BUS_ADDRESS=" + address});
   variables.insert(variables.end(), variables_.begin(), variables_.end());
   return variables;
 }

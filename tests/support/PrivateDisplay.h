@@ -38,7 +38,9 @@ class PrivateDisplay {
   /// Where the session's bus listens, as in DBUS_SESSION_BUS_ADDRESS.
   const std::string& busAddress() const { return busAddress_; }
   /// The whole environment for programs of this session.
-  std::vector<std::string> environment() const;
+  std::vector<std::string> environment() const { return environmentOnBus(busAddress_); }
+  /// The same for programs of this session that use another bus.
+  std::vector<std::string> environmentOnBus(const std::string& address) const;
   /// Makes this process itself a program of the session. Before any thread reads the environment.
   void adoptEnvironment() const { testbed::adoptEnvironment(environment()); }
   /// Where programs of this session find their home and XDG directories.
