@@ -47,8 +47,8 @@ enum class FrameChange { immediate, animated };
 
 /// What shows one window. Told after the window's or a view's state has changed; reads the state
 /// from the window it was made for, which outlives it. Feeds what happens back through the window's
-/// functions for peers, never from within a call that told it something; only layout passes may
-/// come at any time. Main thread.
+/// functions for peers, never from within a call that told it something; only layout passes and
+/// questions for a table's cells may come at any time. Main thread.
 class WindowPeer {
  public:
   virtual ~WindowPeer() = default;
@@ -56,6 +56,9 @@ class WindowPeer {
   /// The window's size around a content size, at the same origin.
   virtual Rect frameRectForContentRect(const Rect& contentRect) const { return contentRect; }
   virtual Rect contentRectForFrameRect(const Rect& frame) const { return frame; }
+  /// Puts the window where the desktop centres windows, and answers its origin; none, having done
+  /// nothing, where the desktop has no such place.
+  virtual std::optional<Point> center() { return std::nullopt; }
   /// `frame()` has changed by code.
   virtual void frameDidChange(Redisplay redisplay, FrameChange change) = 0;
   /// Anything else that is no call of its own: title, level, behaviour, minimum size, colours.

@@ -209,13 +209,20 @@ class TableView : public Control {
 
   // For peers.
 
+  /// The rows that were reloaded last; none when that was all of them.
+  const std::optional<std::set<int>>& reloadedRows() const { return reloadedRows_; }
   /// The cell of a row, made on first use.
   std::shared_ptr<View> cellForRow(int row);
+  using FindReusableView = std::function<std::shared_ptr<TableCellView>(const std::string&)>;
+  /// The same where the desktop keeps the cells itself: made each time, and `findReusableView`
+  /// stands in for `reusableView` meanwhile.
+  std::shared_ptr<View> makeCell(int row, FindReusableView findReusableView);
   void personDidSelectRow(int row);
   void personDidDoubleClick();
 
  private:
   bool hasRow(int row) const;
+  std::shared_ptr<View> askForCell(int row);
   void recycle(std::shared_ptr<View> cell);
 
   std::vector<TableColumn> columns_;
@@ -227,6 +234,8 @@ class TableView : public Control {
   int selectedRow_ = -1;
   std::vector<std::shared_ptr<View>> cells_;
   std::vector<std::shared_ptr<TableCellView>> reusable_;
+  FindReusableView findReusableView_;  // empty but during `makeCell`
+  std::optional<std::set<int>> reloadedRows_;
 };
 
 /// Raw value is AppKit's NSBorderType.

@@ -26,8 +26,9 @@ struct BackendOrFailure {
 BackendOrFailure makeBackend(int argc, char** argv, Instances instances);
 
 /// The same for the program's self-tests, which must also run where there is no desktop: it then
-/// has no screens, no displays and no classes for virtual ones. They use its application, screens,
-/// displays, virtual displays, dispatch and standard error alone. Never null. Main thread, once.
+/// has no screens, no displays, and classes for virtual ones only where these are not the
+/// desktop's. They use its application, screens, displays, virtual displays, dispatch and standard
+/// error alone. Never null. Main thread, once.
 std::unique_ptr<Backend> makeSelfTestBackend(int argc, char** argv);
 
 }  // namespace vistrel::platform

@@ -21,11 +21,11 @@ struct Screen {
 /// Pixels per point where there is no screen to ask: what is made then is sharp on any.
 inline constexpr double backingScaleWithoutScreen = 2;
 
-/// All screens, the primary one first. Main thread, or a capture service's thread: backends answer
-/// from a copy that the main thread keeps.
+/// All screens, the primary one first. Main thread.
 std::vector<Screen> screens();
 
-/// The screen of the key window, else the primary one; none when there is no screen. Any thread.
+/// The screen of the key window, else the primary one; none when there is no screen. Main
+/// thread.
 std::optional<Screen> mainScreen();
 
 /// The screen that shows most of `frame`; none when no screen shows any of it.

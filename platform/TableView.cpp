@@ -25,17 +25,22 @@ void TableView::reloadData() {
   const int rows = dataSource ? dataSource->numberOfRows(*this) : 0;
   cells_.assign(static_cast<std::size_t>(rows), nullptr);
   if (selectedRow_ >= rows) selectedRow_ = -1;
+  reloadedRows_.reset();
   didChange(ViewChange::rows);
 }
 
 void TableView::reloadRows(const std::set<int>& rows) {
+  auto& reloaded = reloadedRows_.emplace();
   for (const int row : rows) {
-    if (hasRow(row)) recycle(std::move(cells_[static_cast<std::size_t>(row)]));
+    if (!hasRow(row)) continue;
+    recycle(std::move(cells_[static_cast<std::size_t>(row)]));
+    reloaded.insert(row);
   }
   didChange(ViewChange::rows);
 }
 
 std::shared_ptr<TableCellView> TableView::reusableView(const std::string& identifier) {
+  if (findReusableView_) return findReusableView_(identifier);
   const auto found = std::find_if(reusable_.begin(), reusable_.end(), [&](const auto& cell) {
     return cell->identifier() == identifier;
   });
@@ -46,16 +51,29 @@ std::shared_ptr<TableCellView> TableView::reusableView(const std::string& identi
 }
 
 std::shared_ptr<View> TableView::cellForRow(int row) {
-  const auto delegate = delegate_.lock();
-  if (!hasRow(row) || !delegate || columns_.empty()) return nullptr;
+  if (!hasRow(row)) return nullptr;
   auto& cell = cells_[static_cast<std::size_t>(row)];
-  if (!cell) cell = delegate->viewForRow(*this, columns_.front(), row);
+  if (!cell) cell = askForCell(row);
+  return cell;
+}
+
+std::shared_ptr<View> TableView::makeCell(int row, FindReusableView findReusableView) {
+  if (!hasRow(row)) return nullptr;
+  findReusableView_ = std::move(findReusableView);
+  auto cell = askForCell(row);
+  findReusableView_ = nullptr;
   return cell;
 }
 
 void TableView::personDidSelectRow(int row) { selectedRow_ = hasRow(row) ? row : -1; }
 
 void TableView::personDidDoubleClick() { doubleAction_.send(); }
+
+std::shared_ptr<View> TableView::askForCell(int row) {
+  const auto delegate = delegate_.lock();
+  if (!delegate || columns_.empty()) return nullptr;
+  return delegate->viewForRow(*this, columns_.front(), row);
+}
 
 bool TableView::hasRow(int row) const { return row >= 0 && row < numberOfRows(); }
 

@@ -76,6 +76,7 @@ void View::setWantsLayer(bool wantsLayer) {
 void View::activateConstraints(std::vector<LayoutConstraint> constraints) {
   constraints_.insert(constraints_.end(), constraints.begin(), constraints.end());
   setNeedsLayout();
+  didChange(ViewChange::constraints);
 }
 
 void View::setNeedsLayout() {

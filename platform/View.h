@@ -25,7 +25,8 @@ enum class ViewChange {
   hierarchy,      // subviews came or went
   appearance,     // text, colour, title, tooltip, layer colours, what a screen reader says
   layerContents,  // the layer's picture
-  rows,           // a table's rows
+  constraints,    // between the view and its subviews
+  rows,           // a table's rows: see `TableView::reloadedRows`
 };
 
 /// A rectangle of a window: a tree of views that draw, lay out and take the mouse. A plain object

@@ -62,6 +62,7 @@ void Window::setFrameOrigin(Point origin) {
 }
 
 void Window::center() {
+  if (const auto origin = peer_->center()) return setFrameOrigin(*origin);
   auto area = screen();
   if (!area) area = mainScreen();
   if (!area) return;

@@ -58,7 +58,7 @@ class Window : public std::enable_shared_from_this<Window> {
   void setFrame(const Rect& frame, Redisplay redisplay,
                 FrameChange change = FrameChange::immediate);
   void setFrameOrigin(Point origin);
-  /// Puts the window in the middle of its screen.
+  /// Puts the window where the desktop centres windows, else in the middle of its screen.
   void center();
 
   std::uint64_t styleMask() const { return styleMask_; }
@@ -73,7 +73,8 @@ class Window : public std::enable_shared_from_this<Window> {
   void setHidesOnDeactivate(bool hides);
   bool isOpaque() const { return opaque_; }
   void setOpaque(bool opaque);
-  Color backgroundColor() const { return backgroundColor_; }
+  /// None for the desktop's own.
+  const std::optional<Color>& backgroundColor() const { return backgroundColor_; }
   void setBackgroundColor(Color color);
   bool hasShadow() const { return hasShadow_; }
   void setHasShadow(bool hasShadow);
@@ -154,7 +155,7 @@ class Window : public std::enable_shared_from_this<Window> {
   std::uint64_t collectionBehavior_ = behaviorDefault;
   bool hidesOnDeactivate_ = false;
   bool opaque_ = true;
-  Color backgroundColor_ = Color::white();
+  std::optional<Color> backgroundColor_;
   bool hasShadow_ = true;
   bool releasedWhenClosed_ = true;
   Appearance appearance_ = Appearance::inherited;

@@ -33,25 +33,15 @@ SimulatedDesktop::SimulatedDesktop(CallJournal& journal) : journal_(journal) {
 }
 
 void SimulatedDesktop::setScreens(std::vector<Screen> screens) {
-  const std::scoped_lock lock(screensMutex_);
   screens_ = std::move(screens);
   mainScreen_ = screens_.empty() ? std::nullopt : std::optional(screens_.front());
 }
 
-void SimulatedDesktop::setMainScreen(std::optional<Screen> screen) {
-  const std::scoped_lock lock(screensMutex_);
-  mainScreen_ = screen;
-}
+void SimulatedDesktop::setMainScreen(std::optional<Screen> screen) { mainScreen_ = screen; }
 
-std::vector<Screen> SimulatedDesktop::screens() {
-  const std::scoped_lock lock(screensMutex_);
-  return screens_;
-}
+std::vector<Screen> SimulatedDesktop::screens() { return screens_; }
 
-std::optional<Screen> SimulatedDesktop::mainScreen() {
-  const std::scoped_lock lock(screensMutex_);
-  return mainScreen_;
-}
+std::optional<Screen> SimulatedDesktop::mainScreen() { return mainScreen_; }
 
 std::optional<Rect> SimulatedDesktop::savedFrame(const std::string& autosaveName) const {
   const auto found = savedFrames_.find(autosaveName);

@@ -3,7 +3,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,8 +16,7 @@
 namespace vistrel::platform::simulated {
 
 /// Screens, the pointer, windows and alerts as a test sets them. Windows that are ordered in, out
-/// and closed go into the journal, as in "Panel orderOut". Main thread; `screens` and `mainScreen`
-/// any thread.
+/// and closed go into the journal, as in "Panel orderOut". Main thread.
 ///
 /// Measures of controls, in points, with n code points of text at a font of p points: text is
 /// n × p / 2 wide and p + 4 high; a bordered button adds 24 and 8 to its title at 13 points; a
@@ -34,6 +32,10 @@ class SimulatedDesktop : public WindowBackend {
   /// The frame that an earlier run saved, or this one has by now.
   std::optional<Rect> savedFrame(const std::string& autosaveName) const;
   void setSavedFrame(const std::string& autosaveName, const Rect& frame);
+
+  /// Where the desktop puts windows that are to be centred; none unless set.
+  std::optional<Point> centeredOrigin() const { return centeredOrigin_; }
+  void setCenteredOrigin(Point origin) { centeredOrigin_ = origin; }
 
   /// Every alert that was run, and what answers it (by default its closing: the last button).
   const std::vector<Alert>& alerts() const { return alerts_; }
@@ -81,12 +83,12 @@ class SimulatedDesktop : public WindowBackend {
   void sendMouse(Window& window, EventType type, int clickCount, std::uint64_t modifiers);
 
   CallJournal& journal_;
-  std::mutex screensMutex_;
-  std::vector<Screen> screens_;       // guarded by screensMutex_
-  std::optional<Screen> mainScreen_;  // guarded by screensMutex_
+  std::vector<Screen> screens_;
+  std::optional<Screen> mainScreen_;
   Window* keyWindow_ = nullptr;
   Point mouse_;
   std::map<std::string, Rect> savedFrames_;
+  std::optional<Point> centeredOrigin_;
   std::vector<Alert> alerts_;
   std::function<int(const Alert&)> alertAnswer_;
   std::vector<SimulatedWindowPeer*> peers_;  // front to back; each takes itself out as it goes

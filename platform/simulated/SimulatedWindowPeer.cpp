@@ -68,6 +68,8 @@ Rect SimulatedWindowPeer::contentRectForFrameRect(const Rect& frame) const {
   return contentRect;
 }
 
+std::optional<Point> SimulatedWindowPeer::center() { return desktop_.centeredOrigin(); }
+
 void SimulatedWindowPeer::frameDidChange(Redisplay redisplay, FrameChange change) {
   PeerCall& call = record(PeerCall::Kind::frameDidChange);
   call.display = redisplay == Redisplay::atOnce;

@@ -63,6 +63,7 @@ class SimulatedWindowPeer : public WindowPeer {
 
   Rect frameRectForContentRect(const Rect& contentRect) const override;
   Rect contentRectForFrameRect(const Rect& frame) const override;
+  std::optional<Point> center() override;
   void frameDidChange(Redisplay redisplay, FrameChange change) override;
   void propertiesDidChange() override;
   void contentViewDidChange() override;

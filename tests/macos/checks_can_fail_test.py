@@ -7,7 +7,7 @@ import textwrap
 import unittest
 
 import apple_target
-from check_declarations import compare
+from check_declarations import compare, unfounded
 from sdk_declarations import UnreadableDeclarations, declared_facts
 from type_check import compiler_complaints
 
@@ -46,13 +46,13 @@ FACTS = {
 
 
 class DeclarationsTest(unittest.TestCase):
-    def disagreements(self, declarations, facts=None, uncovered=()):
+    def disagreements(self, declarations, facts=None, exceptions=()):
         with tempfile.TemporaryDirectory() as folder:
             header = pathlib.Path(folder, "Lamps", "Lamps.h")
             header.parent.mkdir()
             header.write_text(textwrap.dedent(declarations), encoding="utf-8")
             declared = declared_facts(folder)
-        return list(compare(declared, FACTS if facts is None else facts, uncovered))
+        return list(compare(declared, FACTS if facts is None else facts, exceptions))
 
     def assert_caught(self, right, wrong, *complaints):
         self.assertIn(right, DECLARATIONS)
@@ -117,7 +117,7 @@ class DeclarationsTest(unittest.TestCase):
         facts = {**FACTS, name: {"types": ["bool"], "since": "14.2"}}
         self.assertEqual(self.disagreements(DECLARATIONS, facts), [f"{name}: not before macOS 14.2"])
 
-    def test_what_facts_do_not_cover_passes_when_it_is_listed(self):
+    def test_an_unknown_name_passes_as_an_exception_alone(self):
         facts = {name: fact for name, fact in FACTS.items() if name != "class Thing"}
         self.assertEqual(self.disagreements(DECLARATIONS, facts), ["class Thing: not in the SDK"])
         self.assertEqual(self.disagreements(DECLARATIONS, facts, ["class Thing"]), [])
@@ -125,6 +125,29 @@ class DeclarationsTest(unittest.TestCase):
     def test_declarations_that_do_not_compile_are_caught(self):
         with self.assertRaises(UnreadableDeclarations):
             self.disagreements("@interface Lamp : Missing\n@end\n")
+
+
+class LookedUpFactsTest(unittest.TestCase):
+    def complaints(self, facts=None, exceptions=None):
+        return list(unfounded({"facts": facts or {}, "exceptions": exceptions or {}}, FACTS))
+
+    def test_facts_with_two_sources_and_exceptions_with_a_reason_pass(self):
+        self.assertEqual(self.complaints({"class Shade": {"sources": ["a manual", "a binding"]}},
+                                         {"class Bulb": "made by the compiler alone"}), [])
+
+    def test_one_source_is_too_few(self):
+        name = "class Shade"
+        for sources in ([], ["a manual"], ["a manual", "a manual"]):
+            self.assertEqual(self.complaints({name: {"sources": sources}}),
+                             [f"{name}: looked up in fewer than two sources"])
+
+    def test_an_exception_needs_a_reason(self):
+        self.assertEqual(self.complaints(exceptions={"class Bulb": ""}),
+                         ["class Bulb: an exception without a reason"])
+
+    def test_what_the_table_has_needs_no_looking_up(self):
+        self.assertEqual(self.complaints({"class Lamp": {"sources": ["a manual", "a binding"]}}),
+                         ["class Lamp: looked up, though the table has it"])
 
 
 class TypeCheckTest(unittest.TestCase):

@@ -6,8 +6,8 @@ usage: reduce_sdk_facts.py FULL_TABLE DECLARATIONS SDK_FACTS
 FULL_TABLE is a JSON object with "classes" and "protocols" (superclass, adopted protocols and methods
 with their types), "functions", "enums", "consts", "structs" and "typedefs", gathered from public
 descriptions of the SDK. To be run again when the declarations change; the table itself is not kept
-here. A class, protocol, function or constant that the table does not have at all is listed as
-uncovered; a method that a class of the table does not have is an error, but for those below.
+here. Names that the table lacks are left out and told: they are to be looked up elsewhere, see
+check_declarations.py.
 """
 
 import json
@@ -15,15 +15,6 @@ import pathlib
 import sys
 
 from sdk_declarations import canonical_type, declared_facts
-
-# Of the runtime and of language features, which the descriptions leave out.
-METHODS_LEFT_OUT = {
-    "+[NSObject alloc]",
-    "+[NSObject class]",
-    "+[NSObject instanceMethodSignatureForSelector:]",
-    "-[NSObject init]",
-    "-[NSObject isKindOfClass:]",
-}
 
 # Names of C that the table's types use without saying what they are.
 C_TYPES = {
@@ -33,7 +24,7 @@ C_TYPES = {
     "int32_t": "int", "uint32_t": "unsigned int", "int64_t": "long", "uint64_t": "unsigned long",
     "OSType": "unsigned int", "pid_t": "int", "qos_class_t": "unsigned int",
     "dispatch_time_t": "unsigned long", "dispatch_block_t": "void (^)()",
-    "SCStreamFrameInfo": "NSString *", "CFTypeID": "unsigned long",
+    "SCStreamFrameInfo": "NSString *", "CFTypeID": "unsigned long", "NSComparisonResult": "long",
     # An opaque reference, which the table misspells.
     "CGDisplayConfigRef": "CGDisplayConfigRef",
 }
@@ -64,12 +55,10 @@ class Table:
 
     def _method(self, name):
         owner, _, selector = name[2:-1].partition(" ")
-        if name in METHODS_LEFT_OUT or not self._has_container(owner):
-            return None
         for methods in self._methods_seen_by(owner):
             if known := methods.get(name[0] + selector):
                 return self._signature(known)
-        sys.exit(f"{name}: no such method in the table")
+        return None
 
     def _function(self, name):
         known = self._table["functions"].get(name)
@@ -79,16 +68,16 @@ class Table:
         if name in self._values:
             return {"value": self._values[name]}
         known = self._table["consts"].get(name)
-        return known and {"type": self._type(known["type"])}
+        if known is None:
+            return None
+        # Some values of enumerations stand among the constants alone.
+        return {"type": self._type(known["type"])} if "type" in known else {"value": known["v"]}
 
     def _struct(self, name):
         known = self._table["structs"].get(name)
         if known is None:
             return None
         return {"fields": known.get("names") or [field for field, _ in known["f"]]}
-
-    def _has_container(self, owner):
-        return owner in self._table["classes"] or owner in self._table["protocols"]
 
     def _methods_seen_by(self, owner):
         """The methods of a class or protocol, then those of all that it inherits from."""
@@ -116,17 +105,13 @@ def main(full_table, folder, output):
     source = json.loads(pathlib.Path(full_table).read_text(encoding="utf-8"))
     table = Table(source)
     found = {name: table.fact(name) for name in sorted(declared_facts(folder))}
-    reduced = {
-        "source": source["source"],
-        "facts": {name: fact for name, fact in found.items() if fact is not None},
-        "uncovered": [name for name, fact in found.items() if fact is None],
-    }
     lines = ",\n".join(f"    {json.dumps(name)}: {json.dumps(fact)}"
-                       for name, fact in reduced["facts"].items())
-    uncovered = ",\n".join(f"    {json.dumps(name)}" for name in reduced["uncovered"])
+                       for name, fact in found.items() if fact is not None)
     pathlib.Path(output).write_text(
-        f'{{\n  "source": {json.dumps(reduced["source"])},\n  "facts": {{\n{lines}\n  }},\n'
-        f'  "uncovered": [\n{uncovered}\n  ]\n}}\n', encoding="utf-8")
+        f'{{\n  "source": {json.dumps(source["source"])},\n  "facts": {{\n{lines}\n  }}\n}}\n',
+        encoding="utf-8")
+    lacking = [name for name, fact in found.items() if fact is None]
+    print(f"The table lacks {len(lacking)} names:", *lacking, sep="\n  ")
 
 
 if __name__ == "__main__":

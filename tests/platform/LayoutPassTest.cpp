@@ -44,6 +44,17 @@ TEST_F(LayoutPassTest, HappensOnceAtTheNextTurnHoweverOftenItIsAskedFor) {
   EXPECT_FALSE(content_->needsLayout());
 }
 
+TEST_F(LayoutPassTest, IsAskedForAndThePeerToldWhenConstraintsAreActivated) {
+  const auto history = desktop_.windows().historyOf(*window_);
+  history->calls.clear();
+  content_->activateConstraints({});
+  ASSERT_EQ(history->calls.size(), 1U);
+  EXPECT_EQ(history->calls.front().view, content_.get());
+  EXPECT_EQ(history->calls.front().viewChange, ViewChange::constraints);
+  desktop_.turnMainQueue();
+  EXPECT_EQ(content_->layouts, 1);
+}
+
 TEST_F(LayoutPassTest, HappensAgainWhenItIsAskedForAgain) {
   content_->setNeedsLayout();
   desktop_.turnMainQueue();

@@ -101,6 +101,37 @@ TEST_F(TableViewTest, ReloadingOneRowAsksForThatRowAlone) {
   EXPECT_EQ(textOf(1), "B");
 }
 
+TEST_F(TableViewTest, SaysWhichOfItsRowsWereReloadedLast) {
+  EXPECT_EQ(table_->reloadedRows(), std::nullopt);
+  table_->reloadRows({1, 17});
+  EXPECT_EQ(table_->reloadedRows(), std::set<int>{1});
+  table_->reloadData();
+  EXPECT_EQ(table_->reloadedRows(), std::nullopt);
+}
+
+TEST_F(TableViewTest, MakesACellEachTimeForADesktopThatKeepsCellsItself) {
+  const auto noneToReuse = [](const std::string&) { return nullptr; };
+  const auto first = table_->makeCell(1, noneToReuse);
+  EXPECT_NE(table_->makeCell(1, noneToReuse), first);
+  EXPECT_EQ(rows_->asked, 2);
+  EXPECT_EQ(rows_->made, 2);
+  EXPECT_EQ(table_->makeCell(3, noneToReuse), nullptr);
+}
+
+TEST_F(TableViewTest, ReusesTheCellsOfADesktopThatKeepsThemItselfOnlyWhileItAsks) {
+  const auto kept = std::make_shared<TableCellView>();
+  kept->setTextField(std::make_shared<Label>());
+  std::string asked;
+  const auto reused = table_->makeCell(1, [&](const std::string& identifier) {
+    asked = identifier;
+    return kept;
+  });
+  EXPECT_EQ(asked, "cell");
+  EXPECT_EQ(reused, kept);
+  EXPECT_EQ(kept->textField()->stringValue(), "b");
+  EXPECT_EQ(table_->reusableView("cell"), nullptr);
+}
+
 TEST_F(TableViewTest, KeepsItsSelectionOverAReloadWhileTheRowIsThere) {
   EXPECT_EQ(table_->selectedRow(), -1);
   table_->personDidSelectRow(1);

@@ -98,6 +98,12 @@ TEST_F(WindowTest, CentresOnTheVisibleAreaOfItsScreen) {
   EXPECT_EQ(window_->frame(), rect(350, 290, 300, 200));
 }
 
+TEST_F(WindowTest, IsCentredWhereTheDesktopItselfCentresWindows) {
+  desktop_.windows().setCenteredOrigin({70, 80});
+  window_->center();
+  EXPECT_EQ(window_->frame(), rect(70, 80, 300, 200));
+}
+
 TEST_F(WindowTest, StaysWhereItIsWhenThereIsNoScreenToCentreOn) {
   desktop_.windows().setScreens({});
   window_->center();

@@ -98,7 +98,9 @@ class ArgumentSetter {
   const NSInteger index_;
 };
 
-/// Keeps its arguments alive. Ends the program when the class has no such selector.
+/// Keeps its receiver and arguments alive until the current autorelease pool ends, which is
+/// therefore to be a small one: a display would stay for as long. Ends the program when the class
+/// has no such selector.
 NSInvocation* invocationOf(Class itsClass, std::string_view selector, const Arguments& arguments) {
   const SEL name = NSSelectorFromString(nsString(std::string(selector)));
   NSMethodSignature* const signature = [itsClass instanceMethodSignatureForSelector:name];
@@ -142,9 +144,11 @@ RuntimeValue answerOf(NSInvocation* invocation) {
 }
 
 RuntimeValue NativeObject::send(std::string_view selector, const Arguments& arguments) {
-  NSInvocation* const invocation = invocationOf(object_getClass(object_), selector, arguments);
-  [invocation invokeWithTarget:object_];
-  return answerOf(invocation);
+  @autoreleasepool {
+    NSInvocation* const invocation = invocationOf(object_getClass(object_), selector, arguments);
+    [invocation invokeWithTarget:object_];
+    return answerOf(invocation);
+  }
 }
 
 /// A list that the runtime hands out to be freed.
@@ -177,12 +181,14 @@ class NativeClass final : public RuntimeClass {
 
   std::shared_ptr<RuntimeObject> make(std::string_view initializer,
                                       const Arguments& arguments) override {
-    NSInvocation* const invocation = invocationOf(class_, initializer, arguments);
-    // An initialiser takes over the reference to its receiver and hands one out in its place.
-    void* const allocated = (__bridge_retained void*)[class_ alloc];
-    [invocation invokeWithTarget:(__bridge id)allocated];
-    const id object = (__bridge_transfer id)returned<void*>(invocation);
-    return object == nil ? nullptr : std::make_shared<NativeObject>(object);
+    @autoreleasepool {
+      NSInvocation* const invocation = invocationOf(class_, initializer, arguments);
+      // An initialiser takes over the reference to its receiver and hands one out in its place.
+      void* const allocated = (__bridge_retained void*)[class_ alloc];
+      [invocation invokeWithTarget:(__bridge id)allocated];
+      const id object = (__bridge_transfer id)returned<void*>(invocation);
+      return object == nil ? nullptr : std::make_shared<NativeObject>(object);
+    }
   }
 
  private:

@@ -13,4 +13,7 @@ NSView* makeViewPeer(View& view);
 /// tooltip, whether it has a layer. Frame and subviews are not among them.
 void applyAppearance(const View& view, NSView* realized);
 
+/// The size that AppKit gives a control that looks like `control`; zero for none.
+Size intrinsicContentSize(const Control& control);
+
 }  // namespace vistrel::platform::macos

@@ -1,8 +1,11 @@
 #include "platform/macos/views/ControlState.h"
 
+#include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "platform/macos/Conversions.h"
+#include "platform/macos/views/TableViews.h"
 #include "platform/macos/views/ViewPeers.h"
 
 namespace vistrel::platform::macos {
@@ -53,6 +56,11 @@ void applyImageView(const ImageView& view, NSImageView* target) {
   target.imageScaling = static_cast<NSImageScaling>(view.imageScaling());
 }
 
+void applyScrollView(const ScrollView& view, NSScrollView* target) {
+  target.hasVerticalScroller = view.hasVerticalScroller();
+  target.borderType = static_cast<NSBorderType>(view.borderType());
+}
+
 /// None for what AppKit's own controls tell of themselves.
 NSAccessibilityRole nsAccessibilityRole(AccessibilityRole role) {
   switch (role) {
@@ -77,16 +85,39 @@ void applyPlainView(const View& view, NSView* target) {
   target.accessibilityLabel = nsString(view.accessibilityLabel());
 }
 
+/// A control as AppKit makes it, which does nothing yet; nil for a table.
+NSControl* makeControl(const Control& control) {
+  if (dynamic_cast<const Label*>(&control) != nullptr) return [VLLabel labelWithString:@""];
+  if (dynamic_cast<const ImageView*>(&control) != nullptr) return [[VLImageView alloc] init];
+  if (dynamic_cast<const Button*>(&control) != nullptr) {
+    return [VLButton buttonWithTitle:@"" target:nil action:nil];
+  }
+  return nil;
+}
+
+NSView* makeControlPeer(const std::shared_ptr<Control>& control) {
+  if (const auto table = std::dynamic_pointer_cast<TableView>(control)) {
+    return [[VLTableView alloc] initWithTable:table];
+  }
+  NSControl* made = makeControl(*control);
+  if (const auto button = std::dynamic_pointer_cast<Button>(control)) {
+    [static_cast<VLButton*>(made) clickButton:button];
+  }
+  return made;
+}
+
 }  // namespace
 
 NSView* makeViewPeer(View& view) {
-  if (dynamic_cast<Label*>(&view) != nullptr) return [VLLabel labelWithString:@""];
-  if (dynamic_cast<ImageView*>(&view) != nullptr) return [[VLImageView alloc] init];
-  if (dynamic_cast<Button*>(&view) != nullptr) {
-    return
-        [[VLButton alloc] initWithButton:std::static_pointer_cast<Button>(view.shared_from_this())];
+  const auto shared = view.shared_from_this();
+  if (const auto control = std::dynamic_pointer_cast<Control>(shared)) {
+    return makeControlPeer(control);
   }
-  return [[VLView alloc] initWithView:view.weak_from_this()];
+  if (std::dynamic_pointer_cast<ScrollView>(shared)) return [[NSScrollView alloc] init];
+  if (auto cell = std::dynamic_pointer_cast<TableCellView>(shared)) {
+    return [[VLTableCellView alloc] initWithCell:std::move(cell)];
+  }
+  return [[VLView alloc] initWithView:shared];
 }
 
 void applyAppearance(const View& view, NSView* realized) {
@@ -98,10 +129,21 @@ void applyAppearance(const View& view, NSView* realized) {
     applyButton(*button, static_cast<NSButton*>(realized));
   } else if (const auto* image = dynamic_cast<const ImageView*>(&view)) {
     applyImageView(*image, static_cast<NSImageView*>(realized));
-  } else {
+  } else if (const auto* scrollView = dynamic_cast<const ScrollView*>(&view)) {
+    applyScrollView(*scrollView, static_cast<NSScrollView*>(realized));
+  } else if ([realized isKindOfClass:VLView.class]) {
     applyPlainView(view, realized);
   }
   realized.needsDisplay = YES;
+}
+
+Size intrinsicContentSize(const Control& control) {
+  NSView* measured = makeControl(control);
+  if (measured == nil) return {};
+  applyAppearance(control, measured);
+  const CGSize size = measured.intrinsicContentSize;
+  // AppKit answers a negative number for a side that has no length of its own.
+  return {std::max(size.width, 0.0), std::max(size.height, 0.0)};
 }
 
 }  // namespace vistrel::platform::macos

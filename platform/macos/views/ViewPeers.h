@@ -17,17 +17,18 @@ NS_ASSUME_NONNULL_BEGIN
 - (instancetype)initWithView:(std::weak_ptr<vistrel::platform::View>)view;
 @end
 
-/// A text. Clicks on it belong to the view that it lies in.
+/// A text. Clicks and the context menu belong to the view that it lies in.
 @interface VLLabel : NSTextField
 @end
 
-/// A symbol. Clicks on it belong to the view that it lies in.
+/// A symbol. Clicks and the context menu belong to the view that it lies in.
 @interface VLImageView : NSImageView
 @end
 
-/// A push button: a click does what a click on the core's button does.
+/// A push button. The context menu belongs to the view that it lies in.
 @interface VLButton : NSButton
-- (instancetype)initWithButton:(std::weak_ptr<vistrel::platform::Button>)button;
+/// From then on a click does what a click on the core's button does.
+- (void)clickButton:(std::weak_ptr<vistrel::platform::Button>)button;
 @end
 
 NS_ASSUME_NONNULL_END

@@ -5,6 +5,7 @@
 
 #include "platform/Window.h"
 #include "platform/macos/Conversions.h"
+#include "platform/macos/menus/ShownMenu.h"
 #include "platform/macos/views/AppKitGraphicsContext.h"
 #include "platform/macos/views/LayerState.h"
 
@@ -22,6 +23,14 @@ void sendMouseEvent(const std::weak_ptr<View>& hit, NSEvent* event, EventType ty
   const auto view = hit.lock();
   if (!view) return;
   if (Window* window = view->window()) window->sendEvent(coreEvent(event, type));
+}
+
+/// Nil for none.
+NSMenu* contextMenu(const std::weak_ptr<View>& hit, NSEvent* event) {
+  const auto view = hit.lock();
+  if (!view || view->window() == nullptr) return nil;
+  const auto menu = view->window()->menuForEvent(coreEvent(event, EventType::rightMouseDown));
+  return menu ? macos::makeMenu(menu) : nil;
 }
 
 /// `view` may be null.
@@ -118,6 +127,11 @@ NSCursor* nsCursor(Cursor cursor) {
   return [super isAccessibilitySelectorAllowed:selector];
 }
 
+/// A panel is dragged without a click before that makes its program active.
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)__unused event {
+  return YES;
+}
+
 - (void)mouseDown:(NSEvent*)event {
   sendMouseEvent(_view, event, EventType::leftMouseDown);
 }
@@ -130,9 +144,17 @@ NSCursor* nsCursor(Cursor cursor) {
   sendMouseEvent(_view, event, EventType::leftMouseUp);
 }
 
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event {
+  return contextMenu(_view, event);
+}
+
 @end
 
 @implementation VLLabel
+
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)event {
+  return [self.superview acceptsFirstMouse:event];
+}
 
 - (void)mouseDown:(NSEvent*)event {
   [self.nextResponder mouseDown:event];
@@ -144,12 +166,21 @@ NSCursor* nsCursor(Cursor cursor) {
 
 - (void)mouseUp:(NSEvent*)event {
   [self.nextResponder mouseUp:event];
+}
+
+/// Without a menu AppKit passes a right click on to the superview, but not one with Control.
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event {
+  return [self.superview menuForEvent:event];
 }
 
 @end
 
 @implementation VLImageView
 
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)event {
+  return [self.superview acceptsFirstMouse:event];
+}
+
 - (void)mouseDown:(NSEvent*)event {
   [self.nextResponder mouseDown:event];
 }
@@ -160,6 +191,10 @@ NSCursor* nsCursor(Cursor cursor) {
 
 - (void)mouseUp:(NSEvent*)event {
   [self.nextResponder mouseUp:event];
+}
+
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event {
+  return [self.superview menuForEvent:event];
 }
 
 @end
@@ -168,18 +203,23 @@ NSCursor* nsCursor(Cursor cursor) {
   std::weak_ptr<Button> _button;
 }
 
-- (instancetype)initWithButton:(std::weak_ptr<Button>)button {
-  self = [super initWithFrame:NSRect()];
-  if (self != nil) {
-    _button = std::move(button);
-    self.target = self;
-    self.action = @selector(buttonClicked:);
-  }
-  return self;
+- (void)clickButton:(std::weak_ptr<Button>)button {
+  _button = std::move(button);
+  self.target = self;
+  self.action = @selector(buttonClicked:);
+}
+
+/// Panels float over other programs, which stay active: no click is spent on activating this one.
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)__unused event {
+  return (self.window.styleMask & NSWindowStyleMaskNonactivatingPanel) != 0;
 }
 
 - (void)buttonClicked:(nullable id)__unused sender {
   if (const auto button = _button.lock()) button->performClick();
+}
+
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event {
+  return [self.superview menuForEvent:event];
 }
 
 @end

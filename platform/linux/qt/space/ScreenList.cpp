@@ -102,16 +102,6 @@ void ScreenList::watchKeyWindow() {
                    });
 }
 
-std::vector<Screen> ScreenList::all() const {
-  const std::lock_guard lock(mutex_);
-  return all_;
-}
-
-std::optional<Screen> ScreenList::main() const {
-  const std::lock_guard lock(mutex_);
-  return main_;
-}
-
 void ScreenList::layOut() {
   assert(isMainThread());
   if (!readScreens()) return;
@@ -130,9 +120,7 @@ bool ScreenList::readScreens() {
 }
 
 void ScreenList::publish() {
-  auto all = screens_.empty() ? std::vector<Screen>() : valuesOf(*layout_.get(), docks_);
-  const std::lock_guard lock(mutex_);
-  all_ = std::move(all);
+  all_ = screens_.empty() ? std::vector<Screen>() : valuesOf(*layout_.get(), docks_);
   main_ = all_.empty() ? std::nullopt : std::optional(all_[mainOf(screens_)]);
 }
 

@@ -3,7 +3,6 @@
 #include <QObject>
 #include <QTimer>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -18,20 +17,19 @@ class QScreen;
 namespace vistrel::platform::linux_desktop {
 
 /// The screens that a person sees. Sets the session's layout when it is made and whenever it has
-/// become another one; offers the screens as values in screen space, in a copy that any thread may
-/// read.
+/// become another one; offers the screens as values in screen space. Main thread.
 class ScreenList {
  public:
   /// Calls `changed` whenever monitors have come, gone, moved or changed their size or scale; once
   /// for all that happens in one turn of the event loop, when the layout has been set. The first
-  /// three outlive this object, which outlives the queues' threads. Main thread.
+  /// three outlive this object.
   ScreenList(Monitors& monitors, DockAreas& docks, SharedScreenLayout& layout,
              std::function<void()> changed);
 
-  /// The primary one first. Any thread.
-  std::vector<Screen> all() const;
-  /// The key window's screen, else the primary one. Any thread.
-  std::optional<Screen> main() const;
+  /// The primary one first.
+  const std::vector<Screen>& all() const { return all_; }
+  /// The key window's screen, else the primary one.
+  const std::optional<Screen>& main() const { return main_; }
 
  private:
   void watchScreens();
@@ -50,9 +48,8 @@ class ScreenList {
   QObject context_;                   // ends what is connected to it
   QTimer changed_;                    // runs out at the next turn of the event loop
   std::vector<NamedScreen> screens_;  // as laid out
-  mutable std::mutex mutex_;
-  std::vector<Screen> all_;     // guarded by mutex_
-  std::optional<Screen> main_;  // guarded by mutex_
+  std::vector<Screen> all_;
+  std::optional<Screen> main_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -6,7 +6,9 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+@class NSMenu;
 @class NSView;
+@class NSWindow;
 
 typedef NSString* NSAppearanceName;
 typedef NSString* NSWindowFrameAutosaveName;
@@ -44,6 +46,8 @@ typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
   NSEventModifierFlagOption = 524288,
   NSEventModifierFlagCommand = 1048576,
 };
+
+typedef NS_OPTIONS(unsigned long long, NSEventMask) { NSEventMaskAny = 0xFFFFFFFFFFFFFFFF };
 
 typedef NS_ENUM(NSUInteger, NSBackingStoreType) { NSBackingStoreBuffered = 2 };
 
@@ -117,6 +121,7 @@ typedef NS_ENUM(NSUInteger, NSCompositingOperation) { NSCompositingOperationSour
 @end
 
 @interface NSEvent : NSObject
+@property(class, readonly) NSPoint mouseLocation;
 @property(readonly) NSEventModifierFlags modifierFlags;
 @property(readonly) NSPoint locationInWindow;
 @property(readonly) NSInteger clickCount;
@@ -158,6 +163,12 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 - (BOOL)isAccessibilitySelectorAllowed:(SEL)selector;
 @end
 
+typedef NSString* NSUserInterfaceItemIdentifier;
+
+@protocol NSUserInterfaceItemIdentification <NSObject>
+@property(nullable, copy) NSUserInterfaceItemIdentifier identifier;
+@end
+
 @interface NSResponder : NSObject
 @property(nullable, assign) NSResponder* nextResponder;
 - (void)mouseDown:(NSEvent*)event;
@@ -165,23 +176,29 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 - (void)mouseUp:(NSEvent*)event;
 @end
 
-@interface NSView : NSResponder <NSAccessibility>
+@interface NSView : NSResponder <NSAccessibility, NSUserInterfaceItemIdentification>
 - (instancetype)initWithFrame:(NSRect)frameRect;
+@property(nullable, readonly, weak) NSWindow* window;
 @property NSRect frame;
 @property(getter=isHidden) BOOL hidden;
 @property(readonly, getter=isFlipped) BOOL flipped;
 @property BOOL needsDisplay;
+@property(nullable, readonly, assign) NSView* superview;
 @property(copy) NSArray<__kindof NSView*>* subviews;
 @property BOOL wantsLayer;
 @property(nullable, strong) CALayer* layer;
 @property(readonly) BOOL wantsUpdateLayer;
 @property(nullable, copy) NSString* toolTip;
+@property BOOL translatesAutoresizingMaskIntoConstraints;
+@property(readonly) NSSize intrinsicContentSize;
 - (void)layout;
 - (void)updateLayer;
 - (void)drawRect:(NSRect)dirtyRect;
 - (CALayer*)makeBackingLayer;
 - (void)resetCursorRects;
+- (nullable NSMenu*)menuForEvent:(NSEvent*)event;
 - (void)addCursorRect:(NSRect)rect cursor:(NSCursor*)object;
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)event;
 @end
 
 @interface NSControl : NSView
@@ -200,6 +217,9 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 @end
 
 @interface NSButton : NSControl
++ (instancetype)buttonWithTitle:(NSString*)title
+                         target:(nullable id)target
+                         action:(nullable SEL)action;
 @property(copy) NSString* title;
 @property(copy) NSAttributedString* attributedTitle;
 @property(getter=isBordered) BOOL bordered;
@@ -230,6 +250,7 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 - (NSRect)contentRectForFrameRect:(NSRect)frameRect;
 - (void)setFrame:(NSRect)frameRect display:(BOOL)displayFlag animate:(BOOL)animateFlag;
 @property(readonly) NSRect frame;
+@property NSWindowStyleMask styleMask;
 @property(nullable, weak) id<NSWindowDelegate> delegate;
 @property(nullable, strong) __kindof NSView* contentView;
 @property(copy) NSString* title;
@@ -243,6 +264,7 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 @property(nullable, strong) NSAppearance* appearance;
 @property NSSize contentMinSize;
 @property(readonly) BOOL canBecomeKeyWindow;
+- (void)center;
 - (BOOL)setFrameUsingName:(NSWindowFrameAutosaveName)name;
 - (BOOL)setFrameAutosaveName:(NSWindowFrameAutosaveName)name;
 - (void)orderFrontRegardless;
@@ -258,3 +280,14 @@ extern NSAccessibilityRole const NSAccessibilityGrowAreaRole;
 @end
 
 NS_ASSUME_NONNULL_END
+
+#import <AppKit/NSAlert.h>
+#import <AppKit/NSApplication.h>
+#import <AppKit/NSLayoutConstraint.h>
+#import <AppKit/NSMenu.h>
+#import <AppKit/NSMenuItem.h>
+#import <AppKit/NSRunningApplication.h>
+#import <AppKit/NSScreen.h>
+#import <AppKit/NSScrollView.h>
+#import <AppKit/NSTableView.h>
+#import <AppKit/NSWorkspace.h>

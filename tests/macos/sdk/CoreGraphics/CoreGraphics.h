@@ -19,6 +19,8 @@ enum : CGConfigureOption {
 };
 
 extern "C" {
+CFDictionaryRef CGSessionCopyCurrentDictionary(void);
+
 bool CGPreflightScreenCaptureAccess(void);
 bool CGRequestScreenCaptureAccess(void);
 

@@ -64,10 +64,17 @@ typedef struct {
                                     count:(NSUInteger)length;
 @end
 
+typedef NS_ENUM(NSInteger, NSComparisonResult) {
+  NSOrderedAscending = -1,
+  NSOrderedSame = 0,
+  NSOrderedDescending = 1,
+};
+
 @interface NSString : NSObject <NSCopying>
 + (nullable instancetype)stringWithUTF8String:(const char*)text;
 @property(readonly, nullable) const char* UTF8String;
 - (BOOL)isEqualToString:(NSString*)other;
+- (NSComparisonResult)localizedCaseInsensitiveCompare:(NSString*)string;
 @end
 
 // The class of string literals.
@@ -116,6 +123,7 @@ typedef struct {
 @end
 
 @interface NSDate : NSObject
++ (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)secs;
 @property(class, readonly) NSTimeInterval timeIntervalSinceReferenceDate;
 @end
 
@@ -133,6 +141,7 @@ typedef struct {
 @end
 
 @interface NSNotification : NSObject
+@property(nullable, readonly, retain) id object;
 @end
 
 @interface NSMethodSignature : NSObject
@@ -163,3 +172,10 @@ typedef NSString* NSAttributedStringKey;
 @end
 
 NS_ASSUME_NONNULL_END
+
+#import <Foundation/NSBundle.h>
+#import <Foundation/NSIndexSet.h>
+#import <Foundation/NSProcessInfo.h>
+#import <Foundation/NSRunLoop.h>
+#import <Foundation/NSTask.h>
+#import <Foundation/NSURL.h>

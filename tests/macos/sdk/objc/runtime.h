@@ -5,7 +5,15 @@
 typedef struct objc_property* objc_property_t;
 typedef struct objc_method* Method;
 
+typedef unsigned long objc_AssociationPolicy;
+enum : objc_AssociationPolicy {
+  OBJC_ASSOCIATION_RETAIN_NONATOMIC = 1,
+};
+
 extern "C" {
+void objc_setAssociatedObject(id _Nonnull object, const void* _Nonnull key, id _Nullable value,
+                              objc_AssociationPolicy policy);
+id _Nullable objc_getAssociatedObject(id _Nonnull object, const void* _Nonnull key);
 Class _Nullable object_getClass(id _Nullable object);
 objc_property_t _Nonnull* _Nullable class_copyPropertyList(Class _Nullable itsClass,
                                                            unsigned int* _Nullable count);

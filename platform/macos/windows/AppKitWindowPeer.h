@@ -10,20 +10,24 @@
 #include "platform/Window.h"
 #include "platform/macos/views/ViewTree.h"
 
-@class VLPanel;
+@class VLWindowDelegate;
 
 namespace vistrel::platform::macos {
 
-/// Shows a `Panel` of the core in an `NSPanel`. Main thread.
-class PanelPeer final : public WindowPeer {
+/// Shows a `Window` of the core in an `NSWindow`, a `Panel` in an `NSPanel`. Main thread.
+class AppKitWindowPeer final : public WindowPeer {
  public:
-  explicit PanelPeer(Window& window);
-  PanelPeer(const PanelPeer&) = delete;
-  PanelPeer& operator=(const PanelPeer&) = delete;
-  ~PanelPeer() override;
+  AppKitWindowPeer(Window& window, bool isPanel);
+  AppKitWindowPeer(const AppKitWindowPeer&) = delete;
+  AppKitWindowPeer& operator=(const AppKitWindowPeer&) = delete;
+  ~AppKitWindowPeer() override;
+
+  /// The core's window that `shown` shows; null for none, or for a window that is not ours.
+  static Window* windowShownBy(NSWindow* shown);
 
   Rect frameRectForContentRect(const Rect& contentRect) const override;
   Rect contentRectForFrameRect(const Rect& frame) const override;
+  std::optional<Point> center() override;
   void frameDidChange(Redisplay redisplay, FrameChange change) override;
   void propertiesDidChange() override;
   void contentViewDidChange() override;
@@ -35,16 +39,16 @@ class PanelPeer final : public WindowPeer {
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
 
-  // What the AppKit panel asks and tells.
+  // What AppKit asks and tells.
 
   enum class Report { frame, backingProperties };
 
   bool canBecomeKey() const { return window_.canBecomeKey(); }
-  /// Passed on to the window: at once, or, while the panel is being told something, which AppKit
-  /// may answer from within the call (a frame that it corrected, a screen of another scale), at a
-  /// later turn of the main queue.
-  void panelDidReport(Report report);
-  void panelWillClose();
+  /// Passed on to the window: at once, or, while AppKit is being told something, which it may
+  /// answer from within the call (a frame that it corrected, a screen of another scale), at a later
+  /// turn of the main queue.
+  void shownDidReport(Report report);
+  void shownWillClose();
 
  private:
   class Telling;
@@ -53,7 +57,10 @@ class PanelPeer final : public WindowPeer {
   void passPendingReports();
 
   Window& window_;
-  VLPanel* panel_;
+  VLWindowDelegate* delegate_;
+  NSWindow* shown_;
+  /// The same window where it is a panel, else nil.
+  NSPanel* panel_;
   ViewTree tree_;
   int tellingDepth_ = 0;
   std::set<Report> pendingReports_;
