@@ -1,0 +1,123 @@
+#include "tests/macos/fakes/Recorder.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <sstream>
+
+#include "tests/macos/fakes/Objects.h"
+#include "tests/macos/runtime/Classes.h"
+
+namespace vistrel::fake {
+
+namespace {
+
+struct Journal {
+  std::vector<std::string> messages;
+  std::map<const void*, int> numbers;
+  std::map<std::string, int> lastNumbers;
+};
+
+Journal& journal() {
+  static auto* const journal = new Journal;
+  return *journal;
+}
+
+const objc::Object* object(id value) {
+  return static_cast<const objc::Object*>((__bridge const void*)value);
+}
+
+std::string className(id value) { return objc::classOf(object(value))->name; }
+
+int numberOf(id value) {
+  int& number = journal().numbers[(__bridge const void*)value];
+  if (number == 0) number = ++journal().lastNumbers[className(value)];
+  return number;
+}
+
+bool isClass(id value) { return objc::classOf(object(value))->isMetaclass(); }
+
+/// "main thread only": Apple, Threading Programming Guide, "Thread Safety Summary"; menus and alerts
+/// by the annotation of AppKit's own headers.
+bool isForMainThreadAlone(id receiver) {
+  for (Class type : {[NSResponder class], [NSMenu class], [NSMenuItem class], [NSAlert class]}) {
+    if ([receiver isKindOfClass:type]) return true;
+  }
+  return false;
+}
+
+std::string messageText(const std::string& selector, const std::vector<std::string>& arguments) {
+  if (arguments.empty()) return selector;
+  std::string text;
+  std::istringstream parts(selector);
+  std::string part;
+  for (const std::string& argument : arguments) {
+    std::getline(parts, part, ':');
+    text += (text.empty() ? "" : " ") + part + ":" + argument;
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string describeNumber(double number) {
+  std::ostringstream text;
+  text << number;
+  return text.str();
+}
+
+std::string describe(id value) {
+  if (value == nil) return "nil";
+  if (objc::isBlock(object(value))) return "a block";
+  if (isClass(value)) return className(value);
+  if ([value isKindOfClass:[NSString class]]) {
+    return '"' + std::string(static_cast<NSString*>(value).UTF8String) + '"';
+  }
+  return className(value) + '#' + std::to_string(numberOf(value));
+}
+
+std::string describe(CGPoint point) {
+  return '{' + describeNumber(point.x) + ',' + describeNumber(point.y) + '}';
+}
+
+std::string describe(CGSize size) {
+  return '{' + describeNumber(size.width) + ',' + describeNumber(size.height) + '}';
+}
+
+std::string describe(const CGRect& rect) {
+  return '{' + describe(rect.origin) + ',' + describe(rect.size) + '}';
+}
+
+std::string describe(const CMTime& time) {
+  return std::to_string(time.value) + '/' + std::to_string(time.timescale);
+}
+
+std::string describe(SEL selector) {
+  return selector != nullptr ? sel_getName(selector) : "no selector";
+}
+
+const std::vector<std::string>& messages() { return journal().messages; }
+
+void forgetMessages() { journal().messages.clear(); }
+
+void forgetObject(const void* gone) { journal().numbers.erase(gone); }
+
+void recordText(id receiver, SEL selector, const std::vector<std::string>& arguments) {
+  const std::string text =
+      describe(receiver) + ' ' + messageText(sel_getName(selector), arguments);
+  if (!NSThread.isMainThread && isForMainThreadAlone(receiver)) {
+    fail(text + " comes on another queue than the main one");
+  }
+  journal().messages.push_back(text);
+}
+
+void fail(const std::string& why) {
+  std::fprintf(stderr, "%s\n", why.c_str());
+  std::abort();
+}
+
+void failWithoutBehaviour(id receiver, SEL selector) {
+  fail(describe(receiver) + ' ' + sel_getName(selector) + " has no behaviour here");
+}
+
+}  // namespace vistrel::fake
