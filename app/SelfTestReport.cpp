@@ -1,21 +1,19 @@
 #include "app/SelfTestReport.h"
 
-#include <sstream>
-
 namespace vistrel {
 
 std::string selfTestReport(const SelfTestFindings& findings) {
-  using platform::truncatedToInt64;
+  using std::to_string;
+  const auto whole = [](double number) { return to_string(platform::truncatedToInt64(number)); };
   const platform::Rect& bounds = findings.bounds;
-  std::ostringstream line;
-  line << "vdtest: created=" << (findings.created ? "true" : "false")
-       << " displayID=" << findings.displayID  //
-       << " online " << findings.onlineBefore << "->" << findings.onlineAfter
-       << " screens=" << findings.screens << " mainMaxX=" << truncatedToInt64(findings.mainMaxX)
-       << " bounds=" << truncatedToInt64(bounds.minX()) << "," << truncatedToInt64(bounds.minY())
-       << " " << truncatedToInt64(bounds.width()) << "x" << truncatedToInt64(bounds.height())
-       << "\n";
-  return line.str();
+  std::string line = "vdtest: created=";
+  line += findings.created ? "true" : "false";
+  line += " displayID=" + to_string(findings.displayID);
+  line += " online " + to_string(findings.onlineBefore) + "->" + to_string(findings.onlineAfter);
+  line += " screens=" + to_string(findings.screens) + " mainMaxX=" + whole(findings.mainMaxX);
+  line += " bounds=" + whole(bounds.minX()) + "," + whole(bounds.minY()) + " ";
+  line += whole(bounds.width()) + "x" + whole(bounds.height()) + "\n";
+  return line;
 }
 
 }  // namespace vistrel

@@ -1,8 +1,6 @@
 #include "parking/VLVirtualDisplay.h"
 
 #include <optional>
-#include <ostream>
-#include <sstream>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -71,23 +69,27 @@ std::shared_ptr<RuntimeObject> makeSettings(RuntimeClass& itsClass, RuntimeClass
   return settings;
 }
 
-void list(const RuntimeClass& itsClass, std::ostream& text) {
+std::string listing(const RuntimeClass& itsClass) {
+  std::string text;
   for (const auto& [name, attributes] : itsClass.properties()) {
-    text << "  prop " << name << " : " << attributes << "\n";
+    text.append("  prop ").append(name).append(" : ").append(attributes).append("\n");
   }
-  for (const std::string& selector : itsClass.selectors()) text << "  sel  " << selector << "\n";
+  for (const std::string& selector : itsClass.selectors()) {
+    text.append("  sel  ").append(selector).append("\n");
+  }
+  return text;
 }
 
 }  // namespace
 
 std::string VLVirtualDisplay::diagnostics() {
-  std::ostringstream text;
+  std::string text;
   for (const char* name : classNames) {
     const auto found = classNamed(name);
-    text << "=== " << name << " " << (found ? "(found)" : "(MISSING)") << "\n";
-    if (found) list(*found, text);
+    text += std::string("=== ") + name + " " + (found ? "(found)" : "(MISSING)") + "\n";
+    if (found) text += listing(*found);
   }
-  return text.str();
+  return text;
 }
 
 std::unique_ptr<VLVirtualDisplay> VLVirtualDisplay::displayWithWidth(std::int32_t width,

@@ -22,6 +22,7 @@ struct Alert;
 class Application;
 class Control;
 class RunningApplication;
+class TableView;
 class View;
 class Window;
 enum class ViewChange;
@@ -73,6 +74,9 @@ class WindowPeer {
   virtual void close() = 0;
   /// The frame that an earlier run saved under `name`, if any; saves it from now on.
   virtual std::optional<Rect> adoptAutosavedFrame(const std::string& name) = 0;
+  /// The row of `table` that is selected, -1 for none, where the desktop keeps the selection; none
+  /// where tables keep it themselves.
+  virtual std::optional<int> selectedRow(const TableView& /*table*/) const { return std::nullopt; }
 };
 
 /// Windows, screens, the pointer, controls' sizes, alerts.

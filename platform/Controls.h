@@ -181,7 +181,8 @@ class TableCellView : public View {
 };
 
 /// Rows that a data source counts and a delegate dresses, one of which a person may select. Data
-/// source and delegate are held weakly.
+/// source and delegate are held weakly. Columns, header and row height stay as they are once the
+/// table is in a window.
 class TableView : public Control {
  public:
   const std::vector<TableColumn>& tableColumns() const { return columns_; }
@@ -205,7 +206,7 @@ class TableView : public Control {
   std::shared_ptr<TableCellView> reusableView(const std::string& identifier);
 
   /// -1 when nothing is selected.
-  int selectedRow() const { return selectedRow_; }
+  int selectedRow() const;
 
   // For peers.
 
@@ -217,6 +218,7 @@ class TableView : public Control {
   /// The same where the desktop keeps the cells itself: made each time, and `findReusableView`
   /// stands in for `reusableView` meanwhile.
   std::shared_ptr<View> makeCell(int row, FindReusableView findReusableView);
+  /// Where the desktop does not keep the selection itself.
   void personDidSelectRow(int row);
   void personDidDoubleClick();
 
@@ -231,7 +233,7 @@ class TableView : public Control {
   std::weak_ptr<TableViewDataSource> dataSource_;
   std::weak_ptr<TableViewDelegate> delegate_;
   Action doubleAction_;
-  int selectedRow_ = -1;
+  int selectedRow_ = -1;  // unless the desktop keeps it
   std::vector<std::shared_ptr<View>> cells_;
   std::vector<std::shared_ptr<TableCellView>> reusable_;
   FindReusableView findReusableView_;  // empty but during `makeCell`
@@ -241,6 +243,7 @@ class TableView : public Control {
 /// Raw value is AppKit's NSBorderType.
 enum class BorderType { none = 0, bezel = 2 };
 
+/// Scrolls a table. Scroller and border stay as they are once it is in a window.
 class ScrollView : public View {
  public:
   bool hasVerticalScroller() const { return hasVerticalScroller_; }

@@ -24,8 +24,7 @@ inline constexpr double backingScaleWithoutScreen = 2;
 /// All screens, the primary one first. Main thread.
 std::vector<Screen> screens();
 
-/// The screen of the key window, else the primary one; none when there is no screen. Main
-/// thread.
+/// The screen of the key window, else the primary one; none when there is no screen. Main thread.
 std::optional<Screen> mainScreen();
 
 /// The screen that shows most of `frame`; none when no screen shows any of it.

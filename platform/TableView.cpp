@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "platform/Controls.h"
+#include "platform/Window.h"
 
 namespace vistrel::platform {
 
@@ -48,6 +49,13 @@ std::shared_ptr<TableCellView> TableView::reusableView(const std::string& identi
   auto cell = std::move(*found);
   reusable_.erase(found);
   return cell;
+}
+
+int TableView::selectedRow() const {
+  const Window* window = this->window();
+  const auto keptByDesktop =
+      window != nullptr ? window->peer()->selectedRow(*this) : std::optional<int>();
+  return keptByDesktop.value_or(selectedRow_);
 }
 
 std::shared_ptr<View> TableView::cellForRow(int row) {

@@ -4,6 +4,7 @@
 #import <AppKit/AppKit.h>
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
 
+#include "platform/Alert.h"
 #include "platform/Controls.h"
 #include "platform/ScreenCapture.h"
 #include "platform/Window.h"
@@ -36,9 +37,13 @@ static_assert(same(modifierOption, NSEventModifierFlagOption));
 static_assert(same(modifierCommand, NSEventModifierFlagCommand));
 
 static_assert(same(BezelStyle::rounded, NSBezelStyleRounded));
+static_assert(same(BorderType::none, NSNoBorder));
+static_assert(same(BorderType::bezel, NSBezelBorder));
 static_assert(same(ImageScaling::proportionallyDown, NSImageScaleProportionallyDown));
 static_assert(same(LineBreakMode::wordWrapping, NSLineBreakByWordWrapping));
 static_assert(same(LineBreakMode::truncatingTail, NSLineBreakByTruncatingTail));
+
+static_assert(same(alertFirstButtonReturn, NSAlertFirstButtonReturn));
 
 static_assert(same(StreamOutputType::screen, SCStreamOutputTypeScreen));
 static_assert(same(StreamOutputType::audio, SCStreamOutputTypeAudio));

@@ -37,6 +37,11 @@ class SimulatedDesktop : public WindowBackend {
   std::optional<Point> centeredOrigin() const { return centeredOrigin_; }
   void setCenteredOrigin(Point origin) { centeredOrigin_ = origin; }
 
+  /// The row that the desktop says is selected in its tables; none, unless set, leaves the
+  /// selection to them.
+  std::optional<int> selectedRow() const { return selectedRow_; }
+  void setSelectedRow(int row) { selectedRow_ = row; }
+
   /// Every alert that was run, and what answers it (by default its closing: the last button).
   const std::vector<Alert>& alerts() const { return alerts_; }
   void setAlertAnswer(std::function<int(const Alert&)> answer) { alertAnswer_ = std::move(answer); }
@@ -89,6 +94,7 @@ class SimulatedDesktop : public WindowBackend {
   Point mouse_;
   std::map<std::string, Rect> savedFrames_;
   std::optional<Point> centeredOrigin_;
+  std::optional<int> selectedRow_;
   std::vector<Alert> alerts_;
   std::function<int(const Alert&)> alertAnswer_;
   std::vector<SimulatedWindowPeer*> peers_;  // front to back; each takes itself out as it goes

@@ -126,4 +126,8 @@ std::optional<Rect> SimulatedWindowPeer::adoptAutosavedFrame(const std::string& 
   return desktop_.savedFrame(name);
 }
 
+std::optional<int> SimulatedWindowPeer::selectedRow(const TableView& /*table*/) const {
+  return desktop_.selectedRow();
+}
+
 }  // namespace vistrel::platform::simulated

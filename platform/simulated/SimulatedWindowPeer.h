@@ -74,6 +74,7 @@ class SimulatedWindowPeer : public WindowPeer {
   void miniaturize() override;
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
+  std::optional<int> selectedRow(const TableView& table) const override;
 
  private:
   double chromeHeight() const;

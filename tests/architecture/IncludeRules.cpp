@@ -15,8 +15,9 @@ namespace {
 constexpr std::array<std::string_view, 6> roomsFromTheTop = {"app",    "picker",  "catalogue",
                                                              "mirror", "parking", "platform"};
 
-/// The rooms of a half of the Linux backend, each with the rooms that it stands on: those are all
-/// that it may include of its half.
+/// The rooms of a half of the Linux backend, or of the macOS backend, which is one half; each with
+/// the rooms that it stands on: those are all that it may include of its half. A room without a
+/// name is the half's root.
 using Rooms = std::map<std::string_view, std::set<std::string_view>>;
 
 const std::map<std::string_view, Rooms> roomsOfHalves = {
@@ -43,6 +44,19 @@ const std::map<std::string_view, Rooms> roomsOfHalves = {
          {"panel", {"menus", "paint", "space", "windows"}},
          {"widgets", {"paint", "space", "windows"}},
          {"process", {"windows"}},
+     }},
+    {"macos",
+     {
+         {"", {}},
+         {"accessibility", {""}},
+         {"capture", {""}},
+         {"displays", {""}},
+         {"menus", {""}},
+         {"workspace", {""}},
+         {"views", {"", "capture", "menus"}},
+         {"windows", {"", "menus", "views"}},
+         {"application",
+          {"", "accessibility", "capture", "displays", "menus", "views", "windows", "workspace"}},
      }},
 };
 
@@ -170,6 +184,11 @@ Place placeOf(const std::string& path) {
   if (found == roomsFromTheTop.end()) return place;
   place.room = static_cast<std::size_t>(found - roomsFromTheTop.begin());
   if (folders[0] == "platform" && folders.size() > 1) place.backend = folders[1];
+  if (place.backend == "macos") {
+    place.half = place.backend;
+    if (folders.size() > 2) place.roomOfHalf = folders[2];
+    return place;
+  }
   if (folders[0] == "platform" && folders.size() > 2) place.half = folders[2];
   if (folders[0] == "platform" && folders.size() > 3) place.roomOfHalf = folders[3];
   return place;
@@ -185,19 +204,18 @@ bool isProvider(const Place& place) { return place.backend == "linux" && place.h
 
 bool isInUnknownRoom(const Place& place) {
   const auto half = roomsOfHalves.find(place.half);
-  return place.backend == "linux" && half != roomsOfHalves.end() && !place.roomOfHalf.empty() &&
+  return half != roomsOfHalves.end() && !place.roomOfHalf.empty() &&
          !half->second.contains(place.roomOfHalf);
 }
 
-/// Whether one room of a half includes another that it does not stand on, or what puts the rooms
-/// together, which lies at the half's root.
+/// Whether one room of a half includes another that it does not stand on. A root that is no room
+/// puts the others together: it includes them all, and none includes it.
 bool leavesItsRoomUpward(const Place& from, const Place& to) {
-  if (from.backend != "linux" || to.half != from.half || from.roomOfHalf.empty() ||
-      to.roomOfHalf == from.roomOfHalf) {
-    return false;
-  }
+  if (to.half != from.half || to.roomOfHalf == from.roomOfHalf) return false;
   const auto half = roomsOfHalves.find(from.half);
-  return half != roomsOfHalves.end() && !half->second.at(from.roomOfHalf).contains(to.roomOfHalf);
+  if (half == roomsOfHalves.end()) return false;
+  const auto room = half->second.find(from.roomOfHalf);
+  return room != half->second.end() && !room->second.contains(to.roomOfHalf);
 }
 
 /// The rule that an include breaks, if any.

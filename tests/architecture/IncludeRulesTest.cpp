@@ -157,8 +157,30 @@ TEST(IncludeRules, CatchWhatPutsTheRoomsTogetherInARoom) {
       ElementsAre(roomAbove));
 }
 
+TEST(IncludeRules, AllowARoomOfTheMacBackendTheRoomsThatItStandsOn) {
+  EXPECT_THAT(brokenRules("platform/macos/views/A.mm",
+                          "#import <AppKit/AppKit.h>\n"
+                          "#include \"platform/macos/Conversions.h\"\n"
+                          "#include \"platform/macos/capture/B.h\"\n"
+                          "#include \"platform/macos/views/C.h\"\n"),
+              IsEmpty());
+}
+
+TEST(IncludeRules, CatchARoomOfTheMacBackendInOneBelowOrBesideIt) {
+  EXPECT_THAT(brokenRules("platform/macos/views/A.mm", "#include \"platform/macos/windows/B.h\"\n"),
+              ElementsAre(roomAbove));
+  EXPECT_THAT(
+      brokenRules("platform/macos/capture/A.mm", "#include \"platform/macos/displays/B.h\"\n"),
+      ElementsAre(roomAbove));
+  EXPECT_THAT(
+      brokenRules("platform/macos/Conversions.mm", "#include \"platform/macos/application/B.h\"\n"),
+      ElementsAre(roomAbove));
+}
+
 TEST(IncludeRules, CatchARoomThatNobodyKnows) {
   EXPECT_THAT(brokenRules("platform/linux/x11/attic/A.cpp", "#include <vector>\n"),
+              ElementsAre(unknownRoom));
+  EXPECT_THAT(brokenRules("platform/macos/attic/A.mm", "#include <vector>\n"),
               ElementsAre(unknownRoom));
 }
 

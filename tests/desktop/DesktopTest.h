@@ -125,11 +125,12 @@ class DesktopTest : public ::testing::Test {
                                static_cast<std::uint32_t>(there.y), 0, 0});
   }
   /// The program's menus, innermost last: no other windows of its are out of the manager's hands,
-  /// tool tips aside.
+  /// tool tips and what is in a tray aside.
   std::vector<xcb_window_t> menusOnScreen() const {
     std::vector<xcb_window_t> menus = windowsOfProcess(connection_, vistrel_->process().pid());
     std::erase_if(menus, [&](xcb_window_t window) {
-      return !isViewable(connection_, window) || !isUnmanaged(connection_, window);
+      return !isViewable(connection_, window) || !isUnmanaged(connection_, window) ||
+             isEmbedded(connection_, window);
     });
     return menus;
   }
@@ -184,6 +185,11 @@ class DesktopTestWithManager : public DesktopTest,
                                public ::testing::WithParamInterface<WindowManager> {
  protected:
   DesktopTestWithManager() : DesktopTest({.windowManager = GetParam()}) {}
+
+  /// How high a panel is that is rolled up. herbstluftwm 0.9.5 lets no window be lower than that.
+  static int rolledUpHeight() {
+    return GetParam() == WindowManager::herbstluftwm ? 32 : PanelOnScreen::titleBarHeight;
+  }
 };
 
 }  // namespace vistrel::testbed

@@ -40,7 +40,7 @@ class Docks : public DesktopTest {
              area.y == (proposed.y == snapped.y ? proposed.y + aside : snapped.y);
     };
     input_.moveTo(from);
-    input_.press();
+    input_.beginDrag();
     int tremor = 0;
     const bool isThere = eventually([&] {
       tremor = 1 - tremor;

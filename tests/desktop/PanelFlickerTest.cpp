@@ -27,7 +27,7 @@ class PanelFlicker : public DesktopTestWithManager {
   }
   void shootDragging(Point from, Point to, int steps, const std::function<void(Point)>& moved) {
     input_.moveTo(from);
-    input_.press();
+    input_.beginDrag();
     for (int step = 1; step <= steps; ++step) {
       const Point by{(to.x - from.x) * step / steps, (to.y - from.y) * step / steps};
       input_.moveTo({from.x + by.x, from.y + by.y});

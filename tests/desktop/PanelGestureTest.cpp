@@ -43,7 +43,7 @@ TEST_F(PanelGesture, ThePanelFollowsThePointerBelowTheThresholdToo) {
   const Rect start = panel.area();
   const Point from = panel.titleBar();
   input_.moveTo(from);
-  input_.press();
+  input_.beginDrag();
   input_.moveTo({from.x + 1, from.y + 1});
   EXPECT_TRUE(becomes(panel, {start.x + 1, start.y + 1, start.width, start.height}));
   input_.release();

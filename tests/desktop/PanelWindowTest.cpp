@@ -1,8 +1,19 @@
+#include <algorithm>
+#include <initializer_list>
+#include <memory>
+#include <vector>
+
 #include "tests/desktop/DesktopTest.h"
 #include "tests/desktop/TestedHere.h"
 
 namespace vistrel::testbed {
 namespace {
+
+std::vector<WindowManager> managersTestedHereBut(std::initializer_list<WindowManager> others) {
+  auto managers = managersTestedHere();
+  std::erase_if(managers, [&](auto each) { return std::ranges::count(others, each) > 0; });
+  return managers;
+}
 
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 constexpr Quadrants otherColours{yellow, blue, red, green};
@@ -78,13 +89,64 @@ class PanelWindow : public DesktopTestWithManager {
   }
 
   static bool isI3() { return GetParam() == WindowManager::i3; }
-  static constexpr auto nothingAbove = "i3 4.22 keeps no windows above others";
 
   static constexpr Rect wholeScreen{0, 0, 1280, 1024};
   std::unique_ptr<TestWindow> source_;
 };
 
-TEST_P(PanelWindow, FloatsOnEveryDesktopAndStaysOutOfTheTaskbar) {
+// Such a window is beyond any manager; the panel does not fight for its place, and has it again
+// when the window goes.
+TEST_P(PanelWindow, YieldsToAFullScreenWindowThatIsNotManaged) {
+  const PanelOnScreen panel = mirrorOnlySource();
+  ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+  const auto saver =
+      openSource({.area = wholeScreen, .picture = Quadrants::uniform(white), .managed = false});
+  EXPECT_TRUE(eventually([&] { return panel.shows(Quadrants::uniform(white)); }));
+  source_->show(otherColours);
+  EXPECT_TRUE(isAbove(connection_, saver->id(), panel.id()));
+  saver->destroy();
+  EXPECT_TRUE(eventually([&] { return panel.shows(otherColours); }));
+}
+
+TEST_P(PanelWindow, NeverTakesTheKeyboard) {
+  startVistrel();
+  const xcb_window_t picker = vistrel_->picker().id();
+  ASSERT_TRUE(eventually([&] { return activeWindow() == picker; }));
+  const PanelOnScreen panel = mirrorRow(0, 1, 1);
+  EXPECT_EQ(activeWindow(), picker) << "opened";
+  activate(source_->id());
+  EXPECT_TRUE(hasKeyboard(*source_));
+
+  ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
+  const Rect start = PanelOnScreen::computedArea(sourceArea, firstPanel);
+  ASSERT_TRUE(becomes(panel, start));
+  input_.clickAt(panel.contents().centre());
+  EXPECT_TRUE(hasKeyboard(*source_)) << "clicked";
+  input_.rest(betweenClicks);
+  const Point from = panel.titleBar();
+  input_.drag(from, {from.x + 30, from.y + 30});
+  ASSERT_TRUE(eventually([&] { return panel.area().x == start.x + 30; }));
+  EXPECT_TRUE(hasKeyboard(*source_)) << "dragged";
+  const Point grip = panel.grip();
+  input_.drag(grip, {grip.x + 40, grip.y + 20});
+  ASSERT_TRUE(eventually([&] { return panel.area().width == start.width + 40; }));
+  EXPECT_TRUE(hasKeyboard(*source_)) << "resized";
+  for (const bool rolledUp : {true, false}) {
+    input_.rest(betweenClicks);
+    input_.clickAt(panel.titleBar(), 2);
+    ASSERT_TRUE(eventually([&] { return (panel.area().height == rolledUpHeight()) == rolledUp; }));
+    EXPECT_TRUE(hasKeyboard(*source_)) << "rolled up: " << rolledUp;
+  }
+  input_.clickAt(panel.closeButton());
+  vistrel_->panels(0);
+  EXPECT_TRUE(hasKeyboard(*source_)) << "closed";
+}
+
+VISTREL_WITH_MANAGERS(WindowManagers, PanelWindow, managersTestedHere());
+
+class PanelOnEveryDesktop : public PanelWindow {};
+
+TEST_P(PanelOnEveryDesktop, FloatsOnEveryDesktopAndStaysOutOfTheTaskbar) {
   const PanelOnScreen panel = mirrorOnlySource();
   EXPECT_TRUE(floats(panel));
   EXPECT_TRUE(eventually([&] {
@@ -104,8 +166,13 @@ TEST_P(PanelWindow, FloatsOnEveryDesktopAndStaysOutOfTheTaskbar) {
   EXPECT_TRUE(eventually([&] { return panel.shows(otherColours); }));
 }
 
-TEST_P(PanelWindow, LiesAboveOrdinaryAndFullScreenWindows) {
-  if (isI3()) GTEST_SKIP() << nothingAbove;
+// herbstluftwm 0.9.5 shows each window on one desktop.
+VISTREL_WITH_MANAGERS(WindowManagers, PanelOnEveryDesktop,
+                      managersTestedHereBut({WindowManager::herbstluftwm}));
+
+class PanelAboveOthers : public PanelWindow {};
+
+TEST_P(PanelAboveOthers, LiesAboveOrdinaryAndFullScreenWindows) {
   const PanelOnScreen panel = mirrorOnlySource();
   auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
   activate(film->id());
@@ -135,8 +202,7 @@ TEST_P(PanelWindow, LiesAboveOrdinaryAndFullScreenWindows) {
       << "it came back with the panel";
 }
 
-TEST_P(PanelWindow, FloatsOnAfterAWindowWasFullScreen) {
-  if (isI3()) GTEST_SKIP() << nothingAbove;
+TEST_P(PanelAboveOthers, FloatsOnAfterAWindowWasFullScreen) {
   const PanelOnScreen panel = mirrorOnlySource();
   auto film = openSource({.title = "Film", .picture = Quadrants::uniform(white)});
   activate(film->id());
@@ -156,8 +222,7 @@ TEST_P(PanelWindow, FloatsOnAfterAWindowWasFullScreen) {
   EXPECT_TRUE(floats(panel));
 }
 
-TEST_P(PanelWindow, OpensAboveAFullScreenWindow) {
-  if (isI3()) GTEST_SKIP() << nothingAbove;
+TEST_P(PanelAboveOthers, OpensAboveAFullScreenWindow) {
   startVistrel();
   input_.clickAt(vistrel_->pickerRows(1).front().centre());
   const auto film = openFullScreen();
@@ -168,59 +233,9 @@ TEST_P(PanelWindow, OpensAboveAFullScreenWindow) {
   EXPECT_TRUE(isSeenAbove(panel, *film));
 }
 
-// Such a window is beyond any manager; the panel does not fight for its place, and has it again
-// when the window goes.
-TEST_P(PanelWindow, YieldsToAFullScreenWindowThatIsNotManaged) {
-  const PanelOnScreen panel = mirrorOnlySource();
-  ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
-  const auto saver =
-      openSource({.area = wholeScreen, .picture = Quadrants::uniform(white), .managed = false});
-  EXPECT_TRUE(eventually([&] { return panel.shows(Quadrants::uniform(white)); }));
-  source_->show(otherColours);
-  EXPECT_TRUE(isAbove(connection_, saver->id(), panel.id()));
-  saver->destroy();
-  EXPECT_TRUE(eventually([&] { return panel.shows(otherColours); }));
-}
-
-TEST_P(PanelWindow, NeverTakesTheKeyboard) {
-  startVistrel();
-  const xcb_window_t picker = vistrel_->picker().id();
-  ASSERT_TRUE(eventually([&] { return activeWindow() == picker; }));
-  const PanelOnScreen panel = mirrorRow(0, 1, 1);
-  EXPECT_EQ(activeWindow(), picker) << "opened";
-  activate(source_->id());
-  EXPECT_TRUE(hasKeyboard(*source_));
-
-  ASSERT_TRUE(eventually([&] { return panel.shows(fourColours); }));
-  // awesome 4.3 finds a place of its own for it.
-  const Rect start = GetParam() == WindowManager::awesome
-                         ? panel.area()
-                         : PanelOnScreen::computedArea(sourceArea, firstPanel);
-  ASSERT_TRUE(becomes(panel, start));
-  input_.clickAt(panel.contents().centre());
-  EXPECT_TRUE(hasKeyboard(*source_)) << "clicked";
-  input_.rest(betweenClicks);
-  const Point from = panel.titleBar();
-  input_.drag(from, {from.x + 30, from.y + 30});
-  ASSERT_TRUE(eventually([&] { return panel.area().x == start.x + 30; }));
-  EXPECT_TRUE(hasKeyboard(*source_)) << "dragged";
-  const Point grip = panel.grip();
-  input_.drag(grip, {grip.x + 40, grip.y + 20});
-  ASSERT_TRUE(eventually([&] { return panel.area().width == start.width + 40; }));
-  EXPECT_TRUE(hasKeyboard(*source_)) << "resized";
-  for (const bool rolledUp : {true, false}) {
-    input_.rest(betweenClicks);
-    input_.clickAt(panel.titleBar(), 2);
-    ASSERT_TRUE(eventually(
-        [&] { return (panel.area().height == PanelOnScreen::titleBarHeight) == rolledUp; }));
-    EXPECT_TRUE(hasKeyboard(*source_)) << "rolled up: " << rolledUp;
-  }
-  input_.clickAt(panel.closeButton());
-  vistrel_->panels(0);
-  EXPECT_TRUE(hasKeyboard(*source_)) << "closed";
-}
-
-VISTREL_WITH_MANAGERS(WindowManagers, PanelWindow, managersTestedHere());
+// i3 4.22 and herbstluftwm 0.9.5 keep no window above others.
+VISTREL_WITH_MANAGERS(WindowManagers, PanelAboveOthers,
+                      managersTestedHereBut({WindowManager::i3, WindowManager::herbstluftwm}));
 
 class PanelAmongWindows : public PanelWindow {};
 
@@ -238,17 +253,11 @@ TEST_P(PanelAmongWindows, IsNotOneToSwitchTo) {
   }));
 }
 
-std::vector<WindowManager> managersThatLeaveWindowsOut() {
-  auto managers = managersTestedHere();
-  // icewm 3.3.1 offers windows that are to be left out of taskbars too; the others have other keys.
-  std::erase_if(managers, [](WindowManager each) {
-    return each == WindowManager::icewm || each == WindowManager::i3 ||
-           each == WindowManager::awesome || each == WindowManager::bspwm;
-  });
-  return managers;
-}
-
-VISTREL_WITH_MANAGERS(WindowManagers, PanelAmongWindows, managersThatLeaveWindowsOut());
+// icewm 3.3.1 offers windows that are to be left out of taskbars too; the others have other keys.
+VISTREL_WITH_MANAGERS(WindowManagers, PanelAmongWindows,
+                      managersTestedHereBut({WindowManager::icewm, WindowManager::i3,
+                                             WindowManager::awesome, WindowManager::bspwm,
+                                             WindowManager::herbstluftwm}));
 
 }  // namespace
 }  // namespace vistrel::testbed

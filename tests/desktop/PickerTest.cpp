@@ -126,7 +126,13 @@ TEST_F(Picker, ASecondRequestBringsTheMirrorForward) {
 TEST_F(Picker, ASecondRequestUnrollsTheMirrorWhereItIs) {
   const auto source = openSource();
   const PanelOnScreen panel = mirrorOnlySource();
-  input_.drag(panel.titleBar(), {700, 200});
+  const Rect opened = panel.area();
+  const Point from = panel.titleBar();
+  input_.drag(from, {700, 200});
+  ASSERT_TRUE(eventually([&] {
+    return panel.area() ==
+           Rect{opened.x + 700 - from.x, opened.y + 200 - from.y, opened.width, opened.height};
+  }));
   input_.rest(betweenClicks);
   input_.clickAt({700, 200}, 2);
   ASSERT_TRUE(eventually([&] { return panel.area().height == PanelOnScreen::titleBarHeight; }));

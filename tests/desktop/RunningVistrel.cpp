@@ -46,19 +46,22 @@ ChildProcess::Command RunningVistrel::withStandardError(ChildProcess::Command co
 
 std::vector<xcb_window_t> RunningVistrel::windowsOnScreen() const {
   std::vector<xcb_window_t> windows = windowsOfProcess(*connection_, process_.pid());
-  std::erase_if(windows, [&](xcb_window_t window) { return !isViewable(*connection_, window); });
+  std::erase_if(windows, [&](xcb_window_t window) {
+    return !isViewable(*connection_, window) || isEmbedded(*connection_, window);
+  });
   return windows;
 }
 
-bool RunningVistrel::isFloating(xcb_window_t window) const {
-  return hasState(*connection_, window, "_NET_WM_STATE_ABOVE");
+bool RunningVistrel::isPanel(xcb_window_t window) const {
+  const auto types = connection_->numbers(window, "_NET_WM_WINDOW_TYPE");
+  return std::ranges::count(types, connection_->atom("_NET_WM_WINDOW_TYPE_UTILITY")) > 0;
 }
 
 PickerOnScreen RunningVistrel::picker() const {
   xcb_window_t picker = XCB_WINDOW_NONE;
   waitUntil("the picker", process_, [&] {
     for (const xcb_window_t window : windowsOnScreen()) {
-      if (titleOf(*connection_, window) == "Vistrel" && !isFloating(window)) {
+      if (titleOf(*connection_, window) == "Vistrel" && !isPanel(window)) {
         picker = window;
       }
     }
@@ -79,7 +82,7 @@ std::vector<Rect> RunningVistrel::pickerRows(std::size_t count) const {
 
 std::vector<PanelOnScreen> RunningVistrel::panels() const {
   std::vector<xcb_window_t> windows = windowsOnScreen();
-  std::erase_if(windows, [&](xcb_window_t window) { return !isFloating(window); });
+  std::erase_if(windows, [&](xcb_window_t window) { return !isPanel(window); });
   // A server hands a program its window numbers in ascending order.
   std::ranges::sort(windows);
   std::vector<PanelOnScreen> panels;

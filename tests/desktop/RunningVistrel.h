@@ -48,8 +48,8 @@ class RunningVistrel {
 
  private:
   std::vector<xcb_window_t> windowsOnScreen() const;
-  /// What sets a panel apart from the picker; their titles need not.
-  bool isFloating(xcb_window_t window) const;
+  /// By what the program says of its window; titles need not tell, and managers change states.
+  bool isPanel(xcb_window_t window) const;
 
   const XConnection* connection_;
   double scale_;

@@ -105,7 +105,7 @@ class MixedScales : public DesktopTest {
     const double heldY = (from.y - start.y) / before;
     input_.moveTo(from);
     input_.hold(keyControl);
-    input_.press();
+    input_.beginDrag();
     for (int i = 1; i <= 20; ++i) {
       const Point pointer{from.x + i * step, from.y + i * 3};
       input_.moveTo(pointer);

@@ -13,7 +13,6 @@ const ParkingPlace jwm{"GrowableWithJwm", DisplayServer::growable, WindowManager
 const ParkingPlace metacity{"FixedWithMetacity", DisplayServer::fixed, WindowManager::metacity,
                             false, parkedBelowOthers};
 const ParkingPlace bspwm{"GrowableWithBspwm", DisplayServer::growable, WindowManager::bspwm, false};
-// Has no window on all desktops.
 const ParkingPlace herbstluftwm{"GrowableWithHerbstluftwm", DisplayServer::growable,
                                 WindowManager::herbstluftwm, false};
 
@@ -24,6 +23,20 @@ INSTANTIATE_TEST_SUITE_P(Places, ParkedUnderAnyManager,
                          nameOfPlace);
 INSTANTIATE_TEST_SUITE_P(Places, ParkedOnEveryDesktop,
                          ::testing::Values(awesome, i3, jwm, metacity, bspwm), nameOfPlace);
+
+/// Where no window can be on all desktops.
+class ParkedOnOneDesktop : public Parked {};
+
+TEST_P(ParkedOnOneDesktop, AWindowIsSaidNotToBeDrawnWhileThatIsNotShown) {
+  auto& situations = *bed_.session().providers().sourceSituations;
+  const auto window = open();
+  const ParkedWindow parked(bed_, window->id());
+  EXPECT_EQ(situations.of(window->id()), ordinary);
+  goToDesktop(1);
+  EXPECT_TRUE(eventually([&] { return situations.of(window->id()) == parkedOnHiddenDesktop; }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, ParkedOnOneDesktop, ::testing::Values(herbstluftwm), nameOfPlace);
 
 VISTREL_WITH_FIELD_MANAGERS(BroughtToFrontUnderAnyManager);
 

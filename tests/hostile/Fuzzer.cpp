@@ -53,7 +53,7 @@ void Fuzzer::drainProgram() {
 
 std::string Fuzzer::defect() {
   const auto errors = x11::strayErrors();
-  if (errors.count > 0) return "a request failed: " + errors.last;
+  if (errors.count > 0) return "a request failed: " + errors.first;
   return wrongListing();
 }
 

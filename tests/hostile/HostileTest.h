@@ -31,7 +31,7 @@ class HostileTest : public testing::Test {
 
   void TearDown() override {
     const auto errors = platform::linux_desktop::strayErrors();
-    EXPECT_EQ(errors.count, 0) << errors.last;
+    EXPECT_EQ(errors.count, 0) << errors.first;
   }
 
   testbed::PrivateDisplay display_;

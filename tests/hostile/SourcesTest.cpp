@@ -1,4 +1,5 @@
 #include <array>
+#include <atomic>
 #include <charconv>
 #include <csignal>
 #include <cstring>
@@ -282,6 +283,45 @@ TEST_F(PaintingSources, ThatAreKilledWhileTheyDrawEndTheirStreamAndNothingElse) 
   EXPECT_FALSE(similar(mirror_.colourAt(0.5, 0.125, sourceArea), black, 8))
       << "the last picture is gone";
   expectStillWorking();
+}
+
+// It goes before the server is asked what the frame's changes are: they are what is left of it
+// then.
+TEST_F(Sources, ThatGoPartByPartWhileAFrameIsTakenKeepAPictureOfTheWhole) {
+  auto* const xcb = connection_.get();
+  const auto makeIn = [&](xcb_window_t parent, Rect area, std::uint32_t colour) {
+    const xcb_window_t window = xcb_generate_id(xcb);
+    xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, parent, static_cast<std::int16_t>(area.x),
+                      static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
+                      static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &colour);
+    xcb_map_window(xcb, window);
+    return window;
+  };
+  const auto& screen = connection_.screen();
+  const RawSource frame(connection_, {});
+  const auto client = makeIn(frame.id(), {0, 0, 200, 160}, screen.black_pixel);
+  const auto part = makeIn(client, {0, 0, 100, 80}, screen.white_pixel);
+  const auto other = makeIn(client, {100, 80, 100, 80}, screen.white_pixel);
+  connection_.sync();
+  std::atomic<bool> isGoing = false;
+  mirror_.doBeforeTaking([&] {
+    if (!isGoing.exchange(false)) return;
+    xcb_destroy_window(xcb, part);
+    xcb_destroy_window(xcb, client);
+    connection_.sync();
+  });
+  mirror_.start(client);
+  ASSERT_TRUE(eventuallyShows(frame, {white, black, black, white}));
+  mirror_.settle();
+  isGoing = true;
+  xcb_change_window_attributes(xcb, other, XCB_CW_BACK_PIXEL, &screen.black_pixel);
+  xcb_clear_area(xcb, 0, other, 0, 0, 0, 0);
+  connection_.sync();
+  EXPECT_TRUE(testbed::eventually([&] { return mirror_.ends() == 1; }));
+  mirror_.turn();
+  mirror_.settle();
+  EXPECT_TRUE(similar(mirror_.colourAt(0.25, 0.25, frame.area()), white, 8));
 }
 
 testbed::PrivateDisplay::Options screenOfDepth(int depth) {

@@ -1,4 +1,5 @@
 #include <memory>
+#include <stdexcept>
 
 #include "platform/linux/x11/server/Connection.h"
 #include "platform/linux/x11/source/Subwindows.h"
@@ -34,6 +35,14 @@ class Subwindows : public HostileTest {
   void unmap(xcb_window_t window) {
     xcb_unmap_window(connection_.get(), window);
     connection_.sync();
+  }
+  /// What of a window `ours_` listens to; throws where there is no such window.
+  xcb_event_mask_t ownMaskOf(xcb_window_t window) const {
+    const testbed::XReply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(ours_->xcb(),
+                                        xcb_get_window_attributes(ours_->xcb(), window), nullptr));
+    if (!attributes) throw std::runtime_error("the window has gone");
+    return static_cast<xcb_event_mask_t>(attributes->your_event_mask);
   }
   /// Whether they have noticed a loss, once all has been heard that has happened.
   bool hasLoss() {
@@ -80,6 +89,30 @@ TEST_F(Subwindows, AreNotMissedWhereTheClientItselfGoes) {
   EXPECT_FALSE(hasLoss());
 }
 
+TEST_F(Subwindows, AreMissedAsWellWhenTheyAreWatchedAgain) {
+  const auto form = makeIn(source_.id());
+  const auto button = makeIn(form);
+  subwindows_.watch(source_.id());
+  EXPECT_FALSE(hasLoss());
+  subwindows_.watch(source_.id());
+  unmap(button);
+  EXPECT_TRUE(hasLoss());
+}
+
+TEST_F(Subwindows, AreLeftAloneOnceTheyAreWatchedNoLonger) {
+  const auto moved = makeIn(source_.id());
+  const auto stays = makeIn(source_.id());
+  {
+    platform::linux_desktop::Subwindows others(*ours_);
+    others.watch(source_.id());
+    xcb_reparent_window(connection_.get(), moved, connection_.root(), 0, 0);
+    connection_.sync();
+    others.watch(source_.id());
+  }
+  EXPECT_EQ(ownMaskOf(moved), XCB_EVENT_MASK_NO_EVENT);
+  EXPECT_EQ(ownMaskOf(stays), XCB_EVENT_MASK_NO_EVENT);
+}
+
 TEST_F(Subwindows, ThatAreListenedToForAnotherReasonGoOnBeingSo) {
   const auto before = makeIn(source_.id());
   const auto after = makeIn(source_.id());
@@ -94,11 +127,7 @@ TEST_F(Subwindows, ThatAreListenedToForAnotherReasonGoOnBeingSo) {
     listen(after);
   }
   for (const auto window : {before, after}) {
-    const testbed::XReply<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(ours_->xcb(),
-                                        xcb_get_window_attributes(ours_->xcb(), window), nullptr));
-    ASSERT_TRUE(attributes);
-    EXPECT_EQ(attributes->your_event_mask, std::uint32_t{XCB_EVENT_MASK_PROPERTY_CHANGE});
+    EXPECT_EQ(ownMaskOf(window), XCB_EVENT_MASK_PROPERTY_CHANGE);
   }
 }
 

@@ -4,15 +4,13 @@ of libc++ 16 and the C headers of musl, which are the closest to Apple's that De
 import pathlib
 
 LLVM = pathlib.Path("/usr/lib/llvm-16")
+CXX_HEADERS = LLVM / "include/c++/v1"
+C_HEADERS = pathlib.Path("/usr/include/x86_64-linux-musl")
 ARCHITECTURES = ("arm64", "x86_64")
 
-
-def flags(architecture):
-    """Compiler flags without those for warnings and for our own folders."""
-    return [
-        "-target", f"{architecture}-apple-macosx13.0", "-x", "objective-c++", "-std=c++20",
-        "-fobjc-arc", "-fblocks", "-nostdinc++", "-nostdlibinc",
-        # On macOS the C library shows everything of POSIX without being asked.
-        "-D_GNU_SOURCE",
-        "-isystem", str(LLVM / "include/c++/v1"), "-isystem", "/usr/include/x86_64-linux-musl",
-    ]
+# For reading declarations; toolchain.cmake has those for compiling.
+FLAGS = [
+    "-target", "arm64-apple-macosx13.0", "-x", "objective-c++", "-std=c++20", "-fobjc-arc",
+    "-fblocks", "-nostdinc++", "-nostdlibinc", "-D_GNU_SOURCE",
+    "-isystem", str(CXX_HEADERS), "-isystem", str(C_HEADERS),
+]

@@ -35,8 +35,9 @@ def type_disagreements(name, declared, known):
 
 def disagreements(name, declared, known):
     """What one declaration says differently from the SDK."""
-    if "since" in known and version(known["since"]) > DEPLOYMENT_TARGET:
-        yield f"{name}: not before macOS {known['since']}"
+    is_newer = "since" in known and version(known["since"]) > DEPLOYMENT_TARGET
+    if is_newer and "since" not in declared:
+        yield f"{name}: does not say that it is not before macOS {known['since']}"
     for field, ours in declared.items():
         theirs = known.get(field)
         if field == "types":

@@ -1,17 +1,39 @@
 #!/usr/bin/python3
-"""The checks of the macOS sources on small made-up inputs: what they let pass and what they catch."""
+"""The checks of the macOS sources on small made-up inputs: what they let pass and what they catch.
 
+usage: checks_can_fail_test.py BUILD [arguments of unittest]
+
+BUILD is where the program for macOS was built.
+"""
+
+import functools
+import json
 import pathlib
+import plistlib
+import shlex
+import shutil
+import subprocess
+import sys
 import tempfile
 import textwrap
 import unittest
 
 import apple_target
+import check_bundle
 from check_declarations import compare, unfounded
 from sdk_declarations import UnreadableDeclarations, declared_facts
-from type_check import compiler_complaints
 
-PROJECT = pathlib.Path(__file__).resolve().parents[2]
+LINKED = ["-fuse-ld=lld", "-lobjc",
+          *(f"-Wl,-framework,{name}" for name in sorted(check_bundle.FRAMEWORKS))]
+
+
+@functools.cache
+def compiler_command():
+    """How the build compiles Objective-C++, without the names of files."""
+    commands = json.loads((BUILD / "compile_commands.json").read_text(encoding="utf-8"))
+    command = next(entry for entry in commands if entry["file"].endswith(".mm"))
+    words = shlex.split(command["command"])
+    return words[:words.index("-o")]
 
 DECLARATIONS = """
     @class Lamp, Room;
@@ -115,7 +137,18 @@ class DeclarationsTest(unittest.TestCase):
     def test_what_is_newer_than_the_deployment_target_is_caught(self):
         name = "method -[Lamp isLit]"
         facts = {**FACTS, name: {"types": ["bool"], "since": "14.2"}}
-        self.assertEqual(self.disagreements(DECLARATIONS, facts), [f"{name}: not before macOS 14.2"])
+        self.assertEqual(self.disagreements(DECLARATIONS, facts),
+                         [f"{name}: does not say that it is not before macOS 14.2"])
+
+    def test_what_is_newer_passes_when_it_says_so(self):
+        facts = {**FACTS, "method -[Lamp shineInRoom:color:]":
+                 {"types": ["void", "Room*", "long"], "since": "14.2"}}
+        right = "color:(LampColor)color;"
+        marked = 'color:(LampColor)color __attribute__((availability(macos, introduced=%s)));'
+        self.assertEqual(self.disagreements(DECLARATIONS.replace(right, marked % "14.2"), facts), [])
+        self.assertEqual(
+            self.disagreements(DECLARATIONS.replace(right, marked % "14.0"), facts),
+            ["method -[Lamp shineInRoom:color:]: since is 14.0 here, 14.2 in the SDK"])
 
     def test_an_unknown_name_passes_as_an_exception_alone(self):
         facts = {name: fact for name, fact in FACTS.items() if name != "class Thing"}
@@ -150,27 +183,40 @@ class LookedUpFactsTest(unittest.TestCase):
                          ["class Lamp: looked up, though the table has it"])
 
 
-class TypeCheckTest(unittest.TestCase):
-    def complaints(self, source):
+class CompilerTest(unittest.TestCase):
+    """Sources compiled and linked by the commands of the real build, for both architectures."""
+
+    def output(self, source, *, linked=False, also=()):
+        """What compiler and linker print; empty when they are content."""
         with tempfile.TemporaryDirectory() as folder:
             file = pathlib.Path(folder, "Peer.mm")
             file.write_text(source, encoding="utf-8")
-            return [compiler_complaints(PROJECT, file, architecture)
-                    for architecture in apple_target.ARCHITECTURES]
+            made = pathlib.Path(folder, "made")
+            command = [*compiler_command(), *also, "-o", made, file,
+                       *(LINKED if linked else ["-c"])]
+            ran = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                 text=True, check=False)
+            self.assertEqual(ran.returncode == 0, not ran.stdout, ran.stdout)
+            self.assertEqual(ran.returncode == 0, made.exists())
+            return ran.stdout
 
-    def assert_caught(self, source, complaint):
-        for text in self.complaints(source):
-            self.assertIn(complaint, text)
+    def assert_caught(self, source, complaint, **how):
+        self.assertIn(complaint, self.output(source, **how))
 
     def test_a_source_that_keeps_to_the_declarations_passes(self):
         source = ('#import <AppKit/AppKit.h>\n#include "platform/Geometry.h"\n'
                   "void show(NSPanel* panel) { [panel orderFrontRegardless]; }\n")
-        self.assertEqual(self.complaints(source), ["", ""])
+        self.assertEqual(self.output(source), "")
 
     def test_an_undeclared_method_is_caught(self):
         self.assert_caught("#import <AppKit/AppKit.h>\n"
                            "void show(NSPanel* panel) { [panel orderFrontSomehow]; }\n",
                            "no visible @interface for 'NSPanel' declares the selector")
+
+    def test_an_undeclared_selector_is_caught(self):
+        self.assert_caught("#import <AppKit/AppKit.h>\n"
+                           "void aim(NSButton* button) { button.action = @selector(openSomehow:); }\n",
+                           "undeclared selector 'openSomehow:'")
 
     def test_an_undeclared_class_is_caught(self):
         self.assert_caught("#import <AppKit/AppKit.h>\nNSDrawer* drawer;\n", "'NSDrawer'")
@@ -189,6 +235,98 @@ class TypeCheckTest(unittest.TestCase):
                            "void show(CALayer* layer, CGImageRef image) { layer.contents = (id)image; }"
                            "\n", "requires a bridged cast")
 
+    def test_something_newer_is_caught_where_nobody_asks_for_it(self):
+        newer = ("#import <Foundation/Foundation.h>\n"
+                 "@interface NSDate ()\n- (void)shift API_AVAILABLE(macos(14.0));\n@end\n")
+        self.assert_caught(newer + "void move(NSDate* date) { [date shift]; }\n",
+                           "'shift' is only available on macOS 14.0 or newer")
+        self.assertEqual(self.output(
+            newer + "void move(NSDate* date) { if (@available(macOS 14.0, *)) [date shift]; }\n"), "")
+
+    def test_a_program_of_what_is_declared_links(self):
+        self.assertEqual(self.output(
+            "#import <AppKit/AppKit.h>\n#include <string>\n"
+            "int main(int count, char**) {\n"
+            "  return NSPanel.class && CGMainDisplayID() && !std::to_string(count).empty();\n}\n",
+            linked=True), "")
+
+    def test_an_invented_function_is_caught(self):
+        self.assert_caught('extern "C" int CGMainDisplayMood(void);\n'
+                           "int main() { return CGMainDisplayMood(); }\n",
+                           "undefined symbol for arch arm64: CGMainDisplayMood", linked=True)
+
+    def test_an_invented_function_of_the_cxx_library_is_caught(self):
+        self.assert_caught("namespace std { inline namespace __1 { void to_mood(int); } }\n"
+                           "int main() { std::to_mood(1); }\n",
+                           "undefined symbol for arch arm64: std::__1::to_mood(int)", linked=True)
+
+    def test_an_invented_class_is_caught(self):
+        self.assert_caught("#import <AppKit/AppKit.h>\n@interface NSMood : NSObject\n@end\n"
+                           "int main() { return NSMood.class != nil; }\n",
+                           "undefined symbol for arch arm64: OBJC_CLASS_$_NSMood", linked=True)
+
+
+class BundleTest(unittest.TestCase):
+    """Faults in copies of the bundle that the build has made."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.bundle = pathlib.Path(folder.name, "Vistrel.app")
+        shutil.copytree(BUILD / "Vistrel.app", self.bundle)
+        information = plistlib.loads((self.bundle / "Contents/Info.plist").read_bytes())
+        self.version = information["CFBundleVersion"]
+
+    def complaints(self):
+        return list(check_bundle.complaints(self.bundle, self.version))
+
+    def change_information(self, change):
+        file = self.bundle / "Contents/Info.plist"
+        information = plistlib.loads(file.read_bytes())
+        change(information)
+        file.write_bytes(plistlib.dumps(information))
+
+    def test_the_bundle_passes(self):
+        self.assertEqual(self.complaints(), [])
+
+    def test_a_missing_key_is_caught(self):
+        self.change_information(lambda information: information.pop("LSMinimumSystemVersion"))
+        self.assertEqual(self.complaints(),
+                         ["Info.plist: LSMinimumSystemVersion is None, not '13.0'"])
+
+    def test_a_key_that_nobody_knows_is_caught(self):
+        self.change_information(lambda information: information.update(LSMood="good"))
+        self.assertEqual(self.complaints(), ["Info.plist: LSMood is 'good', not None"])
+
+    def test_another_version_is_caught(self):
+        self.version = "0.9"
+        self.assertEqual(len(self.complaints()), 2)
+
+    def test_a_missing_icon_is_caught(self):
+        (self.bundle / "Contents/Resources/vistrel.icns").unlink()
+        self.assertEqual(self.complaints(),
+                         ["holds [] too much and not ['Resources/vistrel.icns']"])
+
+    def test_a_missing_architecture_is_caught(self):
+        executable = self.bundle / "Contents/MacOS/Vistrel"
+        check_bundle.output_of("llvm-lipo", executable, "-thin", "arm64", "-output", executable)
+        self.assertEqual(self.complaints(), ["Vistrel is for ['arm64']"])
+
+    def test_another_oldest_system_and_a_missing_framework_are_caught(self):
+        with tempfile.TemporaryDirectory() as folder:
+            source = pathlib.Path(folder, "main.mm")
+            source.write_text("int main() {}\n", encoding="utf-8")
+            subprocess.run([*compiler_command(), "-mmacosx-version-min=14.0", source, "-o",
+                            self.bundle / "Contents/MacOS/Vistrel", *LINKED[:-1]], check=True)
+        complaints = "\n".join(self.complaints())
+        for architecture in apple_target.ARCHITECTURES:
+            self.assertIn(f"{architecture}: oldest system is 14.0", complaints)
+            self.assertIn(f"{architecture}: links [] beside what is expected, and not "
+                          "['ScreenCaptureKit'", complaints)
+
 
 if __name__ == "__main__":
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    BUILD = pathlib.Path(sys.argv.pop(1))
     unittest.main()

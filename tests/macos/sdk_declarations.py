@@ -8,11 +8,13 @@ A fact has a name ("class NSPanel", "method -[NSView layout]", "function CMTimeM
   type        of a constant that is a variable
   value       of an enumerator
   fields      of a struct, in order
+  since       the system that brought it, where the declaration or that of its class names one
 
 Types are spelled canonically, see `canonical_type`. In facts about the SDK a type may be None where
 the public descriptions are silent.
 """
 
+import ctypes
 import pathlib
 import re
 
@@ -59,7 +61,7 @@ def parse(folder):
     headers = sorted(header.relative_to(folder) for header in folder.glob("*/*.h"))
     source = "".join(f"#import <{header}>\n" for header in headers)
     unit = clang.cindex.Index.create().parse(
-        "declarations.mm", args=[*apple_target.flags("arm64"), "-I", str(folder)],
+        "declarations.mm", args=[*apple_target.FLAGS, "-I", str(folder)],
         unsaved_files=[("declarations.mm", source)])
     errors = [str(message) for message in unit.diagnostics if message.severity >= 3]
     if errors:
@@ -101,6 +103,27 @@ def typedefs_of(unit):
     return names
 
 
+class _Version(ctypes.Structure):
+    _fields_ = [(name, ctypes.c_int) for name in ("major", "minor", "subminor")]
+
+
+class _Availability(ctypes.Structure):
+    """CXPlatformAvailability, which the Python bindings leave out."""
+    _fields_ = [("platform", clang.cindex._CXString), ("introduced", _Version),
+                ("deprecated", _Version), ("obsoleted", _Version), ("unavailable", ctypes.c_int),
+                ("message", clang.cindex._CXString)]
+
+
+def introduced_in(cursor):
+    """The system that a declaration says has brought it, as in "14.0"; None when it says nothing."""
+    found = _Availability()
+    count = clang.cindex.conf.lib.clang_getCursorPlatformAvailability(
+        cursor, None, None, None, None, ctypes.byref(found), 1)
+    if count == 0 or found.introduced.major < 0:
+        return None
+    return f"{found.introduced.major}.{max(found.introduced.minor, 0)}"
+
+
 class _Collector:
     """Turns the declarations of one unit into facts."""
 
@@ -113,17 +136,17 @@ class _Collector:
 
     def _collect(self, cursor):
         if kind_of(cursor) == CursorKind.OBJC_INTERFACE_DECL:
-            self.facts[f"class {cursor.spelling}"] = {"superclass": _superclass(cursor)}
+            self._add(f"class {cursor.spelling}", {"superclass": _superclass(cursor)}, cursor)
             self._collect_methods(cursor, cursor.spelling)
         elif kind_of(cursor) == CursorKind.OBJC_CATEGORY_DECL:
             self._collect_methods(cursor, _extended_class(cursor))
         elif kind_of(cursor) == CursorKind.OBJC_PROTOCOL_DECL:
-            self.facts[f"protocol {cursor.spelling}"] = {}
+            self._add(f"protocol {cursor.spelling}", {}, cursor)
             self._collect_methods(cursor, cursor.spelling)
         elif kind_of(cursor) == CursorKind.FUNCTION_DECL:
-            self.facts[f"function {cursor.spelling}"] = {"types": self._signature(cursor)}
+            self._add(f"function {cursor.spelling}", {"types": self._signature(cursor)}, cursor)
         elif kind_of(cursor) == CursorKind.VAR_DECL:
-            self.facts[f"constant {cursor.spelling}"] = {"type": self._type(cursor.type)}
+            self._add(f"constant {cursor.spelling}", {"type": self._type(cursor.type)}, cursor)
         elif kind_of(cursor) == CursorKind.ENUM_DECL:
             self._collect_enumerators(cursor)
         elif kind_of(cursor) == CursorKind.STRUCT_DECL and cursor.is_definition():
@@ -135,12 +158,17 @@ class _Collector:
         for method in container.get_children():
             if sign := METHOD_SIGNS.get(kind_of(method)):
                 name = f"method {sign}[{owner} {method.spelling}]"
-                self.facts[name] = {"types": self._signature(method)}
+                self._add(name, {"types": self._signature(method)}, method, container)
 
     def _collect_enumerators(self, cursor):
         for enumerator in cursor.get_children():
             if kind_of(enumerator) == CursorKind.ENUM_CONSTANT_DECL:
-                self.facts[f"constant {enumerator.spelling}"] = {"value": enumerator.enum_value}
+                self._add(f"constant {enumerator.spelling}", {"value": enumerator.enum_value},
+                          enumerator, cursor)
+
+    def _add(self, name, fact, cursor, container=None):
+        since = introduced_in(cursor) or (container and introduced_in(container))
+        self.facts[name] = {**fact, "since": since} if since else fact
 
     def _signature(self, cursor):
         return [self._type(cursor.result_type),
@@ -165,3 +193,20 @@ def declared_facts(folder):
     """What the headers below `folder` claim about the SDK, by name."""
     folder = pathlib.Path(folder).resolve()
     return _Collector(parse(folder), folder).facts
+
+
+def declared_symbols(folder):
+    """By folder below `folder`: the classes that its headers declare, and the linker's names of
+    their functions and variables."""
+    folder = pathlib.Path(folder).resolve()
+    found = {}
+    for cursor in top_level(parse(folder).cursor):
+        file = cursor.location.file and pathlib.Path(cursor.location.file.name)
+        if not file or not file.is_relative_to(folder):
+            continue
+        classes, symbols = found.setdefault(file.parent.name, (set(), set()))
+        if kind_of(cursor) == CursorKind.OBJC_INTERFACE_DECL:
+            classes.add(cursor.spelling)
+        elif kind_of(cursor) in (CursorKind.FUNCTION_DECL, CursorKind.VAR_DECL):
+            symbols.add(cursor.mangled_name)
+    return found

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/Controls.h"
+#include "platform/Window.h"
+#include "platform/simulated/SimulatedBackend.h"
 
 namespace vistrel::platform {
 namespace {
@@ -140,6 +142,17 @@ TEST_F(TableViewTest, KeepsItsSelectionOverAReloadWhileTheRowIsThere) {
   rows_->texts = {"a"};
   table_->reloadData();
   EXPECT_EQ(table_->selectedRow(), -1);
+}
+
+TEST_F(TableViewTest, HasTheSelectionOfADesktopThatKeepsItWhileItIsInAWindow) {
+  simulated::SimulatedBackend desktop;
+  desktop.windows().setSelectedRow(2);
+  table_->personDidSelectRow(1);
+  EXPECT_EQ(table_->selectedRow(), 1);
+  const auto window =
+      makeOwnedByMain<Window>(rect(0, 0, 100, 100), styleTitled, BackingStore::buffered, false);
+  window->contentView()->addSubview(table_);
+  EXPECT_EQ(table_->selectedRow(), 2);
 }
 
 TEST_F(TableViewTest, SelectsNothingOutsideItsRows) {

@@ -25,11 +25,14 @@ void InputDriver::release(Button button) {
 
 void InputDriver::click(int count, Button button) {
   inOneGo([&] {
+    // Nothing else is served meanwhile.
+    xcb_grab_server(connection_->get());
     for (int i = 0; i < count; ++i) {
       if (i > 0) rest(betweenPresses);
       press(button);
       release(button);
     }
+    xcb_ungrab_server(connection_->get());
   });
 }
 
@@ -38,9 +41,15 @@ void InputDriver::clickAt(Point point, int count, Button button) {
   click(count, button);
 }
 
+void InputDriver::beginDrag() {
+  constexpr std::uint32_t beforeMoving = 100;
+  press();
+  rest(beforeMoving);
+}
+
 void InputDriver::drag(Point from, Point to, int steps) {
   moveTo(from);
-  press();
+  beginDrag();
   glide(from, to, steps);
   release();
 }

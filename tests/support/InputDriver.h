@@ -35,9 +35,14 @@ class InputDriver {
     deliver();
   }
 
-  /// Clicks where the pointer is, `count` times, fast enough for a double-click.
+  /// Clicks where the pointer is, `count` times, fast enough for a double-click also where the
+  /// server has much to do for others.
   void click(int count = 1, Button button = Button::left);
   void clickAt(Point point, int count = 1, Button button = Button::left);
+  /// Presses where the pointer is and rests a moment, as a hand does before it moves. A manager may
+  /// hold a press back until it has dealt with it (a synchronous grab), and the server takes what
+  /// moves meanwhile for having moved before.
+  void beginDrag();
   /// Presses at `from`, moves to `to` in `steps` straight steps, and releases there.
   void drag(Point from, Point to, int steps = 8);
   /// Moves from `from` to `to` in `steps` straight steps.

@@ -33,6 +33,13 @@ session.screen0.workspaces: 4
 // Else the style has a program look for another one that paints a wallpaper, and ask the person.
 constexpr auto fluxboxOverlay = "background: unset\n";
 
+// A window that the pointer enters would have the keyboard, and one without decorations some.
+constexpr auto awesomeRc = R"(dofile("/etc/xdg/awesome/rc.lua")
+table.insert(require("awful.rules").rules,
+             {rule = {}, properties = {titlebars_enabled = false, border_width = 0}})
+require("awful.ewmh").add_activate_filter(function() return false end, "mouse_enter")
+)";
+
 // A desktop lasts as long as there is something on it.
 constexpr auto i3Config = R"(# i3 config file (v4)
 font pango:DejaVu Sans 10
@@ -72,6 +79,8 @@ void configure(WindowManager manager, const fs::path& home) {
     case WindowManager::fluxbox:
       write(home / ".fluxbox/init", fluxboxInit);
       return write(home / ".fluxbox/overlay", fluxboxOverlay);
+    case WindowManager::awesome:
+      return write(config / "awesome/rc.lua", awesomeRc);
     case WindowManager::i3:
       return write(config / "i3/config", i3Config);
     case WindowManager::jwm:
@@ -86,7 +95,6 @@ void configure(WindowManager manager, const fs::path& home) {
     case WindowManager::xfwm4Compositing:
     case WindowManager::mutter:
     case WindowManager::marco:
-    case WindowManager::awesome:
     case WindowManager::metacity:
       break;
   }

@@ -40,7 +40,7 @@ inline constexpr WindowManager windowManagers[] = {WindowManager::openbox, Windo
 inline constexpr WindowManager furtherWindowManagers[] = {
     WindowManager::kwin, WindowManager::kwinCompositing, WindowManager::marco, WindowManager::icewm,
     WindowManager::fluxbox};
-/// Those that scripts/test-deep alone installs and runs tests with.
+/// Those that scripts/test-field alone installs and runs tests with.
 inline constexpr WindowManager fieldWindowManagers[] = {
     WindowManager::awesome,  WindowManager::i3,    WindowManager::jwm,
     WindowManager::metacity, WindowManager::bspwm, WindowManager::herbstluftwm};

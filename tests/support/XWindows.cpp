@@ -54,6 +54,10 @@ bool isUnmanaged(const XConnection& connection, xcb_window_t window) {
   return attributes && attributes->override_redirect != 0;
 }
 
+bool isEmbedded(const XConnection& connection, xcb_window_t window) {
+  return isUnmanaged(connection, window) && topLevelOf(connection, window) != window;
+}
+
 std::optional<Rect> areaOf(const XConnection& connection, xcb_window_t window) {
   const auto geometryCookie = xcb_get_geometry(connection.get(), window);
   const auto originCookie =

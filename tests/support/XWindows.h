@@ -22,6 +22,8 @@ std::vector<xcb_window_t> windowsOfProcess(const XConnection& connection, pid_t 
 bool isViewable(const XConnection& connection, xcb_window_t window);
 /// Whether it is none of the window manager's business, as a menu is (override-redirect).
 bool isUnmanaged(const XConnection& connection, xcb_window_t window);
+/// Whether it is a part of another program's window, as an icon in a tray is.
+bool isEmbedded(const XConnection& connection, xcb_window_t window);
 /// Its area without its border, in root coordinates.
 std::optional<Rect> areaOf(const XConnection& connection, xcb_window_t window);
 /// The window's title, UTF-8 (_NET_WM_NAME).

@@ -10,6 +10,8 @@ enum class SourceSituation {
   ordinary,
   /// On a desktop that is not shown, where nothing draws it, so that its picture stands.
   onHiddenDesktop,
+  /// The same though it is kept awake: the manager has it on one desktop.
+  parkedOnHiddenDesktop,
   /// Kept awake, but in sight: below all other windows, where the manager lets none leave the
   /// screen.
   parkedBelowOthers,

@@ -53,14 +53,15 @@ void setCommand(const std::shared_ptr<MenuItem>& item, NSMenuItem* line) {
   }
 }
 
-/// AppKit enables a line whose action somebody performs: our command, or an object of the responder
-/// chain, which may know better. So a disabled item is one without an action.
+/// Most menus enable a line by themselves when somebody performs its action: our command, or an
+/// object of the responder chain, which may know better. So a disabled item has no action.
 NSMenuItem* makeLine(const std::shared_ptr<MenuItem>& item) {
   if (item->isSeparatorItem()) return [NSMenuItem separatorItem];
   NSMenuItem* const line =
       [[NSMenuItem alloc] initWithTitle:macos::nsString(item->title())
                                  action:nil
                           keyEquivalent:macos::nsString(item->keyEquivalent())];
+  line.enabled = item->isEnabled();
   line.state = static_cast<NSControlStateValue>(item->state());
   line.tag = item->tag();
   if (!item->isEnabled()) return line;
@@ -159,15 +160,20 @@ NSMenu* makeMenu(const std::shared_ptr<Menu>& menu) {
   VLMenuFiller* const filler = [[VLMenuFiller alloc] initWithMenu:menu shownBy:shown];
   // The menu holds its delegate weakly, and a copy of it has no filler.
   objc_setAssociatedObject(shown, &fillerKey, filler, OBJC_ASSOCIATION_RETAIN_NONATOMIC);
-  if (menu->delegate()) shown.delegate = filler;
+  if (menu->delegate()) {
+    shown.delegate = filler;
+    // Lines may come while the menu is open, when AppKit has looked which of them to enable.
+    shown.autoenablesItems = NO;
+  }
   return shown;
 }
 
 NSMenu* submenuShowing(const Menu& menu, NSMenu* bar) {
   for (NSMenuItem* line in bar.itemArray) {
-    if (line.submenu == nil) continue;
-    VLMenuFiller* const filler = objc_getAssociatedObject(line.submenu, &fillerKey);
-    if ([filler isForMenu:menu]) return line.submenu;
+    NSMenu* const submenu = line.submenu;
+    if (submenu == nil) continue;
+    VLMenuFiller* const filler = objc_getAssociatedObject(submenu, &fillerKey);
+    if ([filler isForMenu:menu]) return submenu;
   }
   return nil;
 }

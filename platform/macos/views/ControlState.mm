@@ -19,6 +19,7 @@ void applyLabel(const Label& label, NSTextField* target) {
   target.alignment = nsTextAlignment(label.alignment());
   target.lineBreakMode = static_cast<NSLineBreakMode>(label.lineBreakMode());
   target.maximumNumberOfLines = label.maximumNumberOfLines();
+  if (!label.identifier().empty()) target.identifier = nsString(label.identifier());
 }
 
 NSAttributedString* attributedTitle(const std::string& title, const TextStyle& style) {

@@ -73,13 +73,6 @@ void dressAgain(const TableCellView& cell, VLTableCellView* realized) {
   return reused;
 }
 
-- (void)tableViewSelectionDidChange:(NSNotification*)notification {
-  NSTableView* tableView = notification.object;
-  if (const auto table = _table.lock()) {
-    table->personDidSelectRow(static_cast<int>(tableView.selectedRow));
-  }
-}
-
 - (void)rowWasDoubleClicked:(nullable id)__unused sender {
   if (const auto table = _table.lock()) table->personDidDoubleClick();
 }
@@ -99,6 +92,9 @@ void dressAgain(const TableCellView& cell, VLTableCellView* realized) {
     added.title = macos::nsString(column.title);
     added.width = column.width;
     [self addTableColumn:added];
+  }
+  if (!table->tableColumns().empty()) {
+    self.accessibilityLabel = macos::nsString(table->tableColumns().front().title);
   }
   if (!table->hasHeaderView()) self.headerView = nil;
   self.rowHeight = table->rowHeight();

@@ -209,11 +209,6 @@ NSCursor* nsCursor(Cursor cursor) {
   self.action = @selector(buttonClicked:);
 }
 
-/// Panels float over other programs, which stay active: no click is spent on activating this one.
-- (BOOL)acceptsFirstMouse:(nullable NSEvent*)__unused event {
-  return (self.window.styleMask & NSWindowStyleMaskNonactivatingPanel) != 0;
-}
-
 - (void)buttonClicked:(nullable id)__unused sender {
   if (const auto button = _button.lock()) button->performClick();
 }

@@ -4,6 +4,7 @@
 #include "platform/macos/views/ControlState.h"
 #include "platform/macos/views/LayerState.h"
 #include "platform/macos/views/LayoutConstraints.h"
+#include "platform/macos/views/StatusAnnouncement.h"
 #include "platform/macos/views/TableViews.h"
 
 namespace vistrel::platform::macos {
@@ -34,13 +35,14 @@ NSView* ViewTree::realize(View& root) {
 void ViewTree::viewDidChange(View& view, ViewChange change) {
   NSView* realized = realizedView(view);
   if (realized == nil) return;
+  announceStatus(view, realized);
   switch (change) {
     case ViewChange::geometry:
       return applyGeometry(view, realized);
     case ViewChange::hierarchy:
       syncSubviews(view, realized);
-      syncConstraints(view);
-      return giveUpViewsOutside(view.window());
+      giveUpViewsOutside(view.window());
+      return syncConstraints(view);  // with what is left: AppKit raises for views outside
     case ViewChange::appearance:
       return applyAppearance(view, realized);
     case ViewChange::constraints:

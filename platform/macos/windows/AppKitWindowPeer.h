@@ -38,6 +38,7 @@ class AppKitWindowPeer final : public WindowPeer {
   void miniaturize() override;
   void close() override;
   std::optional<Rect> adoptAutosavedFrame(const std::string& name) override;
+  std::optional<int> selectedRow(const TableView& table) const override;
 
   // What AppKit asks and tells.
 

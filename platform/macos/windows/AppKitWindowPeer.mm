@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/Controls.h"
 #include "platform/macos/Conversions.h"
 
 using vistrel::platform::macos::AppKitWindowPeer;
@@ -141,9 +142,15 @@ std::optional<Point> AppKitWindowPeer::center() {
 
 void AppKitWindowPeer::frameDidChange(Redisplay redisplay, FrameChange change) {
   const Telling telling(*this);
-  [shown_ setFrame:cgRect(window_.frame())
-           display:redisplay == Redisplay::atOnce
-           animate:change == FrameChange::animated];
+  const Rect& frame = window_.frame();
+  const bool displays = redisplay == Redisplay::atOnce;
+  if (change == FrameChange::animated) {
+    [shown_ setFrame:cgRect(frame) display:displays animate:YES];
+  } else if (displays || frame.size != coreRect(shown_.frame).size) {
+    [shown_ setFrame:cgRect(frame) display:displays];
+  } else {
+    [shown_ setFrameOrigin:cgPoint(frame.origin)];
+  }
 }
 
 void AppKitWindowPeer::propertiesDidChange() {
@@ -207,6 +214,12 @@ std::optional<Rect> AppKitWindowPeer::adoptAutosavedFrame(const std::string& nam
   [shown_ setFrameAutosaveName:nsString(name)];
   if (!restored) return std::nullopt;
   return coreRect(shown_.frame);
+}
+
+std::optional<int> AppKitWindowPeer::selectedRow(const TableView& table) const {
+  NSTableView* realized = static_cast<NSTableView*>(tree_.realizedView(table));
+  if (realized == nil) return std::nullopt;
+  return static_cast<int>(realized.selectedRow);
 }
 
 void AppKitWindowPeer::shownDidReport(Report report) {

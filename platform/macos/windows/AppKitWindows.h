@@ -4,7 +4,7 @@
 
 namespace vistrel::platform::macos {
 
-/// Windows, screens and alerts of AppKit. Main thread, but for the screens, which any may ask for.
+/// Windows, screens and alerts of AppKit. Main thread.
 class AppKitWindows final : public WindowBackend {
  public:
   std::unique_ptr<WindowPeer> makePeer(Window& window, bool isPanel) override;

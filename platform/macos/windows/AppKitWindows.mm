@@ -9,8 +9,6 @@
 
 namespace vistrel::platform::macos {
 
-static_assert(alertFirstButtonReturn == NSAlertFirstButtonReturn);
-
 namespace {
 
 Screen coreScreen(NSScreen* screen) {

@@ -45,6 +45,7 @@ PanelChrome clearChrome(int width, int height) {
 
 void TestMirror::Events::streamDidOutputSampleBuffer(Stream& /*stream*/, const SampleBuffer& sample,
                                                      StreamOutputType /*type*/) {
+  beforeTaking();
   const auto buffer = sample.imageBuffer();
   std::vector<PixelBGRA> pixels;
   buffer->visitSampleGrid(gridSide, gridSide, [&pixels](PixelBGRA pixel) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -38,6 +39,9 @@ class TestMirror {
 
   /// Whether frames are taken over from now on, as they are at first.
   void setAccepting(bool accepts) { events_->accepts = accepts; }
+  /// Has that done on the mirror's queue with each frame, before it is taken over. To be called
+  /// before the start.
+  void doBeforeTaking(std::function<void()> action) { events_->beforeTaking = std::move(action); }
   /// Lets the panel show what has come.
   void turn();
   /// Lets the panel show what another mirror has taken over last.
@@ -92,6 +96,7 @@ class TestMirror {
     std::atomic<int> answered = 0;
     std::atomic<int> ends = 0;
     std::atomic<bool> accepts = true;
+    std::function<void()> beforeTaking = [] {};
     mutable std::mutex mutex;
     std::vector<double> frames;           // guarded by mutex
     std::string startFailure;             // guarded by mutex

@@ -92,6 +92,18 @@ TEST(PlacedFrame, WhatIsHeardLastCountsOnceNothingIsUnderWay) {
   EXPECT_EQ(placed.current(), a);
 }
 
+TEST(PlacedFrame, IsElsewhereOnceTheDesktopHasSaidWhatNobodyAskedFor) {
+  PlacedFrame placed;
+  placed.ask(a);
+  placed.ask(b);
+  placed.hear(a);
+  EXPECT_FALSE(placed.isElsewhere()) << "the answer to an older request";
+  placed.hear(elsewhere);
+  EXPECT_TRUE(placed.isElsewhere());
+  placed.hear(b);
+  EXPECT_FALSE(placed.isElsewhere());
+}
+
 TEST(PlacedFrame, ADesktopThatHasConfirmedOlderFramesAloneIsBehind) {
   PlacedFrame placed;
   placed.ask(a);

@@ -81,10 +81,15 @@ void PanelPeer::hasAppeared() {
   if (!std::exchange(isAppearing_, false)) return;
   // mutter 43.8 puts a new window that does not get the keyboard below older ones.
   providers_.activation.raise(static_cast<std::uint32_t>(native_->winId()));
-  // Managers choose places for windows that appear: i3 4.22 shifts them by the title bar that it
-  // does not give them, each time.
+  insistsOnPlace_ = true;
   if (const auto pixels = placeOfNative()) placed_.hear(qtRect(*pixels));
-  if (placed_.isRefused()) ask();
+  insistOnPlace();
+}
+
+void PanelPeer::insistOnPlace() {
+  if (!insistsOnPlace_ || !placed_.isRefused()) return;
+  insistsOnPlace_ = false;
+  ask();
 }
 
 void PanelPeer::makeKeyAndOrderFront() { orderFrontRegardless(); }
@@ -258,6 +263,7 @@ void PanelPeer::nativeWasPlaced() {
   const QRect place = qtRect(*pixels);
   if (lastAnswer_.isActive()) {  // an answer to an older request must not undo a newer one
     placed_.hear(place);
+    if (placed_.isElsewhere()) insistOnPlace();
     return awaitLastAnswer();
   }
   if (!placed_.isMovedTo(place)) return;
@@ -270,6 +276,7 @@ void PanelPeer::awaitLastAnswer() {
 }
 
 void PanelPeer::believeDesktop() {
+  insistsOnPlace_ = false;
   if (wanted_ != placed_.current()) return;  // the last word is not said yet
   // The last news may be of a moment at which kwin_x11 5.27.5 was still putting its frame around
   // the window; the toolkit tells nothing where that has left it in its place.

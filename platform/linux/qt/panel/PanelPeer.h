@@ -79,6 +79,10 @@ class PanelPeer final : public HostedPeer {
   /// On the root, as the server has it; none when it does not tell.
   std::optional<PixelRect> placeOfNative() const;
   void nativeWasPlaced();
+  /// Managers choose places for windows that appear, and grant others then: i3 4.22 shifts them by
+  /// the title bar that it does not give them, each time; awesome 4.3 finds some where nothing is
+  /// covered, a moment later. Asks once more for its own, once for each time that it appears.
+  void insistOnPlace();
   void awaitLastAnswer();
   void believeDesktop();
   void adoptPlace(const QRect& place);
@@ -101,6 +105,7 @@ class PanelPeer final : public HostedPeer {
   std::shared_ptr<const PanelChrome> unrolled_;  // while `roll_` runs; it shows the top of it
   bool takesMenuKeys_ = false;
   bool isAppearing_ = false;
+  bool insistsOnPlace_ = false;
   QTimer repaint_;     // runs out at the next turn of the event loop
   QTimer lastAnswer_;  // runs out when the desktop has said nothing for long
 };

@@ -9,6 +9,9 @@ std::string situationText(SourceSituation situation) {
     case SourceSituation::onHiddenDesktop:
       return "The source is on another desktop, where nothing draws it.\n"
              "Keep Source Awake, or showing it on all desktops, keeps the picture live.";
+    case SourceSituation::parkedOnHiddenDesktop:
+      return "The source is kept awake on another desktop, where nothing draws it:\n"
+             "the window manager shows it on one desktop alone.";
     case SourceSituation::parkedBelowOthers:
       return "The source could not be moved out of sight. It is kept awake below all other "
              "windows.";

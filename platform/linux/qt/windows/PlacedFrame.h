@@ -25,6 +25,8 @@ class PlacedFrame {
   /// The desktop says that the window is at `frame`, while more may be under way: nothing is
   /// decided before `isRefused` is asked.
   void hear(const QRect& frame);
+  /// Whether the desktop's last word was about a frame that code has not asked for.
+  bool isElsewhere() const { return !isConfirmation_ && told_ != current_; }
   /// Whether the desktop's last word was about a frame that code asked for before others: it is
   /// likely to be busy, and to answer those too.
   bool isBehind() const { return isConfirmation_ && !isAnswered(); }

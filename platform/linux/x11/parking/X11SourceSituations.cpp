@@ -18,12 +18,14 @@ SourceSituation situationOf(std::optional<ParkedWindows::Outcome> outcome) {
 
 SourceSituation X11SourceSituations::of(std::uint32_t window) {
   auto& connection = *connection_;
-  // Some managers leave windows mapped there, and their mirrors stay live. A minimised one would
-  // not be drawn on any desktop.
+  // mutter 43.8 and, while it composites, kwin_x11 5.27.5 leave windows mapped there, and their
+  // mirrors stay live. A minimised one would not be drawn on any desktop.
   const bool isUndrawnThere = hiddenDesktopOf(connection, window) &&
                               !isViewable(connection, window) &&
                               !isMarkedHidden(connection, window);
-  return isUndrawnThere ? onHiddenDesktop : situationOf(parked_.outcomeFor(window));
+  const auto outcome = parked_.outcomeFor(window);
+  if (!isUndrawnThere) return situationOf(outcome);
+  return outcome ? parkedOnHiddenDesktop : onHiddenDesktop;
 }
 
 }  // namespace vistrel::platform::linux_desktop

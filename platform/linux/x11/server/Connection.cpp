@@ -1,7 +1,9 @@
 #include "platform/linux/x11/server/Connection.h"
 
+#include <algorithm>
 #include <mutex>
 #include <tuple>
+#include <utility>
 #include <xcb/composite.h>
 #include <xcb/damage.h>
 #include <xcb/render.h>
@@ -140,6 +142,7 @@ xcb_atom_t Connection::atom(std::string_view name) {
 }
 
 XcbEvent Connection::pollEvent() {
+  if (!lookedAt_.empty()) return nextReadEvent();
   XcbEvent event(xcb_poll_for_event(xcb()));
   if (!event || concernsUs(*event)) return event;
   return nextReadEvent();
@@ -156,7 +159,20 @@ void Connection::serve(const std::function<void(const xcb_generic_event_t&)>& ha
   } while (event);
 }
 
+bool Connection::hasRead(const std::function<bool(const xcb_generic_event_t&)>& matches) {
+  while (auto event = nextHeldEvent()) lookedAt_.push_back(std::move(event));
+  return std::any_of(lookedAt_.begin(), lookedAt_.end(),
+                     [&](const XcbEvent& event) { return matches(*event); });
+}
+
 XcbEvent Connection::nextReadEvent() {
+  if (lookedAt_.empty()) return nextHeldEvent();
+  auto event = std::move(lookedAt_.front());
+  lookedAt_.pop_front();
+  return event;
+}
+
+XcbEvent Connection::nextHeldEvent() {
   XcbEvent event(xcb_poll_for_queued_event(xcb()));
   while (event && !concernsUs(*event)) event.reset(xcb_poll_for_queued_event(xcb()));
   return event;

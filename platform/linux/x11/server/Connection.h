@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -62,6 +63,9 @@ class Connection {
   /// since the descriptor would tell no more of those. Sends what was left to send.
   void serve(const std::function<void(const xcb_generic_event_t&)>& handle,
              const std::function<void()>& proceed = nullptr);
+  /// Whether there is such an event among those that have been read, with answers, and are yet to
+  /// be handed out.
+  bool hasRead(const std::function<bool(const xcb_generic_event_t&)>& matches);
   void flush() { xcb_flush(xcb()); }
   /// Asks for those events of `window` and for no others. A checked request, since windows of other
   /// programs may have gone.
@@ -78,6 +82,8 @@ class Connection {
   void setUpExtensions();
   /// As `pollEvent`, among those that have been read from the socket already.
   XcbEvent nextReadEvent();
+  /// Among those that the library holds.
+  XcbEvent nextHeldEvent();
   /// Whether an event is to be handed out; reports an error.
   static bool concernsUs(const xcb_generic_event_t& event);
 
@@ -87,6 +93,7 @@ class Connection {
   Extensions extensions_;
   PictureFormats formats_;
   std::map<std::string, xcb_atom_t, std::less<>> atoms_;
+  std::deque<XcbEvent> lookedAt_;  // earlier than those that the library holds
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -26,8 +26,7 @@ void reportStrayError(const xcb_generic_error_t& error) {
   const auto description = descriptionOf(error);
   {
     const std::lock_guard lock(mutex);
-    ++soFar.count;
-    soFar.last = description;
+    if (++soFar.count == 1) soFar.first = description;
   }
   trace(TraceTopic::errors, [&] { return "the display server reports " + description; });
 }

@@ -10,8 +10,8 @@ namespace vistrel::platform::linux_desktop {
 /// of another program, has its error taken in where it is sent (`failureOf`, `forgive`).
 struct StrayErrors {
   int count = 0;
-  /// What the last one was, for people.
-  std::string last;
+  /// What the first one was, for people: others often follow from it.
+  std::string first;
 };
 
 /// Those of the whole process so far. Any thread.

@@ -50,6 +50,17 @@ bool isReadable(const xcb_get_geometry_reply_t& pixmap) {
   return pixmap.width <= longestSide && pixmap.height <= longestSide;
 }
 
+/// Null where the pixmap is of another depth than the format: between two requests the frame may
+/// have gone and its number have come to another window.
+Picture pictureOf(Connection& connection, const Pixmap& pixmap, xcb_render_pictformat_t format) {
+  Picture picture(connection.xcb());
+  const std::uint32_t outside = XCB_RENDER_REPEAT_PAD;
+  const auto made = xcb_render_create_picture_checked(connection.xcb(), picture.id(), pixmap.id(),
+                                                      format, XCB_RENDER_CP_REPEAT, &outside);
+  if (failureOf(connection.xcb(), made)) picture.abandon();
+  return picture;
+}
+
 }  // namespace
 
 std::unique_ptr<SourceWindow> SourceWindow::open(Connection& connection, xcb_window_t client) {
@@ -225,6 +236,8 @@ std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
   if (!isReadable(*bounds)) return unnamed("it is larger than RENDER can read");
   frameGeometry_ = {frame->x, frame->y, frame->width, frame->height};
   frameBorder_ = frame->border_width;
+  auto picture = pictureOf(connection_, pixmap, format->second);
+  if (!picture) return unnamed("another window has come to its number");
   const auto visible = visibleInFrame();
   if (!visible) return unnamed("it has gone or is rolled up");
   const PixelRect whole{0, 0, bounds->width, bounds->height};
@@ -234,7 +247,6 @@ std::shared_ptr<const LivePicture> SourceWindow::namePicture() {
     return windowText(client_) + " in " + windowText(frame_) + " of " + areaText(frameGeometry_) +
            " shows " + areaText(crop);
   });
-  auto picture = makePicture(connection_, pixmap.id(), format->second);
   return std::make_shared<LivePicture>(
       LivePicture{std::move(pixmap), std::move(picture), crop, outsideShape(crop)});
 }

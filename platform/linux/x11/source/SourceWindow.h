@@ -39,6 +39,10 @@ class SourceWindow {
   bool hasChanges() const { return hasDamage_ || hasNewPicture_; }
   /// Whether the client has lost some of the windows inside its own since this was last asked.
   bool takeLoss() { return subwindows_.takeLoss(); }
+  /// Whether an event that is yet to be handled tells of that.
+  bool isAboutToTellOfLoss() {
+    return connection_.hasRead([this](const auto& event) { return subwindows_.isLoss(event); });
+  }
   /// The window's picture; null until the window has been viewable. Another one after each change
   /// of size.
   const std::shared_ptr<const LivePicture>& picture() const { return picture_; }

@@ -30,18 +30,21 @@ std::vector<std::optional<std::uint32_t>> ownMasks(Connection& connection,
 
 }  // namespace
 
-Subwindows::~Subwindows() {
+Subwindows::~Subwindows() { release(); }
+
+void Subwindows::release() {
   const std::vector<xcb_window_t> windows(windows_.begin(), windows_.end());
   const auto masks = ownMasks(connection_, windows);
   for (std::size_t i = 0; i < windows.size(); ++i) {
     if (masks[i] != toChildren) continue;
     forgive(connection_.xcb(), connection_.selectEvents(windows[i], XCB_EVENT_MASK_NO_EVENT));
   }
+  windows_.clear();
 }
 
 void Subwindows::watch(xcb_window_t client) {
+  release();
   client_ = client;
-  windows_.clear();
   auto* const xcb = connection_.xcb();
   std::vector<xcb_window_t> parents{client};
   while (!parents.empty()) {
@@ -75,18 +78,24 @@ bool Subwindows::holds(xcb_window_t parent) const {
 }
 
 void Subwindows::handle(const xcb_generic_event_t& event) {
+  hasLost_ |= isLoss(event);
   const auto type = typeOf(event);
   if (type == XCB_CREATE_NOTIFY) {
     const auto& created = eventAs<xcb_create_notify_event_t>(event);
     if (holds(created.parent)) add(created.window);
-  } else if (type == XCB_UNMAP_NOTIFY) {
-    const auto& unmapped = eventAs<xcb_unmap_notify_event_t>(event);
-    hasLost_ |= unmapped.event != unmapped.window && holds(unmapped.event);
   } else if (type == XCB_DESTROY_NOTIFY) {
-    const auto& destroyed = eventAs<xcb_destroy_notify_event_t>(event);
-    hasLost_ |= destroyed.event != destroyed.window && holds(destroyed.event);
-    windows_.erase(destroyed.window);
+    windows_.erase(eventAs<xcb_destroy_notify_event_t>(event).window);
   }
+}
+
+bool Subwindows::isLoss(const xcb_generic_event_t& event) const {
+  if (typeOf(event) == XCB_UNMAP_NOTIFY) {
+    const auto& unmapped = eventAs<xcb_unmap_notify_event_t>(event);
+    return unmapped.event != unmapped.window && holds(unmapped.event);
+  }
+  if (typeOf(event) != XCB_DESTROY_NOTIFY) return false;
+  const auto& destroyed = eventAs<xcb_destroy_notify_event_t>(event);
+  return destroyed.event != destroyed.window && holds(destroyed.event);
 }
 
 bool Subwindows::takeLoss() { return std::exchange(hasLost_, false); }

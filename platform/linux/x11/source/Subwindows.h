@@ -20,10 +20,13 @@ class Subwindows {
   /// (SubstructureNotify) and has done so before.
   void watch(xcb_window_t client);
   void handle(const xcb_generic_event_t& event);
+  /// Whether it tells that one has been unmapped or destroyed.
+  bool isLoss(const xcb_generic_event_t& event) const;
   /// Whether one has been unmapped or destroyed since this was last asked.
   bool takeLoss();
 
  private:
+  void release();
   void add(xcb_window_t window);
   bool holds(xcb_window_t parent) const;
 

@@ -139,8 +139,15 @@ std::shared_ptr<const Image> Capture::commit() {
   assert(thread_.isCurrent());
   collectChanges();
   takeAskedCursor();
-  return worker_.commit(source_->client(), source_->picture(), std::exchange(uncommitted_, {}),
-                        cursorMark_);
+  // What is known to have changed may be that the client has lost parts meanwhile: such changes
+  // wait for the pause's end, so that a window that is going keeps a picture of all of it.
+  PictureChanges changes;
+  if (source_->isAboutToTellOfLoss()) {
+    owesFrame_ = true;
+  } else {
+    changes = std::exchange(uncommitted_, {});
+  }
+  return worker_.commit(source_->client(), source_->picture(), std::move(changes), cursorMark_);
 }
 
 }  // namespace vistrel::platform::linux_desktop

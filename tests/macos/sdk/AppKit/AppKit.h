@@ -8,7 +8,6 @@ NS_ASSUME_NONNULL_BEGIN
 
 @class NSMenu;
 @class NSView;
-@class NSWindow;
 
 typedef NSString* NSAppearanceName;
 typedef NSString* NSWindowFrameAutosaveName;
@@ -178,7 +177,6 @@ typedef NSString* NSUserInterfaceItemIdentifier;
 
 @interface NSView : NSResponder <NSAccessibility, NSUserInterfaceItemIdentification>
 - (instancetype)initWithFrame:(NSRect)frameRect;
-@property(nullable, readonly, weak) NSWindow* window;
 @property NSRect frame;
 @property(getter=isHidden) BOOL hidden;
 @property(readonly, getter=isFlipped) BOOL flipped;
@@ -248,9 +246,10 @@ typedef NSString* NSUserInterfaceItemIdentifier;
                               defer:(BOOL)flag;
 - (NSRect)frameRectForContentRect:(NSRect)contentRect;
 - (NSRect)contentRectForFrameRect:(NSRect)frameRect;
+- (void)setFrame:(NSRect)frameRect display:(BOOL)flag;
 - (void)setFrame:(NSRect)frameRect display:(BOOL)displayFlag animate:(BOOL)animateFlag;
+- (void)setFrameOrigin:(NSPoint)point;
 @property(readonly) NSRect frame;
-@property NSWindowStyleMask styleMask;
 @property(nullable, weak) id<NSWindowDelegate> delegate;
 @property(nullable, strong) __kindof NSView* contentView;
 @property(copy) NSString* title;
@@ -281,6 +280,7 @@ typedef NSString* NSUserInterfaceItemIdentifier;
 
 NS_ASSUME_NONNULL_END
 
+#import <AppKit/NSAccessibilityConstants.h>
 #import <AppKit/NSAlert.h>
 #import <AppKit/NSApplication.h>
 #import <AppKit/NSLayoutConstraint.h>

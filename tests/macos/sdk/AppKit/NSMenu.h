@@ -20,6 +20,7 @@ NS_ASSUME_NONNULL_BEGIN
 @interface NSMenu : NSObject
 - (instancetype)initWithTitle:(NSString*)title;
 @property(nullable, weak) id<NSMenuDelegate> delegate;
+@property BOOL autoenablesItems;
 @property(readonly, copy) NSArray<NSMenuItem*>* itemArray;
 - (void)addItem:(NSMenuItem*)newItem;
 - (void)removeAllItems;

@@ -18,6 +18,7 @@ static const NSControlStateValue NSControlStateValueOn = 1;
 @property(nullable) SEL action;
 @property(nullable, weak) id target;
 @property(nullable, strong) id representedObject;
+@property(getter=isEnabled) BOOL enabled;
 @property NSControlStateValue state;
 @property NSInteger tag;
 @property(nullable, strong) NSMenu* submenu;

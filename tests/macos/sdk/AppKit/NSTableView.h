@@ -24,7 +24,6 @@ NS_ASSUME_NONNULL_BEGIN
 - (nullable NSView*)tableView:(NSTableView*)tableView
            viewForTableColumn:(nullable NSTableColumn*)tableColumn
                           row:(NSInteger)row;
-- (void)tableViewSelectionDidChange:(NSNotification*)notification;
 @end
 
 @interface NSTableView : NSControl

@@ -12,6 +12,9 @@
 #define NS_OPTIONS(type, name) \
   type name;                   \
   enum : type
+// For what is newer than the deployment target, as in API_AVAILABLE(macos(14.0)).
+#define API_AVAILABLE(system) __attribute__((availability(system)))
+#define macos(version) macos, introduced = version
 #define YES __objc_yes
 #define NO __objc_no
 #define nil __null
@@ -87,6 +90,7 @@ typedef NS_ENUM(NSInteger, NSComparisonResult) {
 
 @interface NSNumber : NSValue
 + (NSNumber*)numberWithBool:(BOOL)value;
++ (NSNumber*)numberWithInteger:(NSInteger)value;
 @property(readonly) double doubleValue;
 @property(readonly) long long longLongValue;
 @end
@@ -141,7 +145,6 @@ typedef NS_ENUM(NSInteger, NSComparisonResult) {
 @end
 
 @interface NSNotification : NSObject
-@property(nullable, readonly, retain) id object;
 @end
 
 @interface NSMethodSignature : NSObject
