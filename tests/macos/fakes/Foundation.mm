@@ -1,13 +1,15 @@
 #import <Foundation/Foundation.h>
 
+#include <strings.h>
 #include <cstring>
 #include <map>
 #include <string>
-#include <strings.h>
 #include <vector>
 
 #include "tests/macos/fakes/Objects.h"
 #include "tests/macos/fakes/Recorder.h"
+#include "tests/macos/fakes/State.h"
+#include "tests/macos/fakes/World.h"
 #include "tests/macos/runtime/Classes.h"
 #include "tests/macos/runtime/Strings.h"
 
@@ -18,6 +20,8 @@ id class_createInstance(Class type, size_t extraBytes) __attribute__((ns_returns
 void object_dispose(void* object);
 Class class_getSuperclass(Class type);
 BOOL class_respondsToSelector(Class type, SEL selector);
+Class objc_getClass(const char* name);
+SEL sel_registerName(const char* name);
 }
 
 using namespace vistrel;
@@ -59,6 +63,13 @@ using namespace vistrel;
 
 - (id)copy {
   return self;
+}
+
+- (void)perform:(SEL)selector with:(id)argument {
+  const objc::Slot& method =
+      objc::methodFor(objc::classOf(static_cast<const objc::Object*>((__bridge const void*)self)),
+                      reinterpret_cast<const objc::Selector*>(selector));
+  reinterpret_cast<void (*)(id, SEL, id)>(method.implementation)(self, selector, argument);
 }
 
 @end
@@ -135,6 +146,13 @@ using namespace vistrel;
   return number;
 }
 
++ (NSNumber*)numberWithInteger:(NSInteger)value {
+  NSNumber* number = [[NSNumber alloc] init];
+  number->_value = value;
+  number->_type = @encode(NSInteger);
+  return number;
+}
+
 - (const char*)objCType {
   return _type;
 }
@@ -173,7 +191,8 @@ using namespace vistrel;
   if (state->state != 0) return 0;
   state->state = 1;
   state->mutationsPtr = &state->extra[0];
-  state->itemsPtr = (id __unsafe_unretained*)(void*)_objects.data();
+  state->itemsPtr = const_cast<id __unsafe_unretained*>(
+      reinterpret_cast<const id __unsafe_unretained*>(_objects.data()));
   return _objects.size();
 }
 
@@ -208,7 +227,7 @@ using namespace vistrel;
   NSDictionary* dictionary = [[self alloc] init];
   for (NSUInteger i = 0; i < count; ++i) {
     dictionary->_keys.push_back(keys[i]);
-    dictionary->_values[((NSString*)keys[i]).UTF8String] = objects[i];
+    dictionary->_values[static_cast<NSString*>(keys[i]).UTF8String] = objects[i];
   }
   return dictionary;
 }
@@ -224,8 +243,133 @@ using namespace vistrel;
   if (state->state != 0) return 0;
   state->state = 1;
   state->mutationsPtr = &state->extra[0];
-  state->itemsPtr = (id __unsafe_unretained*)(void*)_keys.data();
+  state->itemsPtr = const_cast<id __unsafe_unretained*>(
+      reinterpret_cast<const id __unsafe_unretained*>(_keys.data()));
   return _keys.size();
 }
 
 @end
+
+namespace {
+
+/// Seconds that the clock of the wall is ahead of the one that counts from the start of the system.
+constexpr double startOfSystem = 599'000'000;
+
+double wallClock() { return fake::world().dispatch().now().secondsSinceReference; }
+
+/// "The run loop maintains a strong reference to the timer" until it is invalidated: NSTimer.
+std::vector<NSTimer*>& runningTimers() {
+  static auto* const timers = new std::vector<NSTimer*>;
+  return *timers;
+}
+
+void fireLater(NSTimer* timer) {
+  __weak NSTimer* const weak = timer;
+  fake::runLater(dispatch_get_main_queue(), timer.delay, ^{
+    NSTimer* const due = weak;
+    if (due == nil || !due.isValid) return;
+    due.block(due);
+    if (!due.repeats) [due invalidate];
+    if (due.isValid) fireLater(due);
+  });
+}
+
+}  // namespace
+
+@implementation NSDate
+
++ (NSTimeInterval)timeIntervalSinceReferenceDate {
+  return wallClock();
+}
+
++ (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)seconds {
+  NSDate* date = [[self alloc] init];
+  date.moment = wallClock() + seconds;
+  return date;
+}
+
+@end
+
+@implementation NSTimer (VLBehaviour)
+
++ (NSTimer*)scheduledTimerWithTimeInterval:(NSTimeInterval)interval
+                                   repeats:(BOOL)repeats
+                                     block:(void (^)(NSTimer*))block {
+  fake::record(self, _cmd, interval, repeats, block);
+  if (!NSThread.isMainThread) fake::fail("a timer is scheduled on a thread without a run loop");
+  NSTimer* timer = [[NSTimer alloc] init];
+  timer.delay = interval;
+  // "If the receiver is a non-repeating timer, returns 0": NSTimer, timeInterval.
+  timer.timeInterval = repeats ? interval : 0;
+  timer.block = block;
+  timer.repeats = repeats;
+  runningTimers().push_back(timer);
+  fireLater(timer);
+  return timer;
+}
+
+- (BOOL)isValid {
+  return self.block != nil;
+}
+
+- (void)invalidate {
+  fake::record(self, _cmd);
+  NSTimer* const kept = self;
+  kept.block = nil;
+  std::erase(runningTimers(), kept);
+}
+
+@end
+
+@implementation NSProcessInfo (VLBehaviour)
+
+- (NSTimeInterval)systemUptime {
+  return wallClock() - startOfSystem;
+}
+
+- (int)processIdentifier {
+  return 4242;
+}
+
+@end
+
+@implementation NSURL (VLBehaviour)
+
++ (instancetype)URLWithString:(NSString*)text {
+  NSURL* url = [[self alloc] init];
+  url.text = text;
+  return url;
+}
+
+@end
+
+@implementation NSBundle (VLBehaviour)
+
+- (NSString*)bundlePath {
+  return @"/Applications/Vistrel.app";
+}
+
+- (id)objectForInfoDictionaryKey:(NSString*)key {
+  if (![key isEqualToString:@"CFBundleShortVersionString"]) return nil;
+  return [NSString stringWithUTF8String:fake::world().desktop().version.c_str()];
+}
+
+@end
+
+@implementation NSTask (VLBehaviour)
+
+- (BOOL)launchAndReturnError:(NSError**)__unused error {
+  std::string command = self.launchPath.UTF8String;
+  for (NSString* argument in self.arguments) command += std::string(" ") + argument.UTF8String;
+  fake::note("launch " + command);
+  return YES;
+}
+
+@end
+
+extern "C" {
+
+Class NSClassFromString(NSString* name) { return objc_getClass(name.UTF8String); }
+
+SEL NSSelectorFromString(NSString* name) { return sel_registerName(name.UTF8String); }
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #import <AppKit/AppKit.h>
+#import <CoreGraphics/CoreGraphics.h>
 #import <CoreMedia/CoreMedia.h>
 #import <objc/runtime.h>
 
@@ -13,7 +14,12 @@
 /// What the program itself does not send.
 @interface NSObject (VLFake)
 - (id)copy;
+- (BOOL)respondsToSelector:(SEL)selector;
+/// Calls a method that answers nothing.
+- (void)perform:(SEL)selector with:(id)argument;
 @end
+
+#include "tests/macos/fakes/Objects.h"
 
 namespace vistrel::fake {
 
@@ -26,6 +32,9 @@ std::string describe(const CMTime& time);
 std::string describe(SEL selector);
 /// Without zeros that say nothing: "0.5", "3".
 std::string describeNumber(double number);
+
+/// A colour by its name.
+std::string describe(CGColorRef color);
 
 template <class Value>
 std::string describe(Value value) {
@@ -43,17 +52,27 @@ std::string describe(Value value) {
   }
 }
 
-/// The messages so far, in order: "NSPanel#1 setFrame:{{0,0},{3,4}} display:1 animate:0".
+/// The messages so far, in order: "NSPanel#1 setFrame:{{0,0},{3,4}} display:1 animate:0"; on
+/// another queue than the main one after its label: "com.example: NSMenu#1 removeAllItems".
 const std::vector<std::string>& messages();
 void forgetMessages();
 
 void recordText(id receiver, SEL selector, const std::vector<std::string>& arguments);
 
 /// Ends the test when the receiver is for the main thread alone and this is not it.
+void checkThread(id receiver, SEL selector);
+
+/// After `checkThread`.
 template <class... Arguments>
 void record(id receiver, SEL selector, Arguments... arguments) {
   recordText(receiver, selector, {describe(arguments)...});
 }
+
+/// What no message tells: a call of a function, a change of the desktop.
+void note(const std::string& text);
+
+/// The label of the queue whose block runs; empty on the main thread.
+std::string currentQueue();
 
 /// Ends the test, saying why.
 [[noreturn]] void fail(const std::string& why);

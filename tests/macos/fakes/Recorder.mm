@@ -5,7 +5,7 @@
 #include <map>
 #include <sstream>
 
-#include "tests/macos/fakes/Objects.h"
+#include "tests/macos/fakes/State.h"
 #include "tests/macos/runtime/Classes.h"
 
 namespace vistrel::fake {
@@ -16,6 +16,7 @@ struct Journal {
   std::vector<std::string> messages;
   std::map<const void*, int> numbers;
   std::map<std::string, int> lastNumbers;
+  std::map<std::string, long> sharedObjects;
 };
 
 Journal& journal() {
@@ -37,10 +38,15 @@ int numberOf(id value) {
 
 bool isClass(id value) { return objc::classOf(object(value))->isMetaclass(); }
 
-/// "main thread only": Apple, Threading Programming Guide, "Thread Safety Summary"; menus and alerts
-/// by the annotation of AppKit's own headers.
+/// "main thread only": Apple, Threading Programming Guide, "Thread Safety Summary"; menus and
+/// alerts by the annotation of AppKit's own headers.
 bool isForMainThreadAlone(id receiver) {
-  for (Class type : {[NSResponder class], [NSMenu class], [NSMenuItem class], [NSAlert class]}) {
+  for (Class type : {[NSResponder class],
+                     [NSMenu class],
+                     [NSMenuItem class],
+                     [NSAlert class],
+                     [NSTableColumn class],
+                     [NSLayoutConstraint class]}) {
     if ([receiver isKindOfClass:type]) return true;
   }
   return false;
@@ -73,6 +79,7 @@ std::string describe(id value) {
   if ([value isKindOfClass:[NSString class]]) {
     return '"' + std::string(static_cast<NSString*>(value).UTF8String) + '"';
   }
+  if ([value isKindOfClass:[NSColor class]]) return static_cast<NSColor*>(value).name.UTF8String;
   return className(value) + '#' + std::to_string(numberOf(value));
 }
 
@@ -92,6 +99,8 @@ std::string describe(const CMTime& time) {
   return std::to_string(time.value) + '/' + std::to_string(time.timescale);
 }
 
+std::string describe(CGColorRef color) { return describe((__bridge id)color); }
+
 std::string describe(SEL selector) {
   return selector != nullptr ? sel_getName(selector) : "no selector";
 }
@@ -102,13 +111,26 @@ void forgetMessages() { journal().messages.clear(); }
 
 void forgetObject(const void* gone) { journal().numbers.erase(gone); }
 
+id makeShared(Class type) {
+  ++journal().sharedObjects[describe(type)];
+  return [[type alloc] init];
+}
+
+const std::map<std::string, long>& sharedObjects() { return journal().sharedObjects; }
+
+void checkThread(id receiver, SEL selector) {
+  if (NSThread.isMainThread || !isForMainThreadAlone(receiver)) return;
+  fail(describe(receiver) + ' ' + sel_getName(selector) + " comes on the queue " + currentQueue());
+}
+
+void note(const std::string& text) {
+  const std::string queue = currentQueue();
+  journal().messages.push_back(queue.empty() ? text : queue + ": " + text);
+}
+
 void recordText(id receiver, SEL selector, const std::vector<std::string>& arguments) {
-  const std::string text =
-      describe(receiver) + ' ' + messageText(sel_getName(selector), arguments);
-  if (!NSThread.isMainThread && isForMainThreadAlone(receiver)) {
-    fail(text + " comes on another queue than the main one");
-  }
-  journal().messages.push_back(text);
+  checkThread(receiver, selector);
+  note(describe(receiver) + ' ' + messageText(sel_getName(selector), arguments));
 }
 
 void fail(const std::string& why) {

@@ -5,8 +5,12 @@ usage: generate_fakes.py DECLARATIONS HAND_WRITTEN_SOURCE... > FAKES
 
 A fake knows the messages that are declared and no others. It keeps properties as they are declared to
 be kept (strong, copy, weak), tells the recorder of every message but getters, and ends the test when
-it is asked for a result that nobody has given it a behaviour for. Classes that one of the hand-written
-sources implements are left out; behaviours are categories there, whose methods replace these.
+it is asked for a result that nobody has given it a behaviour for; a class asked for an instance of its
+own makes one. Functions end the test likewise. A string constant says its own name.
+
+Classes that one of the hand-written sources implements are left out; behaviours are categories there,
+whose methods replace these, and functions, before which these stand back. What behaviours keep in an
+object beside its properties is declared in State.h, and keepX: sets a property without being told of.
 """
 
 import ctypes
@@ -22,7 +26,8 @@ from sdk_declarations import METHOD_SIGNS, kind_of, parse, top_level  # noqa: E4
 # libclang's CXObjCPropertyAttrKind.
 READONLY, COPY, CLASS = 0x01, 0x20, 0x1000
 # libclang's CXTypeKind; the Python bindings do not know all of them.
-COPIED = (27, 109)  # id, a pointer to an object; ARC copies blocks by itself
+OBJECT = 109  # a pointer to one
+COPIED = (27, OBJECT)  # id besides; ARC copies blocks by itself
 
 
 class Class:
@@ -81,9 +86,16 @@ def head(sign, method):
         for i, (part, argument) in enumerate(zip(parts, arguments)))
 
 
-def body(sign, method):
+def is_instance(type_, name):
+    """Whether a class method's result is an instance of the class."""
+    return re.match(rf"(instancetype|(__kindof )?{name} \*)( |_|$)", type_.spelling)
+
+
+def body(sign, method, name):
     arguments = "".join(f", a{i}" for i, _ in enumerate(method.get_arguments()))
     record = f"vistrel::fake::record(self, _cmd{arguments});"
+    if sign == "+" and is_instance(method.result_type, name):
+        return f"{record} return [[self alloc] init];"
     if sign == "-" and re.match(r"init([A-Z]|$)", method.spelling):
         return f"self = [super init]; {record} return self;"
     if method.result_type.spelling == "void":
@@ -91,14 +103,27 @@ def body(sign, method):
     return f"{record} vistrel::fake::failWithoutBehaviour(self, _cmd);"
 
 
-def property_lines(cursor, inherited):
+def class_property_lines(cursor, class_name):
+    body = "vistrel::fake::failWithoutBehaviour(self, _cmd);"
+    if is_instance(cursor.type, class_name):
+        body = "static id const shared = vistrel::fake::makeShared(self); return shared;"
+    yield f"+ ({cursor.type.spelling}){getter_of(cursor)} {{ {body} }}"
+
+
+def property_lines(cursor, inherited, class_name):
     name = cursor.spelling
     attributes = property_attributes(cursor)
-    if attributes & CLASS or name in inherited:
+    if name in inherited:
+        return
+    if attributes & CLASS:
+        yield from class_property_lines(cursor, class_name)
         return
     yield f"@synthesize {name} = _{name};"
     spelled = cursor.type.spelling
-    yield f"- ({spelled}){getter_of(cursor)} {{ return _{name}; }}"
+    yield (f"- ({spelled}){getter_of(cursor)} "
+           f"{{ vistrel::fake::checkThread(self, _cmd); return _{name}; }}")
+    keeper = "keep" + setter_of(cursor)[len("set"):]
+    yield f"- (void){keeper}({spelled})value {{ _{name} = value; }}"
     if not attributes & READONLY:
         value = "[value copy]" if is_copied(cursor) else "value"
         yield (f"- (void){setter_of(cursor)}({spelled})value "
@@ -110,13 +135,19 @@ def implementation(described, inherited):
     accessors = set()
     for cursor in described.properties.values():
         sign = "+" if property_attributes(cursor) & CLASS else "-"
-        if sign == "-":
-            accessors.update({sign + getter_of(cursor), sign + setter_of(cursor)})
-        yield from property_lines(cursor, inherited)
+        accessors.update({sign + getter_of(cursor), sign + setter_of(cursor)})
+        yield from property_lines(cursor, inherited, described.name)
     for key, method in described.methods.items():
         if key not in accessors and key not in inherited:
-            yield f"{head(key[0], method)} {{ {body(key[0], method)} }}"
+            yield f"{head(key[0], method)} {{ {body(key[0], method, described.name)} }}"
     yield "@end"
+
+
+def function(cursor):
+    arguments = ", ".join(argument.type.spelling for argument in cursor.get_arguments())
+    return (f'extern "C" __attribute__((weak)) {cursor.result_type.spelling} '
+            f"{cursor.spelling}({arguments}) "
+            f'{{ vistrel::fake::fail("{cursor.spelling} has no behaviour here"); }}')
 
 
 def superclass_of(cursor):
@@ -150,6 +181,12 @@ def main(folder, hand_written):
     for header in frameworks:
         print(f"#import <{header}>")
     print('#include "tests/macos/fakes/Recorder.h"')
+    print('#include "tests/macos/fakes/State.h"')
+    for cursor in by_kind(CursorKind.FUNCTION_DECL):
+        print(function(cursor))
+    for cursor in by_kind(CursorKind.VAR_DECL):
+        if cursor.type.get_canonical()._kind_id == OBJECT and not cursor.is_definition():
+            print(f'extern "C" {{ {cursor.type.spelling} {cursor.spelling} = @"{cursor.spelling}"; }}')
     for name, described in classes.items():
         if name in written:
             continue

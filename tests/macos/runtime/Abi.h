@@ -31,7 +31,10 @@ struct MethodList {
   MethodList* next;
   int count;
   std::size_t elementSize;
-  Method methods[];
+
+  // They follow.
+  const Method* begin() const { return reinterpret_cast<const Method*>(this + 1); }
+  const Method* end() const { return begin() + count; }
 };
 
 /// A variable of instances, placed when its class is known to stand on a superclass of known size.
@@ -48,7 +51,10 @@ struct Ivar {
 struct IvarList {
   int count;
   std::size_t elementSize;
-  Ivar ivars[];
+
+  // They follow.
+  const Ivar* begin() const { return reinterpret_cast<const Ivar*>(this + 1); }
+  const Ivar* end() const { return begin() + count; }
 };
 
 struct Class {

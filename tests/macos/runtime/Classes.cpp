@@ -46,9 +46,9 @@ MethodTable& ownMethods(const Class& type) {
 void addMethods(Class& type, const MethodList* list) {
   MethodTable& table = ownMethods(type);
   for (; list != nullptr; list = list->next) {
-    for (const Method* method = list->methods; method < list->methods + list->count; ++method) {
-      table.insert_or_assign(method->selector->name,
-                             Slot{&type, &type, method->types, 0, method->implementation});
+    for (const Method& method : *list) {
+      table.insert_or_assign(method.selector->name,
+                             Slot{&type, &type, method.types, 0, method.implementation});
     }
   }
 }
@@ -58,11 +58,11 @@ void placeIvars(Class& type) {
                          ? static_cast<std::size_t>(type.superclass->instanceSize)
                          : sizeof(Object);
   if (type.ivars != nullptr) {
-    for (Ivar* ivar = type.ivars->ivars; ivar < type.ivars->ivars + type.ivars->count; ++ivar) {
-      const std::size_t alignment = ivar->alignment();
+    for (const Ivar& ivar : *type.ivars) {
+      const std::size_t alignment = ivar.alignment();
       size = (size + alignment - 1) / alignment * alignment;
-      *ivar->offset = static_cast<int>(size);
-      size += ivar->size;
+      *ivar.offset = static_cast<int>(size);
+      size += ivar.size;
     }
   }
   type.instanceSize = static_cast<long>(size);

@@ -3,16 +3,23 @@
 #include <Block.h>
 #include <atomic>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <mutex>
 #include <new>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "tests/macos/runtime/Classes.h"
 
 // Instances and who refers to them: what clang's "Automatic Reference Counting" (16, "Runtime
 // support") asks of a runtime.
+
+extern "C" {
+void objc_release(vistrel::objc::Object* object);
+}
 
 namespace vistrel::objc {
 
@@ -23,12 +30,16 @@ struct alignas(std::max_align_t) Header {
   std::atomic<long> references = 1;
 };
 
+/// The references of an object whose `dealloc` runs, which may take some and give them back.
+constexpr long onItsWayOut = std::numeric_limits<long>::min() / 2;
+
 Header& headerOf(Object* object) { return reinterpret_cast<Header*>(object)[-1]; }
 
 /// Everything about objects that more than one thread may ask for.
 struct Ledger {
   std::mutex mutex;
   std::unordered_map<Object*, std::unordered_set<Object**>> weakReferences;
+  std::unordered_map<Object*, std::map<const void*, Object*>> associations;
   std::map<std::string, long> live;
 };
 
@@ -95,6 +106,16 @@ Object* retainedUnlessDying(Object* object) {
   return count > 0 ? object : nullptr;
 }
 
+void releaseAssociations(Object* object) {
+  std::map<const void*, Object*> associated;
+  {
+    const std::lock_guard lock(ledger().mutex);
+    const auto found = ledger().associations.extract(object);
+    if (!found.empty()) associated = std::move(found.mapped());
+  }
+  for (const auto& [key, value] : associated) objc_release(value);
+}
+
 }  // namespace
 
 std::map<std::string, long> liveObjects() {
@@ -121,6 +142,7 @@ Object* class_createInstance(Class* type, std::size_t /*extraBytes*/) {
 
 Object* object_dispose(Object* object) {
   destructIvars(object);
+  releaseAssociations(object);
   countLive(*object->isa, -1);
   std::free(&headerOf(object));
   return nullptr;
@@ -136,7 +158,8 @@ Object* objc_retain(Object* object) {
 void objc_release(Object* object) {
   if (object == nullptr) return;
   if (isBlock(object)) return _Block_release(object);
-  if (!isCounted(object) || --headerOf(object).references > 0) return;
+  if (!isCounted(object) || --headerOf(object).references != 0) return;
+  headerOf(object).references = onItsWayOut;
   forgetWeakReferences(object);
   send(object, "dealloc");
 }
@@ -178,5 +201,28 @@ void objc_copyWeak(Object** to, Object** from) {
 void objc_moveWeak(Object** to, Object** from) {
   objc_copyWeak(to, from);
   objc_destroyWeak(from);
+}
+
+/// Retains, which is the one policy that the declarations name.
+void objc_setAssociatedObject(Object* object, const void* key, Object* value,
+                              unsigned long /*policy*/) {
+  objc_retain(value);
+  Object* former = nullptr;
+  {
+    const std::lock_guard lock(ledger().mutex);
+    former = std::exchange(ledger().associations[object][key], value);
+  }
+  objc_release(former);
+}
+
+Object* objc_getAssociatedObject(Object* object, const void* key) {
+  const std::lock_guard lock(ledger().mutex);
+  const auto found = ledger().associations.find(object);
+  return found == ledger().associations.end() ? nullptr : found->second[key];
+}
+
+void objc_enumerationMutation(Object* /*collection*/) {
+  std::fprintf(stderr, "a collection is changed while it is enumerated\n");
+  std::abort();
 }
 }

@@ -11,6 +11,9 @@
 extern "C" {
 id class_createInstance(Class type, unsigned long extraBytes) __attribute__((ns_returns_retained));
 void object_dispose(id object);
+void objc_setAssociatedObject(id object, const void* key, id value, unsigned long policy);
+id objc_getAssociatedObject(id object, const void* key);
+id objc_autorelease(id object) __attribute__((ns_returns_not_retained));
 }
 
 struct Extent {
@@ -48,6 +51,11 @@ __attribute__((objc_root_class))
   return [[Thing alloc] init];
 }
 - (void)dealloc {
+  // As a dealloc does that hands its object to others.
+  {
+    Thing* const held = self;
+    (void)held.size;
+  }
   object_dispose(self);
 }
 @end
@@ -183,6 +191,33 @@ TEST(ObjectiveCRuntime, EachThreadHasItsOwnPools) {
   }
 }
 
+TEST(ObjectiveCRuntime, AResultThatItsCallerTakesOverNeedsNoPool) {
+  Thing* thing = [[Thing alloc] init];
+  __weak Thing* seen = nullptr;
+  {
+    Thing* fresh = [thing freshThing];
+    seen = fresh;
+    EXPECT_TRUE(seen != nullptr);
+  }
+  EXPECT_TRUE(seen == nullptr);
+}
+
+TEST(ObjectiveCRuntime, AnAssociatedObjectGoesWithItsOwner) {
+  static const char key = 0;
+  __weak Thing* seen = nullptr;
+  @autoreleasepool {
+    Thing* owner = [[Thing alloc] init];
+    @autoreleasepool {
+      Thing* associated = [[Thing alloc] init];
+      seen = associated;
+      objc_setAssociatedObject(owner, &key, associated, 1);
+    }
+    EXPECT_EQ(objc_getAssociatedObject(owner, &key), seen);
+    EXPECT_TRUE(seen != nullptr);
+  }
+  EXPECT_TRUE(seen == nullptr);
+}
+
 TEST(ObjectiveCRuntimeDeathTest, AMessageThatNobodyImplementsEndsTheProcess) {
   id thing = [[Thing alloc] init];
   EXPECT_DEATH([thing lidSize], R"(-\[Thing lidSize\]: no such method)");
@@ -190,7 +225,7 @@ TEST(ObjectiveCRuntimeDeathTest, AMessageThatNobodyImplementsEndsTheProcess) {
 
 TEST(ObjectiveCRuntimeDeathTest, LeavingAnObjectToAMissingPoolEndsTheProcess) {
   Thing* thing = [[Thing alloc] init];
-  EXPECT_DEATH((void)[thing freshThing], "where there is none: a leak");
+  EXPECT_DEATH(objc_autorelease(thing), "where there is none: a leak");
 }
 
 }  // namespace
