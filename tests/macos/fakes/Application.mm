@@ -38,8 +38,8 @@ using namespace vistrel;
   [self.delegate applicationDidFinishLaunching:[[NSNotification alloc] init]];
 }
 
-/// "Creates an autorelease pool", "calls finishLaunching" and ends with `terminate:`:
-/// NSApplication, run. Here it ends with what the person does too.
+/// Calls `finishLaunching` first and drains a pool for each event: NSApplication, run. Returns
+/// where the person has nothing more to do.
 - (void)run {
   fake::record(self, _cmd);
   @autoreleasepool {
@@ -59,7 +59,7 @@ using namespace vistrel;
   if (isTerminated) throw fake::Terminated();
 }
 
-/// "Calls exit()" and never returns: NSApplication, terminate:.
+/// Never returns: it exits the process, see NSApplication, terminate:.
 - (void)terminate:(id)sender {
   fake::record(self, _cmd, sender);
   throw fake::Terminated();

@@ -92,7 +92,7 @@ std::optional<std::string> refusal() {
   return "The user declined TCCs for application, window, display capture";
 }
 
-/// "The completion handler runs on a queue of the service's own".
+/// No page says which queue completion handlers run on, so that it is none of the program's.
 void answer(void (^handler)(NSError*), NSError* error) {
   fake::runLater(fake::serviceQueue(), 0, ^{
     if (handler != nil) handler(error);
@@ -302,7 +302,7 @@ CVReturn CVPixelBufferUnlockBaseAddress(CVPixelBufferRef buffer, CVPixelBufferLo
   return kCVReturnSuccess;
 }
 
-/// "Must be locked before its memory is read": CVPixelBufferLockBaseAddress.
+/// To be called between locking and unlocking: CVPixelBufferLockBaseAddress.
 void* CVPixelBufferGetBaseAddress(CVPixelBufferRef buffer) {
   if (pixelsOf(buffer)->_locks == 0) fake::fail("memory of a pixel buffer is read without a lock");
   return pixelsOf(buffer)->_bytes.data();

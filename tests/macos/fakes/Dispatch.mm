@@ -87,8 +87,7 @@ void runLater(dispatch_queue_t queue, double seconds, dispatch_block_t block) {
   VLQueue* const target = static_cast<VLQueue*>(queue);
   auto run = [target, block] {
     VLQueue* const outer = std::exchange(current, target);
-    // "Automatically adds an autorelease pool": Apple, Concurrency Programming Guide, "Dispatch
-    // Queues", "Memory Management".
+    // Each queue has a pool of its own: Concurrency Programming Guide, "Dispatch Queues".
     @autoreleasepool {
       block();
     }

@@ -257,7 +257,7 @@ constexpr double startOfSystem = 599'000'000;
 
 double wallClock() { return fake::world().dispatch().now().secondsSinceReference; }
 
-/// "The run loop maintains a strong reference to the timer" until it is invalidated: NSTimer.
+/// Run loops keep their timers until those are invalidated: NSTimer, and its invalidate.
 std::vector<NSTimer*>& runningTimers() {
   static auto* const timers = new std::vector<NSTimer*>;
   return *timers;
@@ -299,7 +299,7 @@ void fireLater(NSTimer* timer) {
   if (!NSThread.isMainThread) fake::fail("a timer is scheduled on a thread without a run loop");
   NSTimer* timer = [[NSTimer alloc] init];
   timer.delay = interval;
-  // "If the receiver is a non-repeating timer, returns 0": NSTimer, timeInterval.
+  // Of a timer that does not repeat it is 0: NSTimer, timeInterval.
   timer.timeInterval = repeats ? interval : 0;
   timer.block = block;
   timer.repeats = repeats;

@@ -34,12 +34,12 @@ using namespace vistrel;
   fake::record(self, _cmd, title);
   self.title = title;
   self.items = [NSMutableArray array];
-  // "By default, the value is YES": NSMenu, autoenablesItems.
+  // By default it does: NSMenu, autoenablesItems.
   [self keepAutoenablesItems:YES];
   return self;
 }
 
-/// "The item must not belong to another menu": NSMenu, addItem:, which raises.
+/// Raises when the line is in a menu already: NSMenu, insertItem:atIndex:, which this calls.
 - (void)addItem:(NSMenuItem*)line {
   fake::record(self, _cmd, line);
   if (line.menu != nil) fake::fail(fake::describe(line) + " is in a menu already");
@@ -83,7 +83,7 @@ id targetOf(NSMenuItem* line) {
 namespace vistrel::fake {
 
 void open(NSMenu* menu) {
-  // "Called when a menu is about to be displayed": NSMenuDelegate, menuNeedsUpdate:.
+  // Before the menu is displayed: NSMenuDelegate, menuNeedsUpdate:.
   act(^{
     if ([static_cast<NSObject*>(menu.delegate) respondsToSelector:@selector(menuNeedsUpdate:)]) {
       [menu.delegate menuNeedsUpdate:menu];

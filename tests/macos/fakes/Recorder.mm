@@ -38,8 +38,8 @@ int numberOf(id value) {
 
 bool isClass(id value) { return objc::classOf(object(value))->isMetaclass(); }
 
-/// "main thread only": Apple, Threading Programming Guide, "Thread Safety Summary"; menus and
-/// alerts by the annotation of AppKit's own headers.
+/// Views and windows by the Threading Programming Guide, "Thread Safety Summary"; the rest by the
+/// main actor that AppKit's interfaces are marked with.
 bool isForMainThreadAlone(id receiver) {
   for (Class type : {[NSResponder class],
                      [NSMenu class],

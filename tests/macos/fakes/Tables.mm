@@ -31,8 +31,8 @@ using namespace vistrel;
   [self.columns addObject:column];
 }
 
-/// "This method returns a view that was used before and is not any more": NSTableView,
-/// makeViewWithIdentifier:owner:, which answers nil for none.
+/// Answers a view of that identifier that its row does not need any more, nil for none:
+/// NSTableView, makeViewWithIdentifier:owner:.
 - (NSView*)makeViewWithIdentifier:(NSUserInterfaceItemIdentifier)identifier owner:(id)owner {
   fake::record(self, _cmd, identifier, owner);
   NSView* found = nil;
@@ -50,8 +50,7 @@ using namespace vistrel;
   return found;
 }
 
-/// Asks for nothing by itself: "the table view is redisplayed", NSTableView, reloadData. The
-/// selection stays where rows are that it was in.
+/// Marks the table, which asks when it is displayed next: NSTableView, reloadData.
 - (void)reloadData {
   fake::record(self, _cmd);
   [self giveUpRows];

@@ -71,7 +71,7 @@ NSSize sizeOfText(NSString* text) {
 
 @implementation CALayer (VLBehaviour)
 
-/// "This property retains the colour": CALayer, backgroundColor.
+/// The layer keeps its colours: CALayer, backgroundColor, borderColor.
 - (void)setBackgroundColor:(CGColorRef)color {
   fake::record(self, _cmd, color);
   self.background = (__bridge id)color;
@@ -92,7 +92,7 @@ NSSize sizeOfText(NSString* text) {
 
 @end
 
-/// "Passes this message to the next responder": NSResponder, mouseDown: and its like.
+/// Events that nobody takes go to the next responder: NSResponder, mouseDown: and its like.
 @implementation NSResponder (VLBehaviour)
 
 - (void)mouseDown:(NSEvent*)event {
@@ -291,8 +291,8 @@ NSSize sizeOfText(NSString* text) {
   return made;
 }
 
-/// "Adds it to the closest common ancestor", and raises where there is none: NSLayoutConstraint,
-/// active.
+/// The closest common ancestor of both ends keeps it; where there is none this raises:
+/// NSLayoutConstraint, active.
 + (void)activateConstraints:(NSArray<NSLayoutConstraint*>*)constraints {
   fake::record(self, _cmd, constraints);
   for (NSLayoutConstraint* constraint in constraints) {

@@ -44,8 +44,7 @@ CGRect halfway(const CGRect& a, const CGRect& b) {
   fake::record(self, _cmd, content, style, backing, defer);
   self.styleMask = style;
   self.frame = [self frameRectForContentRect:content];
-  // "The default for NSWindow is YES; the default for NSPanel is NO": NSWindow,
-  // isReleasedWhenClosed.
+  // By default a window is, a panel is not: NSWindow, isReleasedWhenClosed.
   [self keepReleasedWhenClosed:![self isKindOfClass:[NSPanel class]]];
   [self keepContentView:[[NSView alloc] initWithFrame:{{0, 0}, content.size}]];
   allWindows().push_back(self);
@@ -90,8 +89,8 @@ CGRect halfway(const CGRect& a, const CGRect& b) {
   if (displays) fake::displayWindows();
 }
 
-/// Runs an event loop until the frame has arrived: "the receiver's run loop runs in the meantime",
-/// NSAnimation, NSAnimationBlocking, which NSWindow animates its frame with.
+/// Animates on the main thread, with a run loop of its own until the frame has arrived:
+/// NSAnimation, BlockingMode.blocking, its default. For how long: NSWindow, animationResizeTime:.
 - (void)setFrame:(NSRect)frame display:(BOOL)displays animate:(BOOL)animates {
   fake::record(self, _cmd, frame, displays, animates);
   if (animates) {
@@ -107,7 +106,7 @@ CGRect halfway(const CGRect& a, const CGRect& b) {
   [self adoptFrame:{origin, self.frame.size}];
 }
 
-/// "Horizontally centered and somewhat above center vertically": NSWindow, center.
+/// In the middle across, somewhat above it in height: NSWindow, center.
 - (void)center {
   fake::record(self, _cmd);
   const CGRect area = fake::world().desktop().screens.front().visibleFrame;
@@ -136,7 +135,7 @@ CGRect halfway(const CGRect& a, const CGRect& b) {
   [view keepFrame:{{0, 0}, [self contentRectForFrameRect:self.frame].size}];
 }
 
-/// "Whether the window has a title bar or a resize bar": NSWindow, canBecomeKeyWindow.
+/// With a title bar or a resize bar it can: NSWindow, canBecomeKeyWindow.
 - (BOOL)canBecomeKeyWindow {
   fake::checkThread(self, _cmd);
   return (self.styleMask & (NSWindowStyleMaskTitled | NSWindowStyleMaskResizable)) != 0;
