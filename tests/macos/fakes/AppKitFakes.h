@@ -35,4 +35,17 @@ long activeConstraints(NSView* view);
 /// A press on a control.
 void press(NSControl* control);
 
+// Mouse events, at places in a window's own coordinates. Where the pointer is on the screen is the
+// desktop's to say.
+
+/// The frontmost view there that is not hidden; nil for none.
+NSView* viewAt(NSWindow* window, NSPoint location);
+/// To the view under the pointer, which gets what follows up to the release, too.
+void mouseDown(NSWindow* window, NSPoint location, NSEventModifierFlags modifiers = 0,
+               NSInteger clicks = 1);
+void mouseDragged(NSPoint location, NSEventModifierFlags modifiers = 0);
+void mouseUp(NSPoint location, NSEventModifierFlags modifiers = 0, NSInteger clicks = 1);
+/// The menu that a click with the other button opens, opened; nil for none.
+NSMenu* contextMenu(NSWindow* window, NSPoint location);
+
 }  // namespace vistrel::fake

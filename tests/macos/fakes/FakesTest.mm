@@ -61,6 +61,30 @@
 
 @end
 
+/// A view that takes the first click.
+@interface VLPad : NSView
+@end
+
+@implementation VLPad
+
+- (BOOL)acceptsFirstMouse:(NSEvent*)__unused event {
+  return YES;
+}
+
+- (void)mouseDown:(NSEvent*)event {
+  vistrel::fake::note("down " + std::to_string(event.modifierFlags));
+}
+
+- (void)mouseDragged:(NSEvent*)__unused event {
+  vistrel::fake::note("dragged");
+}
+
+- (void)mouseUp:(NSEvent*)__unused event {
+  vistrel::fake::note("up");
+}
+
+@end
+
 namespace vistrel::fake {
 namespace {
 
@@ -156,6 +180,16 @@ TEST_F(Fakes, AMenuAsksItsDelegateEachTimeBeforeItShows) {
   EXPECT_TRUE(menu.itemArray.firstObject != first);
 }
 
+TEST_F(FakesDeathTest, ACollectionStaysAsItIsWhileItIsEnumerated) {
+  NSMutableArray* const array = [NSMutableArray array];
+  [array addObject:@"a"];
+  [array addObject:@"b"];
+  const auto grow = [array] {
+    for (id each in array) [array addObject:each];
+  };
+  EXPECT_DEATH(grow(), "changed while it is enumerated");
+}
+
 TEST_F(FakesDeathTest, ALineIsInOneMenu) {
   NSMenu* const first = [[NSMenu alloc] initWithTitle:@""];
   NSMenu* const second = [[NSMenu alloc] initWithTitle:@""];
@@ -196,6 +230,25 @@ TEST_F(Fakes, TheStyleMaskDecidesWhetherAWindowBecomesKey) {
   EXPECT_FALSE(bare.isKey);
   [titled makeKeyAndOrderFront:nil];
   EXPECT_TRUE(titled.isKey);
+}
+
+TEST_F(Fakes, AClickReachesTheFrontmostViewThatWantsIt) {
+  NSWindow* const window = makeOwnedWindow(NSWindowStyleMaskBorderless);
+  NSView* const lower = [[NSView alloc] initWithFrame:{{0, 0}, {50, 50}}];
+  VLPad* const upper = [[VLPad alloc] initWithFrame:{{10, 10}, {20, 20}}];
+  NSView* const hidden = [[NSView alloc] initWithFrame:{{0, 0}, {100, 100}}];
+  hidden.hidden = YES;
+  window.contentView.subviews = @[ lower, upper, hidden ];
+  EXPECT_EQ(viewAt(window, {5, 5}), lower);
+  EXPECT_EQ(viewAt(window, {15, 15}), upper);
+  EXPECT_EQ(viewAt(window, {60, 60}), window.contentView);
+  forgetMessages();
+  mouseDown(window, {5, 5});
+  mouseDown(window, {15, 15}, NSEventModifierFlagCommand);
+  mouseDragged({90, 90});
+  mouseUp({90, 90});
+  mouseUp({90, 90});
+  EXPECT_THAT(messages(), ElementsAre("down 1048576", "dragged", "up"));
 }
 
 TEST_F(Fakes, AnAnimatedFrameRunsAnEventLoop) {

@@ -167,8 +167,24 @@ using namespace vistrel;
 
 @end
 
+namespace {
+
+/// Hands out all objects at once; who enumerates looks whether `changes` changes meanwhile.
+NSUInteger enumerate(const std::vector<id>& objects, unsigned long& changes,
+                     NSFastEnumerationState& state) {
+  if (state.state != 0) return 0;
+  state.state = 1;
+  state.mutationsPtr = &changes;
+  state.itemsPtr = const_cast<id __unsafe_unretained*>(
+      reinterpret_cast<const id __unsafe_unretained*>(objects.data()));
+  return objects.size();
+}
+
+}  // namespace
+
 @interface NSArray () {
  @public
+  unsigned long _changes;
   std::vector<id> _objects;
 }
 @end
@@ -188,12 +204,7 @@ using namespace vistrel;
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
                                   objects:(id __unsafe_unretained[])__unused buffer
                                     count:(NSUInteger)__unused length {
-  if (state->state != 0) return 0;
-  state->state = 1;
-  state->mutationsPtr = &state->extra[0];
-  state->itemsPtr = const_cast<id __unsafe_unretained*>(
-      reinterpret_cast<const id __unsafe_unretained*>(_objects.data()));
-  return _objects.size();
+  return enumerate(_objects, _changes, *state);
 }
 
 @end
@@ -205,6 +216,7 @@ using namespace vistrel;
 }
 
 - (void)addObject:(id)object {
+  ++_changes;
   _objects.push_back(object);
 }
 
@@ -240,12 +252,7 @@ using namespace vistrel;
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
                                   objects:(id __unsafe_unretained[])__unused buffer
                                     count:(NSUInteger)__unused length {
-  if (state->state != 0) return 0;
-  state->state = 1;
-  state->mutationsPtr = &state->extra[0];
-  state->itemsPtr = const_cast<id __unsafe_unretained*>(
-      reinterpret_cast<const id __unsafe_unretained*>(_keys.data()));
-  return _keys.size();
+  return enumerate(_keys, state->extra[0], *state);
 }
 
 @end

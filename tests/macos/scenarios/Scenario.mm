@@ -1,6 +1,7 @@
 #include "tests/macos/scenarios/Scenario.h"
 
 #include <algorithm>
+#include <utility>
 
 /// The program's own, under another name.
 int vistrelMain(int argc, char** argv);
@@ -8,6 +9,8 @@ int vistrelMain(int argc, char** argv);
 namespace vistrel {
 
 void Scenario::run(const std::function<void()>& person) {
+  static bool hasRun = false;
+  if (std::exchange(hasRun, true)) fake::fail("a process runs one scenario: ctest does so");
   world_.person = [&] {
     countFromHere();
     @autoreleasepool {
