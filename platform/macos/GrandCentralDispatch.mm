@@ -2,7 +2,6 @@
 
 #import <Foundation/Foundation.h>
 
-#include <chrono>
 #include <cstdint>
 #include <utility>
 
@@ -107,11 +106,12 @@ dispatch_queue_t systemQueue(const DispatchQueue& queue) {
 GrandCentralDispatch::GrandCentralDispatch() : mainQueue_(std::make_unique<MainQueue>()) {}
 
 Date GrandCentralDispatch::now() {
-  // The system's clock can be set back; a steady one counts on from what it said at first.
-  using Clock = std::chrono::steady_clock;
+  // The system's clock can be set back; the one that timers and delays go by, which stands still
+  // while the system sleeps, counts on from what it said at first.
+  NSProcessInfo* process = NSProcessInfo.processInfo;
   static const double first = NSDate.timeIntervalSinceReferenceDate;
-  static const Clock::time_point start = Clock::now();
-  return {first + std::chrono::duration<double>(Clock::now() - start).count()};
+  static const double start = process.systemUptime;
+  return {first + process.systemUptime - start};
 }
 
 void GrandCentralDispatch::mainAsyncAfter(double seconds, Block block) {

@@ -1,0 +1,156 @@
+#include "tests/macos/scenarios/Scenario.h"
+
+namespace vistrel {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+constexpr const char* live = "rgba 0.3 0.85 0.45 1";
+constexpr const char* stale = "rgba 0.98 0.7 0.2 1";
+constexpr const char* error = "systemRed";
+
+/// The road from a row of the picker to a picture.
+class Mirror : public Scenario {
+ protected:
+  Mirror() { desktop().windows = {{.id = 77, .title = "Plan", .application = "Notes"}}; }
+
+  /// Runs the program with a person who opens the mirror, acts, and closes it.
+  void runWithMirror(const std::function<void()>& person) {
+    run([&] {
+      openMirror();
+      person();
+      if (!panels().empty()) fake::press(closeButton());
+      EXPECT_THAT(panels(), IsEmpty());
+      EXPECT_THAT(fake::streams(), IsEmpty());
+    });
+  }
+
+  void openMirror() {
+    auto* const table =
+        static_cast<NSTableView*>(findView(picker().contentView, [NSTableView class]));
+    fake::forgetMessages();
+    doubleClick(table, 0);
+  }
+
+  static NSView* card() { return panels().at(0).contentView; }
+  static NSButton* closeButton() {
+    return static_cast<NSButton*>(findView(card(), [NSButton class]));
+  }
+  static SCStream* stream() { return fake::streams().at(0); }
+
+  static id picture() { return card().subviews.firstObject.layer.contents; }
+  /// The colour of the dot that a screen reader calls so.
+  static std::string dot(const std::string& label) {
+    return fake::describe(findLabelled(card(), label).layer.backgroundColor);
+  }
+};
+
+TEST_F(Mirror, ShowsAPanelThatFloatsAboveEverything) {
+  runWithMirror([&] {
+    ASSERT_THAT(panels(), SizeIs(1));
+    EXPECT_TRUE(
+        said({"VLPanel#1 initWithContentRect:{{0,0},{340,196}} styleMask:136 backing:2 defer:0",
+              "VLPanel#1 setReleasedWhenClosed:0", "VLPanel#1 setFloatingPanel:1",
+              "VLPanel#1 setLevel:25", "VLPanel#1 setCollectionBehavior:257",
+              "VLPanel#1 orderFrontRegardless"}));
+    NSPanel* const panel = static_cast<NSPanel*>(panels().at(0));
+    EXPECT_EQ(panel.level, 25);
+    EXPECT_EQ(panel.collectionBehavior, 257U);
+    EXPECT_TRUE(panel.becomesKeyOnlyIfNeeded);
+    EXPECT_FALSE(panel.hidesOnDeactivate);
+    EXPECT_FALSE(panel.isOpaque);
+    EXPECT_TRUE(panel.hasShadow);
+    EXPECT_EQ(fake::describe(panel.contentMinSize), "{160,120}");
+  });
+}
+
+TEST_F(Mirror, AsksTheServiceForTheWindowAlone) {
+  runWithMirror([&] {
+    EXPECT_TRUE(said(
+        {"SCShareableContent getShareableContentExcludingDesktopWindows:0 onScreenWindowsOnly:0",
+         "service: SCContentFilter#1 initWithDesktopIndependentWindow:SCWindow#",
+         "service: SCStreamConfiguration#1 setWidth:2000",
+         "service: SCStreamConfiguration#1 setHeight:1000",
+         "service: SCStreamConfiguration#1 setMinimumFrameInterval:1/30",
+         "service: SCStreamConfiguration#1 setQueueDepth:6",
+         "service: SCStreamConfiguration#1 setShowsCursor:1",
+         "service: SCStreamConfiguration#1 setScalesToFit:1",
+         "service: SCStreamConfiguration#1 setPixelFormat:1111970369",
+         "service: SCStream#1 initWithFilter:SCContentFilter#1 "
+         "configuration:SCStreamConfiguration#1 delegate:VLStreamAdaptor#1",
+         "service: SCStream#1 addStreamOutput:VLStreamAdaptor#1 type:0 sampleHandlerQueue:VLQueue#",
+         "service: SCStream#1 startCaptureWithCompletionHandler:a block"}));
+    EXPECT_EQ(stream().filter.window.windowID, 77U);
+    EXPECT_TRUE(stream().isCapturing);
+  });
+}
+
+TEST_F(Mirror, ShowsWhatTheServiceDelivers) {
+  runWithMirror([&] {
+    EXPECT_TRUE(picture() == nil);
+    fake::forgetMessages();
+    fake::deliver(stream(), {});
+    EXPECT_TRUE(said({"com.tollbeck.vistrel.capture: CIContext#1 createCGImage:CIImage#1 "
+                      "fromRect:{{0,0},{40,20}}",
+                      "CALayer#2 setContents:VLImage#1"}));
+    EXPECT_EQ(fake::describe(picture()), "VLImage#1");
+    EXPECT_EQ(dot("Live"), live);
+  });
+}
+
+TEST_F(Mirror, TakesFramesThatAreCompleteOrSayNothing) {
+  runWithMirror([&] {
+    for (const SCFrameStatus status :
+         {SCFrameStatusIdle, SCFrameStatusBlank, SCFrameStatusSuspended, SCFrameStatusStarted,
+          SCFrameStatusStopped}) {
+      fake::deliver(stream(), {.status = status});
+      EXPECT_TRUE(picture() == nil) << status;
+    }
+    fake::deliver(stream(), {.status = SCFrameStatusComplete, .hasPicture = false});
+    EXPECT_TRUE(picture() == nil);
+    fake::deliver(stream(), {.status = SCFrameStatusComplete});
+    const id first = picture();
+    EXPECT_TRUE(first != nil);
+    fake::deliver(stream(), {.status = std::nullopt});
+    EXPECT_TRUE(picture() != first);
+  });
+}
+
+TEST_F(Mirror, TurnsItsDotWhenFramesCease) {
+  runWithMirror([&] {
+    fake::deliver(stream(), {});
+    fake::advance(1);
+    EXPECT_EQ(dot("Live"), live);
+    fake::advance(2);
+    EXPECT_EQ(dot("Not updating"), stale);
+    fake::deliver(stream(), {});
+    EXPECT_EQ(dot("Live"), live);
+  });
+}
+
+TEST_F(Mirror, StopsItsStreamWhenItIsClosed) {
+  runWithMirror([&] {
+    fake::deliver(stream(), {});
+    fake::forgetMessages();
+    fake::press(closeButton());
+    EXPECT_TRUE(said({"NSTimer#1 invalidate", "SCStream#1 stopCaptureWithCompletionHandler:a block",
+                      "VLPanel#1 orderOut:nil", "VLPanel#1 close"}));
+  });
+}
+
+TEST_F(Mirror, SaysWhyTheStreamDoesNotStart) {
+  desktop().startError = "The user declined";
+  runWithMirror([&] {
+    EXPECT_THAT(shownTexts(card()),
+                Contains("Screen Recording permission is required.\nThe user declined"));
+    EXPECT_EQ(dot("Error"), error);
+  });
+}
+
+}  // namespace
+}  // namespace vistrel
