@@ -4,6 +4,7 @@
 #include "tests/linux/pictures/TestMirror.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
+#include "tests/support/ScreenReader.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -157,6 +158,20 @@ TEST_F(PanelPicture, GoesOnOverAnotherConnectionWhenItsOwnIsThrownOut) {
     EXPECT_TRUE(eventually([&] { return hasIn(mirror, colours); }));
   }
   EXPECT_EQ(mirror.ends(), 0);
+}
+
+TEST_F(PanelPicture, ComesToLightWithoutBeingDrawn) {
+  TestMirror mirror(connection_, panelArea);
+  showInPanel(mirror, source_, red);
+  const TestWindow cover(display_.name(),
+                         {.area = {0, 0, 300, 300}, .picture = blue, .managed = false});
+  const testbed::ScreenReader screen(connection_);
+  ASSERT_TRUE(eventually([&] {
+    return screen.pixel({panelArea.x + 20, panelArea.y + 20}) == testbed::blue;
+  }));
+  mirror.settle();
+  // A look at the panel raises it.
+  mirror.whileQueueIsHeldUp([&] { EXPECT_TRUE(hasIn(mirror, red)); });
 }
 
 TEST_F(PanelPicture, IsDrawnOnceForEachFrame) {

@@ -1,6 +1,7 @@
 #include "tests/linux/pictures/TestMirror.h"
 
 #include <array>
+#include <future>
 #include <utility>
 
 #include "platform/linux/x11/picture/MipLevels.h"
@@ -190,6 +191,13 @@ std::vector<double> TestMirror::frames() const {
 std::string TestMirror::startFailure() const {
   const std::lock_guard lock(events_->mutex);
   return events_->startFailure;
+}
+
+void TestMirror::whileQueueIsHeldUp(const std::function<void()>& action) const {
+  std::promise<void> done;
+  queue_->async([isDone = done.get_future().share()] { isDone.wait(); });
+  action();
+  done.set_value();
 }
 
 void TestMirror::settle() const {

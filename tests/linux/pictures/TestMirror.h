@@ -68,6 +68,8 @@ class TestMirror {
   /// What the last start was answered with; empty for success.
   std::string startFailure() const;
 
+  /// Does it while the mirror's queue does nothing.
+  void whileQueueIsHeldUp(const std::function<void()>& action) const;
   /// Waits until the queue has done everything asked of it, and the server with it.
   void settle() const;
   /// The first of the ids that the server gave to the mirror's connection.

@@ -151,17 +151,21 @@ void PanelPainter::makeCornerMask() {
 /// Where the window is larger than the chrome, because it is about to shrink or has just grown, it
 /// is transparent, or cut off where the display cannot show that.
 void PanelPainter::outlineWindow() {
-  hideBeside();
+  if (hasSmoothCorners()) {
+    clearBeside();
+  } else {
+    // What comes to light, such as when a manager lets its frame grow, shows by itself; what was
+    // there before would stay until it is told of and drawn. Without a shape what lies beside is
+    // not for the eye.
+    const std::uint32_t picture = back_.pixmap.id();
+    xcb_change_window_attributes(connection_.xcb(), window_, XCB_CW_BACK_PIXMAP, &picture);
+  }
   shapeWindow();
 }
 
-void PanelPainter::hideBeside() {
-  // Without a background the pixels of what was there before stay until new ones are drawn.
+void PanelPainter::clearBeside() {
   const std::uint32_t transparent = 0;
-  const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
-  xcb_change_window_attributes(connection_.xcb(), window_,
-                               hasSmoothCorners() ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP,
-                               hasSmoothCorners() ? &transparent : &none);
+  xcb_change_window_attributes(connection_.xcb(), window_, XCB_CW_BACK_PIXEL, &transparent);
   const auto right = static_cast<std::int16_t>(back_.size.width);
   const auto bottom = static_cast<std::int16_t>(back_.size.height);
   if (windowSize_.width > right) xcb_clear_area(connection_.xcb(), 0, window_, right, 0, 0, 0);

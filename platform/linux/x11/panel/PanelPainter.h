@@ -57,7 +57,7 @@ class PanelPainter {
   bool isComposited();
   void lookForCompositor();
   void outlineWindow();
-  void hideBeside();
+  void clearBeside();
   void shapeWindow();
   bool hasSmoothCorners() const { return depth_ == 32 && composited_; }
 
