@@ -29,10 +29,12 @@ QWidget* foremostWidget() {
 }  // namespace
 
 QtApplication::QtApplication(PeerHost& windows, WindowActivation& activation,
-                             ProgramInstance& instance, std::function<void()> ended)
+                             ProgramInstance& instance, ParkedSources& parked,
+                             std::function<void()> ended)
     : windows_(windows),
       activation_(activation),
       instance_(instance),
+      parked_(parked),
       ended_(std::move(ended)),
       signals_([this] { terminate(); }) {}
 
@@ -83,6 +85,8 @@ void QtApplication::run() {
   icon_.emplace(iconCallbacks());
   windows_.onWindowsChange([this] { icon_->windowsDidChange(); });
   if (!isTerminated_) QApplication::exec();
+  // Before the toolkit's windows go, which may take as long as some service of the desktop's likes.
+  parked_.leaveHomeFirst();
   windows_.onWindowsChange([] {});
   icon_.reset();
   ended_();

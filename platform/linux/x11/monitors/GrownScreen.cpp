@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "platform/linux/Trace.h"
+#include "platform/linux/x11/server/FaultPoint.h"
 #include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -106,20 +107,25 @@ PixelSize millimetresOf(Connection& connection, PixelSize pixels) {
 }
 
 bool growScreen(Connection& connection, int right, xcb_randr_output_t primary) {
-  auto record = currentRecord(connection);
+  const auto former = currentRecord(connection);
+  auto record = former;
+  if (primary != XCB_NONE) record.madePrimary = primary;
   if (right > currentSize(connection).width) {
     record.grown = {right, record.before.pixels.height};
+    // Leaves in one piece with the request that it is about, so that whoever is killed has sent
+    // both or neither.
+    writeRecord(connection, record);
     if (!setSize(connection, {record.grown, millimetresLike(record.before, record.grown)})) {
+      writeRecord(connection, former);
       return false;
     }
+    VISTREL_FAULT_POINT(connection, "screen: grown");
     trace(TraceTopic::monitors,
           [&] { return "screen grown to " + areaText(rectOf(record.grown)); });
+  } else {
+    writeRecord(connection, record);
   }
-  if (primary != XCB_NONE) {
-    setPrimaryOutput(connection, primary);
-    record.madePrimary = primary;
-  }
-  writeRecord(connection, record);
+  if (primary != XCB_NONE) setPrimaryOutput(connection, primary);
   return true;
 }
 
@@ -136,6 +142,7 @@ void putScreenBack(Connection& connection) {
              (isBack ? "" : ": refused");
     });
   }
+  VISTREL_FAULT_POINT(connection, "screen: put back");
   xcb_delete_property(connection.xcb(), connection.root(), connection.atom(recordName));
 }
 

@@ -17,7 +17,7 @@ std::optional<DisplayID> X11VirtualDisplays::createDisplay(
     const VirtualDisplayDescriptor& descriptor) {
   const auto size = sizeOnRoot(descriptor.maxPixelsWide, descriptor.maxPixelsHigh, true);
   if (!size) return std::nullopt;
-  auto monitor = HiddenMonitor::make(*size);
+  auto monitor = HiddenMonitor::make(*size, command_->get());
   if (!monitor) return std::nullopt;
   const DisplayID id = monitor->id();
   monitors_[id] = std::move(monitor);

@@ -7,6 +7,7 @@
 #include "platform/Backend.h"
 #include "platform/VirtualDisplayClasses.h"
 #include "platform/linux/session/SharedScreenLayout.h"
+#include "platform/linux/x11/manager/CommandDeadline.h"
 #include "platform/linux/x11/monitors/HiddenMonitor.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -14,9 +15,13 @@ namespace vistrel::platform::linux_desktop {
 /// Hidden monitors as virtual displays.
 class X11VirtualDisplays final : public VirtualDisplayServer {
  public:
+  /// `command` is the one that displays are made in the course of.
   X11VirtualDisplays(std::shared_ptr<Connection> connection,
-                     std::shared_ptr<const SharedScreenLayout> layout)
-      : connection_(std::move(connection)), layout_(std::move(layout)) {}
+                     std::shared_ptr<const SharedScreenLayout> layout,
+                     std::shared_ptr<const CommandDeadline> command)
+      : connection_(std::move(connection)),
+        layout_(std::move(layout)),
+        command_(std::move(command)) {}
 
   bool hostsVirtualDisplays() override { return canHideMonitors(*connection_); }
   /// Of high resolution until it gets settings. Its millimetres are those of as many pixels of the
@@ -38,6 +43,7 @@ class X11VirtualDisplays final : public VirtualDisplayServer {
 
   const std::shared_ptr<Connection> connection_;
   const std::shared_ptr<const SharedScreenLayout> layout_;
+  const std::shared_ptr<const CommandDeadline> command_;
   std::map<DisplayID, std::unique_ptr<HiddenMonitor>> monitors_;
 };
 
