@@ -32,6 +32,10 @@ struct Session {
   /// Asked as of now; while the session lasts.
   std::function<SessionFacts()> facts;
 
+  /// To be called when the monitors that a person sees have changed, with the layout set: hidden
+  /// displays get out of their way, with what is parked there. While the session lasts.
+  std::function<void()> clearMonitors;
+
   std::unique_ptr<ProgramInstance> instance;
   std::unique_ptr<Monitors> monitors;
   std::unique_ptr<DockAreas> dockAreas;

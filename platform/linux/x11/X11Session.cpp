@@ -100,6 +100,9 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->sourceSituations = std::make_unique<X11SourceSituations>(connection, parked);
   session->otherWindows = std::make_unique<X11Accessibility>(connection, parked);
   session->parkedSources = parked;
+  session->clearMonitors = [hiddenDisplays, parked] {
+    for (const auto& move : hiddenDisplays->getOutOfTheWay()) parked->follow(move.from, move.to);
+  };
   session->facts = [connection] {
     return SessionFacts{.missingForCapture = connection->extensions().missingForCapture,
                         .managerName = managerName(*connection)};

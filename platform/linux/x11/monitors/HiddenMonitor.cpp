@@ -222,14 +222,26 @@ bool HiddenMonitor::place(const PixelRect& wanted) {
   auto all = monitorsOf(*connection_);
   std::erase_if(all, [this](const ListedMonitor& each) { return each.id == id_; });
   const PixelRect area = freePlace(wanted, areasOf(all));
-  if (area == area_) return true;
   const int largest = largestScreen(*connection_).width;
   if (area.x + area.width > largest) {
     return refuse([&] {
       return areaText(area) + " is more than the screen can be, " + std::to_string(largest);
     });
   }
-  return makeRoom(all, area) && announce(area);
+  return makeRoom(all, area) && (area == area_ || announce(area));
+}
+
+std::optional<HiddenMonitor::Move> HiddenMonitor::getOutOfTheWay() {
+  assert(isMainThread());
+  const PixelRect from = area_;
+  const auto all = monitorsOf(*connection_);
+  const bool isInTheWay = std::any_of(all.begin(), all.end(), [&](const ListedMonitor& each) {
+    return !isHiddenMonitor(each.name) && !isEmpty(intersection(each.area, from));
+  });
+  const bool isCutOff = from.x + from.width > screenSize(*connection_).width;
+  if (isEmpty(from) || (!isInTheWay && !isCutOff)) return std::nullopt;
+  if (!place(besidePrimary(all, sizeOf(from)))) leave();
+  return Move{from, area_};
 }
 
 bool HiddenMonitor::makeRoom(const std::vector<ListedMonitor>& all, const PixelRect& area) {

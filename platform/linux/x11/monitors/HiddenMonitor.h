@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,15 @@ class HiddenMonitor {
   /// Puts it there, or so far to the right that it overlaps no other monitor. False when the screen
   /// cannot grow that far; it is then as it was.
   bool place(const PixelRect& wanted);
+
+  /// Where it was, and where it is from now on: empty when there is no room for it any more.
+  struct Move {
+    PixelRect from;
+    PixelRect to;
+  };
+  /// Gets out of the way of monitors that a person sees, and makes the screen grow again where
+  /// somebody has cut it off. None where it can stay as it is.
+  std::optional<Move> getOutOfTheWay();
 
  private:
   explicit HiddenMonitor(std::unique_ptr<Connection> connection);

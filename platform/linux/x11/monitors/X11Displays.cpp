@@ -41,6 +41,14 @@ void X11VirtualDisplays::place(DisplayID display, int x, int y) {
   found->second->place({x, y, now.width, now.height});
 }
 
+std::vector<HiddenMonitor::Move> X11VirtualDisplays::getOutOfTheWay() {
+  std::vector<HiddenMonitor::Move> moves;
+  for (const auto& [display, monitor] : monitors_) {
+    if (const auto move = monitor->getOutOfTheWay()) moves.push_back(*move);
+  }
+  return moves;
+}
+
 std::optional<PixelSize> X11VirtualDisplays::sizeOnRoot(std::uint32_t width, std::uint32_t height,
                                                         bool hiDPI) const {
   constexpr double largest = std::numeric_limits<std::int16_t>::max();

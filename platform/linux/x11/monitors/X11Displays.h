@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "platform/Backend.h"
 #include "platform/VirtualDisplayClasses.h"
@@ -34,6 +35,8 @@ class X11VirtualDisplays final : public VirtualDisplayServer {
   /// Asks for a display's top-left corner to be at (x, y) in pixels of the root window. Only
   /// displays made here can be moved.
   void place(DisplayID display, int x, int y);
+  /// Has all of them get out of the way of monitors that a person sees; those that have.
+  std::vector<HiddenMonitor::Move> getOutOfTheWay();
 
  private:
   /// How many pixels of the root window such a mode takes. X has no scale of a display's own: the

@@ -60,6 +60,10 @@ bool ParkedWindows::move(xcb_window_t window, Point position) {
   return isThere;
 }
 
+void ParkedWindows::follow(const PixelRect& from, const PixelRect& to) {
+  workUntil(monotonicNow(), [=](ParkingWorker& worker) { worker.follow(from, to); });
+}
+
 void ParkedWindows::sendAllHome() {
   workUntil(monotonicNow() + managersTime, [](ParkingWorker& worker) { worker.sendAllHome(); });
 }

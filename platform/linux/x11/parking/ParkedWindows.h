@@ -51,6 +51,9 @@ class ParkedWindows final : public ParkedSources {
     return outcomes_->of(window);
   }
 
+  /// As ParkingWorker::follow; nobody waits for it.
+  void follow(const PixelRect& from, const PixelRect& to);
+
   void sendAllHome() override;
   void parkAgain() override;
   void leaveHomeFirst() override;

@@ -11,12 +11,20 @@
 #include "platform/linux/x11/parking/Homecoming.h"
 #include "platform/linux/x11/parking/Sight.h"
 #include "platform/linux/x11/server/FaultPoint.h"
+#include "platform/linux/x11/server/PixelGeometry.h"
 #include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
 constexpr double asLongAsItTakes = std::numeric_limits<double>::infinity();
+
+/// As far beyond the main screen as a window is parked that no hidden display is left for.
+Point cornerOf(const ScreenLayout& layout) {
+  constexpr double partInCorner = 40;
+  const Rect main = layout.monitors().front().points;
+  return {main.maxX() - partInCorner, main.maxY() - partInCorner};
+}
 
 }  // namespace
 
@@ -88,6 +96,20 @@ void ParkingWorker::sendAllHome() {
 void ParkingWorker::parkAgain() {
   const auto resting = std::exchange(resting_, {});
   for (const auto& [window, position] : resting) move(window, position, std::nullopt);
+}
+
+void ParkingWorker::follow(const PixelRect& from, const PixelRect& to) {
+  if (!isConnected()) return;
+  for (auto& [window, home] : homes_) {
+    const auto place = placeOf(window);
+    if (!place || isEmpty(intersection(home.asked, from))) continue;
+    if (isEmpty(to)) {
+      park(window, home, *place, cornerOf(*layout_->get()));
+    } else {
+      moveTo(window, home, moved(home.asked, to.x - from.x, to.y - from.y));
+      home.parked = layout_->get()->toPoints(home.asked).origin;
+    }
+  }
 }
 
 void ParkingWorker::abandon() {
@@ -170,7 +192,7 @@ void ParkingWorker::untie(xcb_window_t window, ParkingRecord& record, const Fram
 void ParkingWorker::park(xcb_window_t window, Home& home, const FramedWindow& found,
                          Point position) {
   home.parked = position;
-  moveTo(window, found, position);
+  moveTo(window, home, clientAt(window, found, position));
   VISTREL_FAULT_POINT(*connection_, "park: moved");
   if (home.record.desktop) stickWhereLeftBehind(window);
   if (!home.record.layer && isInSight(window)) home.outcome = putBelowOthers(window, home);
@@ -178,17 +200,22 @@ void ParkingWorker::park(xcb_window_t window, Home& home, const FramedWindow& fo
   VISTREL_FAULT_POINT(*connection_, "park: parked");
 }
 
-void ParkingWorker::moveTo(xcb_window_t window, const FramedWindow& found, Point position) {
+PixelRect ParkingWorker::clientAt(xcb_window_t window, const FramedWindow& found, Point position) {
   const auto layout = layout_->get();
   const Rect wanted{position, layout->toPoints(found.visible).size};
   const PixelRect visible = layout->holding(wanted).toPixels(wanted);
   // What is around the client may have changed with its states.
   const auto place = placeOf(window).value_or(found);
-  requestPlace(
-      *connection_, window,
-      {visible.x + place.client.x - place.visible.x, visible.y + place.client.y - place.visible.y,
-       found.client.width, found.client.height},
-      place.decoration, asLongAsItTakes);
+  return {visible.x + place.client.x - place.visible.x,
+          visible.y + place.client.y - place.visible.y, found.client.width, found.client.height};
+}
+
+void ParkingWorker::moveTo(xcb_window_t window, Home& home, const PixelRect& client) {
+  home.asked = client;
+  const auto place = placeOf(window);
+  if (place) {
+    requestPlace(*connection_, window, client, place->decoration, asLongAsItTakes);
+  }
 }
 
 void ParkingWorker::stickWhereLeftBehind(xcb_window_t window) {

@@ -57,6 +57,10 @@ class ParkingWorker {
   void sendAllHome();
   void parkAgain();
 
+  /// The hidden monitor at `from`, in pixels of the root window, is at `to` from now on: so is what
+  /// is parked on it. Where `to` is empty, that goes into the main screen's corner.
+  void follow(const PixelRect& from, const PixelRect& to);
+
   /// Breaks the connection off, whatever it waits for, and lets nothing be done any more: the owner
   /// of the parked windows has ended by that. Any thread.
   void abandon();
@@ -68,6 +72,8 @@ class ParkingWorker {
     Point position;
     /// Where it was asked to be.
     Point parked;
+    /// The same of its client, in pixels of the root window, whatever its manager has made of it.
+    PixelRect asked;
     ParkingRecord record;
     ParkingOutcome outcome = ParkingOutcome::outOfSight;
   };
@@ -87,7 +93,9 @@ class ParkingWorker {
   void untie(xcb_window_t window, ParkingRecord& record, const FramedWindow& found);
   /// With the size that it is found with.
   void park(xcb_window_t window, Home& home, const FramedWindow& found, Point position);
-  void moveTo(xcb_window_t window, const FramedWindow& found, Point position);
+  /// Where its client is to be for a window at `position`, of the size that it is found with.
+  PixelRect clientAt(xcb_window_t window, const FramedWindow& found, Point position);
+  void moveTo(xcb_window_t window, Home& home, const PixelRect& client);
   void stickWhereLeftBehind(xcb_window_t window);
   bool isInSight(xcb_window_t window);
   /// Once only, until it goes up again.
