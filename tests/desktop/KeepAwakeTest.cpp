@@ -1,4 +1,6 @@
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 
 #include "tests/desktop/KeepAwake.h"
 
@@ -71,6 +73,38 @@ TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackWhenTheProgramIsKilled) {
   EXPECT_TRUE(isBack(home));
   EXPECT_TRUE(eventually([&] { return hasState(connection_, source_->id(), fullScreen); }));
   EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+}
+
+TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackThoughTheManagerHangsWhenTheProgramEnds) {
+  const std::string before = monitors();
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  letProgramCatchUp();
+  const pid_t manager = display_.windowManagerPid();
+  ::kill(manager, SIGSTOP);
+  vistrel_->process().sendSignal(SIGTERM);
+  EXPECT_TRUE(vistrel_->process().waitForEnd().has_value());
+  vistrel_.reset();
+  ::kill(manager, SIGCONT);
+  EXPECT_TRUE(isBack(home));
+  EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+}
+
+TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackWhereNothingCanBeKeptFromRunToRun) {
+  // What stands in the way of the directory is no directory.
+  const auto state = display_.home() / "state";
+  std::filesystem::remove_all(state);
+  std::ofstream(state) << "";
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  vistrel_->process().sendSignal(SIGKILL);
+  ASSERT_TRUE(vistrel_->process().waitForEnd().has_value());
+  vistrel_.reset();
+  EXPECT_TRUE(isBack(home));
 }
 
 TEST_F(KeepAwakeOnAScreenThatGrows, WithoutAManagerThatMovesWindowsThePersonIsTold) {

@@ -9,39 +9,11 @@ namespace {
 class ParkedThroughEndings : public ParkedByAProgram {};
 
 TEST_P(ParkedThroughEndings, AKillAtAnyStepIsMadeGoodByTheGuard) {
-  const auto window = openTied();
-  const Belongings before = settledBelongingsOf(*window);
-  const std::string monitorsBefore = monitors();
-  const auto steps = stepsOf(*window);
-  ASSERT_TRUE(isAsBefore(before, monitorsBefore, *window));
-  ASSERT_GE(steps.size(), 12u);
-  for (std::size_t i = 0; i < steps.size(); ++i) {
-    SCOPED_TRACE(steps[i]);
-    const auto program = start(*window, {"park", "restore"}, Guard::present, i + 1);
-    const auto ending = program->waitForEnd();
-    ASSERT_TRUE(ending.has_value());
-    EXPECT_EQ(ending->signal, SIGKILL);
-    // One that comes before the guard has been started is left to a start.
-    if (program->standardOutput().find("guard started") == std::string::npos) {
-      startAnother();
-    }
-    ASSERT_TRUE(isAsBefore(before, monitorsBefore, *window));
-  }
-  EXPECT_TRUE(eventually([&] { return guards().empty(); }));
+  expectKillsMadeGood(Guard::present);
 }
 
 TEST_P(ParkedThroughEndings, AKillAtAnyStepIsMadeGoodByTheNextStartWhereThereIsNoGuard) {
-  const auto window = openTied();
-  const Belongings before = settledBelongingsOf(*window);
-  const std::string monitorsBefore = monitors();
-  const std::size_t count = stepsOf(*window).size();
-  for (std::size_t i = 1; i <= count; ++i) {
-    const auto program = start(*window, {"park", "restore"}, Guard::missing, i);
-    ASSERT_TRUE(program->waitForEnd().has_value());
-    SCOPED_TRACE(program->standardOutput());
-    startAnother();
-    ASSERT_TRUE(isAsBefore(before, monitorsBefore, *window));
-  }
+  expectKillsMadeGood(Guard::missing);
 }
 
 TEST_P(ParkedThroughEndings, TheGuardActsAtOnceWhateverEndsTheProgram) {
@@ -100,6 +72,22 @@ TEST_P(ParkedThroughEndings, NobodyTouchesWhatALivingProgramHasParked) {
   EXPECT_EQ(settledBelongingsOf(*window), parked);
   program->sendSignal(SIGKILL);
   EXPECT_TRUE(comesBackTo(before, *window));
+}
+
+TEST_P(ParkedThroughEndings, OnTwoDisplaysEachHasItsOwn) {
+  const auto window = open();
+  const Belongings before = settledBelongingsOf(*window);
+  const PrivateDisplay otherDisplay({.server = GetParam().server});
+  const TestWindow other(otherDisplay.name(), {.area = {300, 250, 400, 300}});
+  const Rect home = other.area();
+  const auto program = startParked(*window, Guard::present);
+  const auto neighbour = start(other, {"park", "pause"}, Guard::present, 0, &otherDisplay);
+  ASSERT_TRUE(eventually([&] { return isOutOfSight(other); }));
+  program->sendSignal(SIGKILL);
+  EXPECT_TRUE(comesBackTo(before, *window));
+  EXPECT_TRUE(isOutOfSight(other));
+  neighbour->sendSignal(SIGKILL);
+  EXPECT_TRUE(eventually([&] { return other.area() == home; }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Places, ParkedThroughEndings,

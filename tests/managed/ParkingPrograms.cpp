@@ -1,6 +1,7 @@
 #include "tests/managed/ParkingPrograms.h"
 
 #include <charconv>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -26,14 +27,16 @@ bool hasWritten(const ChildProcess& process, const std::string& line) {
 
 std::unique_ptr<ChildProcess> ParkedByAProgram::start(const TestWindow& window,
                                                       const std::vector<std::string>& deeds,
-                                                      Guard guard, std::size_t killedAt) {
+                                                      Guard guard, std::size_t killedAt,
+                                                      const PrivateDisplay* display) {
   std::filesystem::path path = program;
   if (guard == Guard::missing) {
     path = withoutGuard_.path() / path.filename();
     std::filesystem::copy_file(program, path, std::filesystem::copy_options::skip_existing);
   }
-  ChildProcess::Command command{.arguments = {path, std::to_string(window.id())},
-                                .environment = bed_.session().display().environment()};
+  ChildProcess::Command command{
+      .arguments = {path, std::to_string(window.id())},
+      .environment = (display ? *display : bed_.session().display()).environment()};
   command.arguments.insert(command.arguments.end(), deeds.begin(), deeds.end());
   command.environment.push_back("VISTREL_FAULT_AT=" + std::to_string(killedAt));
   return std::make_unique<ChildProcess>(command);
@@ -101,11 +104,34 @@ bool ParkedByAProgram::isForgotten(const TestWindow& window) {
   return comesBackTo(before, window);
 }
 
+void ParkedByAProgram::expectKillsMadeGood(Guard guard) {
+  const auto window = openTied();
+  const Belongings before = settledBelongingsOf(*window);
+  const std::string monitorsBefore = monitors();
+  const auto steps = stepsOf(*window);
+  ASSERT_TRUE(isAsBefore(before, monitorsBefore, *window));
+  ASSERT_GE(steps.size(), 12u);
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    SCOPED_TRACE(steps[i]);
+    const auto program = start(*window, {"park", "restore"}, guard, i + 1);
+    const auto ending = program->waitForEnd();
+    ASSERT_TRUE(ending.has_value());
+    EXPECT_EQ(ending->signal, SIGKILL);
+    // What comes before the guard has been started is left to a start.
+    const bool isGuarded = program->standardOutput().find("guard started") != std::string::npos;
+    if (guard == Guard::missing || !isGuarded) {
+      startAnother();
+    }
+    ASSERT_TRUE(isAsBefore(before, monitorsBefore, *window));
+  }
+  EXPECT_TRUE(eventually([&] { return guards().empty(); }));
+}
+
 std::unique_ptr<TestWindow> ParkedByAProgram::openTied() {
   auto window = open();
+  setStates(*window, true, {above});
   setStates(*window, true, {vertically});
   setStates(*window, true, {fullScreen});
-  setStates(*window, true, {above});
   return window;
 }
 

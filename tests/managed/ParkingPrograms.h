@@ -18,10 +18,12 @@ class ParkedByAProgram : public Parked {
   /// Whether programs find a guard to start.
   enum class Guard { present, missing };
 
-  /// Ends by itself unless `deeds` ends with "pause", or at the step of that number.
+  /// On the test's display, unless there is another. Ends by itself unless `deeds` ends with
+  /// "pause", or at the step of that number.
   std::unique_ptr<ChildProcess> start(const TestWindow& window,
                                       const std::vector<std::string>& deeds, Guard guard,
-                                      std::size_t killedAt = 0);
+                                      std::size_t killedAt = 0,
+                                      const PrivateDisplay* display = nullptr);
   /// Returns once the program has parked it.
   std::unique_ptr<ChildProcess> startParked(const TestWindow& window, Guard guard);
   /// The steps of parking and restoring, in order, as one program has taken them.
@@ -37,6 +39,10 @@ class ParkedByAProgram : public Parked {
   /// Waits until all of that is as it was, and says what is not.
   ::testing::AssertionResult isAsBefore(const Belongings& before, const std::string& monitorsBefore,
                                         const TestWindow& window);
+
+  /// Kills a program at each step of parking and restoring a window, and has what is left made good
+  /// by the guard, or by the next start.
+  void expectKillsMadeGood(Guard guard);
 
   /// A window that has everything that parking takes off.
   std::unique_ptr<TestWindow> openTied();

@@ -89,9 +89,13 @@ bool bringHome(Connection& connection, xcb_window_t window, const ParkingRecord&
                double deadline) {
   trace(TraceTopic::manager, [&] { return windowText(window) + " goes home"; });
   const bool isManaged = hasManager(connection);
+  // Whoever has left the window here may have asked for something since.
+  if (!awaitManagerUntil(connection, deadline)) return false;
   if (record.client) putInPlace(connection, window, record, deadline);
   if (isManaged) {
-    putOnTies(connection, window, record.ties);
+    // Those that it has already, xfwm4 4.18.0, mutter 43.8 and marco 1.26.1 would take off a
+    // full-screen window.
+    putOnTies(connection, window, record.ties - tiesOf(connection, window));
     VISTREL_FAULT_POINT(connection, "home: tied");
     if (record.desktop) putBackOnDesktop(connection, window, record);
   } else {

@@ -9,8 +9,8 @@ namespace vistrel::platform::linux_desktop {
 // step may be taken twice. Deadlines are in seconds of the monotonic clock, and may be infinity.
 
 /// Gives the window back what its record says, through the manager or, where none runs, directly,
-/// and takes the record off. False where the manager has not answered by the deadline: it has been
-/// asked all the same, and the record stays. True for a window that has gone.
+/// and takes the record off. False where the manager has not answered by the deadline: whatever it
+/// has been asked for, the record stays. True for a window that has gone.
 bool bringHome(Connection& connection, xcb_window_t window, const ParkingRecord& record,
                double deadline);
 

@@ -22,6 +22,12 @@ struct Ties {
   bool fullScreen = false;
 
   friend bool operator==(const Ties&, const Ties&) = default;
+  /// Those of `a` that are not in `b`.
+  friend Ties operator-(const Ties& a, const Ties& b) {
+    return {.horizontally = a.horizontally && !b.horizontally,
+            .vertically = a.vertically && !b.vertically,
+            .fullScreen = a.fullScreen && !b.fullScreen};
+  }
 };
 
 /// Those that the manager says it has; of a full-screen window it may keep the others to itself.
