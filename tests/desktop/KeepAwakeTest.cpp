@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "tests/desktop/KeepAwake.h"
+#include "tests/support/SessionManager.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -130,6 +131,34 @@ TEST_F(KeepAwakeOnAScreenThatGrows, WithoutAManagerThatMovesWindowsThePersonIsTo
     alert.only("push button", "OK").perform("Press");
     EXPECT_TRUE(eventually([&] { return alert.isDefunct(); }));
   }
+}
+
+/// A session manager that is there before the session's programs are.
+class WithSessionManager {
+ protected:
+  SessionManager manager_;
+};
+
+class KeepAwakeInASession : private WithSessionManager, public KeepAwake {
+ protected:
+  KeepAwakeInASession()
+      : KeepAwake({.server = DisplayServer::growable,
+                   .variables = {"SESSION_MANAGER=" + manager_.address()}}) {}
+  void beginEnd() { manager_.beginEnd(); }
+  void cancelEnd() { manager_.cancelEnd(); }
+};
+
+TEST_F(KeepAwakeInASession, TheSourceIsAtHomeWhileProgramsSaveAndLeavesAgainIfTheSessionGoesOn) {
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  beginEnd();
+  EXPECT_TRUE(isBack(home));
+  cancelEnd();
+  EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  choose(openMenu(panel), stopKeepingAwake);
+  EXPECT_TRUE(isBack(home));
 }
 
 class KeepAwakeInSight : public KeepAwake {

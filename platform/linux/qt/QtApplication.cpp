@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/Menu.h"
+#include "platform/linux/qt/process/SessionEnd.h"
 #include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -84,7 +85,11 @@ void QtApplication::run() {
   instance_.whenStartedAgain([this](std::uint32_t time) { reopen(time); });
   icon_.emplace(iconCallbacks());
   windows_.onWindowsChange([this] { icon_->windowsDidChange(); });
-  if (!isTerminated_) QApplication::exec();
+  {
+    const SessionEnd sessionEnd(
+        {.saving = [this] { parked_.sendAllHome(); }, .goesOn = [this] { parked_.parkAgain(); }});
+    if (!isTerminated_) QApplication::exec();
+  }
   // Before the toolkit's windows go, which may take as long as some service of the desktop's likes.
   parked_.leaveHomeFirst();
   windows_.onWindowsChange([] {});
