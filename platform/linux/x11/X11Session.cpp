@@ -115,9 +115,10 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
 /// that they are on.
 void tidyUpAfterOthers(Connection& connection) {
   constexpr double longest = 1;
-  // A guard has all the time that a manager takes to answer.
-  if (!bringAbandonedHome(connection, monotonicNow() + longest)) startGuard({});
+  const bool areHome = bringAbandonedHome(connection, monotonicNow() + longest);
   removeAbandonedMonitors(connection);
+  // A guard has all the time that a manager takes to answer.
+  if (!areHome) startGuard({});
 }
 
 }  // namespace

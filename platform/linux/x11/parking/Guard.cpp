@@ -20,7 +20,7 @@ std::filesystem::path guardProgram() {
   std::error_code failure;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
   for (const char* place : {"vistrel-guard", VISTREL_INSTALLED_GUARD}) {
-    const auto path = program.parent_path() / place;
+    auto path = program.parent_path() / place;
     if (access(path.c_str(), X_OK) == 0) return path;
   }
   return {};

@@ -85,7 +85,7 @@ std::optional<ParkingRecord> recordFrom(const std::vector<std::uint32_t>& values
   };
   if (has(isFree)) record.client = {number(4), number(5), number(6), number(7)};
   if (has(hasDesktop)) record.desktop = values[8];
-  if (has(hasLayer)) record.layer = {has(wasAbove), has(wasBelow)};
+  if (has(hasLayer)) record.layer = StackingLayer{has(wasAbove), has(wasBelow)};
   return record;
 }
 

@@ -24,16 +24,8 @@ struct ParkingRecord {
   /// None where the manager has no desktops.
   std::optional<std::uint32_t> desktop;
   bool isSticky = false;
-
-  /// The states that keep a window above others, or below them.
-  struct Layer {
-    bool isAbove = false;
-    bool isBelow = false;
-
-    friend bool operator==(const Layer&, const Layer&) = default;
-  };
   /// None for a window that was left in its layer.
-  std::optional<Layer> layer;
+  std::optional<StackingLayer> layer;
 
   friend bool operator==(const ParkingRecord&, const ParkingRecord&) = default;
 };

@@ -30,7 +30,15 @@ struct Ties {
   }
 };
 
-/// Those that the manager says it has; of a full-screen window it may keep the others to itself.
+/// The states that keep a window above others, or below them.
+struct StackingLayer {
+  bool isAbove = false;
+  bool isBelow = false;
+
+  friend bool operator==(const StackingLayer&, const StackingLayer&) = default;
+};
+
+/// Those that the manager says a window has; of a full-screen one it may keep the others to itself.
 Ties tiesOf(Connection& connection, xcb_window_t window);
 
 // Each asks the manager, and waits for it until the deadline only where it says so.
