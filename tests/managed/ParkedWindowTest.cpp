@@ -126,7 +126,7 @@ TEST_P(Parked, AWindowStaysLive) {
   const auto window = open();
   const auto stream = bed_.session().stream(window->id());
   const ParkedWindow parked(bed_, window->id());
-  ASSERT_TRUE(eventually([&] { return isOutOfSight(*window); }));
+  ASSERT_TRUE(eventually([&] { return isOutOfSight(*window); })) << window->area();
   for (const Rgb colour : {red, green, blue}) {
     window->show(Quadrants::uniform(colour));
     EXPECT_TRUE(eventually([&] {

@@ -147,12 +147,11 @@ bool managerReaches(Connection& connection, const PixelRect& area, double deadli
   if (!hasManager(connection)) return true;
   // mutter 43.8 takes notice some time after it has been told.
   constexpr double grace = 0.5;
-  awaitManagerUntil(connection, deadline);
   // A manager that leaves out what no output shows (xfwm4 4.18.0, KWin 5.27.5) does not count it in
   // here either.
   const auto isCovered = [&] { return covers(connection, area); };
-  bool isReached = awaitProperty(connection, connection.root(),
-                                 std::min(deadline, monotonicNow() + grace), isCovered);
+  bool isReached = awaitManagerUntil(connection, deadline) &&
+                   awaitProperty(connection, connection.root(), monotonicNow() + grace, isCovered);
   if (!isReached) {
     // It may have been held up all the while.
     awaitManagerUntil(connection, deadline);

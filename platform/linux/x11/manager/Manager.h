@@ -69,8 +69,8 @@ bool managerTellsItsReach(Connection& connection);
 
 /// Whether the manager takes `area`, in pixels of the root window, for a part of the desktop: where
 /// it does not, it keeps windows away from there. Waits until it has had time to notice that the
-/// screen has grown, until `deadline` at most. Without a manager everything is. `connection`
-/// listens to no events.
+/// screen has grown: for its answers until `deadline` at most, and half a second longer for one
+/// that answers. Without a manager everything is. `connection` listens to no events.
 bool managerReaches(Connection& connection, const PixelRect& area, double deadline);
 
 }  // namespace vistrel::platform::linux_desktop
