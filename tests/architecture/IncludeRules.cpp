@@ -32,6 +32,7 @@ const std::map<std::string_view, Rooms> roomsOfHalves = {
          {"stream", {"panel", "picture", "server", "source"}},
          {"monitors", {"manager", "server"}},
          {"parking", {"manager", "server"}},
+         {"guard", {"monitors", "parking", "server"}},
          {"instance", {"server"}},
      }},
     {"qt",

@@ -1,6 +1,9 @@
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 
 #include "tests/desktop/KeepAwake.h"
+#include "tests/support/SessionManager.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -53,9 +56,14 @@ TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackWhenTheProgramEnds) {
   EXPECT_EQ(monitors(), before);
 }
 
-TEST_F(KeepAwakeOnAScreenThatGrows, TheDisplayOfAProgramThatWasKilledIsTidiedUpByTheNextOne) {
+TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackWhenTheProgramIsKilled) {
   const std::string before = monitors();
-  choose(openMenu(openPanel()), keepAwake);
+  const PanelOnScreen panel = openPanel();
+  connection_.sendToManager(source_->id(), "_NET_WM_STATE",
+                            {1, connection_.atom(fullScreen), 0, byPerson, 0});
+  const Rect home{0, 0, screenWidth, screenHeight};
+  ASSERT_TRUE(isBack(home));
+  choose(openMenu(panel), keepAwake);
   ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
   const std::string parked = monitors();
   startAnother();
@@ -63,9 +71,41 @@ TEST_F(KeepAwakeOnAScreenThatGrows, TheDisplayOfAProgramThatWasKilledIsTidiedUpB
   vistrel_->process().sendSignal(SIGKILL);
   ASSERT_TRUE(vistrel_->process().waitForEnd().has_value());
   vistrel_.reset();
-  EXPECT_EQ(monitors(), parked);
-  startAnother();
-  EXPECT_EQ(monitors(), before);
+  EXPECT_TRUE(isBack(home));
+  EXPECT_TRUE(eventually([&] { return hasState(connection_, source_->id(), fullScreen); }));
+  EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+}
+
+TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackThoughTheManagerHangsWhenTheProgramEnds) {
+  const std::string before = monitors();
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  letProgramCatchUp();
+  const pid_t manager = display_.windowManagerPid();
+  ::kill(manager, SIGSTOP);
+  vistrel_->process().sendSignal(SIGTERM);
+  EXPECT_TRUE(vistrel_->process().waitForEnd().has_value());
+  vistrel_.reset();
+  ::kill(manager, SIGCONT);
+  EXPECT_TRUE(isBack(home));
+  EXPECT_TRUE(eventually([&] { return monitors() == before; }));
+}
+
+TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackWhereNothingCanBeKeptFromRunToRun) {
+  // What stands in the way of the directory is no directory.
+  const auto state = display_.home() / "state";
+  std::filesystem::remove_all(state);
+  std::ofstream(state) << "";
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  vistrel_->process().sendSignal(SIGKILL);
+  ASSERT_TRUE(vistrel_->process().waitForEnd().has_value());
+  vistrel_.reset();
+  EXPECT_TRUE(isBack(home));
 }
 
 TEST_F(KeepAwakeOnAScreenThatGrows, WithoutAManagerThatMovesWindowsThePersonIsTold) {
@@ -91,6 +131,34 @@ TEST_F(KeepAwakeOnAScreenThatGrows, WithoutAManagerThatMovesWindowsThePersonIsTo
     alert.only("push button", "OK").perform("Press");
     EXPECT_TRUE(eventually([&] { return alert.isDefunct(); }));
   }
+}
+
+/// A session manager that is there before the session's programs are.
+class WithSessionManager {
+ protected:
+  SessionManager manager_;
+};
+
+class KeepAwakeInASession : private WithSessionManager, public KeepAwake {
+ protected:
+  KeepAwakeInASession()
+      : KeepAwake({.server = DisplayServer::growable,
+                   .variables = {"SESSION_MANAGER=" + manager_.address()}}) {}
+  void beginEnd() { manager_.beginEnd(); }
+  void cancelEnd() { manager_.cancelEnd(); }
+};
+
+TEST_F(KeepAwakeInASession, TheSourceIsAtHomeWhileProgramsSaveAndLeavesAgainIfTheSessionGoesOn) {
+  const PanelOnScreen panel = openPanel();
+  const Rect home = source_->area();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  beginEnd();
+  EXPECT_TRUE(isBack(home));
+  cancelEnd();
+  EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  choose(openMenu(panel), stopKeepingAwake);
+  EXPECT_TRUE(isBack(home));
 }
 
 class KeepAwakeInSight : public KeepAwake {

@@ -31,7 +31,7 @@ TEST_F(Managers, AreNotWaitedForAnyLongerBecauseOfSomebodysNoise) {
   });
   const auto queue = makeQueue();
   queue->async([&] {
-    EXPECT_FALSE(managerReaches(*lister_, {0, 0, 5000, 100}));
+    EXPECT_FALSE(managerReaches(*lister_, {0, 0, 5000, 100}, monotonicNow() + managersTime));
     hasAnswer = true;
   });
   EXPECT_TRUE(testbed::eventually([&] { return hasAnswer.load(); }));

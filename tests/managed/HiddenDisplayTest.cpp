@@ -1,8 +1,10 @@
+#include <array>
 #include <xcb/randr.h>
 #include <xcb/xtest.h>
 
 #include "tests/managed/LazyManager.h"
 #include "tests/managed/ParkingBed.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/MonitorReport.h"
 #include "tests/support/Monitors.h"
 #include "tests/support/Poll.h"
@@ -155,6 +157,67 @@ TEST(HiddenDisplayAmongMonitors, StandsToTheRightOfAllThatAreInItsWay) {
   bed.removeDisplay(*next);
   monitors.set("third", {1280, 400, 300, 600});
   EXPECT_EQ(monitorReport(bed.session().display()), before);
+}
+
+class HiddenDisplayWithAWindow : public ::testing::Test {
+ protected:
+  /// As a person has it by `xrandr --output … --mode …`, without regard to what nothing is
+  /// connected to.
+  void setMainMonitor(int width, int height) {
+    const auto timing = [](int active) {
+      return std::array{std::to_string(active), std::to_string(active + 8),
+                        std::to_string(active + 16), std::to_string(active + 32)};
+    };
+    const std::string mode = "test-" + std::to_string(width);
+    std::vector<std::string> newMode{"--newmode", mode, "100"};
+    for (const auto& each : {timing(width), timing(height)}) {
+      newMode.insert(newMode.end(), each.begin(), each.end());
+    }
+    xrandr(newMode);
+    xrandr({"--addmode", "screen", mode});
+    xrandr({"--output", "screen", "--mode", mode});
+    using platform::linux_desktop::ScreenLayout;
+    bed_.session().providers().layout->set(ScreenLayout({{{0, 0, width, height}, 1}}));
+    bed_.session().providers().clearMonitors();
+  }
+  void xrandr(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "xrandr");
+    ChildProcess process(
+        {.arguments = arguments, .environment = bed_.session().display().environment()});
+    const auto ending = process.waitForEnd();
+    EXPECT_TRUE(ending && ending->exitStatus == 0) << process.standardError();
+  }
+
+  ParkingBed bed_{{"", DisplayServer::growable, WindowManager::openbox, true}};
+};
+
+TEST_F(HiddenDisplayWithAWindow, GetsOutOfTheWayOfAMonitorThatHasBecomeLarger) {
+  const TestWindow window(bed_.session().display().name(), {.area = {300, 250, 400, 300}});
+  const Rect home = window.area();
+  {
+    const ParkedWindow parked(bed_, window.id());
+    ASSERT_TRUE(eventually([&] { return window.area().x >= mainArea.width; }));
+    for (const int width : {1920, 1280, 2560}) {
+      setMainMonitor(width, 1200);
+      EXPECT_TRUE(eventually([&] { return window.area().x >= width; })) << window.area();
+      EXPECT_EQ(bed_.displayCount(), 2u);
+    }
+  }
+  EXPECT_TRUE(eventually([&] { return window.area() == home; })) << window.area();
+  EXPECT_EQ(areaOf(bed_.connection(), bed_.connection().root()), (Rect{0, 0, 2560, 1200}));
+}
+
+TEST_F(HiddenDisplayWithAWindow, GoesWhereThereIsNoRoomForItAnyMore) {
+  const TestWindow window(bed_.session().display().name(), {.area = {300, 250, 400, 300}});
+  const Rect home = window.area();
+  {
+    const ParkedWindow parked(bed_, window.id());
+    ASSERT_TRUE(eventually([&] { return window.area().x >= mainArea.width; }));
+    setMainMonitor(6000, 1200);
+    EXPECT_EQ(bed_.displayCount(), 1u);
+    EXPECT_TRUE(eventually([&] { return window.area().x >= 6000 - 64; })) << window.area();
+  }
+  EXPECT_TRUE(eventually([&] { return window.area() == home; })) << window.area();
 }
 
 TEST(HiddenDisplayClasses, AreMissingWhereTheScreenCannotGrow) {

@@ -126,7 +126,7 @@ TEST_P(Parked, AWindowStaysLive) {
   const auto window = open();
   const auto stream = bed_.session().stream(window->id());
   const ParkedWindow parked(bed_, window->id());
-  ASSERT_TRUE(eventually([&] { return isOutOfSight(*window); }));
+  ASSERT_TRUE(eventually([&] { return isOutOfSight(*window); })) << window->area();
   for (const Rgb colour : {red, green, blue}) {
     window->show(Quadrants::uniform(colour));
     EXPECT_TRUE(eventually([&] {
@@ -238,15 +238,42 @@ TEST(ParkedUnderAManagerThatHangs, AWindowIsAskedToGoAndNobodyWaitsForEver) {
                            {1, connection.atom(fullScreen), 0, byPerson, 0});
   constexpr Rect home{0, 0, screenWidth, screenHeight};
   ASSERT_TRUE(eventually([&] { return window.area() == home; }));
+  using platform::linux_desktop::SourceSituation;
+  auto& situations = *bed.session().providers().sourceSituations;
   const pid_t manager = bed.session().display().windowManagerPid();
   ::kill(manager, SIGSTOP);
   {
     const ParkedWindow parked(bed, window.id());
     EXPECT_EQ(window.area(), home);
+    EXPECT_EQ(situations.of(window.id()), SourceSituation::waitsForManager);
     ::kill(manager, SIGCONT);
     EXPECT_TRUE(eventually([&] { return window.area() != home; }));
+    EXPECT_TRUE(
+        eventually([&] { return situations.of(window.id()) == SourceSituation::ordinary; }));
+    ::kill(manager, SIGSTOP);
   }
+  EXPECT_EQ(situations.of(window.id()), SourceSituation::waitsForManager) << "on its way home";
+  ::kill(manager, SIGCONT);
   EXPECT_TRUE(eventually([&] { return window.area() == home; }));
+}
+
+TEST(ParkedUnderAManagerThatGoes, AWindowIsInSightAgainUnderTheNextOne) {
+  ParkingBed bed({"", DisplayServer::growable, WindowManager::openbox, true});
+  const TestWindow window(bed.session().display().name(),
+                          {.area = {300, 250, 400, 300}, .decorated = false});
+  {
+    const ParkedWindow parked(bed, window.id());
+    ASSERT_TRUE(eventually([&] { return window.area().x >= screenWidth; }));
+    ::kill(bed.session().display().windowManagerPid(), SIGKILL);
+    bed.session().display().replaceWindowManager(WindowManager::none);
+  }
+  EXPECT_TRUE(eventually([&] {
+    return window.area() == Rect{300, 250, 400, 300};
+  })) << window.area();
+  bed.session().display().replaceWindowManager(WindowManager::openbox);
+  EXPECT_EQ(window.area(), (Rect{300, 250, 400, 300}));
+  EXPECT_TRUE(isViewable(bed.connection(), window.id()));
+  EXPECT_EQ(bed.connection().numbers(window.id(), "_NET_WM_DESKTOP"), std::vector{0U});
 }
 
 TEST(ParkedUnderAManagerThatIsLate, AWindowIsNotSoughtWhereItIsAboutToLeave) {

@@ -43,7 +43,9 @@ class DebianPackage : public ::testing::Test {
 
   std::filesystem::path usr() const { return directory_.path() / "usr"; }
   std::filesystem::path documents() const { return usr() / "share/doc/vistrel"; }
-  std::filesystem::path program() const { return usr() / "bin/vistrel"; }
+  std::vector<std::filesystem::path> programs() const {
+    return {usr() / "bin/vistrel", usr() / "libexec/vistrel/vistrel-guard"};
+  }
   std::filesystem::path checksums() const { return directory_.path() / "DEBIAN/md5sums"; }
 
  private:
@@ -60,7 +62,8 @@ TEST_F(DebianPackage, HoldsWhatAnInstallationPutsBelowUsr) {
 
 TEST_F(DebianPackage, BelongsToRootAndIsReadableByAll) {
   for (const std::string& line : linesOf(outputOf({"dpkg-deb", "--contents", package()}))) {
-    const bool isProgram = line.ends_with("/usr/bin/vistrel");
+    const bool isProgram =
+        line.ends_with("/usr/bin/vistrel") || line.ends_with("/usr/libexec/vistrel/vistrel-guard");
     EXPECT_THAT(line,
                 AnyOf(StartsWith("drwxr-xr-x root/root "),
                       StartsWith(isProgram ? "-rwxr-xr-x root/root " : "-rw-r--r-- root/root ")));
@@ -112,11 +115,13 @@ TEST_F(DebianPackage, TellsOfItsOwnVersionFirst) {
   EXPECT_THAT(manual, HasSubstr("\"Vistrel " VISTREL_VERSION "\"\n"));
 }
 
-TEST_F(DebianPackage, ItsProgramIsStrippedAndFindsLibrariesWhereTheSystemDoes) {
-  const std::string dynamic = outputOf({"readelf", "--dynamic", program()});
-  EXPECT_THAT(dynamic, HasSubstr("(NEEDED)"));
-  EXPECT_THAT(dynamic, Not(AnyOf(HasSubstr("(RPATH)"), HasSubstr("(RUNPATH)"))));
-  EXPECT_THAT(outputOf({"readelf", "--sections", "--wide", program()}), Not(HasSubstr(".symtab")));
+TEST_F(DebianPackage, ItsProgramsAreStrippedAndFindLibrariesWhereTheSystemDoes) {
+  for (const auto& program : programs()) {
+    const std::string dynamic = outputOf({"readelf", "--dynamic", program});
+    EXPECT_THAT(dynamic, HasSubstr("(NEEDED)"));
+    EXPECT_THAT(dynamic, Not(AnyOf(HasSubstr("(RPATH)"), HasSubstr("(RUNPATH)"))));
+    EXPECT_THAT(outputOf({"readelf", "--sections", "--wide", program}), Not(HasSubstr(".symtab")));
+  }
 }
 
 /// A system of its own for the package manager, without any other package.

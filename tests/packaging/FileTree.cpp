@@ -20,6 +20,7 @@ std::set<std::string> installedFiles() {
   const std::string id = VISTREL_APPLICATION_ID;
   std::set<std::string> files = {
       "bin/vistrel",
+      "libexec/vistrel/vistrel-guard",
       "share/applications/" + id + ".desktop",
       "share/doc/vistrel/README.md",
       "share/doc/vistrel/changelog.gz",

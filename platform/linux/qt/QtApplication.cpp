@@ -10,6 +10,7 @@
 
 #include "platform/Menu.h"
 #include "platform/linux/qt/process/EndDeadline.h"
+#include "platform/linux/qt/process/SessionEnd.h"
 #include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -30,10 +31,12 @@ QWidget* foremostWidget() {
 }  // namespace
 
 QtApplication::QtApplication(PeerHost& windows, WindowActivation& activation,
-                             ProgramInstance& instance, std::function<void()> ended)
+                             ProgramInstance& instance, ParkedSources& parked,
+                             std::function<void()> ended)
     : windows_(windows),
       activation_(activation),
       instance_(instance),
+      parked_(parked),
       ended_(std::move(ended)),
       signals_([this] { terminate(); }) {}
 
@@ -83,7 +86,13 @@ void QtApplication::run() {
   instance_.whenStartedAgain([this](std::uint32_t time) { reopen(time); });
   icon_.emplace(iconCallbacks());
   windows_.onWindowsChange([this] { icon_->windowsDidChange(); });
-  if (!isTerminated_) QApplication::exec();
+  {
+    const SessionEnd sessionEnd(
+        {.saving = [this] { parked_.sendAllHome(); }, .goesOn = [this] { parked_.parkAgain(); }});
+    if (!isTerminated_) QApplication::exec();
+  }
+  // Before the toolkit's windows go, which may take as long as some service of the desktop's likes.
+  parked_.leaveHomeFirst();
   windows_.onWindowsChange([] {});
   icon_.reset();
   ended_();

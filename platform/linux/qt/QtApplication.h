@@ -10,6 +10,7 @@
 #include "platform/linux/qt/process/TerminationSignals.h"
 #include "platform/linux/qt/tray/TrayIcon.h"
 #include "platform/linux/qt/windows/PeerHost.h"
+#include "platform/linux/session/ParkedSources.h"
 #include "platform/linux/session/ProgramInstance.h"
 #include "platform/linux/session/WindowActivation.h"
 
@@ -18,9 +19,9 @@ namespace vistrel::platform::linux_desktop {
 /// The program's life on the toolkit's event loop.
 class QtApplication final : public Application {
  public:
-  /// The first three outlive it; `ended` runs once the event loop has, before `run` returns.
+  /// The first four outlive it; `ended` runs once the event loop has, before `run` returns.
   QtApplication(PeerHost& windows, WindowActivation& activation, ProgramInstance& instance,
-                std::function<void()> ended);
+                ParkedSources& parked, std::function<void()> ended);
 
   void setActivationPolicy(ActivationPolicy policy) override;
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
@@ -41,6 +42,7 @@ class QtApplication final : public Application {
   PeerHost& windows_;
   WindowActivation& activation_;
   ProgramInstance& instance_;
+  ParkedSources& parked_;
   const std::function<void()> ended_;
   std::weak_ptr<ApplicationDelegate> delegate_;
   bool isTerminated_ = false;

@@ -65,7 +65,7 @@ class StartedQtDesktop final : public QtDesktop {
         workspace_(windows_.host(), *session.windowActivation, *session.instance,
                    [this](const std::string& url) { return advise(url); }),
         application_(windows_.host(), *session.windowActivation, *session.instance,
-                     [this] { finish(); }) {}
+                     *session.parkedSources, [this] { finish(); }) {}
 
   ~StartedQtDesktop() override {
     windows_.finish();

@@ -50,6 +50,7 @@ QtWindows::QtWindows(const Session& session)
     : session_(session),
       host_(std::make_shared<PeerHost>(session.layout, savedFramesOfPerson())),
       screens_(*session.monitors, *session.dockAreas, *session.layout, [this] {
+        session_.clearMonitors();
         if (host_->isOpen()) host_->screensDidChange();
       }) {}
 

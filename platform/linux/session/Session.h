@@ -11,6 +11,7 @@
 #include "platform/linux/session/DockAreas.h"
 #include "platform/linux/session/Monitors.h"
 #include "platform/linux/session/PanelWindows.h"
+#include "platform/linux/session/ParkedSources.h"
 #include "platform/linux/session/ProgramInstance.h"
 #include "platform/linux/session/SessionFacts.h"
 #include "platform/linux/session/SharedScreenLayout.h"
@@ -31,6 +32,10 @@ struct Session {
   /// Asked as of now; while the session lasts.
   std::function<SessionFacts()> facts;
 
+  /// To be called when the monitors that a person sees have changed, with the layout set: hidden
+  /// displays get out of their way, with what is parked there. While the session lasts.
+  std::function<void()> clearMonitors;
+
   std::unique_ptr<ProgramInstance> instance;
   std::unique_ptr<Monitors> monitors;
   std::unique_ptr<DockAreas> dockAreas;
@@ -44,9 +49,10 @@ struct Session {
   std::shared_ptr<VirtualDisplayServer> hiddenDisplays;
   /// All that are online, hidden ones among them.
   std::unique_ptr<DisplayBackend> displays;
-  /// Moves other programs' windows. Last, since windows go back before the displays go that they
-  /// are on.
+  /// Moves other programs' windows.
   std::unique_ptr<AccessibilityBackend> otherWindows;
+  /// Those that are parked. Last, since windows go back before the displays go that they are on.
+  std::shared_ptr<ParkedSources> parkedSources;
 };
 
 struct SessionOrFailure {

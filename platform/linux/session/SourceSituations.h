@@ -17,6 +17,8 @@ enum class SourceSituation {
   parkedBelowOthers,
   /// The same, not even below others.
   parkedInSight,
+  /// To be kept awake, or to go back: the manager has been told, and has not answered yet.
+  waitsForManager,
 };
 
 /// Knows what becomes of mirrored windows. Main thread.

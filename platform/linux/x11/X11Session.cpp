@@ -10,12 +10,16 @@
 #include "platform/linux/Trace.h"
 #include "platform/linux/x11/instance/X11ProgramInstance.h"
 #include "platform/linux/x11/listing/ShareableContentService.h"
+#include "platform/linux/x11/manager/CommandDeadline.h"
 #include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/manager/X11WindowActivation.h"
 #include "platform/linux/x11/monitors/X11Displays.h"
 #include "platform/linux/x11/monitors/X11DockAreas.h"
 #include "platform/linux/x11/monitors/X11Monitors.h"
 #include "platform/linux/x11/panel/X11ContextMenuKeys.h"
+#include "platform/linux/x11/parking/Guard.h"
+#include "platform/linux/x11/parking/Homecoming.h"
+#include "platform/linux/x11/parking/ParkedWindows.h"
 #include "platform/linux/x11/parking/X11Accessibility.h"
 #include "platform/linux/x11/parking/X11SourceSituations.h"
 #include "platform/linux/x11/server/Connection.h"
@@ -87,19 +91,34 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->windowActivation = std::make_unique<X11WindowActivation>(connection);
   session->windowLister = std::make_unique<ShareableContentService>(session->layout);
   session->windowStreams = std::make_unique<X11WindowStreams>(connection);
-  const auto hiddenDisplays = std::make_shared<X11VirtualDisplays>(connection, session->layout);
+  const auto command = std::make_shared<CommandDeadline>();
+  const auto hiddenDisplays =
+      std::make_shared<X11VirtualDisplays>(connection, session->layout, command);
   session->hiddenDisplays = hiddenDisplays;
   session->displays = std::make_unique<X11Displays>(connection, session->layout, hiddenDisplays);
-  auto otherWindows = std::make_unique<X11Accessibility>(connection, session->layout);
-  session->sourceSituations =
-      std::make_unique<X11SourceSituations>(connection, otherWindows->parkedWindows());
-  session->otherWindows = std::move(otherWindows);
+  const auto parked = std::make_shared<ParkedWindows>(connection, session->layout, command);
+  session->sourceSituations = std::make_unique<X11SourceSituations>(connection, parked);
+  session->otherWindows = std::make_unique<X11Accessibility>(connection, parked);
+  session->parkedSources = parked;
+  session->clearMonitors = [hiddenDisplays, parked] {
+    for (const auto& move : hiddenDisplays->getOutOfTheWay()) parked->follow(move.from, move.to);
+  };
   session->facts = [connection] {
     return SessionFacts{.missingForCapture = connection->extensions().missingForCapture,
                         .managerName = managerName(*connection)};
   };
   trace(TraceTopic::start, [&] { return description(*connection, session->facts()); });
   return session;
+}
+
+/// What programs of ours have left that have ended without a guard: windows before the monitors
+/// that they are on.
+void tidyUpAfterOthers(Connection& connection) {
+  constexpr double longest = 1;
+  const bool areHome = bringAbandonedHome(connection, monotonicNow() + longest);
+  removeAbandonedMonitors(connection);
+  // A guard has all the time that a manager takes to answer.
+  if (!areHome) startGuard({});
 }
 
 }  // namespace
@@ -112,7 +131,7 @@ SessionOrFailure openX11Session(Instances instances) {
     start = InstanceClaim::take(environmentVariable("DESKTOP_STARTUP_ID"));
   }
   if (start.isShown) return {};
-  removeAbandonedMonitors(*connection);
+  tidyUpAfterOthers(*connection);
   return {sessionOver(std::move(connection), std::move(start.claim)), {}};
 }
 

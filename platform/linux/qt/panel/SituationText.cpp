@@ -17,6 +17,8 @@ std::string situationText(SourceSituation situation) {
              "windows.";
     case SourceSituation::parkedInSight:
       return "The source could not be moved out of sight: the window manager keeps it where it is.";
+    case SourceSituation::waitsForManager:
+      return "The window manager does not answer. The source is moved once it does.";
   }
   return {};
 }

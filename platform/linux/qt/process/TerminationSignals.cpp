@@ -21,7 +21,7 @@ constexpr std::array handled = {SIGINT, SIGTERM, SIGHUP};
 volatile sig_atomic_t wakeUpDescriptor = -1;
 
 /// How long the main thread may take, in milliseconds: it may be waiting for a service that hangs.
-constexpr long patience = 800;
+constexpr long patience = 900;
 
 /// Runs in a signal's context: no more than system calls.
 void wakeUp(int /*signal*/) {

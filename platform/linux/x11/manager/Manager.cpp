@@ -14,10 +14,9 @@ namespace vistrel::platform::linux_desktop {
 namespace {
 
 /// Waits for a change of a property of `window`, on which `connection` is to listen to nothing
-/// else, until `isAsWanted`; false when it is not by then.
-bool awaitProperty(Connection& connection, xcb_window_t window, double seconds,
+/// else, until `isAsWanted`; false when it is not by the deadline.
+bool awaitProperty(Connection& connection, xcb_window_t window, double deadline,
                    const std::function<bool()>& isAsWanted) {
-  const double deadline = monotonicNow() + seconds;
   forgive(connection.xcb(), connection.selectEvents(window, XCB_EVENT_MASK_PROPERTY_CHANGE));
   const bool holds = awaitEvents(
       connection, deadline, [](const xcb_generic_event_t&) {}, isAsWanted);
@@ -124,31 +123,38 @@ void tellManager(Connection& connection, xcb_window_t window, std::string_view m
                  reinterpret_cast<const char*>(&event));
 }
 
+bool awaitManagerUntil(Connection& connection, double deadline) {
+  do {
+    // One that has gone meanwhile has taken the question along.
+    const double patience = std::min(deadline, monotonicNow() + managersTime);
+    // Twice, since a manager may put off what it was told until it has read all that has come in
+    // (awesome 4.3).
+    if (isAnswered(connection, patience) && isAnswered(connection, patience)) return true;
+  } while (monotonicNow() < deadline && !connection.isLost());
+  trace(TraceTopic::manager, [] { return "no answer in time; nobody waits any longer"; });
+  return false;
+}
+
 void awaitManager(Connection& connection) {
-  constexpr double longest = 2;
-  const double deadline = monotonicNow() + longest;
-  // Twice, since a manager may put off what it was told until it has read all that has come in
-  // (awesome 4.3).
-  if (isAnswered(connection, deadline) && isAnswered(connection, deadline)) return;
-  trace(TraceTopic::manager, [] { return "no answer in two seconds; nobody waits any longer"; });
+  awaitManagerUntil(connection, monotonicNow() + managersTime);
 }
 
 bool managerTellsItsReach(Connection& connection) {
   return !hasManager(connection) || desktopWidth(connection);
 }
 
-bool managerReaches(Connection& connection, const PixelRect& area) {
+bool managerReaches(Connection& connection, const PixelRect& area, double deadline) {
   if (!hasManager(connection)) return true;
   // mutter 43.8 takes notice some time after it has been told.
   constexpr double grace = 0.5;
-  awaitManager(connection);
   // A manager that leaves out what no output shows (xfwm4 4.18.0, KWin 5.27.5) does not count it in
   // here either.
   const auto isCovered = [&] { return covers(connection, area); };
-  bool isReached = awaitProperty(connection, connection.root(), grace, isCovered);
+  bool isReached = awaitManagerUntil(connection, deadline) &&
+                   awaitProperty(connection, connection.root(), monotonicNow() + grace, isCovered);
   if (!isReached) {
     // It may have been held up all the while.
-    awaitManager(connection);
+    awaitManagerUntil(connection, deadline);
     isReached = isCovered();
   }
   trace(TraceTopic::manager, [&] {

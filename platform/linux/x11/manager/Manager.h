@@ -52,8 +52,15 @@ bool isPartOfDesktop(Connection& connection, xcb_window_t window);
 void tellManager(Connection& connection, xcb_window_t window, std::string_view message,
                  const std::array<std::uint32_t, 5>& data);
 
+/// How long a manager is waited for where nothing else is said, in seconds.
+inline constexpr double managersTime = 2;
+
 /// Waits until the manager has seen what happened on the display before this call, which it does in
-/// order; two seconds at most. `connection` listens to no events of windows.
+/// order; until the monotonic clock has reached `deadline` seconds at most, which may be infinity.
+/// Whether it has; false as well when the display is lost. Without a manager nobody has to.
+/// `connection` listens to no events of windows.
+bool awaitManagerUntil(Connection& connection, double deadline);
+/// For two seconds at most.
 void awaitManager(Connection& connection);
 
 /// Whether the manager says how large its desktop is (_NET_DESKTOP_GEOMETRY), which
@@ -62,7 +69,8 @@ bool managerTellsItsReach(Connection& connection);
 
 /// Whether the manager takes `area`, in pixels of the root window, for a part of the desktop: where
 /// it does not, it keeps windows away from there. Waits until it has had time to notice that the
-/// screen has grown. Without a manager everything is. `connection` listens to no events.
-bool managerReaches(Connection& connection, const PixelRect& area);
+/// screen has grown: for its answers until `deadline` at most, and half a second longer for one
+/// that answers. Without a manager everything is. `connection` listens to no events.
+bool managerReaches(Connection& connection, const PixelRect& area, double deadline);
 
 }  // namespace vistrel::platform::linux_desktop

@@ -39,7 +39,7 @@ void requestByConfiguring(Connection& connection, xcb_window_t window, const Num
 }  // namespace
 
 void requestPlace(Connection& connection, xcb_window_t window, const PixelRect& client,
-                  const Extents& frame) {
+                  const Extents& frame, double deadline) {
   trace(TraceTopic::manager, [&] {
     return windowText(window) + " is to be at " + areaText(client) + ", without its frame";
   });
@@ -50,11 +50,11 @@ void requestPlace(Connection& connection, xcb_window_t window, const PixelRect& 
                         static_cast<std::uint32_t>(client.height)};
   const auto former = clientArea(connection, window);
   requestByMessage(connection, window, gravity, numbers);
-  awaitManager(connection);
+  awaitManagerUntil(connection, deadline);
   if (former == client || clientArea(connection, window) != former) return;
   // bspwm 0.9.10 and awesome 4.3 do not know the message, and herbstluftwm 0.9.5 lists it alone.
   requestByConfiguring(connection, window, numbers);
-  awaitManager(connection);
+  awaitManagerUntil(connection, deadline);
 }
 
 }  // namespace vistrel::platform::linux_desktop

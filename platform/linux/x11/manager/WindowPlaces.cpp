@@ -33,9 +33,9 @@ std::vector<xcb_window_t> countedWindows(Connection& connection) {
 WindowPlaces::WindowPlaces(Connection& connection)
     : connection_(connection), places_(placesOf(connection, countedWindows(connection))) {}
 
-void WindowPlaces::restore() const {
+void WindowPlaces::restore(double deadline) const {
   for (const auto& [window, place] : displaced()) {
-    requestPlace(connection_, window, place.client, place.decoration);
+    requestPlace(connection_, window, place.client, place.decoration, deadline);
   }
 }
 

@@ -16,8 +16,8 @@ class WindowPlaces {
 
   /// Whether one of them is elsewhere, or of another size.
   bool haveChanged() const { return !displaced().empty(); }
-  /// Asks the manager to put those back, and waits for it.
-  void restore() const;
+  /// Asks the manager to put those back, and waits for it until the deadline.
+  void restore(double deadline) const;
 
  private:
   using Places = std::map<xcb_window_t, FramedWindow>;

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "platform/linux/Trace.h"
+#include "platform/linux/x11/server/FaultPoint.h"
 #include "platform/linux/x11/server/Property.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -48,12 +49,6 @@ void writeRecord(Connection& connection, const Record& record) {
                       values.data());
 }
 
-PixelSize currentSize(Connection& connection) {
-  const auto root = replyTo<xcb_get_geometry_reply>(
-      connection.xcb(), xcb_get_geometry(connection.xcb(), connection.root()));
-  return root ? PixelSize{root->width, root->height} : PixelSize{};
-}
-
 bool setSize(Connection& connection, const ScreenSize& size) {
   return !failureOf(connection.xcb(), xcb_randr_set_screen_size_checked(
                                           connection.xcb(), connection.root(),
@@ -66,7 +61,7 @@ bool setSize(Connection& connection, const ScreenSize& size) {
 /// As it was before anybody of ours made it grow.
 Record currentRecord(Connection& connection) {
   const auto record = readRecord(connection);
-  const PixelSize pixels = currentSize(connection);
+  const PixelSize pixels = screenSize(connection);
   if (record && record->grown == pixels) return *record;
   // A person has changed the screen since.
   const auto madePrimary = record ? record->madePrimary : xcb_randr_output_t{XCB_NONE};
@@ -95,6 +90,12 @@ void setPrimaryOutput(Connection& connection, xcb_randr_output_t output) {
 
 }  // namespace
 
+PixelSize screenSize(Connection& connection) {
+  const auto root = replyTo<xcb_get_geometry_reply>(
+      connection.xcb(), xcb_get_geometry(connection.xcb(), connection.root()));
+  return root ? PixelSize{root->width, root->height} : PixelSize{};
+}
+
 PixelSize largestScreen(Connection& connection) {
   const auto range = replyTo<xcb_randr_get_screen_size_range_reply>(
       connection.xcb(), xcb_randr_get_screen_size_range(connection.xcb(), connection.root()));
@@ -106,20 +107,25 @@ PixelSize millimetresOf(Connection& connection, PixelSize pixels) {
 }
 
 bool growScreen(Connection& connection, int right, xcb_randr_output_t primary) {
-  auto record = currentRecord(connection);
-  if (right > currentSize(connection).width) {
+  const auto former = currentRecord(connection);
+  auto record = former;
+  if (primary != XCB_NONE) record.madePrimary = primary;
+  if (right > screenSize(connection).width) {
     record.grown = {right, record.before.pixels.height};
+    // Leaves in one piece with the request that it is about, so that whoever is killed has sent
+    // both or neither.
+    writeRecord(connection, record);
     if (!setSize(connection, {record.grown, millimetresLike(record.before, record.grown)})) {
+      writeRecord(connection, former);
       return false;
     }
+    VISTREL_FAULT_POINT(connection, "screen: grown");
     trace(TraceTopic::monitors,
           [&] { return "screen grown to " + areaText(rectOf(record.grown)); });
+  } else {
+    writeRecord(connection, record);
   }
-  if (primary != XCB_NONE) {
-    setPrimaryOutput(connection, primary);
-    record.madePrimary = primary;
-  }
-  writeRecord(connection, record);
+  if (primary != XCB_NONE) setPrimaryOutput(connection, primary);
   return true;
 }
 
@@ -129,13 +135,14 @@ void putScreenBack(Connection& connection) {
   if (record->madePrimary != XCB_NONE && primaryOutput(connection) == record->madePrimary) {
     setPrimaryOutput(connection, XCB_NONE);
   }
-  if (currentSize(connection) == record->grown) {
+  if (screenSize(connection) == record->grown) {
     const bool isBack = setSize(connection, record->before);
     trace(TraceTopic::monitors, [&] {
       return "screen put back to " + areaText(rectOf(record->before.pixels)) +
              (isBack ? "" : ": refused");
     });
   }
+  VISTREL_FAULT_POINT(connection, "screen: put back");
   xcb_delete_property(connection.xcb(), connection.root(), connection.atom(recordName));
 }
 

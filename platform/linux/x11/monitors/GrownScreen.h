@@ -12,6 +12,9 @@ namespace vistrel::platform::linux_desktop {
 // so that whoever comes last can put it back: another program of ours, or a later one. To be called
 // with the server grabbed.
 
+/// As it is.
+PixelSize screenSize(Connection& connection);
+
 /// The largest that the screen can be; empty when it cannot change.
 PixelSize largestScreen(Connection& connection);
 

@@ -15,6 +15,8 @@
 #include "platform/linux/x11/manager/WindowPlaces.h"
 #include "platform/linux/x11/monitors/FreePlace.h"
 #include "platform/linux/x11/monitors/GrownScreen.h"
+#include "platform/linux/x11/server/FaultPoint.h"
+#include "platform/linux/x11/server/ProcessToken.h"
 #include "platform/linux/x11/server/Property.h"
 #include "platform/linux/x11/server/ServerGrab.h"
 #include "platform/linux/x11/server/UnseenWindow.h"
@@ -22,7 +24,7 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// On a monitor's window: its name.
+/// On a monitor's window: its name, and the token of the window's process.
 constexpr auto ownerMark = "_VISTREL_HIDDEN_MONITOR";
 
 /// On the root window: the window of a manager that rearranges windows when the screen grows.
@@ -137,6 +139,18 @@ bool canHideMonitors(Connection& connection) {
          });
 }
 
+std::vector<xcb_window_t> monitorOwnersOf(Connection& connection, std::uint32_t processToken) {
+  std::vector<xcb_window_t> owners;
+  if (!offersMonitors(connection)) return owners;
+  for (const auto& each : monitorsOf(connection)) {
+    const auto owner = isHiddenMonitor(each.name) ? ownerIn(each.name) : std::nullopt;
+    if (!owner) continue;
+    const auto mark = propertyOf(connection, *owner, ownerMark).values();
+    if (mark == std::vector{each.id, processToken}) owners.push_back(*owner);
+  }
+  return owners;
+}
+
 void removeAbandonedMonitors(Connection& connection) {
   if (!offersMonitors(connection)) return;
   {
@@ -151,7 +165,7 @@ void removeAbandonedMonitors(Connection& connection) {
   connection.sync();
 }
 
-std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size) {
+std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size, double deadline) {
   assert(isMainThread());
   auto connection = Connection::open();
   if (!connection) refuse([] { return "the display refuses another connection"; });
@@ -161,15 +175,15 @@ std::unique_ptr<HiddenMonitor> HiddenMonitor::make(PixelSize size) {
   std::unique_ptr<HiddenMonitor> monitor(new HiddenMonitor(std::move(connection)));
   const WindowPlaces places(*monitor->connection_);
   if (!monitor->place(wanted)) return nullptr;
-  const bool isReached = managerReaches(*monitor->connection_, monitor->area_);
+  const bool isReached = managerReaches(*monitor->connection_, monitor->area_, deadline);
   const bool isRearranged = places.haveChanged();
   if (isReached && !isRearranged) return monitor;
   monitor->leave();
   if (isRearranged) {
     rememberThatItRearranges(*monitor->connection_);
     // It does so again for the former size.
-    awaitManager(*monitor->connection_);
-    places.restore();
+    awaitManagerUntil(*monitor->connection_, deadline);
+    places.restore(deadline);
   }
   refuse([&] {
     return isRearranged ? "the manager rearranges windows for it"
@@ -182,8 +196,10 @@ HiddenMonitor::HiddenMonitor(std::unique_ptr<Connection> connection)
     : connection_(std::move(connection)),
       owner_(makeUnseenWindow(*connection_)),
       id_(connection_->atom(nameFor(owner_.id()))) {
+  const std::array mark{id_, processToken()};
   xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, owner_.id(),
-                      connection_->atom(ownerMark), XCB_ATOM_ATOM, 32, 1, &id_);
+                      connection_->atom(ownerMark), XCB_ATOM_CARDINAL, 32, mark.size(),
+                      mark.data());
 }
 
 HiddenMonitor::~HiddenMonitor() {
@@ -206,14 +222,26 @@ bool HiddenMonitor::place(const PixelRect& wanted) {
   auto all = monitorsOf(*connection_);
   std::erase_if(all, [this](const ListedMonitor& each) { return each.id == id_; });
   const PixelRect area = freePlace(wanted, areasOf(all));
-  if (area == area_) return true;
   const int largest = largestScreen(*connection_).width;
   if (area.x + area.width > largest) {
     return refuse([&] {
       return areaText(area) + " is more than the screen can be, " + std::to_string(largest);
     });
   }
-  return makeRoom(all, area) && announce(area);
+  return makeRoom(all, area) && (area == area_ || announce(area));
+}
+
+std::optional<HiddenMonitor::Move> HiddenMonitor::getOutOfTheWay() {
+  assert(isMainThread());
+  const PixelRect from = area_;
+  const auto all = monitorsOf(*connection_);
+  const bool isInTheWay = std::any_of(all.begin(), all.end(), [&](const ListedMonitor& each) {
+    return !isHiddenMonitor(each.name) && !isEmpty(intersection(each.area, from));
+  });
+  const bool isCutOff = from.x + from.width > screenSize(*connection_).width;
+  if (isEmpty(from) || (!isInTheWay && !isCutOff)) return std::nullopt;
+  if (!place(besidePrimary(all, sizeOf(from)))) leave();
+  return Move{from, area_};
 }
 
 bool HiddenMonitor::makeRoom(const std::vector<ListedMonitor>& all, const PixelRect& area) {
@@ -246,6 +274,7 @@ bool HiddenMonitor::set(const PixelRect& area) {
   if (failureOf(connection_->xcb(), setMonitor(*connection_, info))) {
     return refuse([&] { return "the server refuses one at " + areaText(area); });
   }
+  VISTREL_FAULT_POINT(*connection_, "monitor: set");
   trace(TraceTopic::monitors, [&] { return "hidden monitor at " + areaText(area); });
   area_ = area;
   return true;
@@ -255,6 +284,7 @@ void HiddenMonitor::withdraw() {
   if (!isEmpty(area_)) {
     trace(TraceTopic::monitors, [&] { return "hidden monitor removed from " + areaText(area_); });
     deleteMonitor(*connection_, id_);
+    VISTREL_FAULT_POINT(*connection_, "monitor: removed");
   }
   area_ = {};
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/linux/PixelRect.h"
 #include "platform/linux/x11/monitors/MonitorList.h"
@@ -22,8 +25,8 @@ class HiddenMonitor {
   /// Makes one to the right of the primary monitor, or of those that overlap it there. Null when
   /// the screen cannot grow that far, when the window manager would keep windows away from it,
   /// which may take a moment to find out, or when it rearranges windows for it; they are put back
-  /// then.
-  static std::unique_ptr<HiddenMonitor> make(PixelSize size);
+  /// then. Waits for the manager until `deadline` seconds of the monotonic clock at most.
+  static std::unique_ptr<HiddenMonitor> make(PixelSize size, double deadline);
   HiddenMonitor(const HiddenMonitor&) = delete;
   HiddenMonitor& operator=(const HiddenMonitor&) = delete;
   /// Removes it as `leave` does.
@@ -36,6 +39,15 @@ class HiddenMonitor {
   /// Puts it there, or so far to the right that it overlaps no other monitor. False when the screen
   /// cannot grow that far; it is then as it was.
   bool place(const PixelRect& wanted);
+
+  /// Where it was, and where it is from now on: empty when there is no room for it any more.
+  struct Move {
+    PixelRect from;
+    PixelRect to;
+  };
+  /// Gets out of the way of monitors that a person sees, and makes the screen grow again where
+  /// somebody has cut it off. None where it can stay as it is.
+  std::optional<Move> getOutOfTheWay();
 
  private:
   explicit HiddenMonitor(std::unique_ptr<Connection> connection);
@@ -59,5 +71,9 @@ bool canHideMonitors(Connection& connection);
 
 /// Removes those whose programs have ended without doing so.
 void removeAbandonedMonitors(Connection& connection);
+
+/// The windows of the process of that token by which its hidden monitors are known to be
+/// somebody's; each goes with its monitor.
+std::vector<xcb_window_t> monitorOwnersOf(Connection& connection, std::uint32_t processToken);
 
 }  // namespace vistrel::platform::linux_desktop

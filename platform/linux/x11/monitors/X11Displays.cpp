@@ -17,7 +17,7 @@ std::optional<DisplayID> X11VirtualDisplays::createDisplay(
     const VirtualDisplayDescriptor& descriptor) {
   const auto size = sizeOnRoot(descriptor.maxPixelsWide, descriptor.maxPixelsHigh, true);
   if (!size) return std::nullopt;
-  auto monitor = HiddenMonitor::make(*size);
+  auto monitor = HiddenMonitor::make(*size, command_->get());
   if (!monitor) return std::nullopt;
   const DisplayID id = monitor->id();
   monitors_[id] = std::move(monitor);
@@ -39,6 +39,14 @@ void X11VirtualDisplays::place(DisplayID display, int x, int y) {
   if (found == monitors_.end()) return;
   const PixelRect now = found->second->area();
   found->second->place({x, y, now.width, now.height});
+}
+
+std::vector<HiddenMonitor::Move> X11VirtualDisplays::getOutOfTheWay() {
+  std::vector<HiddenMonitor::Move> moves;
+  for (const auto& [display, monitor] : monitors_) {
+    if (const auto move = monitor->getOutOfTheWay()) moves.push_back(*move);
+  }
+  return moves;
 }
 
 std::optional<PixelSize> X11VirtualDisplays::sizeOnRoot(std::uint32_t width, std::uint32_t height,

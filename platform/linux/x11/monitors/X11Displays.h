@@ -3,10 +3,12 @@
 #include <map>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "platform/Backend.h"
 #include "platform/VirtualDisplayClasses.h"
 #include "platform/linux/session/SharedScreenLayout.h"
+#include "platform/linux/x11/manager/CommandDeadline.h"
 #include "platform/linux/x11/monitors/HiddenMonitor.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -14,9 +16,13 @@ namespace vistrel::platform::linux_desktop {
 /// Hidden monitors as virtual displays.
 class X11VirtualDisplays final : public VirtualDisplayServer {
  public:
+  /// `command` is the one that displays are made in the course of.
   X11VirtualDisplays(std::shared_ptr<Connection> connection,
-                     std::shared_ptr<const SharedScreenLayout> layout)
-      : connection_(std::move(connection)), layout_(std::move(layout)) {}
+                     std::shared_ptr<const SharedScreenLayout> layout,
+                     std::shared_ptr<const CommandDeadline> command)
+      : connection_(std::move(connection)),
+        layout_(std::move(layout)),
+        command_(std::move(command)) {}
 
   bool hostsVirtualDisplays() override { return canHideMonitors(*connection_); }
   /// Of high resolution until it gets settings. Its millimetres are those of as many pixels of the
@@ -29,6 +35,8 @@ class X11VirtualDisplays final : public VirtualDisplayServer {
   /// Asks for a display's top-left corner to be at (x, y) in pixels of the root window. Only
   /// displays made here can be moved.
   void place(DisplayID display, int x, int y);
+  /// Has all of them get out of the way of monitors that a person sees; those that have.
+  std::vector<HiddenMonitor::Move> getOutOfTheWay();
 
  private:
   /// How many pixels of the root window such a mode takes. X has no scale of a display's own: the
@@ -38,6 +46,7 @@ class X11VirtualDisplays final : public VirtualDisplayServer {
 
   const std::shared_ptr<Connection> connection_;
   const std::shared_ptr<const SharedScreenLayout> layout_;
+  const std::shared_ptr<const CommandDeadline> command_;
   std::map<DisplayID, std::unique_ptr<HiddenMonitor>> monitors_;
 };
 

@@ -1,14 +1,16 @@
 #pragma once
 
-#include <cstdint>
-#include <map>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
 
 #include "platform/Geometry.h"
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/session/ParkedSources.h"
 #include "platform/linux/session/SharedScreenLayout.h"
-#include "platform/linux/x11/manager/VisibleFrame.h"
+#include "platform/linux/x11/manager/CommandDeadline.h"
+#include "platform/linux/x11/parking/ParkingWorker.h"
 #include "platform/linux/x11/server/Connection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -21,92 +23,51 @@ namespace vistrel::platform::linux_desktop {
 /// the size is kept; and it comes to all desktops, since managers unmap what is on a desktop that
 /// is not shown, and nobody draws what is unmapped. Windows that are minimised or rolled up stay
 /// so. A window that its manager keeps in sight all the same lies below all others there, as far as
-/// the manager lets it. One that goes back to where it was found gets back everything it had.
+/// the manager lets it. One that goes back to where it was found gets back everything it had; so
+/// does each whose owner, this object, ends in whatever way before that (ParkingRecord.h, Guard.h).
 ///
-/// Positions are of what a person sees as the window, in points of global display space. Main
-/// thread.
-class ParkedWindows {
+/// The manager is waited for until the command's deadline; what it has not answered by then goes on
+/// on a queue of its own. Positions are of what a person sees as the window, in points of global
+/// display space. Main thread.
+class ParkedWindows final : public ParkedSources {
  public:
-  /// What has become of a window that was to be out of sight.
-  enum class Outcome {
-    outOfSight,
-    /// In sight where no other window covers it.
-    belowOthers,
-    /// The manager has done neither.
-    inSight,
-  };
-
-  /// `connection` outlives this object.
-  ParkedWindows(Connection& connection, std::shared_ptr<const SharedScreenLayout> layout)
-      : connection_(connection), layout_(std::move(layout)) {}
+  ParkedWindows(std::shared_ptr<Connection> connection,
+                std::shared_ptr<const SharedScreenLayout> layout,
+                std::shared_ptr<CommandDeadline> command);
   ParkedWindows(const ParkedWindows&) = delete;
   ParkedWindows& operator=(const ParkedWindows&) = delete;
-  /// Gives back all that are still parked.
-  ~ParkedWindows();
+  /// As `leaveHomeFirst`.
+  ~ParkedWindows() override;
 
-  /// Once the manager has done what it was asked before, which it gets two seconds for. None for a
-  /// window that has gone.
+  /// Once the manager has done what it was asked before, if it has by the deadline; begins a
+  /// command. None for a window that has gone.
   std::optional<Point> positionOf(xcb_window_t window);
-  /// Returns once the manager has been told, and has had two seconds to do it; it may have its own
-  /// mind. False for a window that has gone.
+  /// Returns once the manager has been told, and has done it or could have by the deadline; it may
+  /// have its own mind. Ends a command. False for a window that has gone.
   bool move(xcb_window_t window, Point position);
 
-  /// None for a window that is not parked.
-  std::optional<Outcome> outcomeFor(xcb_window_t window) const;
+  /// None for a window that is neither parked nor on its way.
+  std::optional<ParkingOutcome> outcomeFor(xcb_window_t window) const {
+    return outcomes_->of(window);
+  }
+
+  /// As ParkingWorker::follow; nobody waits for it.
+  void follow(const PixelRect& from, const PixelRect& to);
+
+  void sendAllHome() override;
+  void parkAgain() override;
+  void leaveHomeFirst() override;
 
  private:
-  /// The states that tie a window to its place.
-  struct Ties {
-    bool horizontally = false;
-    bool vertically = false;
-    bool fullScreen = false;
+  /// Has the worker do it on its queue; whether it has by the deadline.
+  bool workUntil(double deadline, std::function<void(ParkingWorker&)> work);
 
-    friend bool operator==(const Ties&, const Ties&) = default;
-  };
-  /// The states that keep a window above others, or below them.
-  struct Layer {
-    bool isAbove = false;
-    bool isBelow = false;
-  };
-  /// What a window gets back.
-  struct Home {
-    /// As it was last told before it was left, which may be another place than it was left from:
-    /// managers move windows while they minimise them.
-    Point position;
-    /// Where the client is without its ties.
-    PixelRect client;
-    Ties ties;
-    /// None where the manager has no desktops.
-    std::optional<std::uint32_t> desktop;
-    bool isSticky = false;
-    Layer layer;
-    Outcome outcome = Outcome::outOfSight;
-  };
-
-  /// In pixels of the root window; none when it has gone.
-  std::optional<FramedWindow> placeOf(xcb_window_t window);
-  Point pointsOf(const FramedWindow& place) const;
-  /// Takes off what ties the window to its place.
-  Home leave(xcb_window_t window, const FramedWindow& found);
-  void giveBack(xcb_window_t window, const Home& home);
-  void park(xcb_window_t window, Home& home, const FramedWindow& found, Point position);
-  void moveTo(xcb_window_t window, const FramedWindow& found, Point position);
-  bool isInSight(xcb_window_t window);
-  /// Once only, until it goes up again.
-  void putBelowOthers(xcb_window_t window, Home& home);
-  void putBackUp(xcb_window_t window, const Home& home);
-  /// Which there were.
-  Ties takeOffTies(xcb_window_t window);
-  void putOnTies(xcb_window_t window, const Ties& ties);
-  /// Turns one or two states on or off.
-  void setStates(xcb_window_t window, bool areOn, const char* state, const char* another);
-  void setDesktop(xcb_window_t window, std::uint32_t desktop);
-  void stickWhereLeftBehind(xcb_window_t window);
-  void backToDesktop(xcb_window_t window, const Home& home);
-
-  Connection& connection_;
+  const std::shared_ptr<Connection> connection_;
   const std::shared_ptr<const SharedScreenLayout> layout_;
-  std::map<xcb_window_t, Home> homes_;
+  const std::shared_ptr<CommandDeadline> command_;
+  const std::shared_ptr<ParkingOutcomes> outcomes_;
+  const std::shared_ptr<ParkingWorker> worker_;
+  std::shared_ptr<SerialQueue> queue_;  // from the first use on
   /// The last position that was told, and whose.
   std::optional<std::pair<xcb_window_t, Point>> told_;
 };

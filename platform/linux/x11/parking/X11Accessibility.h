@@ -13,11 +13,9 @@ namespace vistrel::platform::linux_desktop {
 /// there are no settings to show either, unless some program of the desktop serves their URL.
 class X11Accessibility final : public AccessibilityBackend {
  public:
-  /// Outlives its elements. Windows that are not where they were found when it goes are given back
-  /// what they had.
-  X11Accessibility(std::shared_ptr<Connection> connection,
-                   std::shared_ptr<const SharedScreenLayout> layout)
-      : connection_(std::move(connection)), windows_(*connection_, std::move(layout)) {}
+  /// Outlives its elements.
+  X11Accessibility(std::shared_ptr<Connection> connection, std::shared_ptr<ParkedWindows> windows)
+      : connection_(std::move(connection)), windows_(std::move(windows)) {}
 
   bool isProcessTrusted() override;
   /// There is nobody to prompt.
@@ -26,15 +24,12 @@ class X11Accessibility final : public AccessibilityBackend {
   std::optional<AccessibilityValue> makePointValue(Point point) override;
   GetWindowNumber windowNumberFunctionNamed(const std::string& symbol) override;
 
-  /// As long as this object lasts.
-  const ParkedWindows& parkedWindows() const { return windows_; }
-
  private:
   class ApplicationElement;
   class WindowElement;
 
   const std::shared_ptr<Connection> connection_;
-  ParkedWindows windows_;
+  const std::shared_ptr<ParkedWindows> windows_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

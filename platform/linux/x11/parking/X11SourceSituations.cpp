@@ -8,8 +8,9 @@ using enum SourceSituation;
 
 namespace {
 
-SourceSituation situationOf(std::optional<ParkedWindows::Outcome> outcome) {
-  using enum ParkedWindows::Outcome;
+SourceSituation situationOf(std::optional<ParkingOutcome> outcome) {
+  using enum ParkingOutcome;
+  if (outcome == underWay) return waitsForManager;
   if (outcome == belowOthers) return parkedBelowOthers;
   return outcome == inSight ? parkedInSight : ordinary;
 }
@@ -23,8 +24,8 @@ SourceSituation X11SourceSituations::of(std::uint32_t window) {
   const bool isUndrawnThere = hiddenDesktopOf(connection, window) &&
                               !isViewable(connection, window) &&
                               !isMarkedHidden(connection, window);
-  const auto outcome = parked_.outcomeFor(window);
-  if (!isUndrawnThere) return situationOf(outcome);
+  const auto outcome = parked_->outcomeFor(window);
+  if (!isUndrawnThere || outcome == ParkingOutcome::underWay) return situationOf(outcome);
   return outcome ? parkedOnHiddenDesktop : onHiddenDesktop;
 }
 

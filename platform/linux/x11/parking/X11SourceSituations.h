@@ -12,15 +12,15 @@ namespace vistrel::platform::linux_desktop {
 /// What the window manager has done with sources, those that have been parked among them.
 class X11SourceSituations final : public SourceSituations {
  public:
-  /// `parked` is there whenever a source is asked about.
-  X11SourceSituations(std::shared_ptr<Connection> connection, const ParkedWindows& parked)
-      : connection_(std::move(connection)), parked_(parked) {}
+  X11SourceSituations(std::shared_ptr<Connection> connection,
+                      std::shared_ptr<const ParkedWindows> parked)
+      : connection_(std::move(connection)), parked_(std::move(parked)) {}
 
   SourceSituation of(std::uint32_t window) override;
 
  private:
   const std::shared_ptr<Connection> connection_;
-  const ParkedWindows& parked_;
+  const std::shared_ptr<const ParkedWindows> parked_;
 };
 
 }  // namespace vistrel::platform::linux_desktop
