@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -51,6 +52,22 @@ class Descriptor {
   const int number_;
 };
 
+/// Of a regular file what there is, but hardly more than `mostBytes` where it is longer than that.
+std::optional<std::string> beginningOf(const std::filesystem::path& path, std::size_t mostBytes) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (!file.isRegularFile()) return std::nullopt;
+  // The size that a file says it has is not asked: the system's own, below /proc, say none.
+  std::string contents;
+  std::array<char, 4096> part{};
+  while (contents.size() <= mostBytes) {
+    const auto taken = file.read(part.data(), part.size());
+    if (taken < 0) return std::nullopt;
+    if (taken == 0) break;
+    contents.append(part.data(), static_cast<std::size_t>(taken));
+  }
+  return contents;
+}
+
 /// Whether a file may be put at `path`.
 bool mayBeReplaced(const std::string& path) {
   struct stat status {};
@@ -73,18 +90,18 @@ std::string writtenBeside(const std::string& path, std::string_view contents) {
 
 std::optional<std::string> contentsOfRegularFile(const std::filesystem::path& path,
                                                  std::size_t mostBytes) {
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  if (!file.isRegularFile()) return std::nullopt;
-  // The size that a file says it has is not asked: the system's own, below /proc, say none.
-  std::string contents;
-  std::array<char, 4096> part{};
-  while (contents.size() <= mostBytes) {
-    const auto taken = file.read(part.data(), part.size());
-    if (taken < 0) return std::nullopt;
-    if (taken == 0) return contents;
-    contents.append(part.data(), static_cast<std::size_t>(taken));
+  auto contents = beginningOf(path, mostBytes);
+  return contents && contents->size() <= mostBytes ? std::move(contents) : std::nullopt;
+}
+
+std::optional<std::string> linesOfRegularFile(const std::filesystem::path& path,
+                                              std::size_t mostBytes) {
+  auto contents = beginningOf(path, mostBytes);
+  if (contents && contents->size() > mostBytes) {
+    contents->resize(mostBytes);
+    contents->resize(contents->rfind('\n') + 1);
   }
-  return std::nullopt;
+  return contents;
 }
 
 void replaceRegularFile(const std::filesystem::path& path, std::string_view contents) {

@@ -14,6 +14,11 @@ namespace vistrel::platform::linux_desktop {
 std::optional<std::string> contentsOfRegularFile(const std::filesystem::path& path,
                                                  std::size_t mostBytes);
 
+/// As `contentsOfRegularFile`, for texts of lines: of a file that is longer than `mostBytes`, what
+/// ends with the last whole line within them.
+std::optional<std::string> linesOfRegularFile(const std::filesystem::path& path,
+                                              std::size_t mostBytes);
+
 /// Makes a regular file of `contents`, for its owner alone whatever the umask, at once: a reader
 /// sees what was there or all of it. What a link in its place leads to is not touched, the link is
 /// replaced. A file that its owner has made read-only stays, and so does anything that is no file.

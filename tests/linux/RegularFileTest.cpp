@@ -47,6 +47,18 @@ TEST_F(RegularFile, IsNotReadWhenItIsLongerThanItMayBe) {
   }
 }
 
+TEST_F(RegularFile, OfLinesIsReadToItsLastWholeLineWhenItIsLongerThanItMayBe) {
+  write("one\ntwo\nthree");
+  EXPECT_EQ(linesOfRegularFile(file_, 13), "one\ntwo\nthree");
+  EXPECT_EQ(linesOfRegularFile(file_, 12), "one\ntwo\n");
+  EXPECT_EQ(linesOfRegularFile(file_, 8), "one\ntwo\n");
+  EXPECT_EQ(linesOfRegularFile(file_, 7), "one\n");
+  EXPECT_EQ(linesOfRegularFile(file_, 3), "");
+  write(std::string(10'000, 'x'));
+  EXPECT_EQ(linesOfRegularFile(file_, 9'000), "");
+  EXPECT_EQ(linesOfRegularFile(directory_.path(), plenty), std::nullopt);
+}
+
 TEST_F(RegularFile, IsReadThroughALink) {
   write("elsewhere");
   const auto link = directory_.path() / "link";
