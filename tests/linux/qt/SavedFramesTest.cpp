@@ -1,8 +1,11 @@
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <random>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -34,6 +37,25 @@ TEST(FrameText, FramesThatNoWindowCanHaveAreNoFrames) {
                            "0 0 99999 400\n", "0 -1e300 300 400\n"}) {
     EXPECT_EQ(frameFromText(text), std::nullopt) << text;
   }
+}
+
+TEST(FrameText, WhateverStandsInAFileIsAFrameThatCouldBeKeptOrNone) {
+  constexpr std::array<const char*, 12> words{"0",   "-1", "300", " ", "1e5",        "\n",
+                                              "nan", "+",  ".",   "x", "0x1p-1074 ", "32767.5"};
+  std::mt19937 random(20260);
+  int frames = 0;
+  for (int i = 0; i < 50'000; ++i) {
+    std::string text = i % 2 == 0 ? "1 2 300 4" : "";
+    for (auto length = random() % 5; length > 0; --length)
+      text += words.at(random() % words.size());
+    if (random() % 4 != 0) text += '\n';
+    const auto frame = frameFromText(text);
+    if (!frame) continue;
+    ++frames;
+    ASSERT_EQ(frameFromText(textOfFrame(*frame)), frame) << text;
+    ASSERT_GE(std::min(frame->width(), frame->height()), 1) << text;
+  }
+  EXPECT_GT(frames, 100);
 }
 
 class SavedFramesTest : public ::testing::Test {
