@@ -32,8 +32,9 @@ void paintAll(TestWindow& source, int frame) {
 }
 
 /// Milliseconds of processor time per second, 1000 being one core, of the program and of the
-/// display server, while the sources change 30 times a second. The server's figure holds what
-/// drawing the sources costs it; the run with no mirror shows how much that is.
+/// display server, and how often a second the program's main thread wakes, while the sources change
+/// 30 times a second. The server's figure holds what drawing the sources costs it; the run with no
+/// mirror shows how much that is.
 void captureCost(benchmark::State& state, const Animation& animation) {
   using Clock = std::chrono::steady_clock;
   constexpr int frames = 150;
@@ -42,6 +43,7 @@ void captureCost(benchmark::State& state, const Animation& animation) {
   for (auto iteration : state) {
     const double client = session.clientSeconds();
     const double server = session.serverSeconds();
+    const long waits = session.mainThreadWaits();
     const auto start = Clock::now();
     for (int frame = 0; frame < frames; ++frame) {
       for (std::size_t i = 0; i < session.size(); ++i) {
@@ -51,6 +53,8 @@ void captureCost(benchmark::State& state, const Animation& animation) {
     }
     const double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
     state.counters["client_ms_per_s"] = (session.clientSeconds() - client) / elapsed * 1000;
+    state.counters["main_wakes_per_s"] =
+        static_cast<double>(session.mainThreadWaits() - waits) / elapsed;
     state.counters["server_ms_per_s"] = (session.serverSeconds() - server) / elapsed * 1000;
   }
 }

@@ -1,6 +1,7 @@
 #include "bench/MirroredSession.h"
 
 #include <ctime>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 
@@ -50,5 +51,15 @@ double MirroredSession::clientSeconds() const {
 }
 
 double MirroredSession::serverSeconds() const { return processorSeconds(display_.serverPid()); }
+
+long MirroredSession::mainThreadWaits() const {
+  const std::string pid = std::to_string(vistrel_->process().pid());
+  std::ifstream status("/proc/" + pid + "/task/" + pid + "/status");
+  const std::string wanted = "voluntary_ctxt_switches:";
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(wanted)) return std::stol(line.substr(wanted.size()));
+  }
+  throw std::runtime_error("a measured process is gone");
+}
 
 }  // namespace vistrel::bench

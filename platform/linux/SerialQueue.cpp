@@ -13,6 +13,7 @@
 #include <poll.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -60,6 +61,8 @@ class QueueLoop {
   void stop() { end(Ending::now); }
 
   void run();
+  /// There is no thread for it.
+  void neverRun();
 
   // On the queue's thread only.
   void watch(int descriptor, std::function<void()> readable) {
@@ -193,6 +196,11 @@ void QueueLoop::run() {
   finished_ = true;
 }
 
+void QueueLoop::neverRun() {
+  dropEverything();
+  finished_ = true;
+}
+
 void QueueLoop::dropEverything() {
   watches_.clear();
   attachment_.reset();
@@ -239,11 +247,15 @@ void nameCurrentThread(const std::string& label) {
 void Threads::start(std::shared_ptr<QueueLoop> loop) {
   const std::lock_guard lock(mutex_);
   joinFinished();
-  std::thread thread([loop] {
-    nameCurrentThread(loop->label());
-    loop->run();
-  });
-  running_.push_back({std::move(loop), std::move(thread)});
+  try {
+    std::thread thread([loop] {
+      nameCurrentThread(loop->label());
+      loop->run();
+    });
+    running_.push_back({std::move(loop), std::move(thread)});
+  } catch (const std::system_error&) {
+    loop->neverRun();
+  }
 }
 
 void Threads::joinFinished() {
@@ -270,6 +282,7 @@ class QueueHandle : public SerialQueue {
   explicit QueueHandle(std::shared_ptr<QueueLoop> loop) : loop_(std::move(loop)) {}
   ~QueueHandle() override { loop_->finish(); }
 
+  bool isRunning() const override { return !loop_->hasFinished(); }
   const std::string& label() const override { return loop_->label(); }
   QualityOfService qualityOfService() const override { return loop_->qualityOfService(); }
   void async(Block block) override { loop_->async(std::move(block)); }

@@ -16,7 +16,11 @@ namespace vistrel::platform::linux_desktop {
 /// never joined by itself. A block that cannot run any more is dropped, and what it holds with it.
 class SerialQueue : public DispatchQueue, public std::enable_shared_from_this<SerialQueue> {
  public:
+  /// Where the system has no thread for it, the queue runs nothing.
   static std::shared_ptr<SerialQueue> make(std::string label, QualityOfService quality);
+
+  /// False once its thread has ended, and where it has never had one. Any thread.
+  virtual bool isRunning() const = 0;
 
   /// Calls `readable` whenever `descriptor` has something to read, and before each wait, since a
   /// library may have read it ahead. On this queue only.

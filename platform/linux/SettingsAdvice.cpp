@@ -41,4 +41,10 @@ std::optional<Alert> settingsAdvice(const std::string& url, const SessionFacts& 
                .buttonTitles = {"OK"}};
 }
 
+std::string captureNotice(const SessionFacts& facts) {
+  if (facts.missingForCapture.empty()) return {};
+  return "Windows cannot be mirrored on this display. Its server does not offer " +
+         listOf(facts.missingForCapture) + ". “Allow Screen Recording…” tells more.";
+}
+
 }  // namespace vistrel::platform::linux_desktop

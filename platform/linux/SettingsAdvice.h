@@ -12,4 +12,7 @@ namespace vistrel::platform::linux_desktop {
 /// such page; none for URLs of anything else.
 std::optional<Alert> settingsAdvice(const std::string& url, const SessionFacts& facts);
 
+/// What a person is told where windows are listed and cannot be captured; empty where they can.
+std::string captureNotice(const SessionFacts& facts);
+
 }  // namespace vistrel::platform::linux_desktop

@@ -116,6 +116,23 @@ TEST_F(DispatchContract, TimerRepeatsUntilItIsInvalidated) {
   EXPECT_EQ(fired, before);
 }
 
+TEST_F(DispatchContract, TimerNeverFiresEarlierThanAskedAlsoWhereOthersHaveItsInterval) {
+  constexpr double interval = 0.02;
+  std::vector<double> waits;
+  for (int i = 0; i < 4; ++i) {
+    bool later = false;
+    const auto asked = platform::now();
+    platform::scheduledTimer(interval, true, [&waits, asked, first = true]() mutable {
+      if (first) waits.push_back(platform::now().timeIntervalSince(asked));
+      first = false;
+    });
+    platform::mainAsyncAfter(interval / 4, [&later] { later = true; });
+    ASSERT_TRUE(turnUntil([&later] { return later; }));
+  }
+  ASSERT_TRUE(turnUntil([&waits] { return waits.size() == 4; }));
+  EXPECT_THAT(waits, testing::Each(testing::Ge(interval * 0.999)));
+}
+
 TEST_F(DispatchContract, TimerGoesOnWithoutItsHandle) {
   const auto fired = std::make_shared<int>(0);
   std::weak_ptr<platform::Timer> timer =

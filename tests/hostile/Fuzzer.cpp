@@ -58,14 +58,15 @@ std::string Fuzzer::defect() {
 }
 
 std::string Fuzzer::run(int rounds) {
-  static constexpr std::array<Deed, 21> deeds{
+  static constexpr std::array<Deed, 23> deeds{
       {{60, &Fuzzer::createWindow},   {60, &Fuzzer::mapWindow},      {40, &Fuzzer::unmapWindow},
        {30, &Fuzzer::destroyWindow},  {30, &Fuzzer::reparentWindow}, {80, &Fuzzer::configureWindow},
        {10, &Fuzzer::shapeWindow},    {150, &Fuzzer::paint},         {250, &Fuzzer::setProperty},
        {30, &Fuzzer::setTitle},       {40, &Fuzzer::deleteProperty}, {10, &Fuzzer::setClientList},
        {5, &Fuzzer::setManager},      {60, &Fuzzer::sendEvent},      {5, &Fuzzer::movePointer},
        {1, &Fuzzer::killProgram},     {15, &Fuzzer::startMirror},    {5, &Fuzzer::stopMirror},
-       {5, &Fuzzer::configureMirror}, {5, &Fuzzer::resizePanel},     {4, &Fuzzer::list}}};
+       {5, &Fuzzer::configureMirror}, {5, &Fuzzer::resizePanel},     {4, &Fuzzer::list},
+       {4, &Fuzzer::takeSelection},   {3, &Fuzzer::writeDesktopFile}}};
   const int total = std::accumulate(deeds.begin(), deeds.end(), 0,
                                     [](int sum, const Deed& each) { return sum + each.weight; });
   for (int i = 0; i < rounds; ++i) {

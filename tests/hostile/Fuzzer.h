@@ -20,8 +20,9 @@ using platform::linux_desktop::TestMirror;
 
 /// Programs gone mad on a display, and the window list and some mirrors in the midst of them. What
 /// they do is random but for the seed: windows of every kind come, go, and move into one another;
-/// properties of any type, format and length come and go; events are made up; programs are killed;
-/// streams start, stop and change at any moment.
+/// properties of any type, format and length come and go; events are made up; selections change
+/// hands; desktop files are written, or what is none; programs are killed; streams start, stop and
+/// change at any moment.
 ///
 /// The same seed does the same things in the same order; how far the mirrors' threads are by then
 /// is up to the system.
@@ -74,6 +75,8 @@ class Fuzzer {
   void setClientList();
   void setManager();
   void sendEvent();
+  void takeSelection();
+  void writeDesktopFile();
   void movePointer();
   void killProgram();
   // A person's.
@@ -108,6 +111,7 @@ class Fuzzer {
   std::string_view somePropertyName();
   xcb_atom_t someAtom();
   std::string someBytes();
+  std::string someDesktopText();
 
   const testbed::PrivateDisplay& display_;
   std::mt19937_64 random_;

@@ -1,6 +1,9 @@
 #include <array>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <string_view>
+#include <sys/stat.h>
 #include <xcb/shape.h>
 
 #include "tests/hostile/Fuzzer.h"
@@ -12,7 +15,7 @@ namespace {
 
 constexpr std::size_t mostWindows = 40;
 
-constexpr std::array<std::string_view, 16> properties{"_NET_WM_NAME",
+constexpr std::array<std::string_view, 17> properties{"_NET_WM_NAME",
                                                       "WM_NAME",
                                                       "WM_CLASS",
                                                       "WM_CLIENT_MACHINE",
@@ -27,7 +30,25 @@ constexpr std::array<std::string_view, 16> properties{"_NET_WM_NAME",
                                                       "_NET_WM_NAME",
                                                       "_NET_SUPPORTING_WM_CHECK",
                                                       "WM_NORMAL_HINTS",
-                                                      "_NET_WM_WINDOW_OPACITY"};
+                                                      "_NET_WM_WINDOW_OPACITY",
+                                                      "_NET_WM_ICON"};
+
+/// Those by which a display's manager, compositor and tray are known, and the program's instance.
+constexpr std::array<std::string_view, 4> selections{"WM_S0", "_NET_WM_CM_S0",
+                                                     "_NET_SYSTEM_TRAY_S0", "_VISTREL_INSTANCE"};
+
+constexpr std::array<std::string_view, 12> desktopWords{"[Desktop Entry]\n",
+                                                        "Type=Application\n",
+                                                        "Name=",
+                                                        "Name[de]=",
+                                                        "StartupWMClass=",
+                                                        "Exec=\"",
+                                                        "Hidden=true\n",
+                                                        "\n",
+                                                        "=",
+                                                        "[",
+                                                        "\\",
+                                                        "NoDisplay="};
 
 constexpr std::array<std::string_view, 10> atoms{"UTF8_STRING",
                                                  "STRING",
@@ -260,6 +281,44 @@ void Fuzzer::sendEvent() {
   bytes[0] = static_cast<char>(2 + below(126));
   const auto mask = oneIn(2) ? std::uint32_t{XCB_EVENT_MASK_STRUCTURE_NOTIFY} : 0x1ffffff;
   xcb_send_event(program_->get(), 0, someWindow(), mask, bytes.data());
+}
+
+void Fuzzer::takeSelection() {
+  const auto name = selections.at(static_cast<std::size_t>(below(selections.size())));
+  const auto owner = oneIn(3) ? xcb_window_t{XCB_WINDOW_NONE} : someWindow();
+  xcb_set_selection_owner(program_->get(), owner, person_.atom(name), XCB_CURRENT_TIME);
+  xcb_convert_selection(program_->get(), someWindow(), person_.atom(name), someAtom(), someAtom(),
+                        XCB_CURRENT_TIME);
+}
+
+std::string Fuzzer::someDesktopText() {
+  std::string text = oneIn(2) ? "[Desktop Entry]\nType=Application\n" : "";
+  for (int i = below(20); i > 0; --i) {
+    text += desktopWords.at(static_cast<std::size_t>(below(desktopWords.size())));
+    if (oneIn(3)) text += someBytes();
+  }
+  return text;
+}
+
+void Fuzzer::writeDesktopFile() {
+  const auto folder = display_.home() / "data/applications";
+  std::filesystem::create_directories(folder);
+  const auto file = folder / (std::to_string(below(30)) + ".desktop");
+  std::filesystem::remove_all(file);
+  switch (below(8)) {
+    case 0:
+      return std::filesystem::create_symlink(std::to_string(below(30)) + ".desktop", file);
+    case 1:
+      static_cast<void>(std::filesystem::create_directory(file));
+      return;
+    case 2:
+      static_cast<void>(mkfifo(file.c_str(), S_IRWXU));
+      return;
+    case 3:
+      return;
+    default:
+      std::ofstream(file, std::ios::binary) << someDesktopText();
+  }
 }
 
 void Fuzzer::movePointer() { pointer_.moveTo({below(1280), below(1024)}); }

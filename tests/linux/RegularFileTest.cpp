@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 #include <sys/stat.h>
 
@@ -21,6 +22,11 @@ class RegularFile : public ::testing::Test {
   }
 
   testbed::TemporaryDirectory directory_;
+  std::ptrdiff_t entries() const {
+    const auto all = fs::directory_iterator(directory_.path());
+    return std::distance(begin(all), end(all));
+  }
+
   fs::path file_ = directory_.path() / "file";
 };
 
@@ -39,6 +45,18 @@ TEST_F(RegularFile, IsNotReadWhenItIsLongerThanItMayBe) {
     write(std::string(most + 1, 'x'));
     EXPECT_EQ(contentsOfRegularFile(file_, most), std::nullopt) << most;
   }
+}
+
+TEST_F(RegularFile, OfLinesIsReadToItsLastWholeLineWhenItIsLongerThanItMayBe) {
+  write("one\ntwo\nthree");
+  EXPECT_EQ(linesOfRegularFile(file_, 13), "one\ntwo\nthree");
+  EXPECT_EQ(linesOfRegularFile(file_, 12), "one\ntwo\n");
+  EXPECT_EQ(linesOfRegularFile(file_, 8), "one\ntwo\n");
+  EXPECT_EQ(linesOfRegularFile(file_, 7), "one\n");
+  EXPECT_EQ(linesOfRegularFile(file_, 3), "");
+  write(std::string(10'000, 'x'));
+  EXPECT_EQ(linesOfRegularFile(file_, 9'000), "");
+  EXPECT_EQ(linesOfRegularFile(directory_.path(), plenty), std::nullopt);
 }
 
 TEST_F(RegularFile, IsReadThroughALink) {
@@ -70,6 +88,63 @@ TEST_F(RegularFile, ThatCannotBeReadIsNone) {
   // A regular file by its kind, whose beginning nobody can read, not even a superuser.
   ASSERT_TRUE(fs::is_regular_file("/proc/self/mem"));
   EXPECT_EQ(contentsOfRegularFile("/proc/self/mem", plenty), std::nullopt);
+}
+
+TEST_F(RegularFile, IsReplacedAndLeavesNothingBeside) {
+  for (const auto& contents : {std::string("first"), std::string("\0\xff\0", 3), std::string()}) {
+    replaceRegularFile(file_, contents);
+    EXPECT_EQ(contentsOfRegularFile(file_, plenty), contents);
+    EXPECT_EQ(entries(), 1);
+  }
+}
+
+TEST_F(RegularFile, IsItsOwnersAloneWhateverTheUmask) {
+  for (const mode_t mask : {0000, 0022, 0777}) {
+    fs::remove(file_);
+    const auto former = umask(mask);
+    replaceRegularFile(file_, "private");
+    umask(former);
+    EXPECT_EQ(fs::status(file_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  }
+}
+
+TEST_F(RegularFile, ReplacesALinkAndNeverWhatItLeadsTo) {
+  const auto target = directory_.path() / "target";
+  const auto replacesLink = [&] {
+    fs::remove(file_);
+    fs::create_symlink(target, file_);
+    replaceRegularFile(file_, "ours");
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(file_)));
+    EXPECT_EQ(contentsOfRegularFile(file_, plenty), "ours");
+  };
+  replacesLink();
+  EXPECT_FALSE(fs::exists(target));
+
+  std::ofstream(target) << "somebody's";
+  replacesLink();
+  EXPECT_EQ(contentsOfRegularFile(target, plenty), "somebody's");
+
+  fs::remove(target);
+  ASSERT_EQ(mkfifo(target.c_str(), S_IRWXU), 0);
+  replacesLink();
+  EXPECT_TRUE(fs::is_fifo(target));
+
+  fs::remove(target);
+  fs::create_directory(target);
+  replacesLink();
+  EXPECT_TRUE(fs::is_directory(target));
+}
+
+TEST_F(RegularFile, ReplacesNothingThatIsNoFile) {
+  fs::create_directory(file_);
+  replaceRegularFile(file_, "ours");
+  EXPECT_TRUE(fs::is_empty(file_));
+
+  fs::remove(file_);
+  ASSERT_EQ(mkfifo(file_.c_str(), S_IRWXU), 0);
+  replaceRegularFile(file_, "ours");
+  EXPECT_TRUE(fs::is_fifo(file_));
+  EXPECT_EQ(entries(), 1);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <atomic>
 #include <future>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -175,6 +176,44 @@ TEST(SerialQueue, canBeWaitedFor) {
   bool ran = false;
   asyncAndWait(*queue, [&] { ran = true; });
   EXPECT_TRUE(ran);
+}
+
+/// While this lives no thread can be started: none gets a stack so large.
+class NoThreads {
+ public:
+  NoThreads() {
+    pthread_attr_init(&former_);
+    pthread_getattr_default_np(&former_);
+    pthread_attr_t endless;
+    pthread_attr_init(&endless);
+    pthread_attr_setstacksize(&endless, std::size_t{1} << 50);
+    pthread_setattr_default_np(&endless);
+    pthread_attr_destroy(&endless);
+  }
+  NoThreads(const NoThreads&) = delete;
+  NoThreads& operator=(const NoThreads&) = delete;
+  ~NoThreads() {
+    pthread_setattr_default_np(&former_);
+    pthread_attr_destroy(&former_);
+  }
+
+ private:
+  pthread_attr_t former_{};
+};
+
+TEST(SerialQueue, withoutAThreadRunsNothingAndHoldsNobodyUp) {
+  const auto held = std::make_shared<int>();
+  {
+    const NoThreads noThreads;
+    const auto queue = makeQueue();
+    EXPECT_FALSE(queue->isRunning());
+    queue->async([held] { FAIL(); });
+    asyncAndWait(*queue, [held] { FAIL(); });
+  }
+  EXPECT_EQ(held.use_count(), 1);
+  const auto later = makeQueue();
+  EXPECT_TRUE(later->isRunning());
+  drain(*later);
 }
 
 TEST(SerialQueue, holdsNobodyUpWhoWaitsForItAfterTheShutDown) {

@@ -25,6 +25,13 @@ TEST(SettingsAdvice, NamesWhatTheServerLacksForCapturing) {
   EXPECT_EQ(adviceOn(capturePage, {}), "Windows can be captured on this display.");
 }
 
+TEST(CaptureNotice, NamesWhatTheServerLacksAndIsNoneWhereItLacksNothing) {
+  EXPECT_EQ(captureNotice({.missingForCapture = {"Composite 0.4", "RENDER 0.10"}}),
+            "Windows cannot be mirrored on this display. Its server does not offer Composite 0.4, "
+            "RENDER 0.10. “Allow Screen Recording…” tells more.");
+  EXPECT_EQ(captureNotice({}), "");
+}
+
 TEST(SettingsAdvice, TellsWhetherAManagerRunsThatMovesWindows) {
   EXPECT_TRUE(
       adviceOn(movingPage, {})

@@ -1,6 +1,7 @@
 #include "platform/linux/qt/QtDesktop.h"
 
 #include <QApplication>
+#include <QThreadPool>
 #include <array>
 #include <functional>
 #include <optional>
@@ -23,6 +24,15 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
+/// Qt 6.4.2 has large areas painted by threads of its pool and waits for them for ever where the
+/// system has no more threads by then. One that stays is enough.
+void keepPainterThread() {
+  auto* const pool = QThreadPool::globalInstance();
+  pool->setMaxThreadCount(1);
+  pool->setExpiryTimeout(-1);
+  pool->start([] {});
+}
+
 /// The toolkit under our settings. What a person passes to the program is not for the toolkit; it
 /// gets the platform and the window class's instance name instead.
 class ConfiguredQt {
@@ -35,6 +45,7 @@ class ConfiguredQt {
     QGuiApplication::setDesktopFileName(QStringLiteral(VISTREL_APPLICATION_ID));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(applicationIcon());
+    keepPainterThread();
     installAccessibles();
     if (qtConnection() != nullptr) watchQtConnection(qtConnection());
     withoutHungServices_.reset();

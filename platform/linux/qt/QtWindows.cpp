@@ -8,6 +8,7 @@
 
 #include "platform/Alert.h"
 #include "platform/Controls.h"
+#include "platform/linux/SettingsAdvice.h"
 #include "platform/linux/XdgDirectories.h"
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/PlainText.h"
@@ -61,7 +62,7 @@ std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
         PanelPeer::Providers{*session_.panelWindows, *session_.contextMenuKeys,
                              *session_.windowActivation, *session_.sourceSituations});
   }
-  return std::make_unique<TitledPeer>(window, host_);
+  return std::make_unique<TitledPeer>(window, host_, captureNotice(session_.facts()));
 }
 
 Point QtWindows::mouseLocation() { return pointerLocation(*session_.layout->get()); }

@@ -71,6 +71,7 @@ TEST(Capture, NoticesWhatChangesWhileAFrameIsTaken) {
 /// A queue that knows how many timed blocks it has been given and has not run yet.
 class CountingQueue final : public SerialQueue {
  public:
+  bool isRunning() const override { return queue_->isRunning(); }
   const std::string& label() const override { return queue_->label(); }
   QualityOfService qualityOfService() const override { return queue_->qualityOfService(); }
   void async(Block block) override { queue_->async(std::move(block)); }

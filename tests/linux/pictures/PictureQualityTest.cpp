@@ -215,7 +215,7 @@ TEST_F(PictureQuality, AnUpdateInPartsEqualsOneOfEverything) {
     PictureStore store(*connection_);
     const auto canvas = blackCanvas({target.width + 14, target.height + 10});
     const auto draw = [&](const PictureChanges& changes) {
-      const auto committed = store.commit(source, changes, {}, {target});
+      const auto committed = store.commit(source, changes, {}, {target}).value();
       for (const auto& each : store.changedIn(place, committed)) {
         store.draw(canvas.picture, place, each);
       }
@@ -258,7 +258,7 @@ TEST_F(PictureQuality, ThePictureLiesInTheMiddleBetweenBlackBars) {
     ASSERT_TRUE(target);
     const auto committed =
         store.commit(uploaded(*connection_, painted(size, colour)), {true, {}}, {}, {*target});
-    painter.pictureChanged(committed);
+    painter.pictureChanged(committed.value());
     painter.setShowsPicture(true);
     painter.paint();
     connection_->sync();

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QFontInfo>
+#include <QKeyEvent>
 #include <QScreen>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -196,6 +197,80 @@ TEST_F(ShownMenuTest, StaysOnTheScreenWhenItGrows) {
   filler_->fill(*menu_);
   turnEventLoop();
   EXPECT_TRUE(available.contains(shown.frameGeometry()));
+}
+
+/// Goes down an open menu by keys and notes the lines that are not whole where they are reached.
+class Descent {
+ public:
+  explicit Descent(ShownMenu& shown) : shown_(shown) {}
+
+  std::vector<std::string> unreached() {
+    std::vector<std::string> unreached;
+    for (QAction* const line : shown_.actions()) {
+      press(Qt::Key_Down);
+      const bool isWhole = shown_.rect().contains(shown_.actionGeometry(line));
+      if (shown_.activeAction() != line || !isWhole) {
+        unreached.push_back(line->text().toStdString());
+      }
+    }
+    return unreached;
+  }
+
+ private:
+  void press(Qt::Key key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(&shown_, &event);
+  }
+
+  ShownMenu& shown_;
+};
+
+std::vector<std::string> manyTitles(int count) {
+  std::vector<std::string> titles;
+  for (int i = 0; i < count; ++i) titles.push_back("Window " + std::to_string(i));
+  return titles;
+}
+
+TEST_F(ShownMenuTest, EveryLineOfALongOneIsReachedByScrolling) {
+  menu_->setDelegate(filler_);
+  filler_->titles = manyTitles(2000);
+  ShownMenu shown(menu_);
+  shown.popup({10, 10});
+  EXPECT_TRUE(shown.screen()->availableGeometry().contains(shown.frameGeometry()));
+  EXPECT_THAT(Descent(shown).unreached(), testing::IsEmpty());
+}
+
+TEST_F(ShownMenuTest, OneThatGrowsLongWhileItIsOpenScrollsTooAndNoMoreWhenItIsShort) {
+  menu_->setDelegate(filler_);
+  filler_->titles = {"Looking for windows…"};
+  ShownMenu shown(menu_);
+  shown.popup({10, 10});
+  const int height = shown.height();
+  filler_->titles = manyTitles(2000);
+  filler_->fill(*menu_);
+  turnEventLoop();
+  EXPECT_LE(shown.height(), shown.screen()->availableGeometry().height());
+  EXPECT_THAT(Descent(shown).unreached(), testing::IsEmpty());
+  EXPECT_EQ(filler_->updates, 1);
+
+  filler_->titles = {"One"};
+  filler_->fill(*menu_);
+  turnEventLoop();
+  EXPECT_EQ(shown.height(), height);
+  EXPECT_TRUE(shown.rect().contains(shown.actionGeometry(shown.actions().front())));
+}
+
+TEST_F(ShownMenuTest, ALongOneShowsWhatIsPointedAtAlsoWhenItIsFilledAnew) {
+  menu_->setDelegate(filler_);
+  filler_->titles = manyTitles(2000);
+  ShownMenu shown(menu_);
+  shown.popup({10, 10});
+  shown.setActiveAction(shown.actions()[1000]);
+  filler_->titles.insert(filler_->titles.begin(), "Another");
+  filler_->fill(*menu_);
+  turnEventLoop();
+  EXPECT_EQ(shown.activeAction(), shown.actions()[1001]);
+  EXPECT_TRUE(shown.rect().contains(shown.actionGeometry(shown.activeAction())));
 }
 
 TEST_F(ShownMenuTest, ALineThatStaysStandsForTheNewItem) {

@@ -1,5 +1,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
+#include <string>
 #include <sys/stat.h>
 
 #include "platform/linux/qt/process/UrlSchemes.h"
@@ -23,7 +24,7 @@ TEST(SchemeOf, IsEmptyWhereNoneIsWellFormed) {
 
 class SchemeHandlers : public ::testing::Test {
  protected:
-  void write(const char* file, const char* text) {
+  void write(const char* file, const std::string& text) {
     const auto path = directory_.path() / file;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path) << text;
@@ -66,6 +67,18 @@ TEST_F(SchemeHandlers, AListThatIsAPipeIsNotWaitedFor) {
   ASSERT_EQ(mkfifo((config / "mimeapps.list").c_str(), S_IRWXU), 0);
   EXPECT_TRUE(isServed("irc"));
   EXPECT_FALSE(isServed("https"));
+}
+
+TEST_F(SchemeHandlers, OfALongListServeThoseOfItsFirstLines) {
+  constexpr std::size_t enough = 4 * 1024 * 1024;
+  const std::string first = "[Default Applications]\nx-scheme-handler/https=b.desktop\n";
+  const std::string cut = "x-scheme-handler/irc=c";
+  write("config/mimeapps.list", first + std::string(enough - first.size() - cut.size() - 1, '#') +
+                                    "\n" + cut +
+                                    "hat.desktop\nx-scheme-handler/mailto=mail.desktop\n");
+  EXPECT_TRUE(isServed("https"));
+  EXPECT_FALSE(isServed("irc"));
+  EXPECT_FALSE(isServed("mailto"));
 }
 
 TEST_F(SchemeHandlers, AListThatIsNoFileServesNothing) {

@@ -183,11 +183,45 @@ TEST_F(DesktopEntriesTest, areNotWaitedForInAPipe) {
   reader.join();
 }
 
-TEST_F(DesktopEntriesTest, areNotReadFromFilesThatNoApplicationNeeds) {
-  install("system", "edit.desktop", "Name=Edit\n");
-  install("system", "large.desktop", "Name=Large\n" + std::string(2'000'000, '#'));
-  EXPECT_EQ(entries().withId("edit")->name, "Edit");
-  EXPECT_EQ(entries().withId("large"), nullptr);
+TEST_F(DesktopEntriesTest, countAsFarAsTheLastWholeLineOfWhatAnApplicationNeeds) {
+  constexpr std::size_t enough = 256 * 1024;
+  const std::string begun = "[Desktop Entry]\nType=Application\n";
+  const std::string name = "Name=Large\n#";
+  const std::string cut = "StartupWMClass=Window";
+  install("system", "large.desktop",
+          name + std::string(enough - begun.size() - name.size() - cut.size() - 1, '#') + "\n" +
+              cut + "AndMore\nHidden=true\n" + std::string(1'000'000, '#'));
+  const auto all = entries();
+  EXPECT_NE(all.withId("large"), nullptr) << "what hides it comes too late";
+  EXPECT_EQ(all.withWindowClass("Window"), nullptr);
+  EXPECT_EQ(all.withWindowClass("WindowAndMore"), nullptr);
+}
+
+TEST_F(DesktopEntriesTest, areFoundInFoldersOfSomeDepth) {
+  const auto folders = [](int depth) {
+    std::string path;
+    for (int i = 0; i < depth; ++i) path += "a/";
+    return path;
+  };
+  for (const int depth : {8, 9}) install("system", folders(depth) + "x.desktop", "Name=X\n");
+  EXPECT_NE(entries().withId("a-a-a-a-a-a-a-a-x"), nullptr);
+  EXPECT_EQ(entries().withId("a-a-a-a-a-a-a-a-a-x"), nullptr);
+}
+
+TEST_F(DesktopEntriesTest, areLookedForAmongSoManyFilesAtTheMost) {
+  const auto applications = directory_.path() / "system" / "applications";
+  std::filesystem::create_directories(applications);
+  install("home", "mine.desktop", "Name=Mine\n");
+  constexpr int found = 10'000;
+  for (int i = 0; i < found + 10; ++i) {
+    const auto file = applications / (std::to_string(i) + ".desktop");
+    std::filesystem::create_hard_link(directory_.path() / "home" / "applications" / "mine.desktop",
+                                      file);
+  }
+  const auto all = entries();
+  int listed = 0;
+  for (int i = 0; i < found + 10; ++i) listed += all.withId(std::to_string(i)) != nullptr ? 1 : 0;
+  EXPECT_EQ(listed, found);
 }
 
 TEST_F(DesktopEntriesTest, areNoneWithoutDirectories) { EXPECT_EQ(entries().withId("x"), nullptr); }

@@ -1,9 +1,11 @@
 #include "platform/linux/qt/menus/ShownMenu.h"
 
 #include <QAction>
+#include <QActionEvent>
 #include <QApplication>
 #include <QFontMetrics>
 #include <QScreen>
+#include <QSignalBlocker>
 #include <QStyleOptionMenuItem>
 #include <QTimer>
 #include <algorithm>
@@ -13,6 +15,7 @@
 #include "platform/Dispatch.h"
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/menus/ActiveWindow.h"
+#include "platform/linux/qt/menus/ScrollingMenuStyle.h"
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/Legibility.h"
 #include "platform/linux/qt/paint/PlainText.h"
@@ -81,6 +84,7 @@ ShownMenu::ShownMenu(std::shared_ptr<Menu> menu, QWidget* parent, Shower shower)
       menu_(std::move(menu)),
       shower_(shower),
       follower_(std::make_shared<Follower>(*this)) {
+  setStyle(scrollingMenuStyle());
   setFont(menuFont());
   menu_->setPeer(follower_);
   refill();
@@ -98,6 +102,15 @@ void ShownMenu::setVisible(bool visible) {
   // Closing gives the keyboard back to the active window.
   if (!visible && isVisible()) acknowledgeActiveWindow();
   QMenu::setVisible(visible);
+}
+
+// Qt 6.4.2 lays an open menu out anew for each line that comes, goes or changes, which takes a
+// minute for thousands. It is laid out once they are all there.
+void ShownMenu::actionEvent(QActionEvent* event) {
+  const bool visible = isVisible();
+  setAttribute(Qt::WA_WState_Visible, false);
+  QMenu::actionEvent(event);
+  setAttribute(Qt::WA_WState_Visible, visible);
 }
 
 void ShownMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
@@ -135,8 +148,8 @@ void ShownMenu::refill() {
   if (shower_ == Shower::desktopsBar) makeRoomForDrawnTexts();
   setUpdatesEnabled(true);
   if (!isVisible()) return;
+  layOutAnew();
   highlight(highlighted);
-  stayOnScreen();
 }
 
 QString ShownMenu::textOf(const MenuItem& item) const {
@@ -167,8 +180,18 @@ void ShownMenu::highlight(const QString& text) {
   if (found != lines.end()) setActiveAction(*found);
 }
 
-void ShownMenu::stayOnScreen() {
+void ShownMenu::layOutAnew() {
   const QRect available = screen()->availableGeometry();
+  const int top = actions().isEmpty() ? 0 : actionGeometry(actions().first()).top();
+  const bool hasScrolled = top < 0;
+  if (hasScrolled || sizeHint().height() - top > available.height()) {
+    // The toolkit finds out only as it opens a menu whether it scrolls.
+    const QSignalBlocker isOpenAlready(this);
+    popup(pos());
+    if (activeAction() != nullptr) setActiveAction(activeAction());
+    return;
+  }
+  resize(sizeHint());
   const int overhang = frameGeometry().bottom() - available.bottom();
   if (overhang > 0) move(x(), std::max(available.top(), y() - overhang));
 }

@@ -8,7 +8,8 @@
 namespace vistrel::platform::linux_desktop {
 
 /// Shows a menu of the core with the toolkit's, submenus included. Has it filled each time it is
-/// about to open, and follows its items in place while it is open. A chosen item's action is sent
+/// about to open, and follows its items in place while it is open. A menu that is longer than the
+/// screen scrolls. A chosen item's action is sent
 /// at a later turn of the main queue, when the menu is off the screen. Main thread.
 class ShownMenu final : public QMenu {
  public:
@@ -22,6 +23,7 @@ class ShownMenu final : public QMenu {
   void setVisible(bool visible) override;
 
  protected:
+  void actionEvent(QActionEvent* event) override;
   void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
 
  private:
@@ -39,7 +41,8 @@ class ShownMenu final : public QMenu {
   void makeRoomForDrawnTexts();
   void appendLine(const std::shared_ptr<MenuItem>& item);
   void highlight(const QString& text);
-  void stayOnScreen();
+  /// An open one.
+  void layOutAnew();
 
   const std::shared_ptr<Menu> menu_;
   const Shower shower_;

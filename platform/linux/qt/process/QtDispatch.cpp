@@ -2,11 +2,9 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QTimer>
 #include <algorithm>
 #include <cassert>
 #include <chrono>
-#include <cmath>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
@@ -36,12 +34,6 @@ constexpr double referenceDate = 978307200;
 double systemSeconds() {
   const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
   return std::chrono::duration<double>(sinceEpoch).count();
-}
-
-/// Never earlier than asked for; the toolkit counts in milliseconds, and in an `int` of them.
-int millisecondsUpFrom(double seconds) {
-  constexpr double longest = 24.0 * 24 * 3600 * 1000;
-  return static_cast<int>(std::clamp(std::ceil(seconds * 1000), 0.0, longest));
 }
 
 class CountingSemaphore final : public Semaphore {
@@ -81,56 +73,14 @@ bool MainQueue::event(QEvent* event) {
   return true;
 }
 
-class RunLoopTimer final : public Timer, public std::enable_shared_from_this<RunLoopTimer> {
- public:
-  RunLoopTimer(double seconds, bool repeats, Block block,
-               const std::shared_ptr<RunLoopTimers>& runLoop)
-      : seconds_(seconds), block_(std::move(block)), runLoop_(runLoop) {
-    timer_.setTimerType(Qt::PreciseTimer);
-    timer_.setSingleShot(!repeats);
-    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { fire(); });
-  }
-
-  void start() {
-    assert(isMainThread());
-    if (const auto runLoop = runLoop_.lock()) runLoop->insert(shared_from_this());
-    timer_.start(millisecondsUpFrom(seconds_));
-  }
-
-  void invalidate() override {
-    timer_.stop();
-    const auto keptAlive = shared_from_this();
-    if (const auto runLoop = runLoop_.lock()) runLoop->erase(keptAlive);
-  }
-
-  bool isValid() const override { return timer_.isActive(); }
-  double timeInterval() const override { return seconds_; }
-
- private:
-  void fire() {
-    const auto keptAlive = shared_from_this();  // the block may invalidate its timer
-    block_();
-    if (!timer_.isActive()) invalidate();
-  }
-
-  const double seconds_;
-  const Block block_;
-  const std::weak_ptr<RunLoopTimers> runLoop_;
-  QTimer timer_;
-};
-
-QtDispatch::QtDispatch()
-    : referenceOffset_(systemSeconds() - referenceDate - monotonicNow()),
-      timers_(std::make_shared<RunLoopTimers>()) {}
-
-QtDispatch::~QtDispatch() = default;
+QtDispatch::QtDispatch() : referenceOffset_(systemSeconds() - referenceDate - monotonicNow()) {}
 
 Date QtDispatch::now() { return {monotonicNow() + referenceOffset_}; }
 
 void QtDispatch::mainAsyncAfter(double seconds, Block block) {
   const double deadline = monotonicNow() + seconds;
   mainQueue_.async([this, deadline, work = std::move(block)] {
-    scheduledTimer(deadline - monotonicNow(), /*repeats=*/false, work);
+    timers_.schedule(deadline - monotonicNow(), /*repeats=*/false, work);
   });
 }
 
@@ -140,10 +90,7 @@ std::shared_ptr<DispatchQueue> QtDispatch::makeSerialQueue(std::string label,
 }
 
 std::shared_ptr<Timer> QtDispatch::scheduledTimer(double seconds, bool repeats, Block block) {
-  assert(isMainThread());
-  auto timer = std::make_shared<RunLoopTimer>(seconds, repeats, std::move(block), timers_);
-  timer->start();
-  return timer;
+  return timers_.schedule(seconds, repeats, std::move(block));
 }
 
 std::shared_ptr<Semaphore> QtDispatch::makeSemaphore(int value) {
@@ -152,8 +99,7 @@ std::shared_ptr<Semaphore> QtDispatch::makeSemaphore(int value) {
 
 void QtDispatch::finish() {
   assert(isMainThread());
-  const RunLoopTimers dropped = std::exchange(*timers_, {});
-  for (const auto& timer : dropped) timer->invalidate();
+  timers_.drop();
   QCoreApplication::sendPostedEvents(&mainQueue_);
 }
 

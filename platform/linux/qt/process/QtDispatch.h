@@ -2,11 +2,11 @@
 
 #include <QObject>
 #include <memory>
-#include <set>
 #include <string>
 #include <thread>
 
 #include "platform/Backend.h"
+#include "platform/linux/qt/process/RunLoopTimers.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -29,15 +29,10 @@ class MainQueue final : public QObject, public DispatchQueue {
   const std::thread::id mainThread_ = std::this_thread::get_id();
 };
 
-class RunLoopTimer;
-/// The timers that the run loop keeps alive. Main thread.
-using RunLoopTimers = std::set<std::shared_ptr<RunLoopTimer>>;
-
 /// Main queue and timers on the toolkit's loop, serial queues on threads of their own.
 class QtDispatch final : public DispatchBackend {
  public:
   QtDispatch();
-  ~QtDispatch() override;
 
   Date now() override;
   DispatchQueue& mainQueue() override { return mainQueue_; }
@@ -55,7 +50,7 @@ class QtDispatch final : public DispatchBackend {
   /// Added to the monotonic clock: a person who sets the system's clock does not disturb ours.
   const double referenceOffset_;
   MainQueue mainQueue_;
-  std::shared_ptr<RunLoopTimers> timers_;
+  RunLoopTimers timers_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

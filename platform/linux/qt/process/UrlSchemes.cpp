@@ -20,8 +20,8 @@ char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' +
 
 bool namesProgram(const std::filesystem::path& list, const std::string& key) {
   // Many times what a desktop with everything installed has.
-  constexpr std::size_t longestList = 8'000'000;
-  std::istringstream file(contentsOfRegularFile(list, longestList).value_or(std::string()));
+  constexpr std::size_t longestList = 4 * 1024 * 1024;
+  std::istringstream file(linesOfRegularFile(list, longestList).value_or(std::string()));
   bool isRemoval = false;
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with('[')) isRemoval = line.starts_with("[Removed Associations]");

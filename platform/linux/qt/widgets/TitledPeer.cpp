@@ -36,8 +36,8 @@ Point middleOf(const QRect& pixels) {
 
 }  // namespace
 
-TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host)
-    : HostedPeer(window, std::move(host)) {
+TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host, std::string notice)
+    : HostedPeer(window, std::move(host)), notice_(std::move(notice)) {
   saving_.setSingleShot(true);
   saving_.setInterval(saveDelayMilliseconds);
   QObject::connect(&saving_, &QTimer::timeout, &saving_, [this] { writeFrame(); });
@@ -118,10 +118,11 @@ void TitledPeer::showWithProgram() { show(); }
 void TitledPeer::retire() { releaseNative(); }
 
 void TitledPeer::makeNative() {
-  native_.reset(new TitledWindow(window_, {.placed = [this] { nativeWasPlaced(); },
-                                           .closed = [this] { nativeWasClosed(); },
-                                           .restored = [this] { host().unhide(); },
-                                           .scaleChanged = [this] { scaleDidChange(); }}));
+  native_.reset(new TitledWindow(window_, notice_,
+                                 {.placed = [this] { nativeWasPlaced(); },
+                                  .closed = [this] { nativeWasClosed(); },
+                                  .restored = [this] { host().unhide(); },
+                                  .scaleChanged = [this] { scaleDidChange(); }}));
   native_->setWindowTitle(QString::fromStdString(window_.title()));
   host().mainMenu().fill(*native_->menuBar());
   place();

@@ -18,7 +18,8 @@ namespace vistrel::platform::linux_desktop {
 /// window manager adds; the bar of menus is a part of the frame, not of the content.
 class TitledPeer final : public HostedPeer {
  public:
-  TitledPeer(Window& window, std::shared_ptr<PeerHost> host);
+  /// `notice` stands under the window's list; an empty one is none.
+  TitledPeer(Window& window, std::shared_ptr<PeerHost> host, std::string notice);
   ~TitledPeer() override;
 
   Rect frameRectForContentRect(const Rect& contentRect) const override;
@@ -60,6 +61,7 @@ class TitledPeer final : public HostedPeer {
   void saveFrameSoon();
   void writeFrame();
 
+  const std::string notice_;
   OwnedNative<TitledWindow> native_;
   PlacedFrame placed_;  // of native_, in pixels of the root window
   QTimer saving_;

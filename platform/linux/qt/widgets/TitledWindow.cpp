@@ -27,11 +27,11 @@ std::string keyEquivalent(const QKeyEvent& event) {
 
 }  // namespace
 
-TitledWindow::TitledWindow(Window& window, Callbacks callbacks)
+TitledWindow::TitledWindow(Window& window, const std::string& notice, Callbacks callbacks)
     : QMainWindow(nullptr, flagsOfStyle(window.styleMask())),
       window_(&window),
       callbacks_(std::move(callbacks)),
-      widgets_(*new QWidget(this)) {
+      widgets_(*new QWidget(this), notice) {
   setCentralWidget(&widgets_.parent());
   create();
   QObject::connect(windowHandle(), &QWindow::screenChanged, this, [this] {

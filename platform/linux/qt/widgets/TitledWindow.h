@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <functional>
+#include <string>
 
 #include "platform/Window.h"
 #include "platform/linux/qt/widgets/WidgetTree.h"
@@ -22,7 +23,8 @@ class TitledWindow final : public QMainWindow {
     std::function<void()> scaleChanged;
   };
 
-  TitledWindow(Window& window, Callbacks callbacks);
+  /// `notice` as in WidgetTree.
+  TitledWindow(Window& window, const std::string& notice, Callbacks callbacks);
 
   WidgetTree& widgets() { return widgets_; }
   /// In the toolkit's points, as of the scale that the window has now.

@@ -13,6 +13,9 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
+constexpr double noticePointSize = 11;
+constexpr int aboveNotice = 6;
+
 QRect wholePoints(const Rect& rect) {
   return QRectF(rect.minX(), rect.minY(), rect.width(), rect.height()).toAlignedRect();
 }
@@ -37,6 +40,12 @@ void dressButton(const Button& button, QPushButton& widget) {
 
 }  // namespace
 
+WidgetTree::WidgetTree(QWidget& parent, const std::string& notice)
+    : parent_(parent), notice_(notice) {
+  notice_.setFont({.pointSize = noticePointSize});
+  notice_.setLineBreakMode(LineBreakMode::wordWrapping);
+}
+
 void WidgetTree::rebuild(const View& contentView) {
   clear();
   realiseAll(contentView);
@@ -54,13 +63,23 @@ void WidgetTree::dress() {
       dressButton(*button, static_cast<QPushButton&>(*widget));
     }
   }
+  if (noticeWidget_ != nullptr) dressLabel(notice_, *noticeWidget_);
 }
 
 void WidgetTree::place() {
   for (const auto& [view, widget] : realised_) {
-    widget->setGeometry(wholePoints(view->frameInWindowFromTop()));
+    QRect area = wholePoints(view->frameInWindowFromTop());
+    if (noticeWidget_ != nullptr && widget == tables_.front()) area = placeNotice(area);
+    widget->setGeometry(area);
     widget->setVisible(!view->isHiddenOrHasHiddenAncestor());
   }
+}
+
+QRect WidgetTree::placeNotice(const QRect& area) {
+  const int height = noticeWidget_->heightForWidth(area.width());
+  noticeWidget_->setGeometry(area.adjusted(0, area.height() - height, 0, 0));
+  noticeWidget_->show();
+  return area.adjusted(0, 0, 0, -height - aboveNotice);
 }
 
 void WidgetTree::reloadRows() {
@@ -79,6 +98,10 @@ void WidgetTree::clear() {
     widget->deleteLater();  // its own click may be what changes the tree
   }
   realised_.clear();
+  if (noticeWidget_ == nullptr) return;
+  noticeWidget_->hide();
+  noticeWidget_->deleteLater();
+  noticeWidget_ = nullptr;
 }
 
 void WidgetTree::realiseAll(const View& container) {
@@ -92,17 +115,23 @@ void WidgetTree::realiseAll(const View& container) {
 }
 
 QWidget* WidgetTree::realise(const std::shared_ptr<View>& view) {
-  if (std::dynamic_pointer_cast<Label>(view)) {
-    auto* widget = new QLabel(&parent_);
-    widget->setTextFormat(Qt::PlainText);
-    return widget;
-  }
+  if (std::dynamic_pointer_cast<Label>(view)) return realiseLabel();
   if (const auto button = std::dynamic_pointer_cast<Button>(view)) return realiseButton(button);
   const auto scrollView = std::dynamic_pointer_cast<ScrollView>(view);
-  if (!scrollView || !scrollView->documentView()) return nullptr;
-  auto* table = new RowsView(*scrollView->documentView(), &parent_);
-  if (scrollView->borderType() == BorderType::none) table->setFrameShape(QFrame::NoFrame);
-  if (!scrollView->hasVerticalScroller()) table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  return scrollView && scrollView->documentView() ? realiseTable(*scrollView) : nullptr;
+}
+
+QLabel* WidgetTree::realiseLabel() {
+  auto* widget = new QLabel(&parent_);
+  widget->setTextFormat(Qt::PlainText);
+  return widget;
+}
+
+QWidget* WidgetTree::realiseTable(const ScrollView& scrollView) {
+  auto* table = new RowsView(*scrollView.documentView(), &parent_);
+  if (scrollView.borderType() == BorderType::none) table->setFrameShape(QFrame::NoFrame);
+  if (!scrollView.hasVerticalScroller()) table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  if (tables_.empty() && !notice_.stringValue().empty()) noticeWidget_ = realiseLabel();
   tables_.push_back(table);
   return table;
 }

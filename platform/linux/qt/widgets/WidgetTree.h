@@ -2,19 +2,24 @@
 
 #include <QWidget>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/Controls.h"
+
+class QLabel;
 
 namespace vistrel::platform::linux_desktop {
 
 class RowsView;
 
 /// The widgets that stand for a tree of views: labels, buttons and tables; views that only hold
-/// others have none. Widgets are children of one parent, placed by their views' frames.
+/// others have none. Widgets are children of one parent, placed by their views' frames; a notice
+/// stands under the first table and takes its room from that.
 class WidgetTree {
  public:
-  explicit WidgetTree(QWidget& parent) : parent_(parent) {}
+  /// An empty notice is none.
+  WidgetTree(QWidget& parent, const std::string& notice);
   WidgetTree(const WidgetTree&) = delete;
   WidgetTree& operator=(const WidgetTree&) = delete;
   ~WidgetTree() { clear(); }
@@ -40,9 +45,15 @@ class WidgetTree {
   void clear();
   void realiseAll(const View& container);
   QWidget* realise(const std::shared_ptr<View>& view);
+  QLabel* realiseLabel();
   QWidget* realiseButton(const std::shared_ptr<Button>& button);
+  QWidget* realiseTable(const ScrollView& scrollView);
+  /// What is left of the table's area.
+  QRect placeNotice(const QRect& area);
 
   QWidget& parent_;
+  Label notice_;
+  QLabel* noticeWidget_ = nullptr;  // none without a table, or without a notice
   std::vector<Realised> realised_;
   std::vector<RowsView*> tables_;
 };

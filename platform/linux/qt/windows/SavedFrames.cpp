@@ -1,6 +1,5 @@
 #include "platform/linux/qt/windows/SavedFrames.h"
 
-#include <QSaveFile>
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -32,12 +31,13 @@ bool isFileNameCharacter(char c) {
          c == '_';
 }
 
-/// With what is missing above it, for its owner alone (XDG base directory specification).
+/// With what is missing above it, for its owner alone (XDG base directory specification) whatever
+/// the umask.
 void makePrivateDirectory(const std::filesystem::path& path) {
   std::error_code ignored;
   if (path.empty() || std::filesystem::exists(path, ignored)) return;
   makePrivateDirectory(path.parent_path());
-  mkdir(path.c_str(), S_IRWXU);
+  if (mkdir(path.c_str(), S_IRWXU) == 0) chmod(path.c_str(), S_IRWXU);
 }
 
 }  // namespace
@@ -76,11 +76,7 @@ void SavedFrames::save(const std::string& name, const Rect& frame) const {
   const auto path = fileOf(name);
   if (!path) return;
   makePrivateDirectory(directory_);
-  QSaveFile file(QString::fromStdString(path->string()));
-  if (!file.open(QIODevice::WriteOnly)) return;
-  file.write(QByteArray::fromStdString(textOfFrame(frame)));
-  // Committing alone does not see what fails when the last bytes are written.
-  if (file.flush()) file.commit();
+  replaceRegularFile(*path, textOfFrame(frame));
 }
 
 std::optional<std::filesystem::path> SavedFrames::fileOf(const std::string& name) const {

@@ -24,8 +24,7 @@ class SavedFrames {
   explicit SavedFrames(std::filesystem::path directory) : directory_(std::move(directory)) {}
 
   std::optional<Rect> load(const std::string& name) const;
-  /// Replaces the file at once: a reader sees the old frame or the new one. A file that its owner
-  /// has made read-only stays.
+  /// Replaces the file as `replaceRegularFile` does.
   void save(const std::string& name, const Rect& frame) const;
 
  private:

@@ -15,6 +15,14 @@ namespace {
 /// How many that do not answer are waited for, one after another.
 constexpr int mostSilentOwners = 3;
 
+bool isRoot(const Connection& connection, xcb_window_t window) {
+  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.xcb()));
+  for (; screens.rem > 0; xcb_screen_next(&screens)) {
+    if (screens.data->root == window) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 InstanceClaim::OrShown InstanceClaim::take(std::string_view startupID) {
@@ -77,37 +85,67 @@ xcb_window_t InstanceClaim::takeFrom(xcb_window_t silent) {
 
 void InstanceClaim::serveOn(SerialQueue& queue) {
   linux_desktop::serveOn(queue, *connection_, [self = shared_from_this()] {
-    self->connection_->serve([&](const xcb_generic_event_t& event) { self->handle(event); });
+    self->connection_->serve([&](const xcb_generic_event_t& event) { self->handle(event); },
+                             [&] { self->showForThoseWhoAsk(); });
   });
 }
 
 void InstanceClaim::giveUp() {
   trace(TraceTopic::start, [] { return "others may start from here on"; });
+  // From its end those who wait for an answer learn that they have to ask elsewhere.
   window_ = {};
+  asking_.clear();
   connection_->sync();
 }
 
 void InstanceClaim::handle(const xcb_generic_event_t& event) {
   if (typeOf(event) == XCB_SELECTION_REQUEST) {
     receive(eventAs<xcb_selection_request_event_t>(event));
+  } else if (typeOf(event) == XCB_SELECTION_CLEAR) {
+    trace(TraceTopic::start, [] { return "another client has taken the claim"; });
+    giveUp();
   }
 }
 
 void InstanceClaim::receive(const xcb_selection_request_event_t& request) {
-  if (request.target != connection_->atom(showTarget) || request.property == XCB_ATOM_NONE) {
-    return answer(request, /*isDone=*/false);
+  if (!window_) return;
+  const bool canBeAnswered =
+      request.property != XCB_ATOM_NONE && !isRoot(*connection_, request.requestor);
+  if (request.target == connection_->atom(showTarget) && canBeAnswered) {
+    asking_.push_back(request);
+  } else {
+    answer(request, /*isDone=*/false);
   }
-  // Whoever had to wait for too long has helped itself.
-  if (!isStillThere(request.requestor)) return;
-  trace(TraceTopic::start, [] { return "started again, so this one shows itself"; });
-  if (!show_) return answer(request, /*isDone=*/true);
-  show_(request.time,
-        [self = shared_from_this(), request] { self->answer(request, /*isDone=*/true); });
 }
 
-bool InstanceClaim::isStillThere(xcb_window_t window) {
-  return replyTo<xcb_get_geometry_reply>(connection_->xcb(),
-                                         xcb_get_geometry(connection_->xcb(), window)) != nullptr;
+void InstanceClaim::showForThoseWhoAsk() {
+  if (isShowing_) return;
+  auto asking = stillThere(std::exchange(asking_, {}));
+  if (asking.empty()) return;
+  trace(TraceTopic::start, [] { return "started again, so this one shows itself"; });
+  const auto time = asking.back().time;
+  auto shown = [self = shared_from_this(), asking = std::move(asking)] {
+    for (const auto& each : asking) self->answer(each, /*isDone=*/true);
+    self->isShowing_ = false;
+    self->showForThoseWhoAsk();
+    self->connection_->flush();
+  };
+  if (!show_) return shown();
+  isShowing_ = true;
+  show_(time, std::move(shown));
+}
+
+/// Whoever had to wait for too long has helped itself.
+InstanceClaim::Requests InstanceClaim::stillThere(const Requests& requests) {
+  std::vector<Pending<xcb_get_geometry_reply, xcb_get_geometry_cookie_t>> answers;
+  for (const auto& each : requests) {
+    answers.emplace_back(connection_->xcb(), xcb_get_geometry(connection_->xcb(), each.requestor));
+  }
+  Requests there;
+  for (std::size_t i = 0; i < requests.size(); ++i) {
+    if (answers[i].fetch()) there.push_back(requests[i]);
+  }
+  return there;
 }
 
 void InstanceClaim::answer(const xcb_selection_request_event_t& request, bool isDone) {
@@ -127,7 +165,6 @@ void InstanceClaim::answer(const xcb_selection_request_event_t& request, bool is
   notice.property = isDone ? request.property : xcb_atom_t{XCB_ATOM_NONE};
   forgive(xcb, xcb_send_event_checked(xcb, 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
                                       reinterpret_cast<const char*>(&notice)));
-  connection_->flush();
 }
 
 }  // namespace vistrel::platform::linux_desktop

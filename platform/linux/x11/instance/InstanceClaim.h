@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/server/Connection.h"
@@ -11,7 +12,8 @@
 namespace vistrel::platform::linux_desktop {
 
 /// This process's claim to be the one instance on its display. Another start of the program asks
-/// whoever holds the claim to show itself instead (RunningInstance.h).
+/// whoever holds the claim to show itself instead (RunningInstance.h). Anybody may take the claim
+/// away; it is not taken back.
 class InstanceClaim : public std::enable_shared_from_this<InstanceClaim> {
  public:
   struct OrShown;
@@ -26,25 +28,30 @@ class InstanceClaim : public std::enable_shared_from_this<InstanceClaim> {
 
   /// From now on answers those who ask, on `queue`, for as long as that runs. On the queue.
   void serveOn(SerialQueue& queue);
-  /// What is called on the queue for each who asks. Before that the program is thought to be about
-  /// to show itself for the first time. On the queue.
+  /// What is called on the queue when somebody asks, once for all who ask before it is done. Before
+  /// that the program is thought to be about to show itself for the first time. On the queue.
   void setShow(Show show) { show_ = std::move(show); }
   /// Leaves the claim to others, among them those who have not been answered yet. On the queue.
   void giveUp();
 
  private:
+  using Requests = std::vector<xcb_selection_request_event_t>;
+
   explicit InstanceClaim(std::unique_ptr<Connection> connection);
 
   xcb_timestamp_t timeNow();
   xcb_window_t takeFrom(xcb_window_t silent);
   void handle(const xcb_generic_event_t& event);
   void receive(const xcb_selection_request_event_t& request);
-  bool isStillThere(xcb_window_t window);
+  void showForThoseWhoAsk();
+  Requests stillThere(const Requests& requests);
   void answer(const xcb_selection_request_event_t& request, bool isDone);
 
   const std::unique_ptr<Connection> connection_;
-  OwnWindow window_;  // none once given up
+  OwnWindow window_;  // none once given up or lost
   Show show_;
+  Requests asking_;  // those for whom no showing is under way
+  bool isShowing_ = false;
 };
 
 struct InstanceClaim::OrShown {

@@ -15,7 +15,10 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view fileSuffix = ".desktop";
 /// Many times what an application with all its names and actions in all languages needs.
-constexpr std::size_t longestFile = 1'000'000;
+constexpr std::size_t longestFile = 256 * 1024;
+/// Many times what a desktop with everything installed has below one directory.
+constexpr int deepestFolder = 8;
+constexpr int mostFiles = 10'000;
 
 std::string lowerCase(std::string_view text) {
   std::string result(text);
@@ -225,13 +228,15 @@ void DesktopEntries::readAll() {
 void DesktopEntries::readDirectory(const fs::path& directory) {
   std::error_code error;
   const auto options = fs::directory_options::skip_permission_denied;
-  for (fs::recursive_directory_iterator file(directory, options, error), end; !error && file != end;
-       file.increment(error)) {
+  int files = 0;
+  for (fs::recursive_directory_iterator file(directory, options, error), end;
+       !error && file != end && files < mostFiles; file.increment(error), ++files) {
+    if (file.depth() == deepestFolder) file.disable_recursion_pending();
     if (file->path().extension() != fileSuffix) continue;
     // A file of a more important directory has the word, also when it hides the application.
     const auto id = idOf(file->path(), directory);
     if (byId_.contains(id)) continue;
-    const auto text = contentsOfRegularFile(file->path(), longestFile);
+    const auto text = linesOfRegularFile(file->path(), longestFile);
     byId_.emplace(id, parseDesktopEntry(text.value_or(std::string()), locale_));
   }
 }

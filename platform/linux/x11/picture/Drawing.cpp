@@ -75,6 +75,19 @@ Canvas makeOpaqueCanvas(Connection& connection, PixelSize size) {
   return makeCanvas(connection, 24, connection.formats().opaque, size);
 }
 
+std::optional<Canvas> makeOpaqueCanvasIfThereIsRoom(Connection& connection, PixelSize size) {
+  Pixmap pixmap(connection.xcb());
+  const auto made = xcb_create_pixmap_checked(connection.xcb(), 24, pixmap.id(), connection.root(),
+                                              static_cast<std::uint16_t>(size.width),
+                                              static_cast<std::uint16_t>(size.height));
+  if (failureOf(connection.xcb(), made)) {
+    pixmap.abandon();
+    return std::nullopt;
+  }
+  auto picture = makePicture(connection, pixmap.id(), connection.formats().opaque);
+  return Canvas{std::move(pixmap), std::move(picture), size};
+}
+
 Picture makePicture(Connection& connection, xcb_drawable_t drawable, xcb_render_pictformat_t format,
                     xcb_render_repeat_t outside) {
   Picture picture(connection.xcb());

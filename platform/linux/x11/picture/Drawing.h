@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "platform/Color.h"
@@ -10,7 +11,8 @@
 
 namespace vistrel::platform::linux_desktop {
 
-// Drawing in the display server through RENDER. Nothing here waits for an answer.
+// Drawing in the display server through RENDER. Nothing here waits for an answer, unless it says
+// so.
 
 /// A pixmap and the picture that draws and reads it; outside its edges it repeats them.
 struct Canvas {
@@ -23,6 +25,8 @@ Canvas makeCanvas(Connection& connection, std::uint8_t depth, xcb_render_pictfor
                   PixelSize size);
 /// 24 bits without alpha, as all copies of sources are.
 Canvas makeOpaqueCanvas(Connection& connection, PixelSize size);
+/// The same; none where the server has no memory for it. Waits for the server's answer.
+std::optional<Canvas> makeOpaqueCanvasIfThereIsRoom(Connection& connection, PixelSize size);
 /// Read outside its edges it repeats them, or is transparent.
 Picture makePicture(Connection& connection, xcb_drawable_t drawable, xcb_render_pictformat_t format,
                     xcb_render_repeat_t outside = XCB_RENDER_REPEAT_PAD);

@@ -1,16 +1,21 @@
 #include "platform/linux/x11/picture/MipChain.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vistrel::platform::linux_desktop {
 
-void MipChain::rebuild(const LivePicture& source, LevelRange range) {
+bool MipChain::rebuild(const LivePicture& source, LevelRange range) {
+  auto finest =
+      makeOpaqueCanvasIfThereIsRoom(connection_, sizeOfLevel(source.size(), range.finest));
+  if (!finest) return false;
   sourceSize_ = source.size();
   finest_ = range.finest;
   levels_.clear();
-  levels_.push_back(makeOpaqueCanvas(connection_, sizeOfLevel(sourceSize_, finest_)));
+  levels_.push_back(*std::move(finest));
   fillFinest(source, rectOf(levels_.front().size));
   fitTo(range);
+  return true;
 }
 
 void MipChain::update(const LivePicture& source, const ChangedRects& changes) {
@@ -28,19 +33,22 @@ void MipChain::update(const LivePicture& source, const ChangedRects& changes) {
 
 void MipChain::fitTo(LevelRange range) {
   if (!hasPicture()) return;
-  while (coarsest() < range.coarsest) addLevel();
+  while (coarsest() < range.coarsest && addLevel()) {
+  }
   while (finest_ < range.finest) {
     levels_.erase(levels_.begin());
     ++finest_;
   }
-  const auto wanted = std::max(range.coarsest, finest_) - finest_ + 1;
-  levels_.resize(static_cast<std::size_t>(wanted));
+  const auto wanted = static_cast<std::size_t>(std::max(range.coarsest, finest_) - finest_ + 1);
+  levels_.resize(std::min(wanted, levels_.size()));
 }
 
-void MipChain::addLevel() {
-  auto next = makeOpaqueCanvas(connection_, sizeOfLevel(sourceSize_, coarsest() + 1));
-  drawScaled(connection_, levels_.back().picture, halving, next.picture, rectOf(next.size));
-  levels_.push_back(std::move(next));
+bool MipChain::addLevel() {
+  auto next = makeOpaqueCanvasIfThereIsRoom(connection_, sizeOfLevel(sourceSize_, coarsest() + 1));
+  if (!next) return false;
+  drawScaled(connection_, levels_.back().picture, halving, next->picture, rectOf(next->size));
+  levels_.push_back(*std::move(next));
+  return true;
 }
 
 void MipChain::fillFinest(const LivePicture& source, const PixelRect& area) {

@@ -28,18 +28,20 @@ class MipChain {
   int finest() const { return finest_; }
   int coarsest() const { return finest_ + static_cast<int>(levels_.size()) - 1; }
 
-  /// Copies everything.
-  void rebuild(const LivePicture& source, LevelRange range);
+  /// Copies everything; false, and nothing has changed, where the server has no memory for that.
+  bool rebuild(const LivePicture& source, LevelRange range);
   /// Copies what has changed of a source of the same size.
   void update(const LivePicture& source, const ChangedRects& changes);
-  /// Makes coarser levels and drops those outside the range. Cannot make finer ones.
+  /// Makes coarser levels, as far as the server has memory for them, and drops those outside the
+  /// range. Cannot make finer ones.
   void fitTo(LevelRange range);
 
   /// Draws the part of the picture in `area` of `target`, where all of it would fill `place`.
   void draw(const Picture& target, const PixelRect& place, const PixelRect& area) const;
 
  private:
-  void addLevel();
+  /// False where the server has no memory for it.
+  bool addLevel();
   void fillFinest(const LivePicture& source, const PixelRect& area);
   const Canvas& level(int number) const {
     return levels_[static_cast<std::size_t>(number - finest_)];

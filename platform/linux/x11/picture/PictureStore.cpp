@@ -21,19 +21,19 @@ LevelRange levelRangeFor(PixelSize source, const std::vector<PixelSize>& sizes) 
 
 }  // namespace
 
-PictureChanges PictureStore::commit(std::shared_ptr<const LivePicture> source,
-                                    PictureChanges changes, CursorMark cursor,
-                                    const std::vector<PixelSize>& sizes) {
+std::optional<PictureChanges> PictureStore::commit(std::shared_ptr<const LivePicture> source,
+                                                   PictureChanges changes, CursorMark cursor,
+                                                   const std::vector<PixelSize>& sizes) {
   assert(thread_.isCurrent());
-  source_ = std::move(source);
-  const auto range = levelRangeFor(source_->size(), sizes);
-  changes.everything |= chain_.sourceSize() != source_->size() || range.finest < chain_.finest();
+  const auto range = levelRangeFor(source->size(), sizes);
+  changes.everything |= chain_.sourceSize() != source->size() || range.finest < chain_.finest();
   if (changes.everything) {
-    chain_.rebuild(*source_, range);
+    if (!chain_.rebuild(*source, range)) return std::nullopt;
   } else {
     chain_.fitTo(range);
-    chain_.update(*source_, changes.rects);
+    chain_.update(*source, changes.rects);
   }
+  source_ = std::move(source);
   if (cursor != cursor_) {
     changes.rects.add(cursor_.area);
     changes.rects.add(cursor.area);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/linux/CurrentThread.h"
@@ -39,9 +40,11 @@ class PictureStore {
   const LivePicture* source() const { return source_.get(); }
 
   /// Takes the source's pixels over, with the levels that drawing at `sizes` takes. Answers what
-  /// that changed, the cursor included.
-  PictureChanges commit(std::shared_ptr<const LivePicture> source, PictureChanges changes,
-                        CursorMark cursor, const std::vector<PixelSize>& sizes);
+  /// that changed, the cursor included; none, and the former picture stays, where the server has no
+  /// memory for it.
+  std::optional<PictureChanges> commit(std::shared_ptr<const LivePicture> source,
+                                       PictureChanges changes, CursorMark cursor,
+                                       const std::vector<PixelSize>& sizes);
 
   /// Holds the levels that drawing at `sizes` takes. Levels finer than those at hand are copied
   /// from `unchangedSource`; where that is null, they wait for the next commit.

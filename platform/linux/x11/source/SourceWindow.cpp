@@ -101,6 +101,7 @@ void SourceWindow::attachToFrame() {
   releaseFrame();
   frame_ = frame;
   // A frame that went while it was being looked up: the client will tell of a new one.
+  hasRoom_ = true;
   if (watchFrame()) return;
   trace(TraceTopic::capture, [&] { return windowText(frame_) + " went while it was looked up"; });
   releaseFrame();
@@ -120,10 +121,13 @@ bool SourceWindow::watchFrame() {
       listenToFrame(),
       xcb_composite_redirect_window_checked(xcb, frame_, XCB_COMPOSITE_REDIRECT_AUTOMATIC),
       xcb_damage_create_checked(xcb, damage_.id(), frame_, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY)};
-  const auto failures = std::count_if(requests.begin(), requests.end(), [xcb](auto request) {
-    return failureOf(xcb, request).has_value();
-  });
-  return failures == 0;
+  bool isWatched = true;
+  for (const auto& request : requests) {
+    const auto failure = failureOf(xcb, request);
+    isWatched &= !failure;
+    hasRoom_ &= failure != XCB_ALLOC;
+  }
+  return isWatched;
 }
 
 void SourceWindow::releaseFrame() {
@@ -193,7 +197,7 @@ void SourceWindow::changedProperty(const xcb_property_notify_event_t& event) {
 
 void SourceWindow::refresh() {
   if (gone_) return;
-  if (moved_) attachToFrame();
+  if (moved_ || !hasRoom_) attachToFrame();
   if (renamed_ && frame_ != XCB_NONE) nameAgain();
 }
 

@@ -32,6 +32,8 @@ class SourceWindow {
   void refresh();
 
   bool isGone() const { return gone_; }
+  /// False where the server had no memory for the window's picture; `refresh` tries again.
+  bool hasRoom() const { return hasRoom_; }
   /// Whether the client draws into the picture; a window that is minimised or on another desktop
   /// does not.
   bool isViewable() const { return viewable_; }
@@ -92,6 +94,7 @@ class SourceWindow {
   bool hasNewPicture_ = false;
   bool viewable_ = false;
   bool gone_ = false;
+  bool hasRoom_ = true;
   bool moved_ = true;    // the client may be in another frame
   bool renamed_ = true;  // the picture has to be named again
 };

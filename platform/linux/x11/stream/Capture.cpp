@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/Trace.h"
 #include "platform/linux/x11/stream/MirrorWorker.h"
 #include "platform/linux/x11/stream/WindowFrames.h"
 
@@ -12,6 +13,9 @@ namespace {
 
 /// How often a pointer that rests over the source is looked at, in seconds.
 constexpr double restingLook = 0.1;
+
+/// How often room is looked for where the server had no memory, in seconds.
+constexpr double lackingLook = 0.5;
 
 /// In seconds; 0 for as many frames as there are changes.
 double intervalOf(const StreamConfiguration& configuration) {
@@ -48,10 +52,12 @@ void Capture::handle(const xcb_generic_event_t& event) {
 void Capture::proceed() {
   assert(thread_.isCurrent());
   if (ended_) return;
+  const double now = monotonicNow();
+  if (now < roomLook_ && !source_->isGone()) return worker_.comeBackAt(roomLook_);
   source_->refresh();
   if (source_->isGone()) return fail({"The window has been closed."});
+  if (!source_->hasRoom()) return lackRoom(now);
   if (!source_->isViewable()) return;
-  const double now = monotonicNow();
   if (source_->takeLoss()) lossPause_.lost(now);
   if (now < lossPause_.end()) return worker_.comeBackAt(lossPause_.end());
   noticeChange(now);
@@ -147,7 +153,20 @@ std::shared_ptr<const Image> Capture::commit() {
   } else {
     changes = std::exchange(uncommitted_, {});
   }
-  return worker_.commit(source_->client(), source_->picture(), std::move(changes), cursorMark_);
+  auto image = worker_.commit(source_->client(), source_->picture(), changes, cursorMark_);
+  if (!image) {
+    uncommitted_ = std::move(changes);
+    owesFrame_ = true;
+    lackRoom(monotonicNow());
+  }
+  return image;
+}
+
+void Capture::lackRoom(double now) {
+  trace(TraceTopic::capture,
+        [&] { return "the server has no memory for " + windowText(source_->client()); });
+  roomLook_ = now + lackingLook;
+  worker_.comeBackAt(roomLook_);
 }
 
 }  // namespace vistrel::platform::linux_desktop

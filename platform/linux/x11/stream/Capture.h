@@ -68,6 +68,8 @@ class Capture : public std::enable_shared_from_this<Capture> {
   void askForChanges();
   void collectChanges();
   void deliver(double now);
+  /// Nothing more is done until the server may have got memory.
+  void lackRoom(double now);
 
   const OwnThread thread_;
   MirrorWorker& worker_;
@@ -79,6 +81,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
   CursorMark cursorMark_;  // as of the last frame handed out
   bool cursorMayHaveMoved_ = true;
   double nextLook_ = 0;  // at a pointer over the source
+  double roomLook_ = 0;  // nothing is done before; in the past where there is room
   PictureChanges uncommitted_;
   FramePacing pacing_;
   LossPause lossPause_;

@@ -33,6 +33,7 @@ std::optional<Error> CaptureStream::addStreamOutput(
     std::shared_ptr<DispatchQueue> sampleHandlerQueue) {
   auto queue = std::dynamic_pointer_cast<SerialQueue>(std::move(sampleHandlerQueue));
   if (!handler || !queue) return Error{"Samples need a handler and a serial queue."};
+  if (!queue->isRunning()) return Error{"The system has no thread for the mirror."};
   if (type != StreamOutputType::screen) return Error{"Windows are captured without sound."};
   const std::lock_guard lock(mutex_);
   if (output_.handler) return Error{"The stream has a handler already."};

@@ -45,9 +45,19 @@ std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window
   }
   auto source = openSource(window);
   if (!source) return Error{"The window is no longer there."};
+  if (!hasRoomFor(*source)) {
+    release(std::move(source));
+    return Error{"The display server has no memory for a picture of the window."};
+  }
   captures_.push_back({key, std::make_shared<Capture>(*this, std::move(source), configuration,
                                                       std::move(receiver))});
   return std::nullopt;
+}
+
+bool MirrorWorker::hasRoomFor(const SourceWindow& source) {
+  if (!source.hasRoom() || !source.picture()) return source.hasRoom();
+  const auto leastOfACopy = sizeOfLevel(source.picture()->size(), 1);
+  return makeOpaqueCanvasIfThereIsRoom(*connection_, leastOfACopy).has_value();
 }
 
 std::unique_ptr<SourceWindow> MirrorWorker::openSource(WindowID window) {
@@ -160,8 +170,9 @@ std::shared_ptr<const Image> MirrorWorker::commit(xcb_window_t source,
   changes.everything |= store_.source() != picture.get();
   const auto sizes = pictureSizes(picture->size());
   const auto committed = store_.commit(std::move(picture), std::move(changes), cursor, sizes);
+  if (!committed) return nullptr;
   for (auto& each : panels_) {
-    each.pictureChanged(committed);
+    each.pictureChanged(*committed);
     each.paint();
   }
   return std::make_shared<CommittedImage>(std::move(queue), source);

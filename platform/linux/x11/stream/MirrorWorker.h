@@ -42,7 +42,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   void comeBackAt(double seconds);
 
   /// Takes a frame of `source` over, and paints it where the picture is shown. Null once the queue
-  /// is being released.
+  /// is being released, and where the display server has no memory for the picture.
   std::shared_ptr<const Image> commit(xcb_window_t source,
                                       std::shared_ptr<const LivePicture> picture,
                                       PictureChanges changes, const CursorMark& cursor);
@@ -68,6 +68,8 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
 
   /// Null when there is no such window.
   std::unique_ptr<SourceWindow> openSource(WindowID window);
+  /// Whether the display server has memory for its picture and for the least that is kept of it.
+  bool hasRoomFor(const SourceWindow& source);
   /// Null does nothing.
   void release(std::unique_ptr<SourceWindow> source);
   void handle(const xcb_generic_event_t& event);
