@@ -64,7 +64,8 @@ class Relaunch : public DesktopTest {
     connection_.sendToManager(
         picker.id(), "_NET_MOVERESIZE_WINDOW",
         {staticAllFieldsByPerson, moved.x, moved.y, moved.width, moved.height});
-    constexpr Point inList{moved.x + moved.width - 50, moved.y + moved.height - 70};
+    // Above the notice that stands under it here.
+    constexpr Point inList{moved.x + moved.width - 50, moved.y + moved.height - 120};
     ASSERT_TRUE(
         eventually([&] { return picker.area() == moved && screen_.pixel(inList) == white; }));
   }
