@@ -94,7 +94,8 @@ void RunLoopTimers::insert(std::shared_ptr<RunLoopTimer> timer) {
 void RunLoopTimers::fire() {
   const double now = monotonicNow();
   while (!timers_.empty() && timers_.begin()->first <= now) {
-    const auto timer = timers_.extract(timers_.begin()).mapped();
+    const auto timer = timers_.begin()->second;
+    timers_.erase(timers_.begin());
     timer->advance(now);
     if (timer->isValid()) insert(timer);
     // Before the block, which may run a loop of its own: started anew, the toolkit's timer goes off
