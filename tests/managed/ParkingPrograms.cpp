@@ -4,7 +4,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include "platform/linux/x11/X11Session.h"
@@ -15,8 +14,9 @@ namespace {
 constexpr const char* program = VISTREL_PARKING_PROGRAM;
 
 std::string contentsOf(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  std::ostringstream contents;
+  contents << std::ifstream(file).rdbuf();
+  return contents.str();
 }
 
 bool hasWritten(const ChildProcess& process, const std::string& line) {
