@@ -41,7 +41,7 @@ TEST_F(BackingScale, ThePictureIsCapturedForItsScreenAnew) {
     EXPECT_EQ(stream().configuration.width, 2000U);
     dragPanel({1600, 0});
     EXPECT_EQ(stream().configuration.width, 2000U);
-    command("Re-capture (Refresh / Fix Blur or Black)");
+    command(recapture);
     EXPECT_EQ(stream().configuration.width, 1000U);
     EXPECT_EQ(stream().configuration.height, 500U);
   });
@@ -59,10 +59,7 @@ TEST_F(BackingScale, AMirrorMayCloseBeforeItIsTold) {
   runWithMirror([&] {
     const NSPoint place = onTitleBar(panel());
     fake::mouseDown(panel(), place);
-    fake::runLater(dispatch_get_main_queue(), 0, ^{
-      NSButton* const button = closeButton();
-      [button.target perform:button.action with:button];
-    });
+    closeLater(0);
     desktop().mouse.x += 1600;
     fake::mouseDragged(place);
     drop();

@@ -10,7 +10,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-constexpr const char* recapture = "Re-capture (Refresh / Fix Blur or Black)";
 constexpr const char* noWindow = "Source window is no longer available.";
 
 /// What comes between the request for a window's picture and the picture.

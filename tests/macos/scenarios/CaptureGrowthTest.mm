@@ -48,7 +48,7 @@ TEST_F(CaptureGrowth, GrowsToTwiceTheSourceAndNeverShrinks) {
       EXPECT_THAT(fake::messages(), Not(Contains(HasSubstr("updateConfiguration")))) << width;
     }
     EXPECT_EQ(captureWidth(), 4000U);
-    command("Re-capture (Refresh / Fix Blur or Black)");
+    command(recapture);
     EXPECT_EQ(captureWidth(), 2000U);
   });
 }

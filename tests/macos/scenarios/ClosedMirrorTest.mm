@@ -19,14 +19,6 @@ class ClosedMirror : public MirrorScenario {
 
   /// The service takes a second for each answer from here on.
   void makeServiceSlow() { desktop().serviceSeconds = 1; }
-
-  /// In its turn among what waits in the main queue by then.
-  static void closeLater(double seconds) {
-    fake::runLater(dispatch_get_main_queue(), seconds, ^{
-      NSButton* const button = closeButton();
-      [button.target perform:button.action with:button];
-    });
-  }
 };
 
 TEST_F(ClosedMirror, BeforeTheListingAnswers) {
@@ -155,7 +147,7 @@ TEST_F(ClosedMirror, BeforeItIsToldThatItsStreamHasStopped) {
 TEST_F(ClosedMirror, WhileItCapturesAnew) {
   runWithMirror([&] {
     makeServiceSlow();
-    command("Re-capture (Refresh / Fix Blur or Black)");
+    command(recapture);
     closeMirror();
     fake::forgetMessages();
     fake::advance(2);

@@ -17,16 +17,22 @@ class MirrorScenario : public Scenario {
   /// Of a row of the picker; forgets the messages so far.
   static void openMirror(NSInteger row = 0);
   static void closeMirror(std::size_t index = 0);
+  /// Closes the first, by a block that comes to its turn in the main queue after `seconds`.
+  static void closeLater(double seconds);
 
-  // Of the mirror that was opened so many mirrors after the first that is open.
+  // Of the open mirrors, in the order in which they were opened; streams in their own.
 
   static NSWindow* panel(std::size_t index = 0);
   static NSView* card(std::size_t index = 0);
   static NSButton* closeButton(std::size_t index = 0);
   static SCStream* stream(std::size_t index = 0);
+  /// Nil before the first frame.
   static id picture(std::size_t index = 0);
-  /// The colour of the dot that a screen reader calls so.
+  /// The colour of the dot that a screen reader calls so: one of those below.
   static std::string dot(const std::string& label, std::size_t index = 0);
+  static constexpr const char* live = "rgba 0.3 0.85 0.45 1";
+  static constexpr const char* stale = "rgba 0.98 0.7 0.2 1";
+  static constexpr const char* error = "systemRed";
 
   // Places in a panel, in its own coordinates.
 
@@ -34,6 +40,7 @@ class MirrorScenario : public Scenario {
   static NSPoint onPicture(NSWindow* panel);
   static NSPoint onGrip(NSWindow* panel);
 
+  static constexpr const char* recapture = "Re-capture (Refresh / Fix Blur or Black)";
   /// Chooses from the panel's context menu, or from its submenu of scales.
   static void command(const std::string& title, std::size_t index = 0);
   static void scale(const std::string& title, std::size_t index = 0);
@@ -42,9 +49,5 @@ class MirrorScenario : public Scenario {
   void drag(NSWindow* panel, NSPoint place, CGSize by, NSEventModifierFlags modifiers = 0);
   static void drop() { fake::mouseUp({0, 0}, 0, 1); }
 };
-
-constexpr const char* live = "rgba 0.3 0.85 0.45 1";
-constexpr const char* stale = "rgba 0.98 0.7 0.2 1";
-constexpr const char* error = "systemRed";
 
 }  // namespace vistrel

@@ -28,6 +28,13 @@ void MirrorScenario::closeMirror(std::size_t index) {
   }
 }
 
+void MirrorScenario::closeLater(double seconds) {
+  fake::runLater(dispatch_get_main_queue(), seconds, ^{
+    NSButton* const button = closeButton();
+    [button.target perform:button.action with:button];
+  });
+}
+
 NSWindow* MirrorScenario::panel(std::size_t index) { return panels().at(index); }
 
 NSView* MirrorScenario::card(std::size_t index) { return panel(index).contentView; }

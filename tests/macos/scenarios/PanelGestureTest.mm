@@ -6,6 +6,7 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 
 /// The picker lists the mail first.
@@ -150,6 +151,15 @@ TEST_F(PanelGesture, TheGripSnapsNowhereAndTakesItsClicksForItself) {
   });
 }
 
+TEST_F(PanelGesture, TheGripDrawsThreeStrokes) {
+  runWithMirror([] {
+    EXPECT_TRUE(said({"NSBezierPath#1 moveToPoint:{13,2}", "NSBezierPath#1 lineToPoint:{14,3}",
+                      "NSBezierPath#1 moveToPoint:{9,2}", "NSBezierPath#1 lineToPoint:{14,7}",
+                      "NSBezierPath#1 moveToPoint:{5,2}", "NSBezierPath#1 lineToPoint:{14,11}",
+                      "NSBezierPath#1 setLineWidth:1", "NSBezierPath#1 stroke"}));
+  });
+}
+
 TEST_F(PanelGesture, TheGripShowsACrosshair) {
   runWithMirror([&] {
     NSView* const grip = fake::viewAt(panel(), onGrip(panel()));
@@ -158,6 +168,34 @@ TEST_F(PanelGesture, TheGripShowsACrosshair) {
     EXPECT_THAT(fake::messages(),
                 Contains(fake::describe(grip) + " addCursorRect:{{0,0},{16,16}} cursor:" +
                          fake::describe(NSCursor.crosshairCursor)));
+  });
+}
+
+TEST_F(PanelGesture, TheGripStepsForThoseWhoCannotDrag) {
+  runWithMirror([] {
+    NSView* const grip = findLabelled(card(), "Resize");
+    EXPECT_TRUE([grip isAccessibilitySelectorAllowed:@selector(accessibilityPerformIncrement)]);
+    EXPECT_TRUE([grip accessibilityPerformIncrement]);
+    EXPECT_EQ(frame(panel()), "{{32,607},{380,236}}");
+    EXPECT_TRUE([grip accessibilityPerformDecrement]);
+    EXPECT_EQ(frame(panel()), "{{32,647},{340,196}}");
+    NSView* const picture = card().subviews.firstObject;
+    EXPECT_FALSE([picture isAccessibilitySelectorAllowed:@selector(accessibilityPerformIncrement)]);
+    EXPECT_FALSE([picture accessibilityPerformIncrement]);
+  });
+}
+
+TEST_F(PanelGesture, AMirrorMayCloseUnderThePointer) {
+  runWithMirror([&] {
+    for (const bool isGrip : {false, true}) {
+      if (isGrip) openMirror();
+      drag(panel(), isGrip ? onGrip(panel()) : onPicture(panel()), {50, -50});
+      closeMirror();
+      fake::forgetMessages();
+      fake::mouseDragged({0, 0});
+      drop();
+      EXPECT_THAT(fake::messages(), IsEmpty());
+    }
   });
 }
 

@@ -15,7 +15,6 @@ const fake::SourceWindow mail = {
     .id = 78, .title = "Inbox", .application = "Mail", .processID = 100};
 
 constexpr const char* rollUp = "Roll Up (Title Only)";
-constexpr const char* recapture = "Re-capture (Refresh / Fix Blur or Black)";
 constexpr const char* keepAwake = "Keep Source Awake (Park Off-Screen)";
 constexpr const char* bringToFront = "Bring Source Window to Front";
 

@@ -67,7 +67,7 @@ TEST_F(RollUp, HidesAStatusAndTheNextFrameShowsInThePanelThatComesDown) {
     doubleClickPanel();
     EXPECT_THAT(shownTexts(card()), SizeIs(1));
     desktop().startError.reset();
-    command("Re-capture (Refresh / Fix Blur or Black)");
+    command(recapture);
     fake::deliver(stream(), {});
     EXPECT_TRUE(picture() != nil);
     doubleClickPanel();
@@ -87,6 +87,16 @@ TEST_F(RollUp, ShowsTheFramesThatComeMeanwhile) {
   });
 }
 
+TEST_F(RollUp, IsLaidOutForItsLastFrameFromTheStart) {
+  runWithMirror([] {
+    doubleClickPanel();
+    whileItRolls(^{
+      EXPECT_EQ(frame(), "{{32,732},{340,111}}");
+      EXPECT_EQ(fake::describe(content().frame), "{{0,26},{340,170}}");
+    });
+  });
+}
+
 TEST_F(RollUp, TakesTheFrameThatItWasToldForTrue) {
   runWithMirror([&] {
     doubleClickPanel();
@@ -100,10 +110,8 @@ TEST_F(RollUp, TakesTheFrameThatItWasToldForTrue) {
 TEST_F(RollUp, ClosesWhileItRolls) {
   runWithMirror([] {
     fake::deliver(stream(), {});
-    whileItRolls(^{
-      NSButton* const button = closeButton();
-      [button.target perform:button.action with:button];
-    });
+    closeLater(0.1);
+    doubleClickPanel();
     EXPECT_TRUE(said({"VLPanel#1 setFrame:{{32,817},{340,26}} display:1 animate:1",
                       "NSTimer#1 invalidate", "SCStream#1 stopCaptureWithCompletionHandler:a block",
                       "VLPanel#1 orderOut:nil", "VLPanel#1 close"}));
@@ -116,10 +124,7 @@ TEST_F(RollUp, ClosesWhileItRollsDownToBeScaled) {
   runWithMirror([] {
     doubleClickPanel();
     fake::forgetMessages();
-    fake::runLater(dispatch_get_main_queue(), 0.1, ^{
-      NSButton* const button = closeButton();
-      [button.target perform:button.action with:button];
-    });
+    closeLater(0.1);
     scale("50% of source");
     EXPECT_THAT(panels(), IsEmpty());
     EXPECT_TRUE(said({"VLPanel#1 setFrame:{{32,647},{340,196}} display:1 animate:1",
