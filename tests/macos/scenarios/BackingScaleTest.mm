@@ -55,6 +55,20 @@ TEST_F(BackingScale, AMirrorThatOpensTakesTheScaleOfTheMainScreen) {
   });
 }
 
+TEST_F(BackingScale, AMirrorOpensWhereThereIsNoScreen) {
+  run([&] {
+    desktop().screens.clear();
+    openMirror();
+    EXPECT_EQ(fake::describe(panel().frame), "{{32,672},{340,196}}");
+    EXPECT_EQ(contentsScale(), 2);
+    EXPECT_EQ(stream().configuration.width, 2000U);
+    drag(panel(), onTitleBar(panel()), {-25, 30});
+    drop();
+    EXPECT_EQ(fake::describe(panel().frame), "{{0,704},{340,196}}");
+    closeMirror();
+  });
+}
+
 TEST_F(BackingScale, AMirrorMayCloseBeforeItIsTold) {
   runWithMirror([&] {
     const NSPoint place = onTitleBar(panel());

@@ -168,6 +168,17 @@ TEST_F(ClosedMirror, BeforeItsCaptureHasGrown) {
   });
 }
 
+TEST_F(ClosedMirror, ItsWindowMayOutliveIt) {
+  runWithMirror([] {
+    NSWindow* const kept = panel();
+    const id<NSWindowDelegate> delegate = kept.delegate;
+    closeMirror();
+    EXPECT_TRUE(kept.delegate == delegate);
+    [kept setFrameOrigin:{2000, 0}];
+    EXPECT_FALSE(kept.isShown);
+  });
+}
+
 TEST_F(ClosedMirror, MayBeOpenedAgain) {
   runWithMirror([&] {
     makeServiceSlow();

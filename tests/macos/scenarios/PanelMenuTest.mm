@@ -104,6 +104,21 @@ TEST_F(PanelMenu, CapturesAnew) {
   });
 }
 
+TEST_F(PanelMenu, LeavesOneStreamHoweverOftenItCapturesAnew) {
+  runWithMirror([&] {
+    desktop().serviceSeconds = 1;
+    command(recapture);
+    command(recapture);  // before the first has been answered
+    fake::forgetMessages();
+    fake::advance(3);
+    EXPECT_TRUE(
+        said({"SCStream#2 startCapture", "SCStream#2 stopCapture", "SCStream#3 startCapture"}));
+    ASSERT_THAT(fake::streams(), SizeIs(1));
+    fake::deliver(stream(), {});
+    EXPECT_TRUE(picture() != nil);
+  });
+}
+
 TEST_F(PanelMenu, BringsTheSourceToTheFront) {
   runWithMirror([] {
     fake::forgetMessages();
