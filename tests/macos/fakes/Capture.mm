@@ -93,10 +93,22 @@ std::optional<std::string> refusal() {
 }
 
 /// No page says which queue completion handlers run on, so that it is none of the program's.
+void answerLater(dispatch_block_t answer) {
+  fake::runLater(fake::serviceQueue(), fake::world().desktop().serviceSeconds, answer);
+}
+
 void answer(void (^handler)(NSError*), NSError* error) {
-  fake::runLater(fake::serviceQueue(), 0, ^{
+  answerLater(^{
     if (handler != nil) handler(error);
   });
+}
+
+/// Says why a call failed, if that says anything. A success may leave an error behind as well:
+/// Error Handling Programming Guide, "Using and Creating Error Objects".
+void leaveError(NSError** error, const std::optional<std::string>& failure) {
+  if (error == nullptr) return;
+  *error = makeError(failure.value_or("left behind by a success"));
+  if (failure && failure->empty()) *error = nil;
 }
 
 VLPixelBuffer* makePixels(const fake::Frame& frame) {
@@ -131,7 +143,7 @@ VLSampleBuffer* sampleOf(CMSampleBufferRef sample) { return (__bridge VLSampleBu
                                  completionHandler:
                                      (void (^)(SCShareableContent*, NSError*))handler {
   fake::record(self, _cmd, excludesDesktop, onScreenAlone, handler);
-  fake::runLater(fake::serviceQueue(), 0, ^{
+  answerLater(^{
     auto& scripted = fake::world().desktop().listingError;
     NSError* const error = errorOrNil(scripted ? scripted : refusal());
     handler(error == nil ? shareableContent(onScreenAlone) : nil, error);
@@ -174,10 +186,9 @@ VLSampleBuffer* sampleOf(CMSampleBufferRef sample) { return (__bridge VLSampleBu
      sampleHandlerQueue:(dispatch_queue_t)queue
                   error:(NSError**)error {
   fake::record(self, _cmd, output, type, queue, error);
-  if (const auto& scripted = fake::world().desktop().outputError) {
-    if (error != nullptr) *error = makeError(*scripted);
-    return NO;
-  }
+  const auto& failure = fake::world().desktop().outputError;
+  leaveError(error, failure);
+  if (failure) return NO;
   self.output = output;
   self.sampleHandlerQueue = queue;
   return YES;
@@ -237,18 +248,23 @@ CVPixelBufferRef makePicture(const Frame& frame) {
 
 std::vector<SCStream*> streams() { return {allStreams().begin(), allStreams().end()}; }
 
-void deliver(SCStream* stream, const Frame& frame) {
+void enqueue(SCStream* stream, const Frame& frame) {
+  if (!stream.isCapturing) return;
   @autoreleasepool {
     VLSampleBuffer* const sample = makeSample(frame);
     // The queue asked for, with the output that is there when the sample's turn comes: SCStream,
-    // addStreamOutput:type:sampleHandlerQueue:error:.
+    // addStreamOutput:type:sampleHandlerQueue:error:. No page says that a stop takes back what
+    // waits there.
     runLater(stream.sampleHandlerQueue, 0, ^{
-      if (!stream.isCapturing) return;
       [stream.output stream:stream
           didOutputSampleBuffer:(__bridge CMSampleBufferRef)sample
                          ofType:SCStreamOutputTypeScreen];
     });
   }
+}
+
+void deliver(SCStream* stream, const Frame& frame) {
+  enqueue(stream, frame);
   turn();
 }
 

@@ -28,7 +28,9 @@ CVPixelBufferRef makePicture(const Frame& frame);
 /// All streams, in the order in which they were made.
 std::vector<SCStream*> streams();
 
-/// Delivers a frame on the queue that the stream's output asked for, and turns the queues.
+/// Puts a frame into the queue that the stream's output asked for.
+void enqueue(SCStream* stream, const Frame& frame);
+/// Does so and turns the queues.
 void deliver(SCStream* stream, const Frame& frame);
 
 /// Ends a running stream, as the service does when its window or its permission goes.

@@ -38,8 +38,11 @@ struct Desktop {
   bool isScreenCaptureAllowed = true;
   bool isAccessibilityAllowed = true;
   std::vector<SourceWindow> windows;
+  /// How long the capture service takes to answer.
+  double serviceSeconds = 0;
   /// What the next answers of the capture service fail with.
   std::optional<std::string> listingError;
+  /// Empty for a failure that says nothing.
   std::optional<std::string> outputError;
   std::optional<std::string> startError;
 

@@ -34,6 +34,10 @@
   vistrel::fake::note("resized");
 }
 
+- (void)windowDidChangeBackingProperties:(NSNotification*)__unused notification {
+  vistrel::fake::note("of another scale");
+}
+
 - (void)windowWillClose:(NSNotification*)__unused notification {
   vistrel::fake::note("closes");
 }
@@ -269,6 +273,18 @@ TEST_F(Fakes, AnAnimatedFrameRunsAnEventLoop) {
                                       "resized", "within", "resized", "after"));
 }
 
+TEST_F(Fakes, AWindowTellsOfTheScaleOfItsScreen) {
+  world_.desktop().screens = {{{{0, 0}, {1000, 900}}, {{0, 0}, {1000, 900}}, 2},
+                              {{{1000, 0}, {1000, 900}}, {{1000, 0}, {1000, 900}}, 1}};
+  NSWindow* const window = makeOwnedWindow(NSWindowStyleMaskBorderless);
+  VLListener* const listener = [[VLListener alloc] init];
+  window.delegate = listener;
+  [window setFrameOrigin:{949, 0}];
+  EXPECT_THAT(messages(), Not(Contains("of another scale")));
+  [window setFrameOrigin:{951, 0}];
+  EXPECT_THAT(messages(), Contains("of another scale"));
+}
+
 TEST_F(Fakes, AWindowIsReleasedWhenItIsClosedUnlessToldOtherwise) {
   NSWindow* const owned = makeOwnedWindow(NSWindowStyleMaskTitled);
   VLListener* const listener = [[VLListener alloc] init];
@@ -349,6 +365,38 @@ TEST_F(Fakes, SamplesComeOnTheQueueOfTheirHandler) {
   EXPECT_THAT(messages(), IsSupersetOf({"service: started", "handler: sample"}));
   stopWithError(stream, "gone");
   EXPECT_THAT(messages(), Contains("service: stopped: \"gone\""));
+}
+
+TEST_F(Fakes, WhetherACallFailedItsResultSays) {
+  VLListener* const listener = [[VLListener alloc] init];
+  SCStream* const stream = startStream(listener, serviceQueue());
+  const auto addOutput = [&](NSError** error) {
+    return [stream addStreamOutput:listener
+                              type:SCStreamOutputTypeScreen
+                sampleHandlerQueue:serviceQueue()
+                             error:error];
+  };
+  @autoreleasepool {
+    NSError* error = nil;
+    EXPECT_TRUE(addOutput(&error));
+    EXPECT_TRUE(error != nil);
+    world_.desktop().outputError = "";
+    EXPECT_FALSE(addOutput(&error));
+    EXPECT_TRUE(error == nil);
+  }
+}
+
+TEST_F(Fakes, AFrameThatWaitsInItsQueueComesAfterAStopToo) {
+  VLListener* const listener = [[VLListener alloc] init];
+  SCStream* const stream =
+      startStream(listener, dispatch_queue_create("handler", DISPATCH_QUEUE_SERIAL));
+  enqueue(stream, {});
+  [stream stopCaptureWithCompletionHandler:nil];
+  turn();
+  EXPECT_THAT(messages(), Contains("handler: sample"));
+  forgetMessages();
+  deliver(stream, {});
+  EXPECT_THAT(messages(), Not(Contains("handler: sample")));
 }
 
 TEST_F(Fakes, AStreamHoldsNeitherItsOutputNorItsDelegate) {

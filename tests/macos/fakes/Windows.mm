@@ -32,6 +32,26 @@ CGRect halfway(const CGRect& a, const CGRect& b) {
           {(a.size.width + b.size.width) / 2, (a.size.height + b.size.height) / 2}};
 }
 
+/// How much of `frame` is on `screen`.
+CGFloat areaOn(const fake::ScreenArea& screen, const CGRect& frame) {
+  const auto overlap = [](CGFloat a, CGFloat aLength, CGFloat b, CGFloat bLength) {
+    return std::max(std::min(a + aLength, b + bLength) - std::max(a, b), 0.0);
+  };
+  const CGRect& area = screen.frame;
+  return overlap(area.origin.x, area.size.width, frame.origin.x, frame.size.width) *
+         overlap(area.origin.y, area.size.height, frame.origin.y, frame.size.height);
+}
+
+/// Of the screen that shows most of `frame`: NSWindow, screen.
+double backingScaleAt(const CGRect& frame) {
+  const auto& screens = fake::world().desktop().screens;
+  const auto most = std::max_element(screens.begin(), screens.end(),
+                                     [&frame](const auto& first, const auto& second) {
+                                       return areaOn(first, frame) < areaOn(second, frame);
+                                     });
+  return most != screens.end() ? most->backingScaleFactor : 1;
+}
+
 }  // namespace
 
 @implementation NSWindow (VLBehaviour)
@@ -68,13 +88,17 @@ CGRect halfway(const CGRect& a, const CGRect& b) {
   return frame;
 }
 
-/// Tells the delegate of what has changed: NSWindowDelegate, windowDidMove:, windowDidResize:.
+/// Tells the delegate of what has changed: NSWindowDelegate, windowDidMove:, windowDidResize:,
+/// windowDidChangeBackingProperties:.
 - (void)adoptFrame:(NSRect)frame {
   const CGRect former = self.frame;
   self.frame = frame;
   [self.contentView keepFrame:{{0, 0}, [self contentRectForFrameRect:frame].size}];
   if (!isSame(former.origin, frame.origin)) [self tell:@selector(windowDidMove:)];
   if (!isSame(former.size, frame.size)) [self tell:@selector(windowDidResize:)];
+  if (backingScaleAt(former) != backingScaleAt(frame)) {
+    [self tell:@selector(windowDidChangeBackingProperties:)];
+  }
 }
 
 - (void)tell:(SEL)selector {

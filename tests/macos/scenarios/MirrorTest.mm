@@ -1,54 +1,13 @@
-#include "tests/macos/scenarios/Scenario.h"
+#include "tests/macos/scenarios/MirrorScenario.h"
 
 namespace vistrel {
 namespace {
 
 using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 
-constexpr const char* live = "rgba 0.3 0.85 0.45 1";
-constexpr const char* stale = "rgba 0.98 0.7 0.2 1";
-constexpr const char* error = "systemRed";
-
 /// The road from a row of the picker to a picture.
-class Mirror : public Scenario {
- protected:
-  Mirror() { desktop().windows = {{.id = 77, .title = "Plan", .application = "Notes"}}; }
-
-  /// Runs the program with a person who opens the mirror, acts, and closes it.
-  void runWithMirror(const std::function<void()>& person) {
-    run([&] {
-      openMirror();
-      person();
-      if (!panels().empty()) fake::press(closeButton());
-      EXPECT_THAT(panels(), IsEmpty());
-      EXPECT_THAT(fake::streams(), IsEmpty());
-    });
-  }
-
-  void openMirror() {
-    auto* const table =
-        static_cast<NSTableView*>(findView(picker().contentView, [NSTableView class]));
-    fake::forgetMessages();
-    doubleClick(table, 0);
-  }
-
-  static NSView* card() { return panels().at(0).contentView; }
-  static NSButton* closeButton() {
-    return static_cast<NSButton*>(findView(card(), [NSButton class]));
-  }
-  static SCStream* stream() { return fake::streams().at(0); }
-
-  static id picture() { return card().subviews.firstObject.layer.contents; }
-  /// The colour of the dot that a screen reader calls so.
-  static std::string dot(const std::string& label) {
-    return fake::describe(findLabelled(card(), label).layer.backgroundColor);
-  }
-};
+using Mirror = MirrorScenario;
 
 TEST_F(Mirror, ShowsAPanelThatFloatsAboveEverything) {
   runWithMirror([&] {
@@ -58,14 +17,14 @@ TEST_F(Mirror, ShowsAPanelThatFloatsAboveEverything) {
               "VLPanel#1 setReleasedWhenClosed:0", "VLPanel#1 setFloatingPanel:1",
               "VLPanel#1 setLevel:25", "VLPanel#1 setCollectionBehavior:257",
               "VLPanel#1 orderFrontRegardless"}));
-    NSPanel* const panel = static_cast<NSPanel*>(panels().at(0));
-    EXPECT_EQ(panel.level, 25);
-    EXPECT_EQ(panel.collectionBehavior, 257U);
-    EXPECT_TRUE(panel.becomesKeyOnlyIfNeeded);
-    EXPECT_FALSE(panel.hidesOnDeactivate);
-    EXPECT_FALSE(panel.isOpaque);
-    EXPECT_TRUE(panel.hasShadow);
-    EXPECT_EQ(fake::describe(panel.contentMinSize), "{160,120}");
+    NSPanel* const shown = static_cast<NSPanel*>(panel());
+    EXPECT_EQ(shown.level, 25);
+    EXPECT_EQ(shown.collectionBehavior, 257U);
+    EXPECT_TRUE(shown.becomesKeyOnlyIfNeeded);
+    EXPECT_FALSE(shown.hidesOnDeactivate);
+    EXPECT_FALSE(shown.isOpaque);
+    EXPECT_TRUE(shown.hasShadow);
+    EXPECT_EQ(fake::describe(shown.contentMinSize), "{160,120}");
   });
 }
 
