@@ -1,0 +1,83 @@
+#include "tests/hostile/Footprint.h"
+
+#include <filesystem>
+#include <iterator>
+#include <malloc.h>
+#include <set>
+#include <unistd.h>
+#include <xcb/res.h>
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/allocator_interface.h>
+#endif
+
+namespace vistrel::hostile {
+namespace {
+
+std::size_t entriesIn(const char* directory) {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(directory),
+                                                std::filesystem::directory_iterator()));
+}
+
+std::size_t bytesOnHeap() {
+#ifdef __SANITIZE_ADDRESS__
+  return __sanitizer_get_current_allocated_bytes();
+#else
+  malloc_trim(0);
+  const auto all = mallinfo2();
+  return all.arena - all.fordblks + all.hblkhd;
+#endif
+}
+
+/// The first id of each of this process's clients (X-Resource 1.2, QueryClientIds).
+std::set<std::uint32_t> ownClients(const testbed::XConnection& connection) {
+  const xcb_res_client_id_spec_t processOfEach{0, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+  const testbed::XReply<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+      connection.get(), xcb_res_query_client_ids(connection.get(), 1, &processOfEach), nullptr));
+  std::set<std::uint32_t> clients;
+  if (!reply) return clients;
+  for (auto each = xcb_res_query_client_ids_ids_iterator(reply.get()); each.rem > 0;
+       xcb_res_client_id_value_next(&each)) {
+    const bool isOwn =
+        xcb_res_client_id_value_value_length(each.data) > 0 &&
+        *xcb_res_client_id_value_value(each.data) == static_cast<std::uint32_t>(getpid());
+    if (isOwn) clients.insert(each.data->spec.client);
+  }
+  return clients;
+}
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& stream, const Footprint& footprint) {
+  return stream << footprint.clients << " clients, " << footprint.descriptors << " descriptors, "
+                << footprint.threads << " threads, " << footprint.heapBytes
+                << " bytes on the heap; in the server " << footprint.server;
+}
+
+Footprint footprint(const testbed::XConnection& connection) {
+  Footprint result;
+  const auto clients = ownClients(connection);
+  for (const auto client : clients) {
+    const auto resources = resourcesOf(connection, client);
+    for (const auto& [type, count] : resources.counts) result.server.counts[type] += count;
+    result.server.pixmapBytes += resources.pixmapBytes;
+  }
+  result.clients = clients.size();
+  result.descriptors = entriesIn("/proc/self/fd");
+  result.threads = entriesIn("/proc/self/task");
+  result.heapBytes = bytesOnHeap();
+  return result;
+}
+
+bool hasNotGrown(const Footprint& earlier, const Footprint& later) {
+  constexpr std::size_t allocatorsOwn = 1'000'000;
+  for (const auto& [type, count] : later.server.counts) {
+    const auto former = earlier.server.counts.find(type);
+    if (count > (former == earlier.server.counts.end() ? 0 : former->second)) return false;
+  }
+  return later.server.pixmapBytes <= earlier.server.pixmapBytes &&
+         later.clients <= earlier.clients && later.descriptors <= earlier.descriptors &&
+         later.threads <= earlier.threads && later.heapBytes <= earlier.heapBytes + allocatorsOwn;
+}
+
+}  // namespace vistrel::hostile
