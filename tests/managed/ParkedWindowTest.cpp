@@ -1,7 +1,9 @@
 #include <csignal>
 #include <filesystem>
+#include <optional>
 #include <ranges>
 #include <stdexcept>
+#include <utility>
 
 #include "tests/managed/LazyManager.h"
 #include "tests/managed/Parked.h"
@@ -274,6 +276,22 @@ TEST(ParkedUnderAManagerThatGoes, AWindowIsInSightAgainUnderTheNextOne) {
   EXPECT_EQ(window.area(), (Rect{300, 250, 400, 300}));
   EXPECT_TRUE(isViewable(bed.connection(), window.id()));
   EXPECT_EQ(bed.connection().numbers(window.id(), "_NET_WM_DESKTOP"), std::vector{0U});
+}
+
+TEST(ParkedUntilItGoes, AnotherWindowThatGetsItsNumberStaysWhereItIs) {
+  ParkingBed bed({"", DisplayServer::growable, WindowManager::openbox, true});
+  const auto& display = bed.session().display().name();
+  std::optional<TestWindow> window(std::in_place, display, TestWindow::Options{});
+  const auto number = window->id();
+  std::optional<ParkedWindow> parked(std::in_place, bed, number);
+  ASSERT_TRUE(eventually([&] { return window->area().x >= screenWidth; }));
+  window.reset();
+  ASSERT_TRUE(eventually([&] { return !areaOf(bed.connection(), number); }));
+  window.emplace(display, TestWindow::Options{.area = {40, 500, 300, 200}, .decorated = false});
+  ASSERT_EQ(window->id(), number) << "servers give the lowest number that is free";
+  parked.reset();
+  awaitManager(bed.connection());
+  EXPECT_EQ(window->area(), (Rect{40, 500, 300, 200}));
 }
 
 TEST(ParkedUnderAManagerThatIsLate, AWindowIsNotSoughtWhereItIsAboutToLeave) {

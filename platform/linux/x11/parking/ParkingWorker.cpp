@@ -65,7 +65,7 @@ void ParkingWorker::move(xcb_window_t window, Point position, std::optional<Poin
   resting_.erase(window);
   const auto found = placeOf(window);
   auto parked = homes_.find(window);
-  if (!found) {
+  if (!found || (parked != homes_.end() && !isRecordedHere(window))) {
     trace(TraceTopic::manager, [&] { return windowText(window) + " has gone, and is not moved"; });
     if (parked != homes_.end()) homes_.erase(parked);
     outcomes_->erase(window);
@@ -144,6 +144,11 @@ bool ParkingWorker::isSomebodyElses(xcb_window_t window) {
   if (!record) return false;
   if (!isAlive(*connection_, record->owner)) bringAbandonedHome(*connection_, asLongAsItTakes);
   return readRecord(*connection_, window).has_value();
+}
+
+bool ParkingWorker::isRecordedHere(xcb_window_t window) {
+  const auto record = readRecord(*connection_, window);
+  return record && owner_ && record->owner == owner_->id();
 }
 
 ParkingWorker::Home ParkingWorker::leave(xcb_window_t window, const FramedWindow& found,

@@ -87,6 +87,8 @@ class ParkingWorker {
   /// Whether somebody else has the window parked, who is alive. Where they have ended, it is
   /// brought home first.
   bool isSomebodyElses(xcb_window_t window);
+  /// Not where a display server has given the number of a window that has gone to another one.
+  bool isRecordedHere(xcb_window_t window);
   /// Takes off what ties the window to its place; its record tells at each step what it would get
   /// back.
   Home leave(xcb_window_t window, const FramedWindow& found, std::optional<Point> toldHome);
