@@ -130,7 +130,7 @@ std::shared_ptr<Timer> GrandCentralDispatch::scheduledTimer(double seconds, bool
   timer->setTimer([NSTimer scheduledTimerWithTimeInterval:seconds
                                                   repeats:repeats
                                                     block:^(NSTimer*) {
-                                                      const auto held = timer;
+                                                      (void)timer;
                                                       block();
                                                     }]);
   return timer;
