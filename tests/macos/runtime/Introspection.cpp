@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <vector>
@@ -10,13 +11,17 @@ using namespace vistrel::objc;
 
 namespace {
 
-/// To be freed by the caller; null for an empty list.
-template <class Entry>
-const Entry** copyOf(const std::vector<const Entry*>& entries, unsigned int* count) {
+/// The entries of a list and of those behind it, to be freed by the caller; null for none.
+template <class Entry, class List>
+const Entry** copyOf(const List* list, unsigned int* count) {
+  std::vector<const Entry*> entries;
+  for (; list != nullptr; list = list->next) {
+    for (const Entry& entry : *list) entries.push_back(&entry);
+  }
   if (count != nullptr) *count = static_cast<unsigned int>(entries.size());
   if (entries.empty()) return nullptr;
-  auto** copy = static_cast<const Entry**>(std::calloc(entries.size() + 1, sizeof(Entry*)));
-  for (std::size_t i = 0; i < entries.size(); ++i) copy[i] = entries[i];
+  auto** copy = static_cast<const Entry**>(std::calloc(entries.size(), sizeof(Entry*)));
+  std::copy(entries.begin(), entries.end(), copy);
   return copy;
 }
 
@@ -25,22 +30,14 @@ const Entry** copyOf(const std::vector<const Entry*>& entries, unsigned int* cou
 extern "C" {
 
 const Property** class_copyPropertyList(const Class* type, unsigned int* count) {
-  std::vector<const Property*> properties;
-  for (const auto* list = type->properties; list != nullptr; list = list->next) {
-    for (const Property& property : *list) properties.push_back(&property);
-  }
-  return copyOf(properties, count);
+  return copyOf<Property>(type->properties, count);
 }
 
 const char* property_getName(const Property* property) { return property->name; }
 const char* property_getAttributes(const Property* property) { return property->attributes; }
 
 const Method** class_copyMethodList(const Class* type, unsigned int* count) {
-  std::vector<const Method*> methods;
-  for (const auto* list = type->methods; list != nullptr; list = list->next) {
-    for (const Method& method : *list) methods.push_back(&method);
-  }
-  return copyOf(methods, count);
+  return copyOf<Method>(type->methods, count);
 }
 
 const Selector* method_getName(const Method* method) { return method->selector; }
