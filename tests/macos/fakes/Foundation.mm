@@ -296,7 +296,7 @@ void fireLater(NSTimer* timer) {
 + (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)seconds {
   NSDate* date = [[self alloc] init];
   date.moment = wallClock() + seconds;
-  return date;
+  return fake::leftToPool(date);
 }
 
 @end
@@ -375,7 +375,7 @@ void fireLater(NSTimer* timer) {
   NSData* data = [[self alloc] init];
   data.text =
       [NSString stringWithUTF8String:std::string(static_cast<const char*>(bytes), length).c_str()];
-  return data;
+  return fake::leftToPool(data);
 }
 
 @end

@@ -16,8 +16,6 @@
 
 using namespace vistrel;
 
-extern "C" void* objc_retainAutorelease(void* object);
-
 namespace {
 
 /// Behind what stands in brackets from `text` on.
@@ -156,9 +154,7 @@ struct Registers {
 + (NSInvocation*)invocationWithMethodSignature:(NSMethodSignature*)signature {
   NSInvocation* invocation = [[self alloc] init];
   invocation->_signature = signature;
-  // Where ARC would hand it over at once: the system's own code is not compiled with it.
-  objc_retainAutorelease((__bridge void*)invocation);
-  return invocation;
+  return fake::leftToPool(invocation);
 }
 
 - (NSMethodSignature*)methodSignature {
