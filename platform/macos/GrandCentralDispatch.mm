@@ -72,16 +72,17 @@ class SerialQueue final : public SystemQueue {
   void* identity() const { return (__bridge void*)queue(); }
 };
 
+/// Held by the timer's block, and so by the run loop for as long as the timer is valid.
 class RunLoopTimer final : public Timer {
  public:
-  explicit RunLoopTimer(NSTimer* timer) : timer_(timer) {}
+  void setTimer(NSTimer* timer) { timer_ = timer; }
 
   void invalidate() override { [timer_ invalidate]; }
   bool isValid() const override { return timer_.isValid; }
   double timeInterval() const override { return timer_.timeInterval; }
 
  private:
-  NSTimer* timer_;
+  __weak NSTimer* timer_ = nil;
 };
 
 class SystemSemaphore final : public Semaphore {
@@ -125,12 +126,14 @@ std::shared_ptr<DispatchQueue> GrandCentralDispatch::makeSerialQueue(std::string
 
 std::shared_ptr<Timer> GrandCentralDispatch::scheduledTimer(double seconds, bool repeats,
                                                             Block block) {
-  NSTimer* timer = [NSTimer scheduledTimerWithTimeInterval:seconds
-                                                   repeats:repeats
-                                                     block:^(NSTimer*) {
-                                                       block();
-                                                     }];
-  return std::make_shared<RunLoopTimer>(timer);
+  const auto timer = std::make_shared<RunLoopTimer>();
+  timer->setTimer([NSTimer scheduledTimerWithTimeInterval:seconds
+                                                  repeats:repeats
+                                                    block:^(NSTimer*) {
+                                                      (void)timer;
+                                                      block();
+                                                    }]);
+  return timer;
 }
 
 std::shared_ptr<Semaphore> GrandCentralDispatch::makeSemaphore(int value) {

@@ -198,8 +198,11 @@ class NativeClass final : public RuntimeClass {
 }  // namespace
 
 std::shared_ptr<RuntimeClass> ObjectiveCClasses::classNamed(const std::string& name) {
-  const Class found = NSClassFromString(nsString(name));
-  return found == nil ? nullptr : std::make_shared<NativeClass>(found);
+  // The self-tests run outside any event loop, and so outside any pool.
+  @autoreleasepool {
+    const Class found = NSClassFromString(nsString(name));
+    return found == nil ? nullptr : std::make_shared<NativeClass>(found);
+  }
 }
 
 }  // namespace vistrel::platform::macos

@@ -24,9 +24,12 @@ std::unique_ptr<WindowPeer> AppKitWindows::makePeer(Window& window, bool isPanel
 }
 
 std::vector<Screen> AppKitWindows::screens() {
-  std::vector<Screen> screens;
-  for (NSScreen* screen in NSScreen.screens) screens.push_back(coreScreen(screen));
-  return screens;
+  // The self-tests run outside any event loop, and so outside any pool.
+  @autoreleasepool {
+    std::vector<Screen> screens;
+    for (NSScreen* screen in NSScreen.screens) screens.push_back(coreScreen(screen));
+    return screens;
+  }
 }
 
 std::optional<Screen> AppKitWindows::mainScreen() {

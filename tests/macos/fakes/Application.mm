@@ -70,6 +70,11 @@ using namespace vistrel;
                            inMode:(NSRunLoopMode)mode
                           dequeue:(BOOL)dequeue {
   fake::record(self, _cmd, mask, expiration, mode, dequeue);
+  int& waiting = fake::world().desktop().waitingEvents;
+  if (waiting > 0) {
+    --waiting;
+    return [[NSEvent alloc] init];
+  }
   const double seconds = expiration.moment - NSDate.timeIntervalSinceReferenceDate;
   bool hasTurned = false;
   fake::world().dispatch().turnMainUntil([&] { return std::exchange(hasTurned, true); }, seconds);

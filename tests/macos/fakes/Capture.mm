@@ -116,7 +116,9 @@ VLPixelBuffer* makePixels(const fake::Frame& frame) {
   pixels->_width = frame.width;
   pixels->_height = frame.height;
   for (std::size_t i = 0; i < frame.width * frame.height; ++i) {
-    pixels->_bytes.insert(pixels->_bytes.end(), std::begin(frame.pixel), std::end(frame.pixel));
+    const auto pixel = frame.pixelAt ? frame.pixelAt(i % frame.width, i / frame.width)
+                                     : std::to_array(frame.pixel);
+    pixels->_bytes.insert(pixels->_bytes.end(), pixel.begin(), pixel.end());
   }
   return pixels;
 }

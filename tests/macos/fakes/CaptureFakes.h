@@ -1,7 +1,9 @@
 #pragma once
 
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +22,8 @@ struct Frame {
   std::size_t height = 20;
   /// Of every pixel: blue, green, red, alpha.
   std::uint8_t pixel[4] = {40, 80, 200, 255};
+  /// Of the pixel at a place, where they differ.
+  std::function<std::array<std::uint8_t, 4>(std::size_t x, std::size_t y)> pixelAt;
 };
 
 /// The picture of a frame, which the caller releases.

@@ -113,7 +113,9 @@ extern "C" {
 
 dispatch_queue_t dispatch_get_main_queue() { return mainQueue; }
 
-dispatch_queue_t dispatch_get_global_queue(intptr_t /*identifier*/, uintptr_t /*flags*/) {
+dispatch_queue_t dispatch_get_global_queue(intptr_t identifier, uintptr_t flags) {
+  fake::note("dispatch_get_global_queue " + std::to_string(identifier) + ' ' +
+             std::to_string(flags));
   return globalQueue;
 }
 

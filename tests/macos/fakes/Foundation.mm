@@ -36,8 +36,12 @@ using namespace vistrel;
   return self;
 }
 
+/// Nil when instances have no such method.
 + (NSMethodSignature*)instanceMethodSignatureForSelector:(SEL)selector {
-  fake::failWithoutBehaviour(self, selector);
+  const auto* const type = static_cast<const objc::Class*>((__bridge const void*)self);
+  const objc::Slot* const method = objc::findMethod(type, sel_getName(selector));
+  if (method == nullptr) return nil;
+  return [[NSMethodSignature alloc] initWithTypes:method->types];
 }
 
 - (instancetype)init {
@@ -292,7 +296,7 @@ void fireLater(NSTimer* timer) {
 + (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)seconds {
   NSDate* date = [[self alloc] init];
   date.moment = wallClock() + seconds;
-  return date;
+  return fake::leftToPool(date);
 }
 
 @end
@@ -358,7 +362,29 @@ void fireLater(NSTimer* timer) {
 
 - (id)objectForInfoDictionaryKey:(NSString*)key {
   if (![key isEqualToString:@"CFBundleShortVersionString"]) return nil;
-  return [NSString stringWithUTF8String:fake::world().desktop().version.c_str()];
+  const auto& version = fake::world().desktop().version;
+  if (!version) return [NSNumber numberWithInteger:1];
+  return [NSString stringWithUTF8String:version->c_str()];
+}
+
+@end
+
+@implementation NSData (VLBehaviour)
+
++ (instancetype)dataWithBytes:(const void*)bytes length:(NSUInteger)length {
+  NSData* data = [[self alloc] init];
+  data.text =
+      [NSString stringWithUTF8String:std::string(static_cast<const char*>(bytes), length).c_str()];
+  return fake::leftToPool(data);
+}
+
+@end
+
+@implementation NSFileHandle (VLBehaviour)
+
+- (BOOL)writeData:(NSData*)data error:(NSError**)__unused error {
+  fake::note("write " + fake::describe(data.text));
+  return YES;
 }
 
 @end
@@ -369,14 +395,18 @@ void fireLater(NSTimer* timer) {
   std::string command = self.launchPath.UTF8String;
   for (NSString* argument in self.arguments) command += std::string(" ") + argument.UTF8String;
   fake::note("launch " + command);
-  return YES;
+  return fake::world().desktop().launches;
 }
 
 @end
 
 extern "C" {
 
-Class NSClassFromString(NSString* name) { return objc_getClass(name.UTF8String); }
+Class NSClassFromString(NSString* name) {
+  const auto& classes = fake::world().desktop().virtualDisplays.classes;
+  const auto found = classes.find(name.UTF8String);
+  return objc_getClass(found != classes.end() ? found->second.c_str() : name.UTF8String);
+}
 
 SEL NSSelectorFromString(NSString* name) { return sel_registerName(name.UTF8String); }
 }

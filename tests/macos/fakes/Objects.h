@@ -16,6 +16,10 @@ id makeShared(Class type);
 /// How many of them there are, by the name of their class.
 const std::map<std::string, long>& sharedObjects();
 
+/// The object, which stays in the pool: ARC would hand it over at once to a caller that keeps it,
+/// but the frameworks' own code need not be compiled with it.
+id leftToPool(id object);
+
 void openQueues();
 void closeQueues();
 

@@ -8,6 +8,8 @@
 #include "tests/macos/fakes/State.h"
 #include "tests/macos/runtime/Classes.h"
 
+extern "C" void* objc_retainAutorelease(void* object);
+
 namespace vistrel::fake {
 
 namespace {
@@ -114,6 +116,11 @@ void forgetObject(const void* gone) { journal().numbers.erase(gone); }
 id makeShared(Class type) {
   ++journal().sharedObjects[describe(type)];
   return [[type alloc] init];
+}
+
+id leftToPool(id object) {
+  objc_retainAutorelease((__bridge void*)object);
+  return object;
 }
 
 const std::map<std::string, long>& sharedObjects() { return journal().sharedObjects; }

@@ -17,6 +17,16 @@
 @property(readwrite, copy) NSString* localizedDescription;
 @end
 
+@interface NSData ()
+@property(copy) NSString* text;
+@end
+
+@interface NSMethodSignature ()
+/// In the format of the runtime's method_getTypeEncoding.
+- (instancetype)initWithTypes:(const char*)types;
+- (NSUInteger)numberOfArguments;
+@end
+
 @interface NSURL ()
 @property(copy) NSString* text;
 @end

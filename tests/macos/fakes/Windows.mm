@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "tests/macos/fakes/AppKitFakes.h"
+#include "tests/macos/fakes/Displays.h"
 #include "tests/macos/fakes/Recorder.h"
 #include "tests/macos/fakes/State.h"
 #include "tests/macos/fakes/World.h"
@@ -140,10 +141,13 @@ double backingScaleAt(const CGRect& frame) {
                     size}];
 }
 
-/// Nothing was saved by an earlier run.
 - (BOOL)setFrameUsingName:(NSWindowFrameAutosaveName)name {
   fake::record(self, _cmd, name);
-  return NO;
+  const auto& saved = fake::world().desktop().savedFrames;
+  const auto found = saved.find(name.UTF8String);
+  if (found == saved.end()) return NO;
+  [self adoptFrame:found->second];
+  return YES;
 }
 
 - (BOOL)setFrameAutosaveName:(NSWindowFrameAutosaveName)name {
@@ -219,14 +223,22 @@ double backingScaleAt(const CGRect& frame) {
 
 @implementation NSScreen (VLBehaviour)
 
++ (instancetype)screenOf:(const fake::ScreenArea&)area {
+  NSScreen* const screen = [[NSScreen alloc] init];
+  screen.frame = area.frame;
+  screen.visibleFrame = area.visibleFrame;
+  screen.backingScaleFactor = area.backingScaleFactor;
+  return screen;
+}
+
+/// Of the displays that nobody sees, too.
 + (NSArray<NSScreen*>*)screens {
+  const fake::Desktop& desktop = fake::world().desktop();
   NSMutableArray<NSScreen*>* const screens = [NSMutableArray array];
-  for (const fake::ScreenArea& area : fake::world().desktop().screens) {
-    NSScreen* const screen = [[NSScreen alloc] init];
-    screen.frame = area.frame;
-    screen.visibleFrame = area.visibleFrame;
-    screen.backingScaleFactor = area.backingScaleFactor;
-    [screens addObject:screen];
+  for (const fake::ScreenArea& area : desktop.screens) [screens addObject:[self screenOf:area]];
+  for (const auto& [number, bounds] : desktop.virtualDisplays.displays) {
+    const CGRect frame = fake::flipped(bounds);
+    [screens addObject:[self screenOf:{frame, frame, 2}]];
   }
   return screens;
 }

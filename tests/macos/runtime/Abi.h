@@ -57,6 +57,24 @@ struct IvarList {
   const Ivar* end() const { return begin() + count; }
 };
 
+struct Property {
+  const char* name;
+  const char* attributes;
+  const char* type;
+  const Selector* getter;
+  const Selector* setter;
+};
+
+struct PropertyList {
+  int count;
+  int elementSize;
+  PropertyList* next;
+
+  // They follow.
+  const Property* begin() const { return reinterpret_cast<const Property*>(this + 1); }
+  const Property* end() const { return begin() + count; }
+};
+
 struct Class {
   Class* isa;
   Class* superclass;
@@ -74,7 +92,7 @@ struct Class {
   void* protocols;
   void* extraData;
   long abiVersion;
-  void* properties;
+  PropertyList* properties;
 
   bool isMetaclass() const { return (info & 1) != 0; }
 };

@@ -27,6 +27,10 @@ class Scenario : public testing::Test {
   /// has to be closed in the end: two seconds later as many objects live as when the person came.
   void run(const std::function<void()>& person);
 
+  /// Runs one of its other modes, which has to end by itself and leave no object behind; its exit
+  /// status.
+  int runWith(const std::vector<std::string>& options);
+
   /// Counts the objects from here on, where the program keeps some of what the person did before.
   void countFromHere() { objectsAtStart_ = fake::liveObjects(); }
 
@@ -40,6 +44,8 @@ class Scenario : public testing::Test {
   static void doubleClick(NSTableView* table, NSInteger row);
 
  private:
+  int runProgram(const std::vector<std::string>& options);
+
   fake::World world_;
   std::map<std::string, long> objectsAtStart_;
   bool terminated_ = false;

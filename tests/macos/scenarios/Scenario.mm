@@ -9,8 +9,6 @@ int vistrelMain(int argc, char** argv);
 namespace vistrel {
 
 void Scenario::run(const std::function<void()>& person) {
-  static bool hasRun = false;
-  if (std::exchange(hasRun, true)) fake::fail("a process runs one scenario: ctest does so");
   world_.person = [&] {
     countFromHere();
     @autoreleasepool {
@@ -21,12 +19,30 @@ void Scenario::run(const std::function<void()>& person) {
     }
     EXPECT_EQ(fake::liveObjects(), objectsAtStart_);
   };
-  std::string name = "vistrel";
-  std::vector<char*> arguments = {name.data(), nullptr};
+  runProgram({});
+}
+
+int Scenario::runWith(const std::vector<std::string>& options) {
+  countFromHere();
+  const int status = runProgram(options);
+  fake::turn();
+  EXPECT_EQ(fake::liveObjects(), objectsAtStart_);
+  return status;
+}
+
+int Scenario::runProgram(const std::vector<std::string>& options) {
+  static bool hasRun = false;
+  if (std::exchange(hasRun, true)) fake::fail("a process runs one scenario: ctest does so");
+  std::vector<std::string> given = {"vistrel"};
+  given.insert(given.end(), options.begin(), options.end());
+  std::vector<char*> arguments;
+  for (std::string& each : given) arguments.push_back(each.data());
+  arguments.push_back(nullptr);
   try {
-    vistrelMain(1, arguments.data());
+    return vistrelMain(static_cast<int>(given.size()), arguments.data());
   } catch (const fake::Terminated&) {
     terminated_ = true;
+    return 0;
   }
 }
 
