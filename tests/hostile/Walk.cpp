@@ -25,6 +25,9 @@ namespace {
 constexpr std::size_t sourcesAtRest = 4;
 constexpr std::size_t mostSources = 6;
 constexpr int stepsBetweenLooks = 25;
+/// Of windows that have gone: a server gives their numbers out again as soon as their clients go,
+/// and what was asked for about one of them a moment before happens to the next.
+constexpr std::size_t keptFromReuse = 8;
 
 std::unique_ptr<platform::Backend> start() {
   static char program[] = "walk";
@@ -115,6 +118,7 @@ std::string Walk::rest() {
   closeAll();
   if (hasSecondMonitor_) plugOrUnplugMonitor();
   sources_.clear();
+  gone_.clear();
   while (sources_.size() < sourcesAtRest) openSource({400, 300});
   const bool isAtRest = turnUntil([this] {
     std::erase_if(closed_, [](const auto& mirror) { return mirror.expired(); });
@@ -170,7 +174,7 @@ platform::WindowRecord Walk::listed(platform::WindowID window) {
     if (found != windows.end()) record = *found;
     return record != nullptr;
   });
-  if (!isListed) throw std::runtime_error("a source is not listed");
+  if (!isListed) throw std::runtime_error("a source is not listed: " + std::to_string(window));
   return record;
 }
 
@@ -285,6 +289,8 @@ void Walk::closeSource() {
   if (source == nullptr || sources_.size() == 1) return;
   const auto id = source->window->id();
   source->window->destroy();
+  gone_.push_back(std::move(source->window));
+  if (gone_.size() > keptFromReuse) gone_.pop_front();
   sources_.erase(id);
 }
 
@@ -352,7 +358,9 @@ std::string Walk::difference() const {
   }
   for (const auto& [id, source] : sources_) {
     const bool isHome = source.window->area() == source.home;
-    if (isHome == isKeptAwake(id)) text << "a source is " << (isHome ? "" : "not ") << "at home; ";
+    if (isHome == isKeptAwake(id))
+      text << "a source is " << (isHome ? "" : "not ") << "at home, at " << source.window->area()
+           << "; ";
   }
   return text.str();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -110,6 +111,7 @@ class Walk {
   std::mt19937_64 random_;
 
   std::map<platform::WindowID, Source> sources_;
+  std::deque<std::unique_ptr<testbed::TestWindow>> gone_;
   std::map<platform::WindowID, Mirror> mirrors_;
   std::vector<std::weak_ptr<WindowMirrorHUDController>> closed_;
   bool hasSecondMonitor_ = false;
