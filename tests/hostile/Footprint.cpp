@@ -8,7 +8,8 @@
 #include <xcb/res.h>
 
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+/// The allocator's; GCC 12 comes without the header (sanitizer/allocator_interface.h).
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 namespace vistrel::hostile {
