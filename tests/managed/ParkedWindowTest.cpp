@@ -287,6 +287,7 @@ TEST(ParkedUntilItGoes, AnotherWindowThatGetsItsNumberStaysWhereItIs) {
   ASSERT_TRUE(eventually([&] { return window->area().x >= screenWidth; }));
   window.reset();
   ASSERT_TRUE(eventually([&] { return !areaOf(bed.connection(), number); }));
+  awaitManager(bed.connection());  // or it would take the next one for this one
   window.emplace(display, TestWindow::Options{.area = {40, 500, 300, 200}, .decorated = false});
   ASSERT_EQ(window->id(), number) << "servers give the lowest number that is free";
   parked.reset();
