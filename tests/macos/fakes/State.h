@@ -90,6 +90,7 @@
 - (void)keepContentView:(NSView*)view;
 - (void)keepLevel:(NSWindowLevel)level;
 - (void)keepReleasedWhenClosed:(BOOL)released;
+- (void)keepHidesOnDeactivate:(BOOL)hides;
 @property(readwrite) NSRect frame;
 @property NSWindowStyleMask styleMask;
 @property BOOL isShown;

@@ -67,6 +67,8 @@ double backingScaleAt(const CGRect& frame) {
   self.frame = [self frameRectForContentRect:content];
   // By default a window is, a panel is not: NSWindow, isReleasedWhenClosed.
   [self keepReleasedWhenClosed:![self isKindOfClass:[NSPanel class]]];
+  // By default a panel does, a window does not: NSWindow, hidesOnDeactivate.
+  [self keepHidesOnDeactivate:[self isKindOfClass:[NSPanel class]]];
   [self keepContentView:[[NSView alloc] initWithFrame:{{0, 0}, content.size}]];
   allWindows().push_back(self);
   return self;

@@ -3,6 +3,7 @@
 namespace vistrel {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -43,6 +44,19 @@ TEST_F(CaptureFailure, SaysThatTheWindowIsGoneWhenTheListingFails) {
     EXPECT_EQ(dot("Not updating"), stale);
     desktop().listingError.reset();
     capturesAgain();
+    closeMirror();
+  });
+}
+
+TEST_F(CaptureFailure, IsAnnouncedOnce) {
+  run([&] {
+    desktop().listingError = "no listing";
+    openMirror();
+    const auto announcement = AllOf(HasSubstr("post "), HasSubstr(noWindow));
+    EXPECT_THAT(fake::messages(), Contains(announcement).Times(1));
+    drag(panel(), onGrip(panel()), {40, -40});  // which places the label elsewhere
+    drop();
+    EXPECT_THAT(fake::messages(), Contains(announcement).Times(1));
     closeMirror();
   });
 }

@@ -20,11 +20,25 @@ TEST_F(Mirror, ShowsAPanelThatFloatsAboveEverything) {
     NSPanel* const shown = static_cast<NSPanel*>(panel());
     EXPECT_EQ(shown.level, 25);
     EXPECT_EQ(shown.collectionBehavior, 257U);
+    EXPECT_TRUE(shown.canBecomeKeyWindow);
     EXPECT_TRUE(shown.becomesKeyOnlyIfNeeded);
     EXPECT_FALSE(shown.hidesOnDeactivate);
     EXPECT_FALSE(shown.isOpaque);
     EXPECT_TRUE(shown.hasShadow);
     EXPECT_EQ(fake::describe(shown.contentMinSize), "{160,120}");
+  });
+}
+
+TEST_F(Mirror, ShowsACardWithThePictureInItsProportions) {
+  runWithMirror([&] {
+    CALayer* const frame = card().layer;
+    EXPECT_EQ(frame.cornerRadius, 10);
+    EXPECT_TRUE(frame.masksToBounds);
+    EXPECT_EQ(frame.borderWidth, 1);
+    CALayer* const content = card().subviews.firstObject.layer;
+    EXPECT_EQ(utf8(content.contentsGravity), utf8(kCAGravityResizeAspect));
+    EXPECT_EQ(utf8(content.magnificationFilter), utf8(kCAFilterTrilinear));
+    EXPECT_EQ(utf8(content.minificationFilter), utf8(kCAFilterTrilinear));
   });
 }
 
