@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <atomic>
+#include <memory>
+#include <utility>
 
 #include "tests/contract/ContractTest.h"
 
@@ -122,9 +124,10 @@ TEST_F(DispatchContract, TimerNeverFiresEarlierThanAskedAlsoWhereOthersHaveItsIn
   for (int i = 0; i < 4; ++i) {
     bool later = false;
     const auto asked = platform::now();
-    platform::scheduledTimer(interval, true, [&waits, asked, first = true]() mutable {
-      if (first) waits.push_back(platform::now().timeIntervalSince(asked));
-      first = false;
+    const auto isFirst = std::make_shared<bool>(true);
+    platform::scheduledTimer(interval, true, [&waits, asked, isFirst] {
+      if (!std::exchange(*isFirst, false)) return;
+      waits.push_back(platform::now().timeIntervalSince(asked));
     });
     platform::mainAsyncAfter(interval / 4, [&later] { later = true; });
     ASSERT_TRUE(turnUntil([&later] { return later; }));

@@ -39,7 +39,8 @@ void MipChain::fitTo(LevelRange range) {
     levels_.erase(levels_.begin());
     ++finest_;
   }
-  const auto wanted = static_cast<std::size_t>(std::max(range.coarsest, finest_) - finest_ + 1);
+  const int levels = std::max(range.coarsest, finest_) - finest_ + 1;
+  const auto wanted = static_cast<std::size_t>(levels);
   levels_.resize(std::min(wanted, levels_.size()));
 }
 
