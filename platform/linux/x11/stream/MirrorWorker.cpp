@@ -16,7 +16,7 @@ constexpr int leftForOthers = 16;
 }  // namespace
 
 std::shared_ptr<MirrorWorker> MirrorWorker::of(const std::shared_ptr<SerialQueue>& queue) {
-  const auto former = existingOf(*queue);
+  auto former = existingOf(*queue);
   if (former && !former->connection_->isLost()) return former;
   auto connection = Connection::open();
   if (!connection || !hasRoomForMoreThan(*connection, leftForOthers)) return nullptr;
