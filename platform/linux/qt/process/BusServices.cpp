@@ -93,7 +93,7 @@ Message globalMenuQuestion() {
 
 /// Where the session's bus listens (the default of libdbus); empty where nobody says.
 std::string sessionBusAddress() {
-  const std::string given = environmentVariable(sessionBusVariable);
+  std::string given = environmentVariable(sessionBusVariable);
   if (!given.empty()) return given;
   const std::filesystem::path socket =
       std::filesystem::path(environmentVariable("XDG_RUNTIME_DIR")) / "bus";

@@ -20,7 +20,7 @@ char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' +
 
 bool namesProgram(const std::filesystem::path& list, const std::string& key) {
   // Many times what a desktop with everything installed has.
-  constexpr std::size_t longestList = 4 * 1024 * 1024;
+  constexpr std::size_t longestList = std::size_t{4} * 1024 * 1024;
   std::istringstream file(linesOfRegularFile(list, longestList).value_or(std::string()));
   bool isRemoval = false;
   for (std::string line; std::getline(file, line);) {

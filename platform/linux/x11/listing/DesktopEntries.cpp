@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view fileSuffix = ".desktop";
 /// Many times what an application with all its names and actions in all languages needs.
-constexpr std::size_t longestFile = 256 * 1024;
+constexpr std::size_t longestFile = std::size_t{256} * 1024;
 /// Many times what a desktop with everything installed has below one directory.
 constexpr int deepestFolder = 8;
 constexpr int mostFiles = 10'000;
