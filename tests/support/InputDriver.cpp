@@ -39,7 +39,7 @@ void InputDriver::clickAt(Point point, int count, Button button) {
 }
 
 void InputDriver::beginDrag() {
-  constexpr std::uint32_t beforeMoving = 250;
+  constexpr std::uint32_t beforeMoving = 100;
   press();
   rest(beforeMoving);
 }
