@@ -60,7 +60,8 @@ std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
     return std::make_unique<PanelPeer>(
         window, host_,
         PanelPeer::Providers{*session_.panelWindows, *session_.contextMenuKeys,
-                             *session_.windowActivation, *session_.sourceSituations});
+                             *session_.windowActivation, *session_.sourceSituations,
+                             session_.mayHaveForeignWindows});
   }
   return std::make_unique<TitledPeer>(window, host_, captureNotice(session_.facts()));
 }

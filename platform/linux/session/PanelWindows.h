@@ -18,6 +18,8 @@ class PanelWindows {
   /// Has it float above all windows, full-screen ones too, on every desktop, out of taskbar and
   /// pager. Each time before it is mapped; returns once that is so.
   virtual void makeFloating(std::uint32_t window) = 0;
+  /// Keeps a window that nobody sees out of taskbar and pager. Before it is mapped.
+  virtual void keepOffLists(std::uint32_t window) = 0;
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -29,6 +29,10 @@ struct Session {
   /// By which all that follow count in points.
   std::shared_ptr<SharedScreenLayout> layout;
 
+  /// Whether other programs may have windows that are none of the display server's, as in a Wayland
+  /// session: it does not tell what is typed and clicked there.
+  bool mayHaveForeignWindows = false;
+
   /// Asked as of now; while the session lasts.
   std::function<SessionFacts()> facts;
 

@@ -1,5 +1,6 @@
 #include "platform/linux/qt/panel/PanelPeer.h"
 
+#include <QGuiApplication>
 #include <QScreen>
 #include <QSurfaceFormat>
 #include <QVariant>
@@ -24,9 +25,12 @@ namespace {
 constexpr std::chrono::milliseconds longSilence{1500};
 constexpr std::chrono::milliseconds longSilenceWhenBehind{6000};
 
+/// Managers tell windows of one title apart by a number, "Vistrel <2>".
 QString nativeTitle(const Window& window) {
-  if (window.title().empty()) return QStringLiteral("Vistrel");
-  return QStringLiteral("Vistrel — ") + QString::fromStdString(window.title());
+  const std::string title =
+      window.title().empty() ? window.contentView()->accessibilityLabel() : window.title();
+  if (title.empty()) return QStringLiteral("Vistrel");
+  return QStringLiteral("Vistrel — ") + QString::fromStdString(title);
 }
 
 }  // namespace
@@ -122,6 +126,11 @@ void PanelPeer::makeNative() {
                                 .released = [this] { place(); },
                                 .exposed = [this] { hasAppeared(); },
                                 .hovered = [this](bool isOver) { pointerCameOrWent(isOver); },
+                                .menuWanted =
+                                    [this](const QPoint& onDesktop, std::function<void()> show) {
+                                      prepareForMenu(onDesktop, std::move(show));
+                                    },
+                                .menuClosed = [this] { menuHasClosed(); },
                                 .situation = [this] { return situationOfSource(); }}));
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);
@@ -148,6 +157,19 @@ void PanelPeer::pointerCameOrWent(bool isOver) {
   }
 }
 
+void PanelPeer::prepareForMenu(const QPoint& onDesktop, std::function<void()> show) {
+  if (!providers_.mayHaveForeignWindows || QGuiApplication::focusWindow() != nullptr) return show();
+  keyboardHolder_.reset(
+      new KeyboardHolder(providers_.windows, providers_.activation, onDesktop, std::move(show)));
+}
+
+void PanelPeer::menuHasClosed() {
+  if (!keyboardHolder_) return;
+  keyboardHolder_.reset();
+  // What was chosen may be about who has the keyboard, and is asked for on another connection.
+  syncQt();
+}
+
 SourceSituation PanelPeer::situationOfSource() const {
   const auto source = surface_ ? surface_->source() : std::nullopt;
   return source ? providers_.situations.of(*source) : SourceSituation::ordinary;
@@ -155,6 +177,7 @@ SourceSituation PanelPeer::situationOfSource() const {
 
 void PanelPeer::releaseNative() {
   if (native_) pointerCameOrWent(false);
+  keyboardHolder_.reset();
   roll_.stop();
   if (surface_) surface_->detach();
   surface_.reset();

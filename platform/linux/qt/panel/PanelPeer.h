@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QTimer>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/Window.h"
 #include "platform/linux/ScreenLayout.h"
+#include "platform/linux/qt/panel/KeyboardHolder.h"
 #include "platform/linux/qt/panel/PanelWindow.h"
 #include "platform/linux/qt/panel/RollAnimation.h"
 #include "platform/linux/qt/space/QtSpace.h"
@@ -30,6 +32,8 @@ class PanelPeer final : public HostedPeer {
     ContextMenuKeys& menuKeys;
     WindowActivation& activation;
     SourceSituations& situations;
+    /// As `Session::mayHaveForeignWindows`.
+    bool mayHaveForeignWindows = false;
   };
 
   PanelPeer(Window& window, std::shared_ptr<PeerHost> host, Providers providers);
@@ -56,6 +60,9 @@ class PanelPeer final : public HostedPeer {
   void makeNative();
   void hasAppeared();
   void pointerCameOrWent(bool isOver);
+  /// Calls `show` once the menu can be shown.
+  void prepareForMenu(const QPoint& onDesktop, std::function<void()> show);
+  void menuHasClosed();
   SourceSituation situationOfSource() const;
   void releaseNative();
   enum class Arrival { atOnce, rolling };
@@ -95,11 +102,12 @@ class PanelPeer final : public HostedPeer {
   OwnedNative<PanelWindow> native_;
   std::unique_ptr<PanelSurface> surface_;  // goes before native_
   QRect wanted_;                           // the model's frame in pixels of the root window
-  PlacedFrame placed_;                     // of native_, in pixels of the root window
-  QSize shownSize_;                        // in pixels; of what native_ shows
-  LaidOutMonitor monitor_;                 // by whose scale native_ is placed and drawn
-  double toldBackingScale_ = 0;            // what the views know
-  const Layer* contentsLayer_ = nullptr;   // compared, never followed
+  OwnedNative<KeyboardHolder> keyboardHolder_;
+  PlacedFrame placed_;                    // of native_, in pixels of the root window
+  QSize shownSize_;                       // in pixels; of what native_ shows
+  LaidOutMonitor monitor_;                // by whose scale native_ is placed and drawn
+  double toldBackingScale_ = 0;           // what the views know
+  const Layer* contentsLayer_ = nullptr;  // compared, never followed
   std::shared_ptr<const Image> shownContents_;
   RollAnimation roll_{[this] { showRolled(); }};
   std::shared_ptr<const PanelChrome> unrolled_;  // while `roll_` runs; it shows the top of it

@@ -139,7 +139,11 @@ void PanelWindow::openContextMenu(const QPointF& position, const QPointF& onDesk
   const auto menu = window_->menuForEvent(
       {.type = EventType::rightMouseDown, .locationInWindow = locationInWindow(position)});
   if (!menu) return;
-  onceKeyboardIsKnownToHaveLeft(*this, [this, menu, onDesktop] { showMenu(menu, onDesktop); });
+  onceKeyboardIsKnownToHaveLeft(*this, [this, menu, onDesktop] {
+    if (window_ == nullptr) return;
+    callbacks_.menuWanted(onDesktop.toPoint(),
+                          [this, menu, onDesktop] { showMenu(menu, onDesktop); });
+  });
 }
 
 void PanelWindow::showMenu(const std::shared_ptr<Menu>& menu, const QPointF& onDesktop) {
@@ -148,6 +152,9 @@ void PanelWindow::showMenu(const std::shared_ptr<Menu>& menu, const QPointF& onD
   shown->setAttribute(Qt::WA_DeleteOnClose);
   shown->winId();  // it has no window before
   shown->windowHandle()->setTransientParent(this);
+  QObject::connect(shown, &QMenu::aboutToHide, this, [this] {
+    if (window_ != nullptr) callbacks_.menuClosed();
+  });
   // A panel that goes takes its menu with it.
   QObject::connect(this, &QWindow::visibleChanged, shown, &QWidget::close);
   shown->popup(onDesktop.toPoint());

@@ -26,6 +26,10 @@ class PanelWindow final : public QWindow {
     std::function<void()> exposed;
     /// The pointer has come over the window, or left it.
     std::function<void(bool isOver)> hovered;
+    /// A context menu is about to open at a place of the toolkit's; `show` opens it.
+    std::function<void(const QPoint& onDesktop, std::function<void()> show)> menuWanted;
+    /// It is off the screen.
+    std::function<void()> menuClosed;
     /// What has become of the source of the picture that is shown.
     std::function<SourceSituation()> situation;
   };

@@ -40,6 +40,11 @@ void makeFloating(Connection& connection, xcb_window_t window) {
     continue;  // no events are asked for here: it looks for errors alone
 }
 
+void keepOffLists(Connection& connection, xcb_window_t window) {
+  setAtoms(connection, window, "_NET_WM_STATE", {skipTaskbar, skipPager});
+  connection.sync();
+}
+
 std::vector<StateChange> missingToFloat(Connection& connection, xcb_window_t window,
                                         bool isAboveItself) {
   const auto states = propertyOf(connection, window, "_NET_WM_STATE").values();

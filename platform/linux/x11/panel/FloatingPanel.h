@@ -20,6 +20,9 @@ namespace vistrel::platform::linux_desktop {
 /// `FloatingPanels`.
 void makeFloating(Connection& connection, xcb_window_t window);
 
+/// Keeps a window that nobody sees out of taskbar and pager. To be called before it is mapped.
+void keepOffLists(Connection& connection, xcb_window_t window);
+
 /// What a manager is to change about a window that it shows.
 struct StateChange {
   /// An atom of _NET_WM_STATE, or _NET_WM_DESKTOP for every desktop.

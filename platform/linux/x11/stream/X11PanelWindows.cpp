@@ -30,4 +30,8 @@ void X11PanelWindows::makeFloating(std::uint32_t window) {
   queue_->async([panels = floating_, window] { panels->add(window); });
 }
 
+void X11PanelWindows::keepOffLists(std::uint32_t window) {
+  linux_desktop::keepOffLists(*connection_, window);
+}
+
 }  // namespace vistrel::platform::linux_desktop

@@ -18,6 +18,7 @@ class X11PanelWindows final : public PanelWindows {
 
   std::unique_ptr<PanelSurface> makeSurface(std::uint32_t window) override;
   void makeFloating(std::uint32_t window) override;
+  void keepOffLists(std::uint32_t window) override;
 
  private:
   const std::shared_ptr<Connection> connection_;
