@@ -120,8 +120,9 @@ std::shared_ptr<const SharedApplication> applicationOf(Connection& connection,
 
 /// Null for a window that has gone.
 WindowRecord recordOf(Connection& connection, const ApplicationNames& names,
-                      const LayerOfType& layers, const ScreenLayout& layout, WindowQuery& query) {
-  const auto framed = query.framed.fetch();
+                      const LayerOfType& layers, const ScreenLayout& layout, Decoration decoration,
+                      WindowQuery& query) {
+  const auto framed = query.framed.fetch(decoration);
   if (!framed) return nullptr;
   auto record = std::make_shared<ShareableWindow>();
   record->windowID = query.window;
@@ -161,6 +162,7 @@ std::shared_ptr<const ShareableContent> listWindows(Connection& connection, Appl
   constexpr std::size_t mostAtOnce = 32;
   names.refresh();
   const auto layers = layersOfTypes(connection);
+  const auto decoration = decorationOf(connection);
   auto candidates = candidatesOf(connection, listedWindows);
   auto content = std::make_shared<ShareableContent>();
   for (std::size_t next = 0; next < candidates.size();) {
@@ -169,7 +171,7 @@ std::shared_ptr<const ShareableContent> listWindows(Connection& connection, Appl
       queries.emplace_back(connection, std::move(candidates[next++]));
     }
     for (auto& query : queries) {
-      auto record = recordOf(connection, names, layers, layout, query);
+      auto record = recordOf(connection, names, layers, layout, decoration, query);
       if (!record) continue;
       if (listedWindows == ListedWindows::onScreen && !record->isOnScreen) continue;
       const bool isOfDesktop = record->windowLayer == layerDesktop;

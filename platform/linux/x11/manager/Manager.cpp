@@ -78,6 +78,16 @@ std::optional<std::string> managerName(Connection& connection) {
   return repairedUtf8(upToNull(propertyOf(connection, *window, "_NET_WM_NAME").bytes()));
 }
 
+xcb_atom_t compositorSelection(Connection& connection) {
+  return connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()));
+}
+
+bool isComposited(Connection& connection) {
+  const auto owner = replyTo<xcb_get_selection_owner_reply>(
+      connection.xcb(), xcb_get_selection_owner(connection.xcb(), compositorSelection(connection)));
+  return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
 bool managerSupports(Connection& connection, std::string_view hint) {
   return hasManager(connection) && holds(connection, connection.root(), "_NET_SUPPORTED", hint);
 }

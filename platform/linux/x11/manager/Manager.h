@@ -31,6 +31,9 @@ std::optional<xcb_window_t> managersWindow(Connection& connection);
 bool hasManager(Connection& connection);
 /// What it calls itself; empty where it does not say, none where no manager runs.
 std::optional<std::string> managerName(Connection& connection);
+/// The selection that a compositing manager owns as long as it runs (EWMH, "_NET_WM_CM_Sn").
+xcb_atom_t compositorSelection(Connection& connection);
+bool isComposited(Connection& connection);
 /// Whether `hint` is among what it says it supports (_NET_SUPPORTED).
 bool managerSupports(Connection& connection, std::string_view hint);
 

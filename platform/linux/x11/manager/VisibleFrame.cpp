@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/server/PixelGeometry.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -31,6 +32,12 @@ PixelRect visibleFrame(const PixelRect& client, const Extents& decoration, const
   return isEmpty(visible) ? client : visible;
 }
 
+Decoration decorationOf(Connection& connection) {
+  // KWin 5.27.5.
+  const bool isDrawnByCompositor = isComposited(connection) && managerName(connection) == "KWin";
+  return isDrawnByCompositor ? Decoration::onScreenAlone : Decoration::inFrames;
+}
+
 FramedWindowRequest::FramedWindowRequest(Connection& connection, xcb_window_t client,
                                          xcb_window_t reference)
     : size_(connection.xcb(), xcb_get_geometry(connection.xcb(), client)),
@@ -40,7 +47,7 @@ FramedWindowRequest::FramedWindowRequest(Connection& connection, xcb_window_t cl
       decoration_(connection, client, "_NET_FRAME_EXTENTS"),
       shadow_(connection, client, "_GTK_FRAME_EXTENTS") {}
 
-std::optional<FramedWindow> FramedWindowRequest::fetch() {
+std::optional<FramedWindow> FramedWindowRequest::fetch(Decoration decoration) {
   const auto size = size_.fetch();
   const auto place = place_.fetch();
   const auto tree = tree_.fetch();
@@ -50,8 +57,9 @@ std::optional<FramedWindow> FramedWindowRequest::fetch() {
   // mutter 43.8 leaves extents on a window that it has taken out of its frame.
   const bool hasFrame = tree->parent != tree->root;
   if (hasFrame) window.decoration = extentsFrom(decoration_.fetch().values());
-  window.visible =
-      visibleFrame(window.client, window.decoration, extentsFrom(shadow_.fetch().values()));
+  const bool isSeen = decoration == Decoration::inFrames;
+  window.visible = visibleFrame(window.client, isSeen ? window.decoration : Extents{},
+                                extentsFrom(shadow_.fetch().values()));
   return window;
 }
 

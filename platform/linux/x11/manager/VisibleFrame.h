@@ -27,6 +27,15 @@ Extents extentsFrom(const std::vector<std::uint32_t>& property);
 /// itself (`_GTK_FRAME_EXTENTS`). In the space of `client`.
 PixelRect visibleFrame(const PixelRect& client, const Extents& decoration, const Extents& shadow);
 
+/// Whose work a window's decoration is.
+enum class Decoration {
+  /// The server's picture of the frame has it.
+  inFrames,
+  /// A compositing manager draws it into nothing but the picture of the whole screen.
+  onScreenAlone,
+};
+Decoration decorationOf(Connection& connection);
+
 /// Where a client's window is, and what of it a person sees, as it was at one moment.
 struct FramedWindow {
   /// What belongs to the client, without borders.
@@ -42,8 +51,9 @@ class FramedWindowRequest {
  public:
   /// In pixels of `reference`: the root window, or another that holds `client`.
   FramedWindowRequest(Connection& connection, xcb_window_t client, xcb_window_t reference);
-  /// None when one of the two has gone.
-  std::optional<FramedWindow> fetch();
+  /// None when one of the two has gone. Decoration that is on the screen alone is no part of what
+  /// is visible.
+  std::optional<FramedWindow> fetch(Decoration decoration = Decoration::inFrames);
 
  private:
   Pending<xcb_get_geometry_reply, xcb_get_geometry_cookie_t> size_;

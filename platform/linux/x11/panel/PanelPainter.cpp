@@ -9,6 +9,7 @@
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
+#include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/picture/Corners.h"
 #include "platform/linux/x11/picture/MipLevels.h"
 #include "platform/linux/x11/server/ServerGrab.h"
@@ -21,11 +22,6 @@ PixelSize sizeOfChrome(const PanelChrome& chrome) { return {chrome.width, chrome
 /// The radius that fits.
 int cornerRadiusOf(const PanelChrome& chrome) {
   return std::clamp(chrome.cornerRadius, 0, std::min(chrome.width, chrome.height) / 2);
-}
-
-/// EWMH: a compositing manager owns this selection as long as it runs.
-xcb_atom_t compositorSelection(Connection& connection) {
-  return connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()));
 }
 
 /// The rows that differ between two chromes of the same size.
@@ -60,7 +56,7 @@ PanelPainter::PanelPainter(Connection& connection, const PictureStore& store, xc
   const auto format = connection_.formats().ofVisual.find(attributes->visual);
   if (format != connection_.formats().ofVisual.end()) format_ = format->second;
   copying_ = makeGContext(connection_, window_);
-  composited_ = isComposited();
+  composited_ = isComposited(connection_);
 }
 
 PanelPainter::~PanelPainter() {
@@ -81,15 +77,8 @@ void PanelPainter::selectEvents() {
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
 }
 
-bool PanelPainter::isComposited() {
-  const auto owner = replyTo<xcb_get_selection_owner_reply>(
-      connection_.xcb(),
-      xcb_get_selection_owner(connection_.xcb(), compositorSelection(connection_)));
-  return owner && owner->owner != XCB_NONE;
-}
-
 void PanelPainter::lookForCompositor() {
-  const bool composited = isComposited();
+  const bool composited = isComposited(connection_);
   if (composited == composited_) return;
   composited_ = composited;
   outlineChanged_ = true;

@@ -54,7 +54,6 @@ class PanelPainter {
   void composeCorners(const PixelRect& area);
   void copyToWindow(const PixelRect& area);
   void makeCornerMask();
-  bool isComposited();
   void lookForCompositor();
   void outlineWindow();
   void clearBeside();

@@ -275,7 +275,8 @@ std::vector<PixelRect> SourceWindow::outsideShape(const PixelRect& crop) const {
 }
 
 std::optional<PixelRect> SourceWindow::visibleInFrame() const {
-  const auto framed = FramedWindowRequest(connection_, client_, frame_).fetch();
+  const auto framed =
+      FramedWindowRequest(connection_, client_, frame_).fetch(decorationOf(connection_));
   if (!framed || isRolledUp(framed->client, rectOf(sizeOf(frameGeometry_)))) return std::nullopt;
   return framed->visible;
 }
