@@ -1,7 +1,6 @@
 #include "tests/support/TestWindow.h"
 
 #include <array>
-#include <chrono>
 #include <cstring>
 #include <stdexcept>
 #include <unistd.h>
@@ -151,16 +150,11 @@ void TestWindow::present(Rect part) {
 void TestWindow::moveTo(Point origin) {
   const std::array<std::uint32_t, 2> values{static_cast<std::uint32_t>(origin.x),
                                             static_cast<std::uint32_t>(origin.y)};
-  const auto isThere = [&] {
+  xcb_configure_window(connection_.get(), id_, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
+                       values.data());
+  waitUntil("its place", [&] {
     const Rect now = area();
     return Point{now.x, now.y} == origin;
-  };
-  // A manager that is still taking the window over may overlook what it is asked meanwhile.
-  constexpr std::chrono::seconds untilAskedAgain{2};
-  waitUntil("its place", [&] {
-    xcb_configure_window(connection_.get(), id_, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
-                         values.data());
-    return eventually(isThere, untilAskedAgain);
   });
 }
 
