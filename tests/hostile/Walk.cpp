@@ -103,12 +103,12 @@ std::string Walk::goOnceRound() {
 }
 
 std::string Walk::go(int steps) {
-  for (int step = 0; step < steps; ++step) {
+  for (const int end = steps_ + steps; steps_ < end; ++steps_) {
     const Command& command = drawCommand();
-    const bool isToLook = step % stepsBetweenLooks == 0;
+    const bool isToLook = steps_ % stepsBetweenLooks == 0;
     const auto defect = perform(command, isToLook);
     if (defect.empty()) continue;
-    return "step " + std::to_string(step) + ", \"" + command.name + "\": " + defect;
+    return "step " + std::to_string(steps_) + ", \"" + command.name + "\": " + defect;
   }
   return {};
 }

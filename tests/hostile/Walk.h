@@ -116,6 +116,7 @@ class Walk {
   std::deque<std::unique_ptr<testbed::TestWindow>> gone_;
   std::map<platform::WindowID, Mirror> mirrors_;
   std::vector<std::weak_ptr<WindowMirrorHUDController>> closed_;
+  int steps_ = 0;
   bool hasSecondMonitor_ = false;
   int monitorsMade_ = 0;
 };
