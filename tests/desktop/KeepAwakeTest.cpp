@@ -1,8 +1,10 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <gmock/gmock.h>
 
 #include "tests/desktop/KeepAwake.h"
+#include "tests/support/GlobalMenu.h"
 #include "tests/support/SessionManager.h"
 
 namespace vistrel::testbed {
@@ -158,6 +160,43 @@ TEST_F(KeepAwakeInASession, TheSourceIsAtHomeWhileProgramsSaveAndLeavesAgainIfTh
   cancelEnd();
   EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
   choose(openMenu(panel), stopKeepingAwake);
+  EXPECT_TRUE(isBack(home));
+}
+
+/// A toolkit whose windows do not go: it waits for the desktop's bus, to take their menus back.
+class KeepAwakeUntilAnEndThatHangs : public KeepAwake {
+ protected:
+  KeepAwakeUntilAnEndThatHangs()
+      : KeepAwake({.server = DisplayServer::growable, .variables = {"VISTREL_TRACE=manager"}}) {}
+
+  /// The picker has no menu bar of its own there, by which others find its rows.
+  PanelOnScreen openPanelByReader() {
+    reader_ = std::make_unique<AccessibilityBus>(display_);
+    startVistrel();
+    const Accessible program = reader_->program(vistrel_->process().pid());
+    EXPECT_TRUE(eventually([&] { return program.all("list item").size() == 1; }));
+    program.all("list item").at(0).perform("Press");
+    return vistrel_->panels(1).front();
+  }
+
+  const GlobalMenu menu_{display_};
+};
+
+TEST_F(KeepAwakeUntilAnEndThatHangs, TheSourceIsSentHomeBeforeThat) {
+  const PanelOnScreen panel = openPanelByReader();
+  const Rect home = source_->area();
+  const xcb_window_t picker = vistrel_->picker().id();
+  ASSERT_TRUE(eventually([&] { return menu_.hasMenuOf(picker); }));
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  activate(picker);
+  ::kill(display_.busPid(), SIGSTOP);
+  input_.typeHolding(keyControl, 'q');
+  ASSERT_TRUE(vistrel_->process().waitForEnd().has_value());
+  // By the program itself: what the guard does would be told of nowhere.
+  EXPECT_THAT(vistrel_->process().standardError(), ::testing::HasSubstr("goes home"));
+  ::kill(display_.busPid(), SIGCONT);
+  vistrel_.reset();
   EXPECT_TRUE(isBack(home));
 }
 

@@ -103,15 +103,24 @@ std::string Walk::goOnceRound() {
 }
 
 std::string Walk::go(int steps) {
-  for (int step = 0; step < steps; ++step) {
+  for (const int end = steps_ + steps; steps_ < end; ++steps_) {
     const Command& command = drawCommand();
-    (this->*command.perform)();
-    if (step % stepsBetweenLooks != 0) continue;
-    if (!turnUntil([this] { return difference().empty(); })) {
-      return "step " + std::to_string(step) + ", after \"" + command.name + "\": " + difference();
-    }
+    const bool isToLook = steps_ % stepsBetweenLooks == 0;
+    const auto defect = perform(command, isToLook);
+    if (defect.empty()) continue;
+    return "step " + std::to_string(steps_) + ", \"" + command.name + "\": " + defect;
   }
   return {};
+}
+
+std::string Walk::perform(const Command& command, bool isToLook) {
+  try {
+    (this->*command.perform)();
+  } catch (const std::runtime_error& failure) {
+    return failure.what();
+  }
+  if (!isToLook || turnUntil([this] { return difference().empty(); })) return {};
+  return difference();
 }
 
 std::string Walk::rest() {
@@ -234,6 +243,11 @@ void Walk::bringSourceToFront() {
 }
 
 void Walk::hideAndShow() {
+  // One that is told to hide before its manager has shown it, and then to show, openbox 3.6.1 may
+  // leave hidden (ICCCM 4.1.4).
+  if (!turnUntil([this] { return panelsOnScreen() == mirrors_.size(); })) {
+    throw std::runtime_error("a panel is not shown");
+  }
   backend_->application().hide();
   if (!turnUntil([this] { return panelsOnScreen() == 0; })) {
     throw std::runtime_error("a panel is not hidden with the program");

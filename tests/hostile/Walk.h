@@ -65,6 +65,8 @@ class Walk {
 
   static const std::vector<Command>& commands();
   const Command& drawCommand();
+  /// What goes wrong with it, or differs from the model afterwards where that is to be looked at.
+  std::string perform(const Command& command, bool isToLook);
   int draw(int count) { return static_cast<int>(random_() % static_cast<std::uint64_t>(count)); }
   /// Null when there is none.
   WindowMirrorHUDController* drawMirror();
@@ -114,6 +116,7 @@ class Walk {
   std::deque<std::unique_ptr<testbed::TestWindow>> gone_;
   std::map<platform::WindowID, Mirror> mirrors_;
   std::vector<std::weak_ptr<WindowMirrorHUDController>> closed_;
+  int steps_ = 0;
   bool hasSecondMonitor_ = false;
   int monitorsMade_ = 0;
 };

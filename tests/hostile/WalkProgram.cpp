@@ -10,6 +10,7 @@
 // The exit status is 1 when a defect was found. Under the preset `debug` it also stops at what the
 // sanitizers find.
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <random>
@@ -21,6 +22,8 @@
 namespace {
 
 using namespace vistrel::hostile;
+
+constexpr int stepsBetweenReports = 5'000;
 
 /// What was found; empty for nothing.
 std::string walk(int steps, std::uint64_t seed) {
@@ -34,7 +37,12 @@ std::string walk(int steps, std::uint64_t seed) {
   if (!defect.empty()) return defect;
   const Footprint before = walk.footprint();
   std::cout << "at first: " << before << std::endl;
-  defect = walk.go(steps);
+  for (int done = 0; defect.empty() && done < steps;) {
+    const int next = std::min(steps - done, stepsBetweenReports);
+    defect = walk.go(next);
+    done += next;
+    std::cout << "after " << done << " steps: " << walk.footprint() << std::endl;
+  }
   if (defect.empty()) defect = walk.rest();
   if (!defect.empty()) return defect;
   const Footprint after = walk.footprint();

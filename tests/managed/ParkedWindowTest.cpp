@@ -278,21 +278,44 @@ TEST(ParkedUnderAManagerThatGoes, AWindowIsInSightAgainUnderTheNextOne) {
   EXPECT_EQ(bed.connection().numbers(window.id(), "_NET_WM_DESKTOP"), std::vector{0U});
 }
 
-TEST(ParkedUntilItGoes, AnotherWindowThatGetsItsNumberStaysWhereItIs) {
-  ParkingBed bed({"", DisplayServer::growable, WindowManager::openbox, true});
-  const auto& display = bed.session().display().name();
-  std::optional<TestWindow> window(std::in_place, display, TestWindow::Options{});
-  const auto number = window->id();
-  std::optional<ParkedWindow> parked(std::in_place, bed, number);
-  ASSERT_TRUE(eventually([&] { return window->area().x >= screenWidth; }));
-  window.reset();
-  ASSERT_TRUE(eventually([&] { return !areaOf(bed.connection(), number); }));
-  awaitManager(bed.connection());  // or it would take the next one for this one
-  window.emplace(display, TestWindow::Options{.area = {40, 500, 300, 200}, .decorated = false});
-  ASSERT_EQ(window->id(), number) << "servers give the lowest number that is free";
-  parked.reset();
-  awaitManager(bed.connection());
-  EXPECT_EQ(window->area(), (Rect{40, 500, 300, 200}));
+/// A parked window that has gone, and another program's that has been given its number.
+class ParkedUntilItGoes : public ::testing::Test {
+ protected:
+  static constexpr Rect area{40, 500, 300, 200};
+
+  void SetUp() override {
+    const auto& display = bed_.session().display().name();
+    window_.emplace(display, TestWindow::Options{});
+    const auto number = window_->id();
+    parked_.emplace(bed_, number);
+    ASSERT_TRUE(eventually([&] { return window_->area().x >= screenWidth; }));
+    window_.reset();
+    ASSERT_TRUE(eventually([&] { return !areaOf(bed_.connection(), number); }));
+    awaitManager(bed_.connection());  // or it would take the next one for this one
+    window_.emplace(display, TestWindow::Options{.area = area, .decorated = false});
+    ASSERT_EQ(window_->id(), number) << "servers give the lowest number that is free";
+  }
+  Rect areaOfTheOther() {
+    awaitManager(bed_.connection());
+    return window_->area();
+  }
+
+  ParkingBed bed_{{"", DisplayServer::growable, WindowManager::openbox, true}};
+  std::optional<TestWindow> window_;
+  std::optional<ParkedWindow> parked_;
+};
+
+TEST_F(ParkedUntilItGoes, AnotherWindowThatGetsItsNumberStaysWhereItIs) {
+  parked_.reset();
+  EXPECT_EQ(areaOfTheOther(), area);
+}
+
+TEST_F(ParkedUntilItGoes, AnotherWindowThatGetsItsNumberStaysWhereItIsWhenAllGoHome) {
+  auto& sources = *bed_.session().providers().parkedSources;
+  sources.sendAllHome();
+  EXPECT_EQ(areaOfTheOther(), area);
+  sources.parkAgain();
+  EXPECT_EQ(areaOfTheOther(), area);
 }
 
 TEST(ParkedUnderAManagerThatIsLate, AWindowIsNotSoughtWhereItIsAboutToLeave) {

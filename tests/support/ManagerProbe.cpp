@@ -1,5 +1,6 @@
 #include "tests/support/ManagerProbe.h"
 
+#include <atomic>
 #include <stdexcept>
 
 #include "tests/support/Poll.h"
@@ -20,10 +21,18 @@ bool isManaged(const XConnection& connection) {
   return !check.empty() && connection.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") == check;
 }
 
+// One that no other window gets, nor another probe. A server gives a connection's numbers out again
+// once that has ended, from the first, and what is asked about this window may be answered later.
+xcb_window_t numberOfItsOwn(const XConnection& connection) {
+  static std::atomic<std::uint32_t> taken = 0;
+  const xcb_setup_t* setup = xcb_get_setup(connection.get());
+  return setup->resource_id_base | (setup->resource_id_mask - taken++);
+}
+
 }  // namespace
 
 ManagerProbe::ManagerProbe(const XConnection& connection)
-    : connection_(connection), window_(xcb_generate_id(connection.get())) {
+    : connection_(connection), window_(numberOfItsOwn(connection)) {
   xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window_, connection.root(), 0, 0, 1, 1,
                     0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
 }

@@ -1,14 +1,17 @@
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <memory>
 #include <sys/wait.h>
 
 #include "tests/support/AccessibilityBus.h"
 #include "tests/support/DBus.h"
 #include "tests/support/EachWindowManager.h"
 #include "tests/support/InputDriver.h"
+#include "tests/support/ManagerProbe.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
 #include "tests/support/ScreenReader.h"
@@ -139,6 +142,28 @@ TEST_F(TestBed, ThePointerRaisesAWindowByClickingIt) {
   above.raiseAbove(below);
   InputDriver(connection_).clickAt({110, 110});
   EXPECT_TRUE(eventually([&] { return isAbove(connection_, below.id(), above.id()); }));
+}
+
+TEST_F(TestBed, NothingThatAManagerWasAskedIsDoneToALaterWindow) {
+  ::kill(display_.windowManagerPid(), SIGSTOP);
+  xcb_window_t first = XCB_WINDOW_NONE;
+  {
+    const XConnection brief(display_.name());
+    first = xcb_get_setup(brief.get())->resource_id_base;
+    EXPECT_FALSE(ManagerProbe(brief).isAnswered());
+  }
+  // A server gives the numbers out again once it has noticed.
+  std::unique_ptr<TestWindow> window;
+  ASSERT_TRUE(eventually([&] {
+    window = std::make_unique<TestWindow>(
+        display_.name(), TestWindow::Options{.area = {200, 150, 300, 200}, .managed = false});
+    return window->id() == first;
+  }));
+  ::kill(display_.windowManagerPid(), SIGCONT);
+  // Twice, since openbox 3.6.1 that has been held up may answer before it has done all.
+  awaitManager(connection_);
+  awaitManager(connection_);
+  EXPECT_EQ(window->area(), (Rect{200, 150, 300, 200}));
 }
 
 TEST_F(TestBed, WindowsAreFoundByTheirProcess) {

@@ -85,6 +85,7 @@ void ParkingWorker::move(xcb_window_t window, Point position, std::optional<Poin
 
 void ParkingWorker::sendAllHome() {
   if (!isConnected()) return;
+  forgetThoseGone();
   while (!homes_.empty() && !connection_->isLost()) {
     const auto each = homes_.begin();
     resting_[each->first] = each->second.parked;
@@ -100,6 +101,7 @@ void ParkingWorker::parkAgain() {
 
 void ParkingWorker::follow(const PixelRect& from, const PixelRect& to) {
   if (!isConnected()) return;
+  forgetThoseGone();
   for (auto& [window, home] : homes_) {
     const auto place = placeOf(window);
     if (!place || isEmpty(intersection(home.asked, from))) continue;
@@ -149,6 +151,15 @@ bool ParkingWorker::isSomebodyElses(xcb_window_t window) {
 bool ParkingWorker::isRecordedHere(xcb_window_t window) {
   const auto record = readRecord(*connection_, window);
   return record && owner_ && record->owner == owner_->id();
+}
+
+void ParkingWorker::forgetThoseGone() {
+  std::erase_if(homes_, [this](const auto& each) {
+    const auto window = each.first;
+    if (isRecordedHere(window)) return false;
+    outcomes_->erase(window);
+    return true;
+  });
 }
 
 ParkingWorker::Home ParkingWorker::leave(xcb_window_t window, const FramedWindow& found,

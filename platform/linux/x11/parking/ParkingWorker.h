@@ -89,6 +89,7 @@ class ParkingWorker {
   bool isSomebodyElses(xcb_window_t window);
   /// Not where a display server has given the number of a window that has gone to another one.
   bool isRecordedHere(xcb_window_t window);
+  void forgetThoseGone();
   /// Takes off what ties the window to its place; its record tells at each step what it would get
   /// back.
   Home leave(xcb_window_t window, const FramedWindow& found, std::optional<Point> toldHome);
