@@ -191,6 +191,23 @@ TEST_P(ManagedPicture, LeavesTheScreenAsItWas) {
 
 VISTREL_WITH_EACH_MANAGER(ManagedPicture);
 
+class PictureWithoutDecoration : public ManagedPicture {
+ protected:
+  bool isListedWithoutFrame(const TestWindow& window) {
+    return listedFrame(window.id()) == window.area();
+  }
+};
+
+TEST_P(PictureWithoutDecoration, IsTheClientsAloneWhereTheManagerDrawsTheRestOnTheScreenAlone) {
+  const auto window = open();
+  const auto streamed = session_.stream(window->id());
+  EXPECT_TRUE(eventually([&] {
+    return isListedWithoutFrame(*window) && showsClient(*streamed, *window, fourColours);
+  }));
+}
+
+VISTREL_WITH_MANAGERS(WindowManagers, PictureWithoutDecoration, windowManagersThatDrawNoFrames);
+
 class UnmanagedPicture : public ManagedTest {
  protected:
   UnmanagedPicture() : ManagedTest(WindowManager::none) {}

@@ -40,6 +40,8 @@ inline constexpr WindowManager windowManagers[] = {WindowManager::openbox, Windo
 inline constexpr WindowManager furtherWindowManagers[] = {
     WindowManager::kwin, WindowManager::kwinCompositing, WindowManager::marco, WindowManager::icewm,
     WindowManager::fluxbox};
+/// Those whose decoration is no part of what the server keeps of a window.
+inline constexpr WindowManager windowManagersThatDrawNoFrames[] = {WindowManager::kwinCompositing};
 /// Those that scripts/test-field alone installs and runs tests with.
 inline constexpr WindowManager fieldWindowManagers[] = {
     WindowManager::awesome,  WindowManager::i3,    WindowManager::jwm,
