@@ -54,6 +54,7 @@ Walk::Walk(testbed::PrivateDisplay& display, std::uint64_t seed)
 
 Walk::~Walk() {
   manager_->closeAll();
+  manager_.reset();
   // The program's own way out: what is still queued runs, threads end.
   backend_->application().terminate();
   backend_->application().run();

@@ -109,7 +109,7 @@ class Walk {
   const testbed::Monitors monitors_{connection_};
   const std::unique_ptr<platform::Backend> backend_;
   const platform::BackendInstallation installation_;
-  const std::shared_ptr<WindowMirrorManager> manager_ = WindowMirrorManager::make();
+  std::shared_ptr<WindowMirrorManager> manager_ = WindowMirrorManager::make();
   std::mt19937_64 random_;
 
   std::map<platform::WindowID, Source> sources_;

@@ -37,13 +37,14 @@ std::string walk(int steps, std::uint64_t seed) {
   if (!defect.empty()) return defect;
   const Footprint before = walk.footprint();
   std::cout << "at first: " << before << std::endl;
-  for (int done = 0; defect.empty() && done < steps;) {
+  for (int done = 0; done < steps;) {
     const int next = std::min(steps - done, stepsBetweenReports);
     defect = walk.go(next);
+    if (!defect.empty()) return defect;
     done += next;
     std::cout << "after " << done << " steps: " << walk.footprint() << std::endl;
   }
-  if (defect.empty()) defect = walk.rest();
+  defect = walk.rest();
   if (!defect.empty()) return defect;
   const Footprint after = walk.footprint();
   std::cout << "in the end: " << after << std::endl;

@@ -8,6 +8,7 @@
 #include "tests/managed/LazyManager.h"
 #include "tests/managed/Parked.h"
 #include "tests/support/MonitorReport.h"
+#include "tests/support/Monitors.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -315,6 +316,14 @@ TEST_F(ParkedUntilItGoes, AnotherWindowThatGetsItsNumberStaysWhereItIsWhenAllGoH
   sources.sendAllHome();
   EXPECT_EQ(areaOfTheOther(), area);
   sources.parkAgain();
+  EXPECT_EQ(areaOfTheOther(), area);
+}
+
+TEST_F(ParkedUntilItGoes, AnotherWindowThatGetsItsNumberStaysWhereItIsWhenTheHiddenMonitorMoves) {
+  auto& session = bed_.session().providers();
+  Monitors(bed_.connection()).set("in its way", {screenWidth, 0, 100, screenHeight});
+  session.clearMonitors();
+  session.parkedSources->parkAgain();  // after what goes on beside the main thread
   EXPECT_EQ(areaOfTheOther(), area);
 }
 
