@@ -41,7 +41,7 @@ void besideNothingHung(benchmark::State& state) {
 
 void besideDeafSessionBus(benchmark::State& state) {
   const testbed::PrivateDisplay display;
-  const testbed::DeafBus bus(testbed::DeafBus::Connecting::succeeds);
+  const testbed::DeafListener bus(testbed::DeafListener::Connecting::succeeds);
   startAndEnd(state, display, display.environmentOnBus(bus.address()));
 }
 
@@ -59,10 +59,19 @@ void besideDeafGlobalMenu(benchmark::State& state) {
   besideDeafService(state, "com.canonical.AppMenu.Registrar");
 }
 
+void besideDeafSessionManager(benchmark::State& state) {
+  const testbed::PrivateDisplay display;
+  const testbed::DeafListener manager(testbed::DeafListener::Connecting::succeeds);
+  auto environment = display.environment();
+  environment.push_back("SESSION_MANAGER=local/:" + manager.path());
+  startAndEnd(state, display, environment);
+}
+
 BENCHMARK(besideNothingHung)->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(besideDeafSessionBus)->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(besideDeafAccessibilityService)->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(besideDeafGlobalMenu)->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(besideDeafSessionManager)->Iterations(3)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace vistrel::bench

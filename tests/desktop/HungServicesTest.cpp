@@ -13,10 +13,11 @@ constexpr std::chrono::seconds soonerThanToolkits{15};
 
 class HungServices : public DesktopTest {
  protected:
-  void startOnBus(const std::string& address) {
+  void startIn(std::vector<std::string> environment) {
     vistrel_ = std::make_unique<RunningVistrel>(
-        connection_, RunningVistrel::command({}, display_.environmentOnBus(address)), scale_);
+        connection_, RunningVistrel::command({}, std::move(environment)), scale_);
   }
+  void startOnBus(const std::string& address) { startIn(display_.environmentOnBus(address)); }
   ::testing::AssertionResult pickerComes() {
     const auto isOnScreen = [&] {
       const auto windows = windowsOfProcess(connection_, vistrel_->process().pid());
@@ -41,14 +42,14 @@ class HungServices : public DesktopTest {
 };
 
 TEST_F(HungServices, ThePickerComesWhereTheSessionBusAnswersNobody) {
-  const DeafBus bus(DeafBus::Connecting::succeeds);
+  const DeafListener bus(DeafListener::Connecting::succeeds);
   startOnBus(bus.address());
   EXPECT_TRUE(pickerComes());
   EXPECT_TRUE(endsWhenAsked());
 }
 
 TEST_F(HungServices, ThePickerComesWhereTheSessionBusAcceptsNobody) {
-  const DeafBus bus(DeafBus::Connecting::waitsForEver);
+  const DeafListener bus(DeafListener::Connecting::waitsForEver);
   startOnBus(bus.address());
   EXPECT_TRUE(pickerComes());
   EXPECT_TRUE(endsWhenAsked());
@@ -64,6 +65,15 @@ TEST_F(HungServices, ThePickerComesWhereTheAccessibilityServiceAnswersNobody) {
 TEST_F(HungServices, ThePickerComesWhereTheGlobalMenuAnswersNobody) {
   const DeafService service(display_, "com.canonical.AppMenu.Registrar");
   startVistrel();
+  EXPECT_TRUE(pickerComes());
+  EXPECT_TRUE(endsWhenAsked());
+}
+
+TEST_F(HungServices, ThePickerComesWhereTheSessionManagerAnswersNobody) {
+  const DeafListener manager(DeafListener::Connecting::succeeds);
+  auto environment = display_.environment();
+  environment.push_back("SESSION_MANAGER=local/:" + manager.path());
+  startIn(std::move(environment));
   EXPECT_TRUE(pickerComes());
   EXPECT_TRUE(endsWhenAsked());
 }

@@ -42,6 +42,20 @@ TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceIsOutOfSightAndLiveUntilItIsTakenBa
   EXPECT_TRUE(eventually([&] { return monitors() == before; }));
 }
 
+TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceStaysOutOfSightWhereSomebodyCutsTheHiddenDisplayOff) {
+  const PanelOnScreen panel = openPanel();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  letProgramCatchUp();
+  const std::string parked = monitors();
+  ChildProcess cutting(
+      {.arguments = {"xrandr", "--fb", "1280x1024"}, .environment = display_.environment()});
+  ASSERT_TRUE(cutting.waitForEnd().has_value());
+  EXPECT_TRUE(eventually([&] { return monitors() == parked; })) << monitors();
+  EXPECT_TRUE(eventually([&] { return isOnHiddenDisplay(); }));
+  EXPECT_TRUE(isLive(panel));
+}
+
 TEST_F(KeepAwakeOnAScreenThatGrows, TheSourceComesBackWhenTheProgramEnds) {
   const std::string before = monitors();
   const PanelOnScreen panel = openPanel();

@@ -66,6 +66,15 @@ TEST_F(Start, WithADisplayThatRefusesItSaysSoAndEnds) {
   expectOneLineAndStatusOne(process);
 }
 
+TEST_F(Start, WithoutAThreadForPanelsItSaysSoAndEnds) {
+  auto command = RunningVistrel::command({}, display_.environment());
+  // Threads have stacks of that size (pthread_attr_init(3)): larger than any address space.
+  command.arguments.insert(command.arguments.begin(),
+                           {"/bin/sh", "-c", "ulimit -s 1000000000000 && exec \"$0\" \"$@\""});
+  ChildProcess process(command);
+  expectOneLineAndStatusOne(process);
+}
+
 TEST_F(Start, WhenTheDisplayGoesAwayItSaysSoAndEnds) {
   PrivateDisplay display;
   std::unique_ptr<RunningVistrel> vistrel;

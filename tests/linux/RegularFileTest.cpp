@@ -1,11 +1,15 @@
+#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/linux/RegularFile.h"
+#include "tests/support/FileDescriptor.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -74,9 +78,18 @@ TEST_F(RegularFile, OfTheSystemIsReadAlthoughItSaysThatItIsEmpty) {
 TEST_F(RegularFile, IsNoneWhereNothingOrSomethingElseIs) {
   EXPECT_EQ(contentsOfRegularFile(file_, plenty), std::nullopt);
   EXPECT_EQ(contentsOfRegularFile(directory_.path(), plenty), std::nullopt);
-  EXPECT_EQ(contentsOfRegularFile("/dev/zero", plenty), std::nullopt);
   fs::create_symlink("loop", directory_.path() / "loop");
   EXPECT_EQ(contentsOfRegularFile(directory_.path() / "loop", plenty), std::nullopt);
+}
+
+TEST_F(RegularFile, IsNoneWhereADeviceIs) {
+  const testbed::FileDescriptor terminal(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+  ASSERT_EQ(unlockpt(terminal.get()), 0);
+  const char* const device = ptsname(terminal.get());
+  ASSERT_TRUE(fs::is_character_file(device));
+  // With a terminal's sign for the end.
+  ASSERT_EQ(::write(terminal.get(), "a line\n\4", 8), 8);
+  EXPECT_EQ(contentsOfRegularFile(device, plenty), std::nullopt);
 }
 
 TEST_F(RegularFile, IsNotWaitedForInAPipe) {

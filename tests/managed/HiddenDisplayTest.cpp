@@ -2,6 +2,8 @@
 #include <xcb/randr.h>
 #include <xcb/xtest.h>
 
+#include "platform/linux/x11/monitors/HiddenMonitor.h"
+#include "platform/linux/x11/server/ProcessToken.h"
 #include "tests/managed/LazyManager.h"
 #include "tests/managed/ParkingBed.h"
 #include "tests/support/ChildProcess.h"
@@ -74,6 +76,20 @@ TEST_P(HiddenDisplay, StandsToTheRightUntilItIsRemovedWithoutATrace) {
   EXPECT_NE(report().find("current 2780 x 1024"), std::string::npos) << report();
   bed_.removeDisplay(*display);
   EXPECT_EQ(bed_.boundsOf(*display), Rect{});
+  EXPECT_EQ(report(), before);
+}
+
+TEST_P(HiddenDisplay, IsRemovedThoughTheServerHasThrownItsConnectionOut) {
+  namespace x11 = platform::linux_desktop;
+  const std::string before = report();
+  const auto display = bed_.makeDisplay(1000, 800);
+  ASSERT_TRUE(display.has_value());
+  const auto connection = x11::Connection::open();
+  const auto owners = x11::monitorOwnersOf(*connection, x11::processToken());
+  ASSERT_EQ(owners.size(), 1u);
+  xcb_kill_client(connection->xcb(), owners.front());
+  connection->sync();
+  bed_.removeDisplay(*display);
   EXPECT_EQ(report(), before);
 }
 

@@ -17,7 +17,7 @@ const sockaddr* generic(const sockaddr_un& address) {
 
 }  // namespace
 
-DeafBus::DeafBus(Connecting connecting) : socket_(localSocket()) {
+DeafListener::DeafListener(Connecting connecting) : socket_(localSocket()) {
   address_.sun_family = AF_UNIX;
   std::strncpy(address_.sun_path, path_.c_str(), sizeof address_.sun_path - 1);
   const int mostWaiting = connecting == Connecting::succeeds ? 64 : 0;
@@ -28,7 +28,7 @@ DeafBus::DeafBus(Connecting connecting) : socket_(localSocket()) {
   if (connecting == Connecting::waitsForEver) fillBacklog();
 }
 
-void DeafBus::fillBacklog() {
+void DeafListener::fillBacklog() {
   do {
     backlog_.push_back(localSocket());
   } while (connect(backlog_.back().get(), generic(address_), sizeof address_) == 0);

@@ -14,14 +14,17 @@ namespace vistrel::testbed {
 // Services that hang: they are there and never answer. One thread; everything here throws
 // std::runtime_error when it cannot be had.
 
-/// Something that listens like a bus and answers nobody.
-class DeafBus {
+/// Something that listens like a bus or a session manager and answers nobody.
+class DeafListener {
  public:
   /// What becomes of those who connect.
   enum class Connecting { succeeds, waitsForEver };
 
-  explicit DeafBus(Connecting connecting);
+  explicit DeafListener(Connecting connecting);
 
+  /// Of its socket.
+  const std::string& path() const { return path_; }
+  /// As that of a bus.
   std::string address() const { return "unix:path=" + path_; }
 
  private:

@@ -13,11 +13,11 @@
 #include "platform/linux/qt/QtApplication.h"
 #include "platform/linux/qt/QtWindows.h"
 #include "platform/linux/qt/paint/ApplicationIcon.h"
-#include "platform/linux/qt/process/BusServices.h"
 #include "platform/linux/qt/process/EndDeadline.h"
 #include "platform/linux/qt/process/QtDispatch.h"
 #include "platform/linux/qt/process/QtMessages.h"
 #include "platform/linux/qt/process/QtWorkspace.h"
+#include "platform/linux/qt/process/SessionServices.h"
 #include "platform/linux/qt/space/QtConnection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -39,7 +39,7 @@ class ConfiguredQt {
  public:
   explicit ConfiguredQt(char* programPath)
       : arguments_{programPath, platform_.data(), xcb_.data(), name_.data(), vistrel_.data()},
-        withoutHungServices_(std::in_place, askBusServices(servicePatience)),
+        withoutHungServices_(std::in_place, askSessionServices(servicePatience)),
         application_(count_, arguments_.data()) {
     QCoreApplication::setApplicationName(QStringLiteral("Vistrel"));
     QGuiApplication::setDesktopFileName(QStringLiteral(VISTREL_APPLICATION_ID));

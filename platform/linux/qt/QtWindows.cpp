@@ -50,10 +50,13 @@ Size sizeOf(const Button& button) {
 QtWindows::QtWindows(const Session& session)
     : session_(session),
       host_(std::make_shared<PeerHost>(session.layout, savedFramesOfPerson())),
-      screens_(*session.monitors, *session.dockAreas, *session.layout, [this] {
-        session_.clearMonitors();
-        if (host_->isOpen()) host_->screensDidChange();
-      }) {}
+      screens_(*session.monitors, *session.dockAreas, *session.layout,
+               {.changed =
+                    [this] {
+                      session_.clearMonitors();
+                      if (host_->isOpen()) host_->screensDidChange();
+                    },
+                .roomChanged = [this] { session_.clearMonitors(); }}) {}
 
 std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
   if (isPanel) {

@@ -77,10 +77,10 @@ std::string description(const Connection& connection, const SessionFacts& facts)
 }
 
 /// Without a claim it is one instance of several. `connection` is for requests of the main thread,
-/// each of which waits for its answer.
+/// each of which waits for its answer; panels are drawn on `panelQueue`.
 std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
-                                     std::shared_ptr<InstanceClaim> claim) {
-  const auto panelQueue = SerialQueue::make("vistrel.panels", QualityOfService::userInteractive);
+                                     std::shared_ptr<InstanceClaim> claim,
+                                     const std::shared_ptr<SerialQueue>& panelQueue) {
   auto session = std::make_unique<Session>();
   session->layout = std::make_shared<SharedScreenLayout>();
   session->panelWindows = std::make_unique<X11PanelWindows>(connection, panelQueue);
@@ -132,7 +132,10 @@ SessionOrFailure openX11Session(Instances instances) {
   }
   if (start.isShown) return {};
   tidyUpAfterOthers(*connection);
-  return {sessionOver(std::move(connection), std::move(start.claim)), {}};
+  const auto panelQueue = SerialQueue::make("vistrel.panels", QualityOfService::userInteractive);
+  // No panel could say what is wrong.
+  if (!panelQueue->isRunning()) return {nullptr, "vistrel: the system has no thread for panels"};
+  return {sessionOver(std::move(connection), std::move(start.claim), panelQueue), {}};
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -46,7 +46,7 @@ std::shared_ptr<const LivePicture> uploaded(Connection& connection, const Bitmap
           std::uint32_t{pixel.red} << 16 | std::uint32_t{pixel.green} << 8 | pixel.blue;
     }
   }
-  auto canvas = makeOpaqueCanvas(connection, size);
+  auto canvas = makeOpaqueCanvas(connection, size).value();
   putRows(connection, canvas.pixmap, 24, size.width, 0, size.height,
           reinterpret_cast<const std::uint8_t*>(pixels.data()),
           static_cast<std::size_t>(size.width) * sizeof(std::uint32_t));

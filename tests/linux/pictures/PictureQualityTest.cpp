@@ -110,7 +110,7 @@ class PictureQuality : public ::testing::Test {
   }
 
   Canvas blackCanvas(PixelSize size) {
-    auto canvas = makeOpaqueCanvas(*connection_, size);
+    auto canvas = makeOpaqueCanvas(*connection_, size).value();
     fill(*connection_, canvas.picture, Color::black(), rectOf(size));
     return canvas;
   }

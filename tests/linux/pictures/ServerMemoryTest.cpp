@@ -1,12 +1,11 @@
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <unistd.h>
 #include <xcb/composite.h>
 
 #include "tests/linux/pictures/TestMirror.h"
+#include "tests/support/LittleMemory.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
+#include "tests/support/ScreenReader.h"
 #include "tests/support/TestWindow.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -14,31 +13,11 @@ namespace {
 
 using testbed::eventually;
 
-/// For as long as this lives the display server gets no memory for pictures.
-class LittleMemory {
- public:
-  explicit LittleMemory(pid_t server) : server_(server) {
-    prlimit(server_, RLIMIT_AS, nullptr, &former_);
-    rlim_t pages = 0;
-    std::ifstream("/proc/" + std::to_string(server_) + "/statm") >> pages;
-    const rlim_t bytes = pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + bytesLeft;
-    const rlimit limit{bytes, former_.rlim_max};
-    prlimit(server_, RLIMIT_AS, &limit, nullptr);
-  }
-  LittleMemory(const LittleMemory&) = delete;
-  LittleMemory& operator=(const LittleMemory&) = delete;
-  ~LittleMemory() { prlimit(server_, RLIMIT_AS, &former_, nullptr); }
-
- private:
-  static constexpr rlim_t bytesLeft = 500'000;
-
-  const pid_t server_;
-  rlimit former_{};
-};
-
 class ServerMemory : public ::testing::Test {
  protected:
   static constexpr testbed::Rect sourceArea{0, 0, 1400, 1100};
+  /// Too few for a picture.
+  static constexpr std::size_t bytesLeft = 500'000;
 
   ServerMemory() { display_.adoptEnvironment(); }
 
@@ -61,7 +40,7 @@ TEST_F(ServerMemory, ThatCannotBeHadFailsAStartWhichWorksLater) {
   connection_.sync();
   TestMirror mirror(connection_, {20, 30, 100, 80});
   {
-    const LittleMemory little(display_.serverPid());
+    const testbed::LittleMemory little(display_.serverPid(), bytesLeft);
     mirror.start(source.id());
     ASSERT_TRUE(eventually([&] { return mirror.answered() == mirror.asked(); }));
     EXPECT_EQ(mirror.startFailure(),
@@ -84,7 +63,7 @@ TEST_F(ServerMemory, ThatIsMissingLaterKeepsTheLastPictureUntilItIsThere) {
   ASSERT_TRUE(eventually([&] { return mirror.wasGiven(other); }));
   mirror.settle();
   {
-    const LittleMemory little(display_.serverPid());
+    const testbed::LittleMemory little(display_.serverPid(), bytesLeft);
     mirror.setAccepting(true);
     const int samples = mirror.samples();
     source.paint({0, 0, 10, 10}, testbed::blue);
@@ -93,6 +72,25 @@ TEST_F(ServerMemory, ThatIsMissingLaterKeepsTheLastPictureUntilItIsThere) {
     EXPECT_TRUE(mirror.shows(testbed::fourColours, sourceArea));
   }
   EXPECT_TRUE(showsSource(mirror, other, newArea));
+}
+
+TEST_F(ServerMemory, ThatIsMissingForALargerPanelLeavesItAsItIsUntilItIsThere) {
+  constexpr testbed::Rect formerArea{20, 30, 140, 110};
+  testbed::TestWindow source(display_.name(), {.area = sourceArea, .managed = false});
+  TestMirror mirror(connection_, formerArea);
+  mirror.start(source.id());
+  ASSERT_TRUE(showsSource(mirror, testbed::fourColours, sourceArea));
+  {
+    const testbed::LittleMemory little(display_.serverPid(), bytesLeft);
+    mirror.resizePanel(1200, 900);
+    source.paint(sourceArea, testbed::blue);
+    EXPECT_TRUE(eventually([&] {
+      mirror.turn();
+      const auto shot = testbed::ScreenReader(connection_).read(formerArea);
+      return testbed::similar(shot.at(70, 55), testbed::blue, 8);
+    })) << "the mirror goes on at its former size";
+  }
+  EXPECT_TRUE(showsSource(mirror, testbed::Quadrants::uniform(testbed::blue), sourceArea));
 }
 
 }  // namespace

@@ -52,6 +52,16 @@ TEST(AwaitedChromes, AWindowFarBehindStillGetsTheOldestAndTheNewest) {
   EXPECT_EQ(widthTakenFor(chromes, {400, 200}), 400);
 }
 
+TEST(AwaitedChromes, OneThatIsPutBackIsTheNextAgainUnlessANewerFits) {
+  AwaitedChromes chromes;
+  chromes.add(chromeOf(310, 200));
+  chromes.add(chromeOf(320, 200));
+  chromes.putBack(*chromes.takeFor({310, 200}, Beside::nothing));
+  EXPECT_EQ(chromes.newest()->chrome->width, 320);
+  EXPECT_EQ(widthTakenFor(chromes, {310, 200}), 310);
+  EXPECT_EQ(widthTakenFor(chromes, {320, 200}), 320);
+}
+
 TEST(AwaitedChromes, WhereTheManagersFrameWouldBeSeenTheWindowShrinksFirst) {
   AwaitedChromes chromes;
   int asked = 0;

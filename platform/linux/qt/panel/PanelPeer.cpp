@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <new>
 #include <utility>
 
 #include "platform/linux/Trace.h"
@@ -24,6 +25,10 @@ namespace {
 /// too soon, until it does.
 constexpr std::chrono::milliseconds longSilence{1500};
 constexpr std::chrono::milliseconds longSilenceWhenBehind{6000};
+
+constexpr std::chrono::milliseconds atOnce{0};
+/// How often memory is looked for where there was none.
+constexpr std::chrono::milliseconds lackingLook{500};
 
 /// Managers tell windows of one title apart by a number, "Vistrel <2>".
 QString nativeTitle(const Window& window) {
@@ -343,11 +348,24 @@ void PanelPeer::screensDidChange() {
 }
 
 void PanelPeer::scheduleRepaint() {
-  if (native_) repaint_.start();
+  if (native_) repaint_.start(atOnce);
 }
 
 void PanelPeer::repaint() {
   repaint_.stop();
+  attempt(&PanelPeer::paintAll);
+}
+
+void PanelPeer::attempt(void (PanelPeer::*painting)()) {
+  try {
+    (this->*painting)();
+  } catch (const std::bad_alloc&) {
+    endRoll();
+    repaint_.start(lackingLook);
+  }
+}
+
+void PanelPeer::paintAll() {
   window_.layoutIfNeeded();
   native_->reportToScreenReaders();
   // What is rolled up is what was there before.

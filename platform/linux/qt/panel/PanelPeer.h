@@ -95,6 +95,10 @@ class PanelPeer final : public HostedPeer {
   void adoptPlace(const QRect& place);
   void scheduleRepaint();
   void repaint();
+  void paintAll();
+  /// Paints by a member function. Where there is no memory for that, what is shown stays, and it is
+  /// tried again later.
+  void attempt(void (PanelPeer::*painting)());
   void showChrome(PanelChrome chrome);
   void showContents(std::shared_ptr<const Image> image);
 
@@ -109,7 +113,7 @@ class PanelPeer final : public HostedPeer {
   double toldBackingScale_ = 0;           // what the views know
   const Layer* contentsLayer_ = nullptr;  // compared, never followed
   std::shared_ptr<const Image> shownContents_;
-  RollAnimation roll_{[this] { showRolled(); }};
+  RollAnimation roll_{[this] { attempt(&PanelPeer::showRolled); }};
   std::shared_ptr<const PanelChrome> unrolled_;  // while `roll_` runs; it shows the top of it
   bool takesMenuKeys_ = false;
   bool isAppearing_ = false;

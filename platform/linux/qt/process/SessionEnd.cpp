@@ -1,5 +1,6 @@
 #include "platform/linux/qt/process/SessionEnd.h"
 
+#include <QGuiApplication>
 #include <X11/SM/SMlib.h>
 #include <array>
 #include <cstdlib>
@@ -7,8 +8,6 @@
 #include <string>
 #include <unistd.h>
 #include <utility>
-
-#include "platform/linux/Environment.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -69,7 +68,8 @@ struct SessionEnd::Client {
 };
 
 void SessionEnd::Client::enter() {
-  if (environmentVariable("SESSION_MANAGER").empty()) return;
+  // The toolkit has none either, or goes without one that does not answer.
+  if (qGuiApp->sessionId().isEmpty()) return;
   SmcCallbacks calls{};
   calls.save_yourself = {saveYourself, this};
   calls.die = {die, this};

@@ -17,7 +17,7 @@ class SessionEnd {
     /// All have saved, and the session goes on.
     std::function<void()> goesOn;
   };
-  /// Nothing is called where no session manager runs (SESSION_MANAGER), or once it is gone.
+  /// Nothing is called where the toolkit knows no session manager, or once that is gone.
   explicit SessionEnd(Callbacks callbacks);
   SessionEnd(const SessionEnd&) = delete;
   SessionEnd& operator=(const SessionEnd&) = delete;

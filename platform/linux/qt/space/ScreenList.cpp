@@ -58,15 +58,18 @@ std::size_t mainOf(const std::vector<NamedScreen>& screens) {
 }  // namespace
 
 ScreenList::ScreenList(Monitors& monitors, DockAreas& docks, SharedScreenLayout& layout,
-                       std::function<void()> changed)
+                       Callbacks callbacks)
     : monitors_(monitors), docks_(docks), layout_(layout) {
   changed_.setSingleShot(true);
-  QObject::connect(&changed_, &QTimer::timeout, &context_, std::move(changed));
+  QObject::connect(&changed_, &QTimer::timeout, &context_, std::move(callbacks.changed));
   watchScreens();
   watchKeyWindow();
-  docks_.watch([this] {
-    QMetaObject::invokeMethod(
-        &context_, [this] { publish(); }, Qt::QueuedConnection);
+  docks_.watch([this, roomChanged = std::move(callbacks.roomChanged)] {
+    const auto tell = [this, roomChanged] {
+      publish();
+      roomChanged();
+    };
+    QMetaObject::invokeMethod(&context_, tell, Qt::QueuedConnection);
   });
   readScreens();
   publish();

@@ -20,11 +20,15 @@ namespace vistrel::platform::linux_desktop {
 /// become another one; offers the screens as values in screen space. Main thread.
 class ScreenList {
  public:
-  /// Calls `changed` whenever monitors have come, gone, moved or changed their size or scale; once
-  /// for all that happens in one turn of the event loop, when the layout has been set. The first
-  /// three outlive this object.
-  ScreenList(Monitors& monitors, DockAreas& docks, SharedScreenLayout& layout,
-             std::function<void()> changed);
+  struct Callbacks {
+    /// Monitors have come, gone, moved or changed their size or scale; once for all that happens in
+    /// one turn of the event loop, when the layout has been set.
+    std::function<void()> changed;
+    /// Docks keep other room free, or the screen that all monitors are on has another size.
+    std::function<void()> roomChanged;
+  };
+  /// The first three outlive this object.
+  ScreenList(Monitors& monitors, DockAreas& docks, SharedScreenLayout& layout, Callbacks callbacks);
 
   /// The primary one first.
   const std::vector<Screen>& all() const { return all_; }

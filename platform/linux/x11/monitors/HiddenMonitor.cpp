@@ -208,12 +208,21 @@ HiddenMonitor::~HiddenMonitor() {
 }
 
 void HiddenMonitor::leave() {
+  connection_->sync();
+  if (connection_->isLost()) renewConnection();
   {
     const ServerGrab grab(*connection_);
     withdraw();
     putScreenBackAfterLast(*connection_);
   }
   connection_->sync();
+}
+
+void HiddenMonitor::renewConnection() {
+  auto connection = Connection::open();
+  if (!connection) return;
+  owner_.abandon();
+  connection_ = std::move(connection);
 }
 
 bool HiddenMonitor::place(const PixelRect& wanted) {

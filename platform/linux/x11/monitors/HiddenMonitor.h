@@ -54,6 +54,8 @@ class HiddenMonitor {
 
   /// Removes it; the last one leaves the screen as the first one found it.
   void leave();
+  /// The server may have thrown out this one alone, and the owner with it.
+  void renewConnection();
   bool makeRoom(const std::vector<ListedMonitor>& all, const PixelRect& area);
   /// Makes the server have it there; where it refuses, as it was.
   bool announce(const PixelRect& area);

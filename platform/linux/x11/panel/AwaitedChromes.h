@@ -25,6 +25,8 @@ class AwaitedChromes {
  public:
   /// Keeps few, among them the oldest: else a window that lags behind would never get one.
   void add(AwaitedChrome chrome);
+  /// The one that was taken out last, in its place again.
+  void putBack(AwaitedChrome taken) { chromes_.push_front(std::move(taken)); }
   /// Null when there is none.
   const AwaitedChrome* newest() const { return chromes_.empty() ? nullptr : &chromes_.back(); }
   /// Takes out the newest that a window of that size has room for, and drops those before it. None

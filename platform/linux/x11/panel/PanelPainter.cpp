@@ -41,6 +41,17 @@ bool sameLayout(const PanelChrome& a, const PanelChrome& b) {
          a.cornerRadius == b.cornerRadius;
 }
 
+/// None where the server has no memory for it.
+std::optional<Canvas> makeCornerMask(Connection& connection, int radius) {
+  const int side = 2 * radius;
+  auto mask = makeCanvas(connection, 8, connection.formats().alphaMask, {side, side});
+  if (!mask) return std::nullopt;
+  const std::size_t stride = (static_cast<std::size_t>(side) + 3) / 4 * 4;
+  const auto coverage = discCoverage(radius, stride);
+  putRows(connection, mask->pixmap, 8, side, 0, side, coverage.data(), stride);
+  return mask;
+}
+
 }  // namespace
 
 PanelPainter::PanelPainter(Connection& connection, const PictureStore& store, xcb_window_t window)
@@ -97,24 +108,38 @@ std::optional<AwaitedChrome> PanelPainter::newestChrome() const {
   return AwaitedChrome{chrome_, [] {}};
 }
 
-void PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
+bool PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
   assert(thread_.isCurrent());
+  if (!makeCanvasesFor(*chrome)) return false;
   const auto former = std::exchange(chrome_, std::move(chrome));
   if (former && sameLayout(*former, *chrome_)) {
     const auto [first, count] = differingRows(*former, *chrome_);
     if (count > 0) uploadRows(first, count);
-    return;
+    return true;
   }
-  if (back_.size != sizeOfChrome(*chrome_)) resize(sizeOfChrome(*chrome_));
   overlays_ = mergedWhereOverlapping(chrome_->overlays);
-  makeCornerMask();
   uploadRows(0, chrome_->height);
   outlineChanged_ = true;
+  return true;
 }
 
-void PanelPainter::resize(PixelSize size) {
-  chromeCanvas_ = makeCanvas(connection_, 32, connection_.formats().translucent, size);
-  back_ = makeCanvas(connection_, depth_, format_, size);
+bool PanelPainter::makeCanvasesFor(const PanelChrome& chrome) {
+  std::optional<Canvas> mask;
+  const int radius = cornerRadiusOf(chrome);
+  if (radius > 0 && cornerMask_.size != PixelSize{2 * radius, 2 * radius}) {
+    mask = makeCornerMask(connection_, radius);
+    if (!mask) return false;
+  }
+  const auto size = sizeOfChrome(chrome);
+  if (back_.size != size) {
+    auto chromeCanvas = makeCanvas(connection_, 32, connection_.formats().translucent, size);
+    auto back = makeCanvas(connection_, depth_, format_, size);
+    if (!chromeCanvas || !back) return false;
+    chromeCanvas_ = *std::move(chromeCanvas);
+    back_ = *std::move(back);
+  }
+  if (mask) cornerMask_ = *std::move(mask);
+  return true;
 }
 
 void PanelPainter::uploadRows(int first, int count) {
@@ -123,18 +148,6 @@ void PanelPainter::uploadRows(int first, int count) {
   putRows(connection_, chromeCanvas_.pixmap, 32, chrome_->width, first, count,
           reinterpret_cast<const std::uint8_t*>(pixels), width * sizeof(*pixels));
   dirty_.add({0, first, chrome_->width, count});
-}
-
-void PanelPainter::makeCornerMask() {
-  const int radius = cornerRadiusOf(*chrome_);
-  const int side = 2 * radius;
-  if (cornerMask_.size == PixelSize{side, side}) return;
-  cornerMask_ = {};
-  if (side == 0) return;
-  cornerMask_ = makeCanvas(connection_, 8, connection_.formats().alphaMask, {side, side});
-  const std::size_t stride = (static_cast<std::size_t>(side) + 3) / 4 * 4;
-  const auto coverage = discCoverage(radius, stride);
-  putRows(connection_, cornerMask_.pixmap, 8, side, 0, side, coverage.data(), stride);
 }
 
 /// Where the window is larger than the chrome, because it is about to shrink or has just grown, it

@@ -31,7 +31,10 @@ class PanelPainter {
   void awaitChrome(AwaitedChrome chrome) { awaited_.add(std::move(chrome)); }
   /// The newest awaited chrome that the window has room for by now.
   std::optional<AwaitedChrome> takeNextChrome();
-  void setChrome(std::shared_ptr<const PanelChrome> chrome);
+  /// One that was taken and could not be set is the next again.
+  void putBack(AwaitedChrome chrome) { awaited_.putBack(std::move(chrome)); }
+  /// False where the server has no memory for it: the former one stays.
+  bool setChrome(std::shared_ptr<const PanelChrome> chrome);
   /// The size at which a picture of that size is shown; none when there is no room for one.
   std::optional<PixelSize> pictureSizeFor(PixelSize source) const;
   /// Takes notice that the store's picture has changed. The window shows it at the next `paint`.
@@ -45,7 +48,8 @@ class PanelPainter {
 
  private:
   void selectEvents();
-  void resize(PixelSize size);
+  /// False, and nothing has changed, where the server has no memory.
+  bool makeCanvasesFor(const PanelChrome& chrome);
   void uploadRows(int first, int count);
   PixelRect pictureAreaFor(PixelSize source) const;
   void compose(const PixelRect& area);
@@ -53,7 +57,6 @@ class PanelPainter {
   void composeChrome(const PixelRect& area);
   void composeCorners(const PixelRect& area);
   void copyToWindow(const PixelRect& area);
-  void makeCornerMask();
   void lookForCompositor();
   void outlineWindow();
   void clearBeside();

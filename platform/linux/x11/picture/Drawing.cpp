@@ -61,31 +61,22 @@ xcb_render_color_t premultiplied(const Color& color) {
 
 }  // namespace
 
-Canvas makeCanvas(Connection& connection, std::uint8_t depth, xcb_render_pictformat_t format,
-                  PixelSize size) {
+std::optional<Canvas> makeCanvas(Connection& connection, std::uint8_t depth,
+                                 xcb_render_pictformat_t format, PixelSize size) {
   Pixmap pixmap(connection.xcb());
-  xcb_create_pixmap(connection.xcb(), depth, pixmap.id(), connection.root(),
-                    static_cast<std::uint16_t>(size.width),
-                    static_cast<std::uint16_t>(size.height));
-  auto picture = makePicture(connection, pixmap.id(), format);
-  return {std::move(pixmap), std::move(picture), size};
-}
-
-Canvas makeOpaqueCanvas(Connection& connection, PixelSize size) {
-  return makeCanvas(connection, 24, connection.formats().opaque, size);
-}
-
-std::optional<Canvas> makeOpaqueCanvasIfThereIsRoom(Connection& connection, PixelSize size) {
-  Pixmap pixmap(connection.xcb());
-  const auto made = xcb_create_pixmap_checked(connection.xcb(), 24, pixmap.id(), connection.root(),
-                                              static_cast<std::uint16_t>(size.width),
-                                              static_cast<std::uint16_t>(size.height));
+  const auto made = xcb_create_pixmap_checked(
+      connection.xcb(), depth, pixmap.id(), connection.root(),
+      static_cast<std::uint16_t>(size.width), static_cast<std::uint16_t>(size.height));
   if (failureOf(connection.xcb(), made)) {
     pixmap.abandon();
     return std::nullopt;
   }
-  auto picture = makePicture(connection, pixmap.id(), connection.formats().opaque);
+  auto picture = makePicture(connection, pixmap.id(), format);
   return Canvas{std::move(pixmap), std::move(picture), size};
+}
+
+std::optional<Canvas> makeOpaqueCanvas(Connection& connection, PixelSize size) {
+  return makeCanvas(connection, 24, connection.formats().opaque, size);
 }
 
 Picture makePicture(Connection& connection, xcb_drawable_t drawable, xcb_render_pictformat_t format,
@@ -147,7 +138,10 @@ void fill(Connection& connection, const Picture& target, const Color& color,
 void putRows(Connection& connection, const Pixmap& pixmap, std::uint8_t depth, int width,
              int firstRow, int rows, const std::uint8_t* bytes, std::size_t stride) {
   constexpr std::size_t headerBytes = 64;
-  const std::size_t most = xcb_get_maximum_request_length(connection.xcb()) * std::size_t{4};
+  // A server without memory for a request throws the client out.
+  constexpr std::size_t modest = 1 << 18;
+  const std::size_t most =
+      std::min(modest, xcb_get_maximum_request_length(connection.xcb()) * std::size_t{4});
   const int rowsPerRequest =
       std::max(1, static_cast<int>(std::min<std::size_t>((most - headerBytes) / stride, 0x7fff)));
   const auto context = makeGContext(connection, pixmap.id());

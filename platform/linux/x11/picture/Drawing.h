@@ -21,12 +21,11 @@ struct Canvas {
   PixelSize size;
 };
 
-Canvas makeCanvas(Connection& connection, std::uint8_t depth, xcb_render_pictformat_t format,
-                  PixelSize size);
-/// 24 bits without alpha, as all copies of sources are.
-Canvas makeOpaqueCanvas(Connection& connection, PixelSize size);
-/// The same; none where the server has no memory for it. Waits for the server's answer.
-std::optional<Canvas> makeOpaqueCanvasIfThereIsRoom(Connection& connection, PixelSize size);
+/// None where the server has no memory for it. Waits for the server's answer.
+std::optional<Canvas> makeCanvas(Connection& connection, std::uint8_t depth,
+                                 xcb_render_pictformat_t format, PixelSize size);
+/// The same, 24 bits without alpha, as all copies of sources are.
+std::optional<Canvas> makeOpaqueCanvas(Connection& connection, PixelSize size);
 /// Read outside its edges it repeats them, or is transparent.
 Picture makePicture(Connection& connection, xcb_drawable_t drawable, xcb_render_pictformat_t format,
                     xcb_render_repeat_t outside = XCB_RENDER_REPEAT_PAD);

@@ -6,8 +6,7 @@
 namespace vistrel::platform::linux_desktop {
 
 bool MipChain::rebuild(const LivePicture& source, LevelRange range) {
-  auto finest =
-      makeOpaqueCanvasIfThereIsRoom(connection_, sizeOfLevel(source.size(), range.finest));
+  auto finest = makeOpaqueCanvas(connection_, sizeOfLevel(source.size(), range.finest));
   if (!finest) return false;
   sourceSize_ = source.size();
   finest_ = range.finest;
@@ -45,7 +44,7 @@ void MipChain::fitTo(LevelRange range) {
 }
 
 bool MipChain::addLevel() {
-  auto next = makeOpaqueCanvasIfThereIsRoom(connection_, sizeOfLevel(sourceSize_, coarsest() + 1));
+  auto next = makeOpaqueCanvas(connection_, sizeOfLevel(sourceSize_, coarsest() + 1));
   if (!next) return false;
   drawScaled(connection_, levels_.back().picture, halving, next->picture, rectOf(next->size));
   levels_.push_back(*std::move(next));

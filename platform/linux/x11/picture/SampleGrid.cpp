@@ -31,7 +31,11 @@ Sampling samplingOfGrid(const PixelRect& crop, int rows, int columns) {
 bool SampleGrid::visit(const LivePicture& picture, int rows, int columns,
                        const std::function<bool(PixelBGRA)>& visit) {
   const PixelSize size{columns, rows};
-  if (samples_.size != size) samples_ = makeOpaqueCanvas(connection_, size);
+  if (samples_.size != size) {
+    auto samples = makeOpaqueCanvas(connection_, size);
+    if (!samples) return false;
+    samples_ = *std::move(samples);
+  }
   drawScaled(connection_, picture.picture, samplingOfGrid(picture.crop, rows, columns),
              samples_.picture, rectOf(size));
   const auto image = replyTo<xcb_get_image_reply>(

@@ -8,18 +8,38 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-Canvas makeTransparentOutside(Connection& connection, PixelSize size) {
+std::optional<Canvas> makeTransparentOutside(Connection& connection, PixelSize size) {
   const auto format = connection.formats().translucent;
   auto canvas = makeCanvas(connection, 32, format, size);
-  canvas.picture = makePicture(connection, canvas.pixmap.id(), format, XCB_RENDER_REPEAT_NONE);
+  if (canvas) {
+    canvas->picture = makePicture(connection, canvas->pixmap.id(), format, XCB_RENDER_REPEAT_NONE);
+  }
   return canvas;
 }
 
-Canvas halved(Connection& connection, const Canvas& canvas) {
+std::optional<Canvas> halved(Connection& connection, const Canvas& canvas) {
   const PixelSize size{(canvas.size.width + 1) / 2, (canvas.size.height + 1) / 2};
   auto result = makeTransparentOutside(connection, size);
-  drawScaled(connection, canvas.picture, halving, result.picture, rectOf(size));
+  if (result) drawScaled(connection, canvas.picture, halving, result->picture, rectOf(size));
   return result;
+}
+
+/// As it is, and its halves. Empty where the server has no memory for them.
+std::vector<Canvas> levelsOf(Connection& connection,
+                             const xcb_xfixes_get_cursor_image_reply_t& image) {
+  std::vector<Canvas> levels;
+  auto next = makeTransparentOutside(connection, {image.width, image.height});
+  if (!next) return {};
+  const auto* pixels = xcb_xfixes_get_cursor_image_cursor_image(&image);
+  putRows(connection, next->pixmap, 32, image.width, 0, image.height,
+          reinterpret_cast<const std::uint8_t*>(pixels), image.width * sizeof(*pixels));
+  levels.push_back(*std::move(next));
+  while (levels.back().size != PixelSize{1, 1}) {
+    next = halved(connection, levels.back());
+    if (!next) return {};
+    levels.push_back(*std::move(next));
+  }
+  return levels;
 }
 
 }  // namespace
@@ -70,14 +90,12 @@ void CursorOverlay::readImage() {
       replyTo<xcb_xfixes_get_cursor_image_reply>(xcb, xcb_xfixes_get_cursor_image(xcb));
   if (!image || image->width == 0 || image->height == 0) return;
   image_ = {-image->xhot, -image->yhot, image->width, image->height};
-  std::vector<Canvas> levels;
-  levels.push_back(makeTransparentOutside(connection_, sizeOf(image_)));
-  const auto* pixels = xcb_xfixes_get_cursor_image_cursor_image(image.get());
-  putRows(connection_, levels.front().pixmap, 32, image->width, 0, image->height,
-          reinterpret_cast<const std::uint8_t*>(pixels), image->width * sizeof(*pixels));
-  while (levels.back().size != PixelSize{1, 1})
-    levels.push_back(halved(connection_, levels.back()));
-  levels_ = std::make_shared<const std::vector<Canvas>>(std::move(levels));
+  auto levels = levelsOf(connection_, *image);
+  if (levels.empty()) {
+    imageIsStale_ = true;
+  } else {
+    levels_ = std::make_shared<const std::vector<Canvas>>(std::move(levels));
+  }
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -13,6 +13,9 @@ namespace {
 /// As many clients as others may still want to be; each mirror is one.
 constexpr int leftForOthers = 16;
 
+/// How often memory for a panel is looked for where the server had none, in seconds.
+constexpr double lackingLook = 0.5;
+
 }  // namespace
 
 std::shared_ptr<MirrorWorker> MirrorWorker::of(const std::shared_ptr<SerialQueue>& queue) {
@@ -57,7 +60,7 @@ std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window
 bool MirrorWorker::hasRoomFor(const SourceWindow& source) {
   if (!source.hasRoom() || !source.picture()) return source.hasRoom();
   const auto leastOfACopy = sizeOfLevel(source.picture()->size(), 1);
-  return makeOpaqueCanvasIfThereIsRoom(*connection_, leastOfACopy).has_value();
+  return makeOpaqueCanvas(*connection_, leastOfACopy).has_value();
 }
 
 std::unique_ptr<SourceWindow> MirrorWorker::openSource(WindowID window) {
@@ -117,6 +120,7 @@ void MirrorWorker::serve() {
   const auto self = shared_from_this();  // when the connection is lost, another takes its place
   connection_->serve([this](const xcb_generic_event_t& event) { handle(event); },
                      [this] {
+                       for (auto& each : panels_) showNextChrome(each);
                        for (const auto& each : captures_) each.capture->proceed();
                      });
   if (connection_->isLost()) lose();
@@ -125,10 +129,7 @@ void MirrorWorker::serve() {
 void MirrorWorker::handle(const xcb_generic_event_t& event) {
   for (const auto& each : captures_) each.capture->handle(event);
   if (restingSource_) restingSource_->handle(event);
-  for (auto& each : panels_) {
-    each.handle(event);
-    showNextChrome(each);
-  }
+  for (auto& each : panels_) each.handle(event);
 }
 
 /// A server may throw out one connection alone: the mirror goes on over another.
@@ -221,10 +222,13 @@ void MirrorWorker::setChrome(xcb_window_t window, AwaitedChrome chrome) {
 }
 
 void MirrorWorker::showNextChrome(PanelPainter& panel) {
-  const auto next = panel.takeNextChrome();
+  auto next = panel.takeNextChrome();
   if (!next) return;
   const auto formerSizes = pictureSizes(store_.size());
-  panel.setChrome(next->chrome);
+  if (!panel.setChrome(next->chrome)) {
+    panel.putBack(*std::move(next));
+    return comeBackAt(monotonicNow() + lackingLook);
+  }
   const auto sizes = pictureSizes(store_.size());
   if (sizes != formerSizes) store_.prepareFor(sizes, unchangedSource());
   panel.pictureChanged({});

@@ -1,8 +1,10 @@
-#include "platform/linux/qt/process/BusServices.h"
+#include "platform/linux/qt/process/SessionServices.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <X11/ICE/ICElib.h>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <dbus/dbus.h>
@@ -19,6 +21,7 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
+constexpr const char* sessionManagerVariable = "SESSION_MANAGER";
 constexpr const char* sessionBusVariable = "DBUS_SESSION_BUS_ADDRESS";
 /// Qt 6.4.2 asks nobody for the accessibility bus where this names it.
 constexpr const char* accessibilityBusVariable = "AT_SPI_BUS_ADDRESS";
@@ -91,6 +94,35 @@ Message globalMenuQuestion() {
   return question;
 }
 
+/// Whether the manager takes a connection or refuses it. Waits as long as that takes.
+bool takesConnection(std::string managers) {
+  std::array<char, 256> failure{};
+  const IceConn connection = IceOpenConnection(managers.data(), nullptr, False, 0,
+                                               static_cast<int>(failure.size()), failure.data());
+  if (connection != nullptr) {
+    // Nobody is waited for.
+    IceSetShutdownNegotiation(connection, False);
+    IceCloseConnection(connection);
+  }
+  return true;
+}
+
+/// Asks on a thread that is left behind where there is no answer: connecting has no end where
+/// nobody accepts.
+template <class Asking>
+std::future<bool> ask(Asking asking) {
+  std::packaged_task<bool()> task(std::move(asking));
+  std::future<bool> answered = task.get_future();
+  std::thread(std::move(task)).detach();
+  return answered;
+}
+
+std::future<bool> askOnBus(const std::string& address, Message question, double seconds) {
+  return ask([address, seconds, asked = std::move(question)] {
+    return isAnswered(address, asked, seconds);
+  });
+}
+
 /// Where the session's bus listens (the default of libdbus); empty where nobody says.
 std::string sessionBusAddress() {
   std::string given = environmentVariable(sessionBusVariable);
@@ -103,35 +135,39 @@ std::string sessionBusAddress() {
 
 }  // namespace
 
-BusServices askBusServices(double seconds) {
-  const std::string address = sessionBusAddress();
-  if (address.empty()) return {};
+SessionServices askSessionServices(double seconds) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-  // On threads that are left behind: connecting has no end where a bus accepts nobody.
-  const auto ask = [&](Message question) {
-    std::packaged_task<bool()> asking([address, seconds, asked = std::move(question)] {
-      return isAnswered(address, asked, seconds);
-    });
-    std::future<bool> answered = asking.get_future();
-    std::thread(std::move(asking)).detach();
-    return answered;
-  };
   const auto isTrue = [&](std::future<bool> answered) {
-    return answered.wait_until(deadline) == std::future_status::ready && answered.get();
+    return !answered.valid() ||
+           (answered.wait_until(deadline) == std::future_status::ready && answered.get());
   };
-  auto session = ask(busCall("GetId"));
-  auto accessibility = ask(accessibilityQuestion());
-  auto globalMenu = ask(globalMenuQuestion());
-  return {.session = isTrue(std::move(session)),
+  std::future<bool> manager;
+  std::future<bool> session;
+  std::future<bool> accessibility;
+  std::future<bool> globalMenu;
+  const std::string managers = environmentVariable(sessionManagerVariable);
+  if (!managers.empty()) manager = ask([managers] { return takesConnection(managers); });
+  const std::string bus = sessionBusAddress();
+  if (!bus.empty()) {
+    session = askOnBus(bus, busCall("GetId"), seconds);
+    accessibility = askOnBus(bus, accessibilityQuestion(), seconds);
+    globalMenu = askOnBus(bus, globalMenuQuestion(), seconds);
+  }
+  return {.manager = isTrue(std::move(manager)),
+          .bus = isTrue(std::move(session)),
           .accessibility = isTrue(std::move(accessibility)),
           .globalMenu = isTrue(std::move(globalMenu))};
 }
 
-QtWithout::QtWithout(const BusServices& services) {
+QtWithout::QtWithout(const SessionServices& services) {
   const auto say = [](const char* which) {
     trace(TraceTopic::start, [&] { return std::string(which) + " does not answer: left out"; });
   };
-  if (!services.session) {
+  if (!services.manager) {
+    say("the session manager");
+    sessionManager_.set(sessionManagerVariable, nullptr);
+  }
+  if (!services.bus) {
     say("the session bus");
     sessionBus_.set(sessionBusVariable, nowhere);
     return;
@@ -154,7 +190,11 @@ QtWithout::~QtWithout() {
 void QtWithout::Variable::set(const char* name, const char* value) {
   name_ = name;
   if (const char* const former = std::getenv(name)) former_ = former;
-  setenv(name, value, 1);
+  if (value != nullptr) {
+    setenv(name, value, 1);
+  } else {
+    unsetenv(name);
+  }
 }
 
 QtWithout::Variable::~Variable() {
