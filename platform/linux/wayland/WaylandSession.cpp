@@ -1,17 +1,35 @@
 #include "platform/linux/wayland/WaylandSession.h"
 
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/linux/Environment.h"
 #include "platform/linux/Trace.h"
+#include "platform/linux/wayland/KWinWindowLister.h"
+#include "platform/linux/wayland/KWinWindows.h"
+#include "platform/linux/wayland/NativeWindowIds.h"
 #include "platform/linux/wayland/WaylandConnection.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+std::string description(const WaylandConnection* connection) {
+  const auto name = environmentVariable("WAYLAND_DISPLAY");
+  if (connection == nullptr) return "no compositor answers on " + name;
+  return "the compositor on " + name +
+         (KWinWindows::isOfferedOn(*connection) ? " lists" : " does not list") + " native windows";
+}
+
+}  // namespace
+}  // namespace vistrel::platform::linux_desktop
 
 using namespace vistrel::platform::linux_desktop;
 
-void vistrelJoinWaylandSession(Session& /*session*/) {
+void vistrelJoinWaylandSession(Session& session) {
   const auto connection = WaylandConnection::open();
-  trace(TraceTopic::start, [&] {
-    return (connection ? "there is a compositor on " : "no compositor answers on ") +
-           environmentVariable("WAYLAND_DISPLAY");
-  });
+  trace(TraceTopic::start, [&] { return description(connection.get()); });
+  if (!connection) return;
+  const auto ids = std::make_shared<NativeWindowIds>();
+  session.windowLister = std::make_unique<KWinWindowLister>(std::move(session.windowLister), ids);
 }
