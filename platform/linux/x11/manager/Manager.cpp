@@ -4,10 +4,10 @@
 
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/Trace.h"
+#include "platform/linux/Utf8.h"
 #include "platform/linux/x11/server/AwaitedEvents.h"
 #include "platform/linux/x11/server/Events.h"
 #include "platform/linux/x11/server/Property.h"
-#include "platform/linux/Utf8.h"
 #include "platform/linux/x11/server/TextDecoding.h"
 #include "platform/linux/x11/server/UnseenWindow.h"
 
