@@ -6,6 +6,9 @@
 
 #include "platform/linux/Environment.h"
 #include "platform/linux/Trace.h"
+#include "platform/linux/wayland/KWinAccessibility.h"
+#include "platform/linux/wayland/KWinMover.h"
+#include "platform/linux/wayland/KWinWindowActivation.h"
 #include "platform/linux/wayland/KWinWindowLister.h"
 #include "platform/linux/wayland/KWinWindows.h"
 #include "platform/linux/wayland/NativeWindowIds.h"
@@ -31,5 +34,11 @@ void vistrelJoinWaylandSession(Session& session) {
   trace(TraceTopic::start, [&] { return description(connection.get()); });
   if (!connection) return;
   const auto ids = std::make_shared<NativeWindowIds>();
+  const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids);
   session.windowLister = std::make_unique<KWinWindowLister>(std::move(session.windowLister), ids);
+  session.windowActivation =
+      std::make_unique<KWinWindowActivation>(std::move(session.windowActivation), mover);
+  session.otherWindows =
+      std::make_unique<KWinAccessibility>(std::move(session.otherWindows), mover);
+  session.parkedSources = mover;
 }

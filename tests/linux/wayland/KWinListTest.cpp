@@ -1,75 +1,15 @@
-#include <condition_variable>
 #include <fstream>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <mutex>
 
-#include "platform/linux/SerialQueue.h"
 #include "platform/linux/wayland/NativeWindowIds.h"
-#include "platform/linux/wayland/WaylandSession.h"
-#include "platform/linux/x11/X11Session.h"
-#include "tests/support/KWinScripts.h"
-#include "tests/support/KWinSession.h"
-#include "tests/support/NativeWindow.h"
-#include "tests/support/TestWindow.h"
+#include "tests/linux/wayland/KWinTest.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-using testbed::eventually;
-using testbed::KWinScripts;
-using testbed::KWinSession;
-using testbed::NativeWindow;
 using testbed::TestWindow;
 using ::testing::ElementsAre;
 
-/// As the program lists windows in a session of KWin.
-class KWinList : public ::testing::Test {
- protected:
-  KWinList() {
-    desktop_.adoptEnvironment();
-    session_ = openX11Session(Instances::any).session;
-    vistrelJoinWaylandSession(*session_);
-  }
-  ~KWinList() override {
-    session_.reset();
-    shutDownSerialQueues();
-  }
-
-  std::vector<WindowRecord> list(ListedWindows which = ListedWindows::all) const {
-    std::mutex mutex;
-    std::condition_variable answered;
-    std::shared_ptr<const ShareableContent> answer;
-    bool isAnswered = false;
-    session_->windowLister->request(DesktopWindows::excluded, which,
-                                    [&](auto content, const auto& /*error*/) {
-                                      const std::lock_guard lock(mutex);
-                                      answer = std::move(content);
-                                      isAnswered = true;
-                                      answered.notify_one();
-                                    });
-    std::unique_lock lock(mutex);
-    answered.wait(lock, [&] { return isAnswered; });
-    return answer ? answer->windows : std::vector<WindowRecord>();
-  }
-  std::vector<std::string> titles(ListedWindows which = ListedWindows::all) const {
-    std::vector<std::string> titles;
-    for (const auto& each : list(which)) {
-      if (each->windowLayer == 0) titles.push_back(each->title.value_or(""));
-    }
-    return titles;
-  }
-  WindowRecord titled(const std::string& title) const {
-    for (const auto& each : list()) {
-      if (each->title == title) return each;
-    }
-    return nullptr;
-  }
-
-  const KWinSession desktop_;
-  KWinScripts kwin_{desktop_.busAddress()};
-  std::unique_ptr<Session> session_;
-};
+using KWinList = KWinTest;
 
 TEST_F(KWinList, HasNativeWindowsAndThoseOfXOnceEachInTheirOrder) {
   const NativeWindow lowest(desktop_.environment(), {.title = "Lowest"});
