@@ -1,26 +1,18 @@
 #include "platform/linux/WaylandModule.h"
 
 #include <dlfcn.h>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
+#include "platform/linux/Companions.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/Trace.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// Beside the program, as it is built, or where it is installed.
 void* loadModule() {
-  std::error_code failure;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
-  for (const char* place : {"vistrel-wayland.so", VISTREL_INSTALLED_WAYLAND}) {
-    const auto path = program.parent_path() / place;
-    if (!std::filesystem::exists(path, failure)) continue;
-    return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  }
-  return nullptr;
+  const auto path = companion("vistrel-wayland.so", VISTREL_INSTALLED_WAYLAND);
+  return path.empty() ? nullptr : dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
 std::string failureToLoad() {

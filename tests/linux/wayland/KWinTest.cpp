@@ -10,7 +10,7 @@
 
 namespace vistrel::platform::linux_desktop {
 
-KWinTest::KWinTest() {
+KWinTest::KWinTest(const testbed::KWinSession::Options& options) : desktop_(options) {
   desktop_.adoptEnvironment();
   session_ = openX11Session(Instances::any).session;
   vistrelJoinWaylandSession(*session_);

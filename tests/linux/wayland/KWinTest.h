@@ -20,7 +20,8 @@ using testbed::NativeWindow;
 /// What the program's session offers in one of KWin. One test for a process.
 class KWinTest : public ::testing::Test {
  protected:
-  KWinTest();
+  KWinTest() : KWinTest(testbed::KWinSession::Options{}) {}
+  explicit KWinTest(const testbed::KWinSession::Options& options);
   ~KWinTest() override;
 
   /// Topmost first.
