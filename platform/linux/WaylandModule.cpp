@@ -10,26 +10,33 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-void* loadModule() {
+/// A function of the Wayland half; null where this is no Wayland session, or without that half. The
+/// module stays: blocks that wait on queues are its code.
+void* functionOfModule(const char* name) {
+  if (environmentVariable("WAYLAND_DISPLAY").empty()) return nullptr;
   const auto path = companion("vistrel-wayland.so", VISTREL_INSTALLED_WAYLAND);
-  return path.empty() ? nullptr : dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-}
-
-std::string failureToLoad() {
-  const char* const failure = dlerror();
-  return "native windows are not offered: " +
-         std::string(failure == nullptr ? "vistrel-wayland.so is not installed" : failure);
+  void* const module = path.empty() ? nullptr : dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* const function = module == nullptr ? nullptr : dlsym(module, name);
+  if (function == nullptr) {
+    trace(TraceTopic::start, [] {
+      const char* const failure = dlerror();
+      return "native windows are not offered: " +
+             std::string(failure == nullptr ? "vistrel-wayland.so is not installed" : failure);
+    });
+  }
+  return function;
 }
 
 }  // namespace
 
 void joinWaylandSession(Session& session) {
-  if (environmentVariable("WAYLAND_DISPLAY").empty()) return;
-  // It stays: blocks that wait on queues are its code.
-  void* const module = loadModule();
-  void* const join = module == nullptr ? nullptr : dlsym(module, "vistrelJoinWaylandSession");
-  if (join == nullptr) return trace(TraceTopic::start, failureToLoad);
-  reinterpret_cast<void (*)(Session&)>(join)(session);
+  void* const join = functionOfModule("vistrelJoinWaylandSession");
+  if (join != nullptr) reinterpret_cast<void (*)(Session&)>(join)(session);
+}
+
+void notifyOfFailure(const std::string& failure) {
+  void* const notify = functionOfModule("vistrelNotifyOfFailure");
+  if (notify != nullptr) reinterpret_cast<void (*)(const char*)>(notify)(failure.c_str());
 }
 
 }  // namespace vistrel::platform::linux_desktop
