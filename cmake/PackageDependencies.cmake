@@ -2,10 +2,10 @@
 # need, and recommends those that the Wayland half needs beside them, without which it is not loaded.
 set(usr ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr)
 file(GLOB programs ${usr}/bin/* ${usr}/libexec/vistrel/vistrel-guard)
-file(GLOB modules ${usr}/lib/*/vistrel/*.so)
+file(GLOB_RECURSE modules ${usr}/lib/*.so)
 
 # dpkg-shlibdeps wants a package's description, of which it uses nothing.
-set(scratch ${CPACK_TEMPORARY_DIRECTORY}/dependencies)
+set(scratch ${CPACK_TOPLEVEL_DIRECTORY}/dependencies)
 file(WRITE ${scratch}/debian/control "Source: vistrel\n\nPackage: vistrel\nArchitecture: any\n")
 execute_process(
   COMMAND dpkg-shlibdeps -O ${programs} -dRecommends ${modules}

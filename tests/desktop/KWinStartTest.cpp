@@ -60,6 +60,16 @@ TEST(KWinStart, SaysInANotificationWhatIsMissingWithoutXWayland) {
   EXPECT_THAT(desktop.text(), HasSubstr("XWayland"));
 }
 
+TEST(KWinStart, TracesWhoListsCapturesAndMovesNativeWindows) {
+  const KWinSession session({.granted = {VISTREL_PROGRAM}, .variables = {"VISTREL_TRACE=start"}});
+  ChildProcess vistrel({.arguments = {VISTREL_PROGRAM}, .environment = session.environment()});
+  EXPECT_TRUE(eventually([&] {
+    return vistrel.standardError().find(
+               "vistrel: start: KWin lists, captures and moves native windows on wayland-0\n") !=
+           std::string::npos;
+  })) << vistrel.standardError();
+}
+
 TEST(KWinStart, EndsWithOneLineWhenTheCompositorDoes) {
   KWinSession session({.granted = {VISTREL_PROGRAM}});
   ChildProcess vistrel({.arguments = {VISTREL_PROGRAM}, .environment = session.environment()});

@@ -114,8 +114,9 @@ Message call(sd_bus* bus, const char* path, const char* interface, const char* m
 
 /// KWin 5.27 has its scripts at the root, KWin 6 below its scripting.
 bool start(sd_bus* bus, std::int32_t number, double deadline) {
-  const auto atRoot = "/" + std::to_string(number);
-  const auto below = scriptingPath + ("/Script" + std::to_string(number));
+  const auto name = std::to_string(number);
+  const auto atRoot = std::string("/").append(name);
+  const auto below = std::string(scriptingPath).append("/Script").append(name);
   return call(bus, below.c_str(), script, "run", deadline) ||
          call(bus, atRoot.c_str(), script, "run", deadline);
 }
