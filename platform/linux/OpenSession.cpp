@@ -1,16 +1,14 @@
 #include "platform/linux/OpenSession.h"
 
-#include "platform/linux/Environment.h"
+#include "platform/linux/WaylandModule.h"
 #include "platform/linux/x11/X11Session.h"
 
 namespace vistrel::platform::linux_desktop {
 
 SessionOrFailure openSession(Instances instances) {
-  // X11's fill in all of them.
+  // X11's fill in all of them: panels are windows of the X server in a Wayland session too.
   auto opened = openX11Session(instances);
-  if (opened.session) {
-    opened.session->mayHaveForeignWindows = !environmentVariable("WAYLAND_DISPLAY").empty();
-  }
+  if (opened.session) joinWaylandSession(*opened.session);
   return opened;
 }
 
