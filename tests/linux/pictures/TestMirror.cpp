@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/linux/x11/picture/MipLevels.h"
+#include "platform/linux/x11/source/SourceWindow.h"
 #include "platform/linux/x11/stream/MirrorWorker.h"
 #include "platform/linux/x11/stream/WindowFrames.h"
 #include "tests/support/ScreenReader.h"
@@ -98,7 +99,7 @@ StreamCompletion TestMirror::counted() {
 
 void TestMirror::start(xcb_window_t source, const StreamConfiguration& configuration) {
   stop();
-  stream_ = std::make_shared<CaptureStream>(source, configuration, events_);
+  stream_ = std::make_shared<CaptureStream>(source, openSourceWindow, configuration, events_);
   stream_->addStreamOutput(events_, StreamOutputType::screen, queue_);
   stream_->startCapture([events = events_, count = counted()](const auto& error) {
     {

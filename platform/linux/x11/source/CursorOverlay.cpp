@@ -4,6 +4,7 @@
 #include <xcb/xfixes.h>
 
 #include "platform/linux/x11/picture/Drawing.h"
+#include "platform/linux/x11/source/SourceWindow.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

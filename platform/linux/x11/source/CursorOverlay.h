@@ -5,9 +5,10 @@
 #include <vector>
 
 #include "platform/linux/x11/picture/PictureStore.h"
-#include "platform/linux/x11/source/SourceWindow.h"
 
 namespace vistrel::platform::linux_desktop {
+
+class SourceWindow;
 
 /// The pointer over one source window. Asks for the pointer's place only while the pointer is
 /// there; no event tells of its movement without getting in the way of other clients.
