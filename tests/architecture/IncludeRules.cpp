@@ -195,9 +195,18 @@ Place placeOf(const std::string& path) {
   return place;
 }
 
-bool areOppositeHalves(const Place& a, const Place& b) {
-  return a.backend == "linux" && b.backend == "linux" &&
-         ((a.half == "qt" && b.half == "x11") || (a.half == "x11" && b.half == "qt"));
+bool isHalf(const Place& place) {
+  return place.backend == "linux" &&
+         (place.half == "qt" || place.half == "x11" || place.half == "wayland");
+}
+
+/// Whether one half of the Linux backend includes what it may not know of another. The Wayland half
+/// brings pictures of windows into X11's panels, and the module that it is takes those rooms from
+/// the program.
+bool knowsAnotherHalf(const Place& from, const Place& to) {
+  static const std::set<std::string_view> roomsForWayland = {"server", "picture", "source"};
+  if (!isHalf(from) || !isHalf(to) || from.half == to.half) return false;
+  return from.half != "wayland" || to.half != "x11" || !roomsForWayland.contains(to.roomOfHalf);
 }
 
 /// The providers of a session: the same whatever display system fills them in.
@@ -239,10 +248,10 @@ std::optional<std::string> brokenRule(const Place& from, const std::string& incl
     return "a backend knows nothing of the core";
   }
   if (*to.room < *from.room) return "arrows run down only";
-  if (isProvider(from) && roomsOfHalves.contains(to.half)) {
+  if (isProvider(from) && isHalf(to)) {
     return "a provider knows no display system";
   }
-  if (areOppositeHalves(from, to)) return "the halves of a backend do not know each other";
+  if (knowsAnotherHalf(from, to)) return "the halves of a backend do not know each other";
   if (!to.backend.empty() && to.backend != from.backend) {
     return "a backend is known to itself alone";
   }

@@ -111,6 +111,31 @@ TEST(IncludeRules, CatchOneHalfOfTheLinuxBackendInTheOther) {
               IsEmpty());
 }
 
+TEST(IncludeRules, AllowTheWaylandHalfWhatBringsPicturesIntoPanels) {
+  EXPECT_THAT(brokenRules("platform/linux/wayland/A.cpp",
+                          "#include <wayland-client.h>\n"
+                          "#include \"platform/linux/session/B.h\"\n"
+                          "#include \"platform/linux/wayland/C.h\"\n"
+                          "#include \"platform/linux/x11/picture/D.h\"\n"
+                          "#include \"platform/linux/x11/server/E.h\"\n"
+                          "#include \"platform/linux/x11/source/F.h\"\n"),
+              IsEmpty());
+}
+
+TEST(IncludeRules, CatchTheWaylandHalfInAnotherAndAnyOtherRoomInIt) {
+  EXPECT_THAT(brokenRules("platform/linux/wayland/A.cpp",
+                          "#include \"platform/linux/x11/listing/B.h\"\n"
+                          "#include \"platform/linux/x11/X11Session.h\"\n"
+                          "#include \"platform/linux/qt/space/C.h\"\n"),
+              ElementsAre(oppositeHalf, oppositeHalf, oppositeHalf));
+  EXPECT_THAT(
+      brokenRules("platform/linux/x11/source/A.cpp", "#include \"platform/linux/wayland/B.h\"\n"),
+      ElementsAre(oppositeHalf));
+  EXPECT_THAT(
+      brokenRules("platform/linux/session/A.h", "#include \"platform/linux/wayland/B.h\"\n"),
+      ElementsAre(displaySystemInProvider));
+}
+
 TEST(IncludeRules, CatchADisplaySystemInAProvider) {
   EXPECT_THAT(brokenRules("platform/linux/session/A.h",
                           "#include <vector>\n"
