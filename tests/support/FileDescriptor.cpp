@@ -22,4 +22,13 @@ Pipe Pipe::open() {
   return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
+std::string readLine(const FileDescriptor& descriptor) {
+  std::string line;
+  char character = 0;
+  while (::read(descriptor.get(), &character, 1) == 1 && character != '\n') {
+    line += character;
+  }
+  return line;
+}
+
 }  // namespace vistrel::testbed

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <utility>
 
 namespace vistrel::testbed {
@@ -32,5 +33,8 @@ struct Pipe {
   FileDescriptor readEnd;
   FileDescriptor writeEnd;
 };
+
+/// The first line that a program writes into a pipe, once it is ready; empty when it ended first.
+std::string readLine(const FileDescriptor& descriptor);
 
 }  // namespace vistrel::testbed

@@ -2,7 +2,6 @@
 
 #include <csignal>
 #include <stdexcept>
-#include <unistd.h>
 #include <utility>
 
 #include "tests/support/ManagerConfiguration.h"
@@ -12,16 +11,6 @@
 namespace vistrel::testbed {
 namespace {
 
-// The first line that a program writes into a pipe, once it is ready; empty when it ended first.
-std::string readLine(const FileDescriptor& descriptor) {
-  std::string line;
-  char character = 0;
-  while (::read(descriptor.get(), &character, 1) == 1 && character != '\n') {
-    line += character;
-  }
-  return line;
-}
-
 [[noreturn]] void failToStart(const std::string& program, const ChildProcess& child) {
   throw std::runtime_error(program + " did not start: " + child.standardError());
 }
@@ -30,7 +19,7 @@ std::string readLine(const FileDescriptor& descriptor) {
 
 PrivateDisplay::PrivateDisplay(const Options& options) : variables_(options.variables) {
   startServer(options);
-  startBus();
+  bus_ = std::make_unique<SessionBus>(home_, environment());
   if (options.windowManager != WindowManager::none) {
     startWindowManager(options.windowManager);
   }
@@ -74,20 +63,6 @@ void PrivateDisplay::startServer(const Options& options) {
   }
   name_ = ":" + number;
   setUpMonitor(options.server, name_, options.width, options.height);
-}
-
-void PrivateDisplay::startBus() {
-  Pipe pipe = Pipe::open();
-  bus_ = std::make_unique<ChildProcess>(ChildProcess::Command{
-      .arguments = {"dbus-daemon", "--config-file=" + home_.busConfiguration().string(), "--nofork",
-                    "--nopidfile", "--print-address=" + std::to_string(pipe.writeEnd.get())},
-      .environment = environment(),
-      .inherited = {pipe.writeEnd.get()}});
-  pipe.writeEnd.close();
-  busAddress_ = readLine(pipe.readEnd);
-  if (busAddress_.empty()) {
-    failToStart("dbus-daemon", *bus_);
-  }
 }
 
 void PrivateDisplay::replaceWindowManager(WindowManager manager) {

@@ -7,6 +7,7 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/DisplayServer.h"
 #include "tests/support/PrivateHome.h"
+#include "tests/support/SessionBus.h"
 #include "tests/support/WindowManager.h"
 
 namespace vistrel::testbed {
@@ -36,9 +37,11 @@ class PrivateDisplay {
   /// As in the environment variable DISPLAY, e.g. ":7".
   const std::string& name() const { return name_; }
   /// Where the session's bus listens, as in DBUS_SESSION_BUS_ADDRESS.
-  const std::string& busAddress() const { return busAddress_; }
+  const std::string& busAddress() const { return bus_->address(); }
   /// The whole environment for programs of this session.
-  std::vector<std::string> environment() const { return environmentOnBus(busAddress_); }
+  std::vector<std::string> environment() const {
+    return environmentOnBus(bus_ ? bus_->address() : "");
+  }
   /// The same for programs of this session that use another bus.
   std::vector<std::string> environmentOnBus(const std::string& address) const;
   /// Makes this process itself a program of the session. Before any thread reads the environment.
@@ -60,15 +63,13 @@ class PrivateDisplay {
 
  private:
   void startServer(const Options& options);
-  void startBus();
   void startWindowManager(WindowManager manager);
 
   const std::vector<std::string> variables_;
   const PrivateHome home_;
   std::string name_;
-  std::string busAddress_;
   std::unique_ptr<ChildProcess> server_;
-  std::unique_ptr<ChildProcess> bus_;
+  std::unique_ptr<SessionBus> bus_;
   std::unique_ptr<ChildProcess> windowManager_;
 };
 

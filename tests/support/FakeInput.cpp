@@ -1,0 +1,61 @@
+#include "tests/support/FakeInput.h"
+
+#include <fake-input.h>
+
+namespace vistrel::testbed {
+namespace {
+
+constexpr std::uint32_t isUp = 0;
+constexpr std::uint32_t isDown = 1;
+
+}  // namespace
+
+FakeInput::FakeInput(const WaylandClient& client)
+    : client_(&client),
+      input_(client.bind<org_kde_kwin_fake_input>(org_kde_kwin_fake_input_interface, 4)) {
+  org_kde_kwin_fake_input_authenticate(input_, "Test", "stands in for a person");
+  client_->sync();
+}
+
+FakeInput::~FakeInput() { org_kde_kwin_fake_input_destroy(input_); }
+
+void FakeInput::moveTo(Point point) {
+  org_kde_kwin_fake_input_pointer_motion_absolute(input_, wl_fixed_from_int(point.x),
+                                                  wl_fixed_from_int(point.y));
+  client_->sync();
+}
+
+void FakeInput::press(Button button) {
+  org_kde_kwin_fake_input_button(input_, static_cast<std::uint32_t>(button), isDown);
+  client_->sync();
+}
+
+void FakeInput::release(Button button) {
+  org_kde_kwin_fake_input_button(input_, static_cast<std::uint32_t>(button), isUp);
+  client_->sync();
+}
+
+void FakeInput::clickAt(Point point, int count, Button button) {
+  moveTo(point);
+  for (int i = 0; i < count; ++i) {
+    press(button);
+    release(button);
+  }
+}
+
+void FakeInput::drag(Point from, Point to, int steps) {
+  moveTo(from);
+  press();
+  for (int step = 1; step <= steps; ++step) {
+    moveTo({from.x + (to.x - from.x) * step / steps, from.y + (to.y - from.y) * step / steps});
+  }
+  release();
+}
+
+void FakeInput::type(std::uint32_t key) {
+  org_kde_kwin_fake_input_keyboard_key(input_, key, isDown);
+  org_kde_kwin_fake_input_keyboard_key(input_, key, isUp);
+  client_->sync();
+}
+
+}  // namespace vistrel::testbed

@@ -1,0 +1,166 @@
+#include "tests/support/KWinSession.h"
+
+#include <csignal>
+#include <fstream>
+#include <stdexcept>
+namespace vistrel::testbed {
+namespace {
+
+namespace fs = std::filesystem;
+
+void write(const fs::path& file, const std::string& text) {
+  fs::create_directories(file.parent_path());
+  std::ofstream(file) << text;
+}
+
+constexpr auto installedKWin = "/usr/bin/kwin_wayland";
+
+std::string kwinrc(int desktops) {
+  return "[Compositing]\nEnabled=true\nAnimationSpeed=0\n\n"
+         "[Plugins]\nscreencastEnabled=true\n\n"
+         "[Desktops]\nNumber=" +
+         std::to_string(desktops) + "\nRows=1\n";
+}
+
+// WirePlumber 0.4's own configuration, without what opens the machine's devices.
+constexpr auto sessionManagement = "load_module(\"metadata\")\ndefault_access.enable()\n";
+
+// The service cache knows the applications that are in a menu; hidden ones too.
+constexpr auto menu = R"(<!DOCTYPE Menu PUBLIC "-//freedesktop//DTD Menu 1.0//EN"
+  "http://www.freedesktop.org/standards/menu-spec/menu-1.0.dtd">
+<Menu>
+  <Name>Applications</Name>
+  <DefaultAppDirs/>
+  <Include><All/></Include>
+</Menu>
+)";
+
+// Tells for whom X programs are to ask, once it is there.
+constexpr auto tellDisplay = R"(#!/bin/sh
+printf '%s\n%s\n' "$DISPLAY" "$XAUTHORITY" >"$HOME/display.new"
+mv "$HOME/display.new" "$HOME/display"
+)";
+
+void configure(const fs::path& home, int desktops) {
+  const fs::path config = home / "config";
+  write(config / "kwinrc", kwinrc(desktops));
+  // Windows that grow into their place are not where one sees them.
+  write(config / "kdeglobals", "[KDE]\nAnimationDurationFactor=0\n");
+  write(config / "wireplumber/main.lua.d/90-enable-all.lua", sessionManagement);
+  write(config / "wireplumber/bluetooth.lua.d/90-enable-all.lua", "");
+  write(config / "menus/kf5-applications.menu", menu);
+  write(home / "tell-display", tellDisplay);
+  fs::permissions(home / "tell-display", fs::perms::owner_all);
+  // Without its file capability, which a container may not grant.
+  fs::copy_file(installedKWin, home / "kwin_wayland");
+}
+
+template <class Condition>
+void await(ChildProcess& program, const char* name, const Condition& condition) {
+  if (!eventually([&] { return program.ending() || condition(); }) || program.ending()) {
+    throw std::runtime_error(std::string(name) + " did not start: " + program.standardError());
+  }
+}
+
+}  // namespace
+
+KWinSession::KWinSession(const Options& options) : variables_(options.variables) {
+  configure(home(), options.desktops);
+  grantWithoutNotice(fs::read_symlink("/proc/self/exe"));
+  for (const auto& program : options.granted) {
+    grantWithoutNotice(program);
+  }
+  bus_ = std::make_unique<SessionBus>(home_, environment());
+  rebuildServiceCache();
+  startPipeWire();
+  startKWin(options);
+}
+
+// XWayland ends with its compositor.
+KWinSession::~KWinSession() { killKWin(); }
+
+std::vector<std::string> KWinSession::environment() const {
+  std::vector<std::string> variables = home_.environment();
+  variables.insert(variables.end(),
+                   {"XDG_SESSION_TYPE=wayland", "XDG_CURRENT_DESKTOP=KDE",
+                    std::string("WAYLAND_DISPLAY=") + waylandName, "LIBGL_ALWAYS_SOFTWARE=1",
+                    // Threads of the rendering that have nothing to do take the others' time.
+                    "LP_NUM_THREADS=1", "NO_AT_BRIDGE=1"});
+  if (bus_) {
+    variables.push_back("DBUS_SESSION_BUS_ADDRESS=" + busAddress());
+  }
+  if (!xName_.empty()) {
+    variables.insert(variables.end(), {"DISPLAY=" + xName_, "XAUTHORITY=" + xAuthority_});
+  }
+  variables.insert(variables.end(), variables_.begin(), variables_.end());
+  return variables;
+}
+
+void KWinSession::grantWithoutNotice(const fs::path& program) const {
+  const std::string name = program.filename().string();
+  write(home() / "data/applications" / (name + ".desktop"),
+        "[Desktop Entry]\nType=Application\nNoDisplay=true\nName=" + name +
+            "\nExec=" + program.string() +
+            "\nX-KDE-Wayland-Interfaces=org_kde_plasma_window_management,"
+            "zkde_screencast_unstable_v1,org_kde_kwin_fake_input\n"
+            "X-KDE-DBUS-Restricted-Interfaces=org.kde.KWin.ScreenShot2\n");
+}
+
+void KWinSession::grant(const fs::path& program) {
+  grantWithoutNotice(program);
+  rebuildServiceCache();
+}
+
+void KWinSession::rebuildServiceCache() const {
+  ChildProcess build({.arguments = {"kbuildsycoca5"}, .environment = environment()});
+  const auto ending = build.waitForEnd();
+  if (!ending || ending->exitStatus != 0) {
+    throw std::runtime_error("kbuildsycoca5: " + build.standardError());
+  }
+}
+
+void KWinSession::startPipeWire() {
+  pipeWire_ = std::make_unique<ChildProcess>(
+      ChildProcess::Command{.arguments = {"pipewire"}, .environment = environment()});
+  // The other one ends where it does not find it.
+  await(*pipeWire_, "pipewire", [&] { return fs::exists(home() / "runtime/pipewire-0"); });
+  wirePlumber_ = std::make_unique<ChildProcess>(
+      ChildProcess::Command{.arguments = {"wireplumber"}, .environment = environment()});
+  await(*wirePlumber_, "wireplumber", [&] {
+    ChildProcess list({.arguments = {"pw-cli", "ls", "Metadata"}, .environment = environment()});
+    return list.waitForEnd() && list.standardOutput().find("default") != std::string::npos;
+  });
+}
+
+void KWinSession::stopPipeWire() {
+  wirePlumber_.reset();
+  pipeWire_.reset();
+}
+
+void KWinSession::startKWin(const Options& options) {
+  ChildProcess::Command command{
+      .arguments = {(home() / "kwin_wayland").string(), "--virtual", "--no-lockscreen", "--socket",
+                    waylandName, "--width", std::to_string(options.width), "--height",
+                    std::to_string(options.height), "--scale", std::to_string(options.scale),
+                    "--output-count", std::to_string(options.outputs)},
+      .environment = environment()};
+  command.environment.emplace_back("KWIN_COMPOSE=O2");
+  if (options.hasXWayland) {
+    command.arguments.emplace_back("--xwayland");
+  }
+  command.arguments.push_back((home() / "tell-display").string());
+  kwin_ = std::make_unique<ChildProcess>(command);
+  await(*kwin_, "kwin_wayland", [&] { return fs::exists(home() / "display"); });
+  std::ifstream told(home() / "display");
+  std::getline(told, xName_);
+  std::getline(told, xAuthority_);
+}
+
+void KWinSession::killKWin() {
+  if (kwin_) {
+    kwin_->sendSignal(SIGKILL);
+    static_cast<void>(kwin_->waitForEnd());
+  }
+}
+
+}  // namespace vistrel::testbed

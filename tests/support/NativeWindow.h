@@ -1,0 +1,59 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Picture.h"
+#include "tests/support/Rect.h"
+#include "tests/support/TestWindow.h"
+
+namespace vistrel::testbed {
+
+/// An ordinary window of some Wayland program, which is a process of its own, without decorations.
+/// The compositor puts it where it likes. All operations return once the compositor has dealt with
+/// them, and throw std::runtime_error when it does not by a generous deadline.
+class NativeWindow {
+ public:
+  struct Options {
+    std::string title = "Native Document";
+    /// What the compositor finds the program's desktop entry by.
+    std::string applicationId = "com.example.sample";
+    int width = 400;
+    int height = 300;
+    Quadrants picture = fourColours;
+  };
+
+  /// Opens the window in the session whose programs have `environment`, and returns once it shows
+  /// its picture.
+  NativeWindow(const std::vector<std::string>& environment, const Options& options);
+
+  pid_t pid() const { return program_.pid(); }
+  /// Repaints all of it at one stroke.
+  void show(const Quadrants& picture);
+  /// Repaints a part of it, in its own coordinates.
+  void paint(Rect part, Rgb colour);
+  /// Resizes, and paints the picture anew at that size.
+  void resize(int width, int height);
+  void setTitle(const std::string& title);
+  void minimise();
+  void maximise(bool isMaximised);
+  void fillScreen(bool isFullScreen);
+  /// How many buttons a person has pressed in it, and how many keys, so far.
+  int pressedButtons();
+  int typedKeys();
+  /// The program closes its window, and ends.
+  void close();
+
+ private:
+  NativeWindow(const std::vector<std::string>& environment, const Options& options, Pipe commands,
+               Pipe answers);
+  /// The program's answer, without the newline.
+  std::string tell(const std::string& command);
+
+  FileDescriptor commands_;
+  FileDescriptor answers_;
+  ChildProcess program_;
+};
+
+}  // namespace vistrel::testbed

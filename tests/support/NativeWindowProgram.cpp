@@ -1,0 +1,302 @@
+// An ordinary Wayland program with one window; a test tells it what to do: see NativeWindow.h.
+// Arguments: the descriptors to read commands from and to write answers to, the application's id.
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <poll.h>
+#include <sstream>
+#include <string>
+#include <sys/mman.h>
+#include <system_error>
+#include <unistd.h>
+#include <xdg-shell.h>
+
+#include "tests/support/FileDescriptor.h"
+#include "tests/support/WaylandClient.h"
+
+namespace vistrel::testbed {
+namespace {
+
+using Pixel = std::uint32_t;  // XRGB, 8 bits each
+
+int checked(int result, const char* what) {
+  if (result < 0) {
+    throw std::system_error(errno, std::generic_category(), what);
+  }
+  return result;
+}
+
+/// Memory that the compositor reads: what one commit shows.
+class Buffer {
+ public:
+  Buffer(wl_shm* shm, int width, int height) : width_(width), height_(height) {
+    const FileDescriptor file(checked(::memfd_create("window", MFD_CLOEXEC), "memfd_create"));
+    checked(::ftruncate(file.get(), static_cast<off_t>(bytes())), "ftruncate");
+    pixels_ = static_cast<Pixel*>(
+        ::mmap(nullptr, bytes(), PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0));
+    auto* const pool = wl_shm_create_pool(shm, file.get(), static_cast<std::int32_t>(bytes()));
+    buffer_ = wl_shm_pool_create_buffer(pool, 0, width, height, width * 4, WL_SHM_FORMAT_XRGB8888);
+    wl_shm_pool_destroy(pool);
+    static constexpr wl_buffer_listener listener{
+        [](void* self, wl_buffer*) { static_cast<Buffer*>(self)->isHeld_ = false; }};
+    wl_buffer_add_listener(buffer_, &listener, this);
+  }
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+  ~Buffer() {
+    wl_buffer_destroy(buffer_);
+    ::munmap(pixels_, bytes());
+  }
+
+  int width() const { return width_; }
+  int height() const { return height_; }
+  /// Whether the compositor may still read it.
+  bool isHeld() const { return isHeld_; }
+  void attachTo(wl_surface* surface) {
+    isHeld_ = true;
+    wl_surface_attach(surface, buffer_, 0, 0);
+  }
+  void copy(const Buffer& other) { std::copy_n(other.pixels_, width_ * height_, pixels_); }
+  void fill(int x, int y, int width, int height, Pixel colour) {
+    for (int row = std::max(y, 0); row < std::min(y + height, height_); ++row) {
+      for (int column = std::max(x, 0); column < std::min(x + width, width_); ++column) {
+        pixels_[row * width_ + column] = colour;
+      }
+    }
+  }
+
+ private:
+  std::size_t bytes() const { return static_cast<std::size_t>(width_) * height_ * 4; }
+
+  int width_;
+  int height_;
+  Pixel* pixels_ = nullptr;
+  wl_buffer* buffer_ = nullptr;
+  bool isHeld_ = false;
+};
+
+class Window {
+ public:
+  explicit Window(const char* applicationId) {
+    setUpWindow(applicationId);
+    setUpInput();
+    while (!isConfigured_) {
+      checked(wl_display_dispatch(client_.display()), "the compositor");
+    }
+  }
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+
+  bool isClosed() const { return isClosed_; }
+  wl_display* display() const { return client_.display(); }
+
+  std::string obey(const std::string& line) {
+    std::istringstream text(line);
+    std::string command;
+    text >> command >> std::ws;
+    const std::string answer = carryOut(command, text);
+    client_.sync();
+    return answer;
+  }
+
+ private:
+  void setUpWindow(const char* applicationId) {
+    static constexpr xdg_wm_base_listener pings{
+        [](void*, xdg_wm_base* base, std::uint32_t serial) { xdg_wm_base_pong(base, serial); }};
+    static constexpr xdg_surface_listener configures{
+        [](void* self, xdg_surface* surface, std::uint32_t serial) {
+          xdg_surface_ack_configure(surface, serial);
+          static_cast<Window*>(self)->configured();
+        }};
+    static constexpr xdg_toplevel_listener toplevels{
+        [](void* self, xdg_toplevel*, std::int32_t width, std::int32_t height, wl_array*) {
+          if (width > 0 && height > 0) {
+            static_cast<Window*>(self)->width_ = width;
+            static_cast<Window*>(self)->height_ = height;
+          }
+        },
+        [](void* self, xdg_toplevel*) { static_cast<Window*>(self)->isClosed_ = true; },
+        [](void*, xdg_toplevel*, std::int32_t, std::int32_t) {},
+        [](void*, xdg_toplevel*, wl_array*) {}};
+    xdg_wm_base_add_listener(base_, &pings, nullptr);
+    xdg_surface_add_listener(shell_, &configures, this);
+    xdg_toplevel_add_listener(toplevel_, &toplevels, this);
+    xdg_toplevel_set_app_id(toplevel_, applicationId);
+    wl_surface_commit(surface_);
+  }
+
+  void setUpInput() {
+    static constexpr wl_pointer_listener pointers{
+        [](void*, wl_pointer*, std::uint32_t, wl_surface*, wl_fixed_t, wl_fixed_t) {},
+        [](void*, wl_pointer*, std::uint32_t, wl_surface*) {},
+        [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {},
+        [](void* self, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t,
+           std::uint32_t state) { static_cast<Window*>(self)->buttons_ += state == 1 ? 1 : 0; },
+        [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {}};
+    static constexpr wl_keyboard_listener keyboards{
+        [](void*, wl_keyboard*, std::uint32_t, int keymap, std::uint32_t) { ::close(keymap); },
+        [](void*, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) {},
+        [](void*, wl_keyboard*, std::uint32_t, wl_surface*) {},
+        [](void* self, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t,
+           std::uint32_t state) { static_cast<Window*>(self)->keys_ += state == 1 ? 1 : 0; },
+        [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t,
+           std::uint32_t) {}};
+    wl_pointer_add_listener(wl_seat_get_pointer(seat_), &pointers, this);
+    wl_keyboard_add_listener(wl_seat_get_keyboard(seat_), &keyboards, this);
+  }
+
+  void configured() {
+    isConfigured_ = true;
+    show();
+  }
+
+  std::string carryOut(const std::string& command, std::istringstream& text) {
+    if (command == "show") {
+      for (Pixel& colour : quadrants_) {
+        text >> std::hex >> colour;
+      }
+      shown_.reset();
+      show();
+    } else if (command == "paint") {
+      int x = 0;
+      int y = 0;
+      int width = 0;
+      int height = 0;
+      Pixel colour = 0;
+      text >> x >> y >> width >> height >> std::hex >> colour;
+      paint(x, y, width, height, colour);
+    } else if (command == "resize") {
+      text >> width_ >> height_;
+      show();
+    } else if (command == "title") {
+      std::string title;
+      std::getline(text, title);
+      xdg_toplevel_set_title(toplevel_, title.c_str());
+    } else if (command == "minimise") {
+      xdg_toplevel_set_minimized(toplevel_);
+    } else if (command == "maximise") {
+      xdg_toplevel_set_maximized(toplevel_);
+    } else if (command == "unmaximise") {
+      xdg_toplevel_unset_maximized(toplevel_);
+    } else if (command == "fill") {
+      xdg_toplevel_set_fullscreen(toplevel_, nullptr);
+    } else if (command == "unfill") {
+      xdg_toplevel_unset_fullscreen(toplevel_);
+    } else if (command == "buttons") {
+      return std::to_string(buttons_);
+    } else if (command == "keys") {
+      return std::to_string(keys_);
+    } else if (command == "close") {
+      xdg_toplevel_destroy(toplevel_);
+      xdg_surface_destroy(shell_);
+      isClosed_ = true;
+    } else {
+      throw std::runtime_error("no such command: " + command);
+    }
+    return "done";
+  }
+
+  /// The picture, unless it is there at this size.
+  void show() {
+    if (shown_ && shown_->width() == width_ && shown_->height() == height_) {
+      return;
+    }
+    auto next = std::make_unique<Buffer>(shm_, width_, height_);
+    const int left = width_ / 2;
+    const int top = height_ / 2;
+    next->fill(0, 0, left, top, quadrants_[0]);
+    next->fill(left, 0, width_ - left, top, quadrants_[1]);
+    next->fill(0, top, left, height_ - top, quadrants_[2]);
+    next->fill(left, top, width_ - left, height_ - top, quadrants_[3]);
+    commit(std::move(next), 0, 0, width_, height_);
+  }
+
+  void paint(int x, int y, int width, int height, Pixel colour) {
+    auto next = std::make_unique<Buffer>(shm_, width_, height_);
+    next->copy(*shown_);
+    next->fill(x, y, width, height, colour);
+    commit(std::move(next), x, y, width, height);
+  }
+
+  void commit(std::unique_ptr<Buffer> next, int x, int y, int width, int height) {
+    next->attachTo(surface_);
+    wl_surface_damage_buffer(surface_, x, y, width, height);
+    wl_surface_commit(surface_);
+    former_ = std::move(shown_);
+    shown_ = std::move(next);
+  }
+
+  const WaylandClient client_;
+  wl_shm* shm_ = client_.bind<wl_shm>(wl_shm_interface, 1);
+  wl_seat* seat_ = client_.bind<wl_seat>(wl_seat_interface, 1);
+  xdg_wm_base* base_ = client_.bind<xdg_wm_base>(xdg_wm_base_interface, 1);
+  wl_surface* surface_ =
+      wl_compositor_create_surface(client_.bind<wl_compositor>(wl_compositor_interface, 4));
+  xdg_surface* shell_ = xdg_wm_base_get_xdg_surface(base_, surface_);
+  xdg_toplevel* toplevel_ = xdg_surface_get_toplevel(shell_);
+  std::array<Pixel, 4> quadrants_{};
+  std::unique_ptr<Buffer> shown_;
+  std::unique_ptr<Buffer> former_;
+  int width_ = 100;
+  int height_ = 100;
+  int buttons_ = 0;
+  int keys_ = 0;
+  bool isConfigured_ = false;
+  bool isClosed_ = false;
+};
+
+void answer(int descriptor, const std::string& text) {
+  const std::string line = text + '\n';
+  checked(static_cast<int>(::write(descriptor, line.data(), line.size())), "write");
+}
+
+/// Obeys until there are no commands any more, and answers the compositor meanwhile.
+void serve(Window& window, int commands, int answers) {
+  std::string pending;
+  while (!window.isClosed()) {
+    wl_display_flush(window.display());
+    std::array<pollfd, 2> waited{pollfd{wl_display_get_fd(window.display()), POLLIN, 0},
+                                 pollfd{commands, POLLIN, 0}};
+    checked(::poll(waited.data(), waited.size(), -1), "poll");
+    if (waited[0].revents != 0) {
+      checked(wl_display_dispatch(window.display()), "the compositor");
+    }
+    if (waited[1].revents == 0) {
+      continue;
+    }
+    std::array<char, 256> chunk{};
+    const auto count =
+        checked(static_cast<int>(::read(commands, chunk.data(), chunk.size())), "read");
+    if (count == 0) {
+      return;
+    }
+    pending.append(chunk.data(), static_cast<std::size_t>(count));
+    for (auto end = pending.find('\n'); end != std::string::npos; end = pending.find('\n')) {
+      answer(answers, window.obey(pending.substr(0, end)));
+      pending.erase(0, end + 1);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vistrel::testbed
+
+int main(int argc, char** argv) {
+  if (argc != 4) {
+    return 2;
+  }
+  try {
+    vistrel::testbed::Window window(argv[3]);
+    vistrel::testbed::serve(window, std::atoi(argv[1]), std::atoi(argv[2]));
+  } catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return 1;
+  }
+}

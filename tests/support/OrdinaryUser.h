@@ -1,0 +1,12 @@
+#pragma once
+
+namespace vistrel::testbed {
+
+/// While root makes one, the process becomes nobody, for good, with all that it starts from then
+/// on; another user stays who they are.
+struct OrdinaryUser {
+  /// Throws std::system_error when the system refuses.
+  OrdinaryUser();
+};
+
+}  // namespace vistrel::testbed
