@@ -30,6 +30,9 @@ class CaptureSource {
   virtual void handle(const xcb_generic_event_t& event) = 0;
   /// Follows what has been told. To be called once all events have been handled.
   virtual void refresh() = 0;
+  /// Whether a person can see the mirror's picture at all. While they cannot, a source whose frames
+  /// cost others something may come with fewer: with as many as show that the window changes.
+  virtual void setSeen(bool /*isSeen*/) {}
 
   virtual bool isGone() const = 0;
   /// False where the server had no memory for the window's picture; `refresh` tries again.
@@ -48,6 +51,8 @@ class CaptureSource {
   /// Takes notice of what has changed so far. The answer need not be waited for before it is
   /// needed.
   virtual void askForChanges() = 0;
+  /// Brings the frame handed out last into the picture, where it has not come there by itself.
+  virtual void takeFrameOver() {}
   /// What had changed in the picture when that was last asked for, and is not taken yet.
   virtual PictureChanges takeChanges() = 0;
   /// As `PixelBuffer::visitSampleGrid`, of the frame handed out last.

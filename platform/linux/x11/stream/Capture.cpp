@@ -50,6 +50,7 @@ void Capture::proceed() {
   if (ended_) return;
   const double now = monotonicNow();
   if (now < roomLook_ && !source_->isGone()) return worker_.comeBackAt(roomLook_);
+  source_->setSeen(worker_.isPictureSeen());
   source_->refresh();
   if (source_->isGone()) return fail({"The window has been closed."});
   if (!source_->hasRoom()) return lackRoom(now);
@@ -140,6 +141,7 @@ bool Capture::isUnchangedSinceCommit() {
 
 std::shared_ptr<const Image> Capture::commit() {
   assert(thread_.isCurrent());
+  source_->takeFrameOver();
   collectChanges();
   takeAskedCursor();
   // What is known to have changed may be that the client has lost parts meanwhile: such changes

@@ -194,6 +194,12 @@ std::vector<PixelSize> MirrorWorker::pictureSizes(PixelSize source) const {
   return sizes;
 }
 
+bool MirrorWorker::isPictureSeen() const {
+  return std::any_of(panels_.begin(), panels_.end(), [](const PanelPainter& each) {
+    return each.pictureSizeFor({1, 1});
+  });
+}
+
 const LivePicture* MirrorWorker::unchangedSource() {
   for (const auto& each : captures_) {
     if (each.capture->picture().get() != store_.source()) continue;

@@ -47,6 +47,9 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   std::shared_ptr<const Image> commit(WindowID source, std::shared_ptr<const LivePicture> picture,
                                       PictureChanges changes, const CursorMark& cursor);
 
+  /// Whether there is a panel with room for the picture.
+  bool isPictureSeen() const;
+
   void addPanel(xcb_window_t window);
   /// Nothing touches the window any more when this returns.
   void removePanel(xcb_window_t window);
