@@ -23,6 +23,7 @@
 #include "platform/linux/x11/parking/X11Accessibility.h"
 #include "platform/linux/x11/parking/X11SourceSituations.h"
 #include "platform/linux/x11/server/Connection.h"
+#include "platform/linux/x11/source/SourceWindow.h"
 #include "platform/linux/x11/stream/X11PanelWindows.h"
 #include "platform/linux/x11/stream/X11WindowStreams.h"
 
@@ -90,7 +91,7 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->contextMenuKeys = std::make_unique<X11ContextMenuKeys>(panelQueue);
   session->windowActivation = std::make_unique<X11WindowActivation>(connection);
   session->windowLister = std::make_unique<ShareableContentService>(session->layout);
-  session->windowStreams = std::make_unique<X11WindowStreams>(connection);
+  session->windowStreams = std::make_unique<X11WindowStreams>(connection, openSourceWindow);
   const auto command = std::make_shared<CommandDeadline>();
   const auto hiddenDisplays =
       std::make_shared<X11VirtualDisplays>(connection, session->layout, command);

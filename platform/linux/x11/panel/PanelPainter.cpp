@@ -48,7 +48,7 @@ std::optional<Canvas> makeCornerMask(Connection& connection, int radius) {
   if (!mask) return std::nullopt;
   const std::size_t stride = (static_cast<std::size_t>(side) + 3) / 4 * 4;
   const auto coverage = discCoverage(radius, stride);
-  putRows(connection, mask->pixmap, 8, side, 0, side, coverage.data(), stride);
+  putRows(connection, mask->pixmap, 8, {0, 0, side, side}, coverage.data(), stride);
   return mask;
 }
 
@@ -145,7 +145,7 @@ bool PanelPainter::makeCanvasesFor(const PanelChrome& chrome) {
 void PanelPainter::uploadRows(int first, int count) {
   const auto width = static_cast<std::size_t>(chrome_->width);
   const auto* pixels = chrome_->pixels.data() + static_cast<std::size_t>(first) * width;
-  putRows(connection_, chromeCanvas_.pixmap, 32, chrome_->width, first, count,
+  putRows(connection_, chromeCanvas_.pixmap, 32, {0, first, chrome_->width, count},
           reinterpret_cast<const std::uint8_t*>(pixels), width * sizeof(*pixels));
   dirty_.add({0, first, chrome_->width, count});
 }

@@ -4,6 +4,7 @@
 #include <xcb/xfixes.h>
 
 #include "platform/linux/x11/picture/Drawing.h"
+#include "platform/linux/x11/source/SourceWindow.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -24,25 +25,23 @@ std::optional<Canvas> halved(Connection& connection, const Canvas& canvas) {
   return result;
 }
 
-/// As it is, and its halves. Empty where the server has no memory for them.
-std::vector<Canvas> levelsOf(Connection& connection,
-                             const xcb_xfixes_get_cursor_image_reply_t& image) {
+}  // namespace
+
+std::shared_ptr<const std::vector<Canvas>> cursorLevels(Connection& connection, PixelSize size,
+                                                        const std::uint32_t* pixels) {
   std::vector<Canvas> levels;
-  auto next = makeTransparentOutside(connection, {image.width, image.height});
-  if (!next) return {};
-  const auto* pixels = xcb_xfixes_get_cursor_image_cursor_image(&image);
-  putRows(connection, next->pixmap, 32, image.width, 0, image.height,
-          reinterpret_cast<const std::uint8_t*>(pixels), image.width * sizeof(*pixels));
+  auto next = makeTransparentOutside(connection, size);
+  if (!next) return nullptr;
+  putRows(connection, next->pixmap, 32, rectOf(size), reinterpret_cast<const std::uint8_t*>(pixels),
+          static_cast<std::size_t>(size.width) * sizeof(*pixels));
   levels.push_back(*std::move(next));
   while (levels.back().size != PixelSize{1, 1}) {
     next = halved(connection, levels.back());
-    if (!next) return {};
+    if (!next) return nullptr;
     levels.push_back(*std::move(next));
   }
-  return levels;
+  return std::make_shared<const std::vector<Canvas>>(std::move(levels));
 }
-
-}  // namespace
 
 void CursorOverlay::handle(const xcb_generic_event_t& event, const SourceWindow& source) {
   if (typeOf(event) == connection_.extensions().cursorNotify) {
@@ -90,12 +89,9 @@ void CursorOverlay::readImage() {
       replyTo<xcb_xfixes_get_cursor_image_reply>(xcb, xcb_xfixes_get_cursor_image(xcb));
   if (!image || image->width == 0 || image->height == 0) return;
   image_ = {-image->xhot, -image->yhot, image->width, image->height};
-  auto levels = levelsOf(connection_, *image);
-  if (levels.empty()) {
-    imageIsStale_ = true;
-  } else {
-    levels_ = std::make_shared<const std::vector<Canvas>>(std::move(levels));
-  }
+  levels_ = cursorLevels(connection_, sizeOf(image_),
+                         xcb_xfixes_get_cursor_image_cursor_image(image.get()));
+  imageIsStale_ = !levels_;
 }
 
 }  // namespace vistrel::platform::linux_desktop
