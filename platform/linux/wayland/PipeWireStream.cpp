@@ -63,11 +63,12 @@ const spa_pod* wantedBuffers(spa_pod_builder& builder) {
   return static_cast<const spa_pod*>(spa_pod_builder_pop(&builder, &frame));
 }
 
+/// As much as whoever streams wants to tell, within those sizes.
 const spa_pod* wantedMeta(spa_pod_builder& builder, std::uint32_t type, int least, int most) {
   spa_pod_frame frame{};
   spa_pod_builder_push_object(&builder, &frame, SPA_TYPE_OBJECT_ParamMeta, SPA_PARAM_Meta);
   spa_pod_builder_add(&builder, SPA_PARAM_META_type, SPA_POD_Id(type), SPA_PARAM_META_size,
-                      SPA_POD_CHOICE_RANGE_Int(most, least, most), 0);
+                      SPA_POD_CHOICE_RANGE_Int(least, least, most), 0);
   return static_cast<const spa_pod*>(spa_pod_builder_pop(&builder, &frame));
 }
 
@@ -222,22 +223,28 @@ void PipeWireStream::formatChanged(const spa_pod* format) {
   size_ = {static_cast<int>(info.size.width), static_cast<int>(info.size.height)};
   askForBuffers();
   constexpr double untilBuffersAreThere = 0.03;
-  if (isAnother && !std::exchange(awaitsFirstOfSize_, true)) wakeAfterResize(untilBuffersAreThere);
+  if (isAnother && isActive_) wakeAfter(untilBuffersAreThere);
 }
 
-/// KWin 5.27 sends nothing after a change of size until the stream is paused and resumed.
-void PipeWireStream::wakeAfterResize(double delay) {
+/// KWin 5.27 sends nothing after a change of size until the stream is paused and resumed, and
+/// sometimes nothing after it was resumed soon after a pause.
+void PipeWireStream::wakeAfter(double seconds) {
   const auto queue = queue_.lock();
   if (!queue) return;
-  queue->asyncAt(monotonicNow() + delay, [this, delay, alive = std::weak_ptr(alive_)] {
-    if (!alive.lock() || hasEnded_ || !awaitsFirstOfSize_) return;
-    if (isActive_) {
-      setActive(false);
-      setActive(true);
-    }
-    constexpr double longest = 1;
-    wakeAfterResize(std::min(2 * delay, longest));
-  });
+  awaitsFrame_ = true;
+  constexpr double longest = 1;
+  const double nextDelay = std::min(2 * seconds, longest);
+  queue->asyncAt(monotonicNow() + seconds,
+                 [this, nextDelay, wait = ++awaited_, alive = std::weak_ptr(alive_)] {
+                   if (alive.lock() && wait == awaited_) wake(nextDelay);
+                 });
+}
+
+void PipeWireStream::wake(double nextDelay) {
+  if (hasEnded_ || !awaitsFrame_ || !isActive_) return;
+  pw_stream_set_active(stream_.get(), false);
+  pw_stream_set_active(stream_.get(), true);
+  wakeAfter(nextDelay);
 }
 
 void PipeWireStream::askForBuffers() {
@@ -286,7 +293,7 @@ void PipeWireStream::take(const std::shared_ptr<Buffer>& buffer) {
   }
   // The one that nobody has taken goes back.
   frame_ = std::move(frame);
-  awaitsFirstOfSize_ = false;
+  awaitsFrame_ = false;
   hasNews_ = true;
 }
 
@@ -330,6 +337,8 @@ void PipeWireStream::setActive(bool active) {
   if (hasEnded_ || isActive_ == active) return;
   isActive_ = active;
   pw_stream_set_active(stream_.get(), active);
+  constexpr double usualDelay = 0.1;
+  if (active) wakeAfter(usualDelay);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -46,7 +46,8 @@ class PipeWireStream {
   /// Whether nothing comes any more: the node has gone, it shows what cannot be taken, or PipeWire
   /// itself is gone.
   bool hasEnded() const { return hasEnded_; }
-  /// Nothing is sent while it is not active, which costs nothing on either side.
+  /// Nothing is sent while it is not active, which costs nothing on either side. A stream that has
+  /// become active sends a frame, be it the same as before.
   void setActive(bool active);
   bool isActive() const { return isActive_; }
 
@@ -91,7 +92,9 @@ class PipeWireStream {
   void readPointer(const spa_buffer& buffer);
   /// Null where there are no pixels in it, or none that may be read.
   std::shared_ptr<const StreamFrame> frameIn(const std::shared_ptr<Buffer>& buffer) const;
-  void wakeAfterResize(double delay);
+  /// Pauses and resumes it after so many seconds, and again later, until there comes a frame.
+  void wakeAfter(double seconds);
+  void wake(double nextDelay);
 
   const std::weak_ptr<SerialQueue> queue_;
   const std::function<void()> changed_;
@@ -110,7 +113,8 @@ class PipeWireStream {
   bool hasNews_ = false;  // for `changed`
   bool hasEnded_ = false;
   bool isActive_ = true;
-  bool awaitsFirstOfSize_ = false;
+  bool awaitsFrame_ = false;  // which there is to be, whether the window changes or not
+  int awaited_ = 0;           // the number of the wait, for those that are over
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -11,7 +11,7 @@
 namespace vistrel::platform::linux_desktop {
 
 /// The longest side of a pointer's picture that is taken from a stream, in pixels.
-inline constexpr int longestPointerSide = 256;
+inline constexpr int longestPointerSide = 1024;
 
 /// The pointer's picture; as RENDER's a8r8g8b8, premultiplied, rows without gaps.
 struct PointerImage {

@@ -138,6 +138,12 @@ void TestMirror::resizePanel(int width, int height) {
   surface_->setChrome(clearChrome(width, height), nullptr);
 }
 
+void TestMirror::rollUp() {
+  auto chrome = clearChrome(area_.width, area_.height);
+  chrome.contents = std::nullopt;
+  surface_->setChrome(std::move(chrome), nullptr);
+}
+
 void TestMirror::turn() {
   std::shared_ptr<const Image> image;
   {

@@ -41,6 +41,8 @@ class TestMirror {
   void configure(const StreamConfiguration& configuration);
   /// Gives the panel another size.
   void resizePanel(int width, int height);
+  /// Leaves no room for the picture in the panel, until it is resized.
+  void rollUp();
   /// The configuration that the program starts with.
   static StreamConfiguration usualConfiguration();
 
