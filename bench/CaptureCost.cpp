@@ -65,7 +65,7 @@ void mirrors(benchmark::internal::Benchmark* benchmark) {
   benchmark->Arg(1)->Arg(4)->Arg(manyMirrors)->Iterations(1)->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK_CAPTURE(captureCost, staticSource, rest)->Apply(mirrors);
+BENCHMARK_CAPTURE(captureCost, staticSource, rest)->Apply(mirrors)->Arg(64);
 BENCHMARK_CAPTURE(captureCost, smallChange, paintTwoPercent)->Apply(mirrors);
 BENCHMARK_CAPTURE(captureCost, fullRepaint, paintAll)->Apply(mirrors);
 

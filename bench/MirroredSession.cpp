@@ -1,5 +1,6 @@
 #include "bench/MirroredSession.h"
 
+#include <algorithm>
 #include <ctime>
 #include <fstream>
 #include <stdexcept>
@@ -9,6 +10,9 @@
 
 namespace vistrel::bench {
 namespace {
+
+/// The most that the picker shows.
+constexpr std::size_t rowsWithoutScrolling = 12;
 
 double processorSeconds(pid_t pid) {
   clockid_t clock{};
@@ -32,7 +36,7 @@ MirroredSession::MirroredSession(int mirrors) {
   vistrel_ = std::make_unique<testbed::RunningVistrel>(display_, connection_);
   testbed::InputDriver hand(connection_);
   constexpr std::uint32_t betweenClicks = 700;
-  hand.clickAt(vistrel_->pickerRows(sources_.size()).front().centre());
+  hand.clickAt(firstRow().centre());
   for (std::size_t i = 0; i < sources_.size(); ++i) {
     hand.rest(betweenClicks);
     hand.type(testbed::keyReturn);
@@ -44,6 +48,16 @@ MirroredSession::MirroredSession(int mirrors) {
       throw std::runtime_error("a mirror did not come to rest");
     }
   }
+}
+
+testbed::Rect MirroredSession::firstRow() const {
+  const testbed::PickerOnScreen picker = vistrel_->picker();
+  const auto expected = std::min<std::size_t>(sources_.size(), rowsWithoutScrolling);
+  std::vector<testbed::Rect> rows;
+  if (!testbed::eventually([&] { return (rows = picker.rows()).size() >= expected; })) {
+    throw std::runtime_error("the picker does not list the sources");
+  }
+  return rows.front();
 }
 
 double MirroredSession::clientSeconds() const {

@@ -31,7 +31,10 @@ class MirroredSession {
   static constexpr testbed::Rect sourceArea{10, 30, 1900, 1050};
 
  private:
-  testbed::PrivateDisplay display_{{.width = 1920, .height = 1200}};
+  testbed::Rect firstRow() const;
+
+  // On which the cascade of 64 panels leaves each one's dot to be seen.
+  testbed::PrivateDisplay display_{{.width = 2560, .height = 2400}};
   testbed::XConnection connection_{display_.name()};
   std::vector<std::unique_ptr<testbed::TestWindow>> sources_;
   std::unique_ptr<testbed::RunningVistrel> vistrel_;

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <fstream>
 
 #include "tests/desktop/DesktopTest.h"
+#include "tests/support/AuthorityFile.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -45,21 +45,9 @@ TEST_F(Start, WithADisplayThatIsNotThereItSaysSoAndEnds) {
 }
 
 TEST_F(Start, WithADisplayThatRefusesItSaysSoAndEnds) {
-  // An authority file with one MIT-MAGIC-COOKIE-1 for any display (Xau(3): family FamilyWild, empty
-  // address and number; lengths are 16 bits, highest byte first): whoever lacks it is refused.
-  const TemporaryDirectory directory;
-  const std::string name = "MIT-MAGIC-COOKIE-1";
-  const std::string cookie(16, 'k');
-  std::string entry("\xff\xff\0\0\0\0", 6);
-  for (const std::string& part : {name, cookie}) {
-    entry += '\0';
-    entry += static_cast<char>(part.size());
-    entry += part;
-  }
-  const std::string file = (directory.path() / "authority").string();
-  std::ofstream(file, std::ios::binary) << entry;
+  const AuthorityFile authority;
   const PrivateDisplay closed(
-      {.windowManager = WindowManager::none, .serverArguments = {"-auth", file}});
+      {.windowManager = WindowManager::none, .serverArguments = {"-auth", authority.path()}});
   ASSERT_THROW(XConnection{closed.name()}, std::runtime_error);
   ChildProcess process(
       RunningVistrel::command({}, withDisplay(closed.environment(), closed.name())));

@@ -138,7 +138,7 @@ void fill(Connection& connection, const Picture& target, const Color& color,
 void putRows(Connection& connection, const Pixmap& pixmap, std::uint8_t depth,
              const PixelRect& area, const std::uint8_t* bytes, std::size_t stride) {
   constexpr std::size_t headerBytes = 64;
-  // A server without memory for a request throws the client out.
+  // X.Org's server 21.1.7 throws a client out for whose request it has no memory.
   constexpr std::size_t modest = 1 << 18;
   const std::size_t most =
       std::min(modest, xcb_get_maximum_request_length(connection.xcb()) * std::size_t{4});
