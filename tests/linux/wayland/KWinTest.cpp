@@ -12,6 +12,10 @@ namespace vistrel::platform::linux_desktop {
 
 KWinTest::KWinTest(const testbed::KWinSession::Options& options) : desktop_(options) {
   desktop_.adoptEnvironment();
+  begin();
+}
+
+void KWinTest::begin() {
   session_ = openX11Session(Instances::any).session;
   vistrelJoinWaylandSession(*session_);
 }
