@@ -1,11 +1,13 @@
 #include "platform/linux/LinuxBackend.h"
 
+#include <unistd.h>
 #include <utility>
 
 #include "platform/Factory.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/OpenSession.h"
 #include "platform/linux/Trace.h"
+#include "platform/linux/WaylandModule.h"
 #include "platform/linux/WithoutDisplay.h"
 
 namespace vistrel::platform {
@@ -48,7 +50,11 @@ BackendOrFailure makeBackend(int /*argc*/, char** argv, Instances instances) {
   openMissingStandardStreams();
   beginTrace(environmentVariable("VISTREL_TRACE"));
   auto [session, failure] = openSession(instances);
-  if (!session) return {nullptr, failure};
+  if (!session) {
+    // Who has started it from a menu reads no standard error.
+    if (!failure.empty() && isatty(STDERR_FILENO) == 0) notifyOfFailure(failure);
+    return {nullptr, failure};
+  }
   auto backend = std::make_unique<LinuxBackend>(std::move(session), argv[0]);
   // The other parts of the backend are asked for on any thread.
   backend->application();

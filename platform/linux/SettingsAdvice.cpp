@@ -14,8 +14,20 @@ std::string listOf(const std::vector<std::string>& names) {
   return list;
 }
 
+/// Empty where there is nothing to grant.
+std::string grantAdvice(const SessionFacts& facts) {
+  if (facts.grantCommand.empty()) return {};
+  return "Only windows of X programs can be mirrored: KWin shows native ones to no program that a "
+         "person has not granted that. To grant it, run this in a terminal, then start Vistrel "
+         "again: " +
+         facts.grantCommand;
+}
+
 std::string captureAdvice(const SessionFacts& facts) {
-  if (facts.missingForCapture.empty()) return "Windows can be captured on this display.";
+  if (facts.missingForCapture.empty()) {
+    return facts.grantCommand.empty() ? "Windows can be captured on this display."
+                                      : grantAdvice(facts);
+  }
   return "Windows cannot be captured because the display server does not offer " +
          listOf(facts.missingForCapture) +
          ".\n\nA server may have been started without it, or keep it from programs that it does not"
@@ -41,8 +53,8 @@ std::optional<Alert> settingsAdvice(const std::string& url, const SessionFacts& 
                .buttonTitles = {"OK"}};
 }
 
-std::string captureNotice(const SessionFacts& facts) {
-  if (facts.missingForCapture.empty()) return {};
+std::string mirroringNotice(const SessionFacts& facts) {
+  if (facts.missingForCapture.empty()) return grantAdvice(facts);
   return "Windows cannot be mirrored on this display. Its server does not offer " +
          listOf(facts.missingForCapture) + ". “Allow Screen Recording…” tells more.";
 }

@@ -12,7 +12,8 @@ namespace vistrel::platform::linux_desktop {
 /// such page; none for URLs of anything else.
 std::optional<Alert> settingsAdvice(const std::string& url, const SessionFacts& facts);
 
-/// What a person is told where windows are listed and cannot be captured; empty where they can.
-std::string captureNotice(const SessionFacts& facts);
+/// What a person is told where windows are listed and cannot be captured, or some are not even
+/// listed; empty where all can be mirrored.
+std::string mirroringNotice(const SessionFacts& facts);
 
 }  // namespace vistrel::platform::linux_desktop

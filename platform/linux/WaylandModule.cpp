@@ -1,43 +1,43 @@
 #include "platform/linux/WaylandModule.h"
 
 #include <dlfcn.h>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
+#include "platform/linux/Companions.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/Trace.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// Beside the program, as it is built, or where it is installed.
-void* loadModule() {
-  std::error_code failure;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
-  for (const char* place : {"vistrel-wayland.so", VISTREL_INSTALLED_WAYLAND}) {
-    const auto path = program.parent_path() / place;
-    if (!std::filesystem::exists(path, failure)) continue;
-    return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+/// A function of the Wayland half; null where this is no Wayland session, or without that half. The
+/// module stays: blocks that wait on queues are its code.
+void* functionOfModule(const char* name) {
+  if (environmentVariable("WAYLAND_DISPLAY").empty()) return nullptr;
+  const auto path = companion("vistrel-wayland.so", VISTREL_INSTALLED_WAYLAND);
+  void* const module = path.empty() ? nullptr : dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* const function = module == nullptr ? nullptr : dlsym(module, name);
+  if (function == nullptr) {
+    trace(TraceTopic::start, [] {
+      const char* const failure = dlerror();
+      return "native windows are not offered: " +
+             std::string(failure == nullptr ? "vistrel-wayland.so is not installed" : failure);
+    });
   }
-  return nullptr;
-}
-
-std::string failureToLoad() {
-  const char* const failure = dlerror();
-  return "native windows are not offered: " +
-         std::string(failure == nullptr ? "vistrel-wayland.so is not installed" : failure);
+  return function;
 }
 
 }  // namespace
 
-void joinWaylandSession(Session& session) {
-  if (environmentVariable("WAYLAND_DISPLAY").empty()) return;
-  // It stays: blocks that wait on queues are its code.
-  void* const module = loadModule();
-  void* const join = module == nullptr ? nullptr : dlsym(module, "vistrelJoinWaylandSession");
-  if (join == nullptr) return trace(TraceTopic::start, failureToLoad);
-  reinterpret_cast<void (*)(Session&)>(join)(session);
+void joinWaylandSession(Session& session, OpenSource& openSource) {
+  void* const join = functionOfModule("vistrelJoinWaylandSession");
+  if (join == nullptr) return;
+  reinterpret_cast<void (*)(Session&, OpenSource&)>(join)(session, openSource);
+}
+
+void notifyOfFailure(const std::string& failure) {
+  void* const notify = functionOfModule("vistrelNotifyOfFailure");
+  if (notify != nullptr) reinterpret_cast<void (*)(const char*)>(notify)(failure.c_str());
 }
 
 }  // namespace vistrel::platform::linux_desktop

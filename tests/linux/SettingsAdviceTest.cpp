@@ -25,11 +25,20 @@ TEST(SettingsAdvice, NamesWhatTheServerLacksForCapturing) {
   EXPECT_EQ(adviceOn(capturePage, {}), "Windows can be captured on this display.");
 }
 
-TEST(CaptureNotice, NamesWhatTheServerLacksAndIsNoneWhereItLacksNothing) {
-  EXPECT_EQ(captureNotice({.missingForCapture = {"Composite 0.4", "RENDER 0.10"}}),
+TEST(MirroringNotice, NamesWhatTheServerLacksAndIsNoneWhereItLacksNothing) {
+  EXPECT_EQ(mirroringNotice({.missingForCapture = {"Composite 0.4", "RENDER 0.10"}}),
             "Windows cannot be mirrored on this display. Its server does not offer Composite 0.4, "
             "RENDER 0.10. “Allow Screen Recording…” tells more.");
-  EXPECT_EQ(captureNotice({}), "");
+  EXPECT_EQ(mirroringNotice({}), "");
+}
+
+TEST(MirroringNotice, TellsTheCommandThatGrantsNativeWindowsAsTheAdviceDoes) {
+  const SessionFacts facts{.grantCommand = "/usr/libexec/grant /usr/bin/vistrel"};
+  const auto notice = mirroringNotice(facts);
+  EXPECT_TRUE(notice.starts_with("Only windows of X programs can be mirrored:")) << notice;
+  EXPECT_TRUE(notice.ends_with("start Vistrel again: /usr/libexec/grant /usr/bin/vistrel"))
+      << notice;
+  EXPECT_EQ(adviceOn(capturePage, facts), notice);
 }
 
 TEST(SettingsAdvice, TellsWhetherAManagerRunsThatMovesWindows) {

@@ -44,7 +44,8 @@ class DebianPackage : public ::testing::Test {
   std::filesystem::path usr() const { return directory_.path() / "usr"; }
   std::filesystem::path documents() const { return usr() / "share/doc/vistrel"; }
   std::vector<std::filesystem::path> programs() const {
-    return {usr() / "bin/vistrel", usr() / "libexec/vistrel/vistrel-guard"};
+    return {usr() / "bin/vistrel", usr() / "libexec/vistrel/vistrel-guard",
+            usr() / "lib/vistrel/vistrel-wayland.so"};
   }
   std::filesystem::path checksums() const { return directory_.path() / "DEBIAN/md5sums"; }
 
@@ -62,8 +63,9 @@ TEST_F(DebianPackage, HoldsWhatAnInstallationPutsBelowUsr) {
 
 TEST_F(DebianPackage, BelongsToRootAndIsReadableByAll) {
   for (const std::string& line : linesOf(outputOf({"dpkg-deb", "--contents", package()}))) {
-    const bool isProgram =
-        line.ends_with("/usr/bin/vistrel") || line.ends_with("/usr/libexec/vistrel/vistrel-guard");
+    const bool isProgram = line.ends_with("/usr/bin/vistrel") ||
+                           line.ends_with("/usr/libexec/vistrel/vistrel-guard") ||
+                           line.ends_with("/usr/libexec/vistrel/vistrel-kwin-grant");
     EXPECT_THAT(line,
                 AnyOf(StartsWith("drwxr-xr-x root/root "),
                       StartsWith(isProgram ? "-rwxr-xr-x root/root " : "-rw-r--r-- root/root ")));
@@ -85,6 +87,24 @@ TEST_F(DebianPackage, DependsOnWhatHoldsTheToolkitsPlatform) {
   const std::string owner = outputOf({"dpkg-query", "--search", "*/platforms/libqxcb.so"});
   const std::string name = owner.substr(0, owner.find(':'));
   EXPECT_THAT(field("Depends"), HasSubstr(name + " (>="));
+}
+
+TEST_F(DebianPackage, OnlyRecommendsWhatWaylandSessionsNeed) {
+  for (const char* library : {"libwayland-client", "libpipewire"}) {
+    EXPECT_THAT(field("Depends"), Not(HasSubstr(library)));
+  }
+  EXPECT_THAT(field("Recommends"), HasSubstr("libwayland-client0"));
+  EXPECT_THAT(outputOf({"readelf", "--dynamic", usr() / "bin/vistrel"}),
+              Not(AnyOf(HasSubstr("libwayland"), HasSubstr("libpipewire"))));
+}
+
+/// By which KWin knows whom the entry is about.
+TEST_F(DebianPackage, NamesTheProgramByItsPathWhereItAsksForNativeWindows) {
+  const auto lines =
+      linesOf(contentsOf(usr() / "share/applications" / (VISTREL_APPLICATION_ID ".desktop")));
+  EXPECT_THAT(lines, Contains("Exec=/usr/bin/vistrel"));
+  EXPECT_THAT(lines, Contains("X-KDE-Wayland-Interfaces=org_kde_plasma_window_management,"
+                              "zkde_screencast_unstable_v1"));
 }
 
 TEST_F(DebianPackage, HasTheChecksumOfEachFile) {

@@ -20,7 +20,9 @@ std::set<std::string> installedFiles() {
   const std::string id = VISTREL_APPLICATION_ID;
   std::set<std::string> files = {
       "bin/vistrel",
+      "lib/vistrel/vistrel-wayland.so",
       "libexec/vistrel/vistrel-guard",
+      "libexec/vistrel/vistrel-kwin-grant",
       "share/applications/" + id + ".desktop",
       "share/doc/vistrel/README.md",
       "share/doc/vistrel/changelog.gz",

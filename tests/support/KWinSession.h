@@ -27,8 +27,9 @@ class KWinSession {
     int outputs = 1;
     int desktops = 2;
     bool hasXWayland = true;
-    /// Programs that may see and stream windows of others, and give input as a person does, beside
-    /// this test itself.
+    /// Whether this test may see and stream windows of others, and give input as a person does.
+    bool grantsTest = true;
+    /// Programs that may do so too.
     std::vector<std::filesystem::path> granted = {};
     /// Further variables of the session's programs, as a person's login sets them: "NAME=value".
     std::vector<std::string> variables = {};

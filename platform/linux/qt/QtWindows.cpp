@@ -62,7 +62,7 @@ std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
         PanelPeer::Providers{*session_.panelWindows, *session_.contextMenuKeys,
                              *session_.windowActivation, *session_.sourceSituations});
   }
-  return std::make_unique<TitledPeer>(window, host_, captureNotice(session_.facts()));
+  return std::make_unique<TitledPeer>(window, host_, mirroringNotice(session_.facts()));
 }
 
 Point QtWindows::mouseLocation() { return pointerLocation(*session_.layout->get()); }

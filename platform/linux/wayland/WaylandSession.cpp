@@ -1,17 +1,83 @@
 #include "platform/linux/wayland/WaylandSession.h"
 
+#include <memory>
+#include <plasma-virtual-desktop.h>
 #include <string>
+#include <utility>
+#include <zkde-screencast-unstable-v1.h>
 
+#include "platform/linux/Companions.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/Trace.h"
+#include "platform/linux/wayland/KWinAccessibility.h"
+#include "platform/linux/wayland/KWinMover.h"
+#include "platform/linux/wayland/KWinWindowActivation.h"
+#include "platform/linux/wayland/KWinWindowLister.h"
+#include "platform/linux/wayland/KWinWindows.h"
+#include "platform/linux/wayland/NativeWindowIds.h"
+#include "platform/linux/wayland/PipeWireSource.h"
 #include "platform/linux/wayland/WaylandConnection.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// What KWin offers everybody.
+bool isKWin(const WaylandConnection& connection) {
+  return connection.versionOf(org_kde_plasma_virtual_desktop_management_interface.name) > 0;
+}
+
+/// What KWin offers those whose desktop entry asks for it.
+bool isGranted(const WaylandConnection& connection) {
+  return KWinWindows::isOfferedOn(connection) &&
+         connection.versionOf(zkde_screencast_unstable_v1_interface.name) > 0;
+}
+
+std::string description(const WaylandConnection* connection) {
+  const auto name = environmentVariable("WAYLAND_DISPLAY");
+  if (connection == nullptr) return "no compositor answers on " + name;
+  if (!isKWin(*connection)) return "native windows on " + name + " are not offered: it is not KWin";
+  if (!isGranted(*connection)) return "KWin on " + name + " does not grant native windows";
+  return "KWin lists, captures and moves native windows on " + name;
+}
+
+/// As a person types it; empty where there is nothing to grant.
+std::string grantCommand() {
+  const auto connection = WaylandConnection::open();
+  if (!connection || isGranted(*connection)) return {};
+  const auto grant = companion("vistrel-kwin-grant", VISTREL_INSTALLED_GRANT);
+  return (grant.empty() ? "vistrel-kwin-grant" : grant.string()) + " " + ownProgram().string();
+}
+
+OpenSource openingNativeToo(OpenSource openOfX, std::shared_ptr<NativeWindowIds> ids) {
+  return [openOfX = std::move(openOfX), ids = std::move(ids)](
+             const CapturingMirror& mirror, WindowID window) -> std::unique_ptr<CaptureSource> {
+    if (!NativeWindowIds::isNative(window)) return openOfX(mirror, window);
+    const auto uuid = ids->uuidOf(window);
+    return uuid.empty() ? nullptr : PipeWireSource::open(mirror, window, uuid);
+  };
+}
+
+}  // namespace
+}  // namespace vistrel::platform::linux_desktop
 
 using namespace vistrel::platform::linux_desktop;
 
-void vistrelJoinWaylandSession(Session& /*session*/) {
+void vistrelJoinWaylandSession(Session& session, OpenSource& openSource) {
   const auto connection = WaylandConnection::open();
-  trace(TraceTopic::start, [&] {
-    return (connection ? "there is a compositor on " : "no compositor answers on ") +
-           environmentVariable("WAYLAND_DISPLAY");
-  });
+  trace(TraceTopic::start, [&] { return description(connection.get()); });
+  if (!connection || !isKWin(*connection)) return;
+  const auto ids = std::make_shared<NativeWindowIds>();
+  const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids);
+  session.windowLister = std::make_unique<KWinWindowLister>(std::move(session.windowLister), ids);
+  session.windowActivation =
+      std::make_unique<KWinWindowActivation>(std::move(session.windowActivation), mover);
+  session.otherWindows =
+      std::make_unique<KWinAccessibility>(std::move(session.otherWindows), mover);
+  session.parkedSources = mover;
+  openSource = openingNativeToo(std::move(openSource), ids);
+  session.facts = [ofX = std::move(session.facts)] {
+    auto facts = ofX();
+    facts.grantCommand = grantCommand();
+    return facts;
+  };
 }

@@ -7,7 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/x11/listing/WindowLayer.h"
+#include "platform/linux/Utf8.h"
+#include "platform/linux/x11/listing/TypeLayers.h"
 #include "platform/linux/x11/manager/ClientWindows.h"
 #include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/manager/ProcessIds.h"
@@ -99,7 +100,7 @@ bool isOnScreen(WindowQuery& query) {
 
 ApplicationHints hintsOf(WindowQuery& query) {
   ApplicationHints hints;
-  hints.gtkApplicationId = repairedUtf8(upToNull(query.gtkApplicationId.fetch().bytes()));
+  hints.applicationId = repairedUtf8(upToNull(query.gtkApplicationId.fetch().bytes()));
   const auto property = query.windowClass.fetch();
   const auto instance = upToNull(property.bytes());
   hints.wmClassInstance = utf8FromLatin1(instance);

@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "platform/ScreenCapture.h"
+#include "platform/linux/ApplicationNames.h"
 #include "platform/linux/ScreenLayout.h"
-#include "platform/linux/x11/listing/ApplicationNames.h"
 #include "platform/linux/x11/server/Connection.h"
 
 namespace vistrel::platform::linux_desktop {

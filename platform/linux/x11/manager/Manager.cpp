@@ -4,6 +4,7 @@
 
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/Trace.h"
+#include "platform/linux/Utf8.h"
 #include "platform/linux/x11/server/AwaitedEvents.h"
 #include "platform/linux/x11/server/Events.h"
 #include "platform/linux/x11/server/Property.h"

@@ -3,28 +3,16 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
 #include <spawn.h>
 #include <string>
 #include <sys/wait.h>
-#include <system_error>
 #include <unistd.h>
 
+#include "platform/linux/Companions.h"
 #include "platform/linux/Trace.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
-
-/// Beside the program, as it is built, or where it is installed; empty where it is missing.
-std::filesystem::path guardProgram() {
-  std::error_code failure;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
-  for (const char* place : {"vistrel-guard", VISTREL_INSTALLED_GUARD}) {
-    auto path = program.parent_path() / place;
-    if (access(path.c_str(), X_OK) == 0) return path;
-  }
-  return {};
-}
 
 /// How a program starts that is to have nothing of this process but its environment.
 class Detached {
@@ -63,7 +51,7 @@ class Detached {
 }  // namespace
 
 void startGuard(const OwnerId& owner) {
-  auto path = guardProgram().string();
+  auto path = companion("vistrel-guard", VISTREL_INSTALLED_GUARD).string();
   if (path.empty()) {
     return trace(TraceTopic::manager, [] { return "no guard of parked windows is installed"; });
   }

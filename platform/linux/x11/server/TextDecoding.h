@@ -5,9 +5,6 @@
 
 namespace vistrel::platform::linux_desktop {
 
-/// `bytes` as valid UTF-8: each ill-formed sequence becomes one U+FFFD.
-std::string repairedUtf8(std::string_view bytes);
-
 /// ISO 8859-1 as UTF-8; ICCCM's STRING is a subset of it.
 std::string utf8FromLatin1(std::string_view bytes);
 

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/listing/WindowLayer.h"
+#include "platform/linux/x11/listing/TypeLayers.h"
 
 #include <array>
 

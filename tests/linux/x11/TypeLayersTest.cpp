@@ -2,7 +2,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/linux/x11/listing/WindowLayer.h"
+#include "platform/linux/x11/listing/TypeLayers.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -3,16 +3,9 @@
 #include <span>
 #include <string_view>
 
-namespace vistrel::platform::linux_desktop {
+#include "platform/linux/WindowLayer.h"
 
-/// Stacking layers, 0 for ordinary windows. Only that and their order mean something.
-enum WindowLayer : int {
-  layerDesktop = -1,
-  layerOrdinary = 0,
-  layerFloating = 3,
-  layerDock = 20,
-  layerPopUp = 101,
-};
+namespace vistrel::platform::linux_desktop {
 
 struct TypeLayer {
   /// Such as "_NET_WM_WINDOW_TYPE_DOCK".

@@ -4,7 +4,7 @@
 #include <string>
 #include <unistd.h>
 
-#include "platform/linux/x11/listing/ApplicationNames.h"
+#include "platform/linux/ApplicationNames.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -29,7 +29,7 @@ class ApplicationNamesTest : public testing::Test {
 
 // Each entry that is added is a better answer than all before it.
 TEST_F(ApplicationNamesTest, comeFromTheHintThatSaysMost) {
-  const ApplicationHints hints{.gtkApplicationId = "org.example.Sums",
+  const ApplicationHints hints{.applicationId = "org.example.Sums",
                                .wmClassInstance = "sums",
                                .wmClass = "Reckoner",
                                .processId = getpid()};

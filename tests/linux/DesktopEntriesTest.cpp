@@ -8,7 +8,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/linux/x11/listing/DesktopEntries.h"
+#include "platform/linux/DesktopEntries.h"
 #include "tests/support/Poll.h"
 #include "tests/support/TemporaryDirectory.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/listing/DesktopEntries.h"
+#include "platform/linux/DesktopEntries.h"
 
 #include <algorithm>
 #include <system_error>
@@ -6,7 +6,7 @@
 
 #include "platform/linux/Environment.h"
 #include "platform/linux/RegularFile.h"
-#include "platform/linux/x11/server/TextDecoding.h"
+#include "platform/linux/Utf8.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -5,14 +5,14 @@
 #include <string>
 #include <utility>
 
+#include "platform/linux/DesktopEntries.h"
 #include "platform/linux/XdgDirectories.h"
-#include "platform/linux/x11/listing/DesktopEntries.h"
 
 namespace vistrel::platform::linux_desktop {
 
 /// What a window says about the application that it belongs to; empty where it says nothing.
 struct ApplicationHints {
-  std::string gtkApplicationId;
+  std::string applicationId;
   std::string wmClassInstance;
   std::string wmClass;
   std::optional<std::int32_t> processId;

@@ -1,10 +1,10 @@
-#include "platform/linux/x11/listing/ApplicationNames.h"
+#include "platform/linux/ApplicationNames.h"
 
 #include <filesystem>
 #include <system_error>
 
 #include "platform/linux/RegularFile.h"
-#include "platform/linux/x11/server/TextDecoding.h"
+#include "platform/linux/Utf8.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -27,7 +27,7 @@ std::string programName(std::int32_t processId) {
 }  // namespace
 
 const DesktopEntry* ApplicationNames::entryFor(const ApplicationHints& hints) const {
-  if (const auto* entry = entries_.withId(hints.gtkApplicationId)) return entry;
+  if (const auto* entry = entries_.withId(hints.applicationId)) return entry;
   for (const auto& each : {hints.wmClass, hints.wmClassInstance}) {
     if (const auto* entry = entries_.withWindowClass(each)) return entry;
   }

@@ -1,0 +1,124 @@
+#include "platform/linux/wayland/KWinMover.h"
+
+#include <cassert>
+#include <iomanip>
+#include <limits>
+#include <sstream>
+
+#include "platform/linux/CurrentThread.h"
+#include "platform/linux/SerialQueue.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+/// How long one command may wait for KWin, in seconds: as long as for a window manager.
+constexpr double commandTime = 2;
+/// How long the program's end may.
+constexpr double timeToLeave = 0.8;
+
+std::string numberText(double number) {
+  std::ostringstream text;
+  text << std::setprecision(std::numeric_limits<double>::max_digits10) << number;
+  return text.str();
+}
+
+/// Tells when the window is there.
+std::string scriptThatMoves(const std::string& uuid, Point position) {
+  return "(function () {\n"
+         "  var each = find(" +
+         scriptLiteral(uuid) +
+         ");\n"
+         "  if (!each) return;\n"
+         "  var frame = each.frameGeometry;\n"
+         "  each.frameGeometry = {x: " +
+         numberText(position.x) + ", y: " + numberText(position.y) +
+         ", width: frame.width, height: frame.height};\n"
+         "  tell('there');\n"
+         "})();\n";
+}
+
+// KWin 5.27 raises nothing but what it activates.
+constexpr const char* scriptThatActivates = R"(
+var windows = all().filter(function (each) { return each.pid == process; });
+windows.sort(function (a, b) { return a.stackingOrder - b.stackingOrder; });
+var open = windows.filter(function (each) { return !each.minimized; });
+var shown = open.filter(isShown);
+var front = (shown.length ? shown : open.length ? open : windows).pop();
+shown.forEach(function (each) { if (each !== front) activate(each); });
+if (front) { activate(front); tell('front'); }
+)";
+
+}  // namespace
+
+KWinMover::~KWinMover() { KWinMover::leaveHomeFirst(); }
+
+std::vector<WindowID> KWinMover::windowsOf(std::int32_t processID) {
+  assert(isMainThread());
+  const auto told =
+      scripts_.run("all().forEach(function (each) { if (each.pid == " + std::to_string(processID) +
+                       ") tell(each.internalId); });",
+                   monotonicNow() + commandTime);
+  std::vector<WindowID> windows;
+  std::istringstream lines(told.value_or(""));
+  for (std::string uuid; std::getline(lines, uuid);) {
+    if (const auto id = ids_->knownIdOf(uuid)) windows.push_back(*id);
+  }
+  return windows;
+}
+
+std::optional<Point> KWinMover::positionOf(WindowID window) {
+  assert(isMainThread());
+  const auto told = scripts_.run("var each = find(" + scriptLiteral(ids_->uuidOf(window)) +
+                                     ");\n"
+                                     "if (each) tell(each.frameGeometry.x + ' ' + "
+                                     "each.frameGeometry.y);",
+                                 monotonicNow() + commandTime);
+  std::istringstream numbers(told.value_or(""));
+  Point position;
+  if (!(numbers >> position.x >> position.y)) return std::nullopt;
+  return position;
+}
+
+bool KWinMover::move(WindowID window, Point position) {
+  const auto uuid = ids_->uuidOf(window);
+  const auto found = positionOf(window);
+  if (!found) return false;
+  auto& places = parked_.try_emplace(uuid, Places{*found, position}).first->second;
+  places.parked = position;
+  const auto told = scripts_.run(scriptThatMoves(uuid, position), monotonicNow() + commandTime);
+  const bool isThere = told && !told->empty();
+  if (isThere && position == places.home) parked_.erase(uuid);
+  return isThere;
+}
+
+bool KWinMover::activateWindows(std::int32_t processID) {
+  assert(isMainThread());
+  const auto told =
+      scripts_.run("var process = " + std::to_string(processID) + ";" + scriptThatActivates,
+                   monotonicNow() + commandTime);
+  return told && !told->empty();
+}
+
+void KWinMover::sendAllHome() {
+  x_->sendAllHome();
+  moveAll(&Places::home, commandTime);
+}
+
+void KWinMover::parkAgain() {
+  moveAll(&Places::parked, commandTime);
+  x_->parkAgain();
+}
+
+void KWinMover::leaveHomeFirst() {
+  x_->leaveHomeFirst();
+  moveAll(&Places::home, timeToLeave);
+  parked_.clear();
+}
+
+void KWinMover::moveAll(Point Places::*place, double patience) {
+  std::string script;
+  for (const auto& [uuid, places] : parked_) script += scriptThatMoves(uuid, places.*place);
+  if (!script.empty()) scripts_.run(script, monotonicNow() + patience);
+}
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Geometry.h"
+#include "platform/linux/session/ParkedSources.h"
+#include "platform/linux/wayland/KWinScripts.h"
+#include "platform/linux/wayland/NativeWindowIds.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Moves KWin's native windows, which stay drawn wherever they are, and knows which of them are
+/// parked: those that are not where they were found. KWin puts them exactly where it is told;
+/// maximised and full-screen ones keep those states meanwhile. Whatever is parked of X's stays with
+/// X's half. Windows are known by the numbers that they have been listed under; positions are of
+/// what a person sees as the window, in points of global display space. Main thread.
+class KWinMover final : public ParkedSources {
+ public:
+  KWinMover(std::shared_ptr<ParkedSources> x, std::shared_ptr<NativeWindowIds> ids)
+      : x_(std::move(x)), ids_(std::move(ids)) {}
+  KWinMover(const KWinMover&) = delete;
+  KWinMover& operator=(const KWinMover&) = delete;
+  /// As `leaveHomeFirst`.
+  ~KWinMover() override;
+
+  /// The native ones of a process.
+  std::vector<WindowID> windowsOf(std::int32_t processID);
+  /// None for a window that has gone.
+  std::optional<Point> positionOf(WindowID window);
+  /// Returns once it is there; false for a window that has gone.
+  bool move(WindowID window, Point position);
+  /// All windows of a process, in the order in which they lie; the frontmost one gets the keyboard,
+  /// on the desktop that is shown if there is any. False when it has none.
+  bool activateWindows(std::int32_t processID);
+
+  void sendAllHome() override;
+  void parkAgain() override;
+  void leaveHomeFirst() override;
+
+ private:
+  struct Places {
+    Point home;
+    Point parked;
+  };
+
+  void moveAll(Point Places::*place, double patience);
+
+  const std::shared_ptr<ParkedSources> x_;
+  const std::shared_ptr<NativeWindowIds> ids_;
+  KWinScripts scripts_;
+  std::map<std::string, Places> parked_;  // by UUID
+};
+
+}  // namespace vistrel::platform::linux_desktop

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/session/WindowLister.h"
+#include "platform/linux/wayland/NativeWindowIds.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// Lists KWin's native windows among X's, on a queue and a connection of its own; only X's where
+/// KWin does not let this program know of others.
+class KWinWindowLister final : public WindowLister {
+ public:
+  KWinWindowLister(std::unique_ptr<WindowLister> x, std::shared_ptr<NativeWindowIds> ids);
+
+  void request(DesktopWindows desktopWindows, ListedWindows listedWindows,
+               ShareableContentCompletion completion) override;
+
+ private:
+  const std::unique_ptr<WindowLister> x_;
+  const std::shared_ptr<NativeWindowIds> ids_;
+  const std::shared_ptr<SerialQueue> queue_;
+};
+
+}  // namespace vistrel::platform::linux_desktop
