@@ -31,10 +31,11 @@ void* functionOfModule(const char* name) {
 
 }  // namespace
 
-void joinWaylandSession(Session& session) {
+void joinWaylandSession(Session& session, OpenSource& openSource) {
   session.mayHaveForeignWindows = isWaylandSession();
   void* const join = functionOfModule("vistrelJoinWaylandSession");
-  if (join != nullptr) reinterpret_cast<void (*)(Session&)>(join)(session);
+  if (join == nullptr) return;
+  reinterpret_cast<void (*)(Session&, OpenSource&)>(join)(session, openSource);
 }
 
 void notifyOfFailure(const std::string& failure) {

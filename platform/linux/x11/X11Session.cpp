@@ -23,7 +23,6 @@
 #include "platform/linux/x11/parking/X11Accessibility.h"
 #include "platform/linux/x11/parking/X11SourceSituations.h"
 #include "platform/linux/x11/server/Connection.h"
-#include "platform/linux/x11/source/SourceWindow.h"
 #include "platform/linux/x11/stream/X11PanelWindows.h"
 #include "platform/linux/x11/stream/X11WindowStreams.h"
 
@@ -81,7 +80,8 @@ std::string description(const Connection& connection, const SessionFacts& facts)
 /// each of which waits for its answer; panels are drawn on `panelQueue`.
 std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
                                      std::shared_ptr<InstanceClaim> claim,
-                                     const std::shared_ptr<SerialQueue>& panelQueue) {
+                                     const std::shared_ptr<SerialQueue>& panelQueue,
+                                     OpenSource openSource) {
   auto session = std::make_unique<Session>();
   session->layout = std::make_shared<SharedScreenLayout>();
   session->panelWindows = std::make_unique<X11PanelWindows>(connection, panelQueue);
@@ -91,7 +91,7 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->contextMenuKeys = std::make_unique<X11ContextMenuKeys>(panelQueue);
   session->windowActivation = std::make_unique<X11WindowActivation>(connection);
   session->windowLister = std::make_unique<ShareableContentService>(session->layout);
-  session->windowStreams = std::make_unique<X11WindowStreams>(connection, openSourceWindow);
+  session->windowStreams = std::make_unique<X11WindowStreams>(connection, std::move(openSource));
   const auto command = std::make_shared<CommandDeadline>();
   const auto hiddenDisplays =
       std::make_shared<X11VirtualDisplays>(connection, session->layout, command);
@@ -124,7 +124,7 @@ void tidyUpAfterOthers(Connection& connection) {
 
 }  // namespace
 
-SessionOrFailure openX11Session(Instances instances) {
+SessionOrFailure openX11Session(Instances instances, OpenSource openSource) {
   std::shared_ptr<Connection> connection = openQuietly();
   if (!connection) return {nullptr, failureToConnect()};
   InstanceClaim::OrShown start;
@@ -136,7 +136,9 @@ SessionOrFailure openX11Session(Instances instances) {
   const auto panelQueue = SerialQueue::make("vistrel.panels", QualityOfService::userInteractive);
   // No panel could say what is wrong.
   if (!panelQueue->isRunning()) return {nullptr, "vistrel: the system has no thread for panels"};
-  return {sessionOver(std::move(connection), std::move(start.claim), panelQueue), {}};
+  return {
+      sessionOver(std::move(connection), std::move(start.claim), panelQueue, std::move(openSource)),
+      {}};
 }
 
 }  // namespace vistrel::platform::linux_desktop
