@@ -17,9 +17,8 @@ std::string listOf(const std::vector<std::string>& names) {
 /// Empty where there is nothing to grant.
 std::string grantAdvice(const SessionFacts& facts) {
   if (facts.grantCommand.empty()) return {};
-  return "Only windows of X programs can be mirrored: KWin shows native ones to no program that a "
-         "person has not granted that. To grant it, run this in a terminal, then start Vistrel "
-         "again: " +
+  return "Only windows of X programs can be mirrored: KWin shows native ones only to programs that "
+         "have been granted it. To grant it, run this in a terminal, then start Vistrel again: " +
          facts.grantCommand;
 }
 

@@ -1,12 +1,7 @@
-#include <QCoreApplication>
-#include <QTimer>
-#include <stdexcept>
 #include <unistd.h>
 
-#include "platform/Application.h"
-#include "platform/Factory.h"
 #include "platform/Screen.h"
-#include "tests/contract/ContractBed.h"
+#include "tests/contract/BackendBed.h"
 #include "tests/support/Monitors.h"
 #include "tests/support/PrivateDisplay.h"
 #include "tests/support/ScreenReader.h"
@@ -19,11 +14,6 @@ namespace {
 using platform::PixelBGRA;
 using testbed::FrameExtents;
 using testbed::Rgb;
-
-testbed::Quadrants quadrants(const Quadrants& colors) {
-  const auto rgb = [](PixelBGRA color) { return Rgb{color.red, color.green, color.blue}; };
-  return {rgb(colors[0]), rgb(colors[1]), rgb(colors[2]), rgb(colors[3])};
-}
 
 /// A window on a connection of its own, as another program has it.
 class LinuxSource : public SourceWindow {
@@ -67,41 +57,30 @@ class LinuxSource : public SourceWindow {
   const platform::WindowID id_;
 };
 
-/// One for all tests of a process. The toolkit keeps the first session bus that it finds for the
-/// whole process, and Qt 6.4 aborts when something is to be watched on a bus that has gone.
+/// One for all tests of a process, which becomes a program of it. The toolkit keeps the first
+/// session bus that it finds for the whole process, and Qt 6.4 aborts when something is to be
+/// watched on a bus that has gone.
 const testbed::PrivateDisplay& sharedDisplay() {
   static const testbed::PrivateDisplay display(
       {.server = testbed::DisplayServer::growable,
        .variables = {"QT_SCREEN_SCALE_FACTORS=left=1;right=2"}});
+  display.adoptEnvironment();
   return display;
 }
 
 /// The real backend on a private display with a window manager.
-class LinuxBed : public ContractBed {
+class LinuxBed : public BackendBed {
  public:
-  LinuxBed() : connection_(display_.name()), backend_(start()), installation_(*backend_) {
-    wakeUp_.start(5);
-  }
+  explicit LinuxBed(const testbed::PrivateDisplay& display)
+      : display_(display), connection_(display.name()) {}
   ~LinuxBed() override {
-    // The program's own way out: what is still queued runs, threads end.
-    backend_->application().terminate();
-    backend_->application().run();
     if (hasTwoScreens_) {
       for (const char* monitor : {"left", "right"}) testbed::Monitors(connection_).remove(monitor);
     }
   }
 
-  platform::Backend& backend() override { return *backend_; }
   std::unique_ptr<SourceWindow> openSource(const SourceOptions& options) override {
     return std::make_unique<LinuxSource>(display_, options);
-  }
-  bool turnUntil(const std::function<bool()>& condition) override {
-    const auto end = std::chrono::steady_clock::now() + testbed::generousDeadline;
-    while (!condition()) {
-      if (std::chrono::steady_clock::now() >= end) return false;
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    return true;
   }
   PixelBGRA colorShown(platform::Window& /*window*/, platform::Point fromTopLeft) override {
     const auto window = shownWindow();
@@ -134,15 +113,6 @@ class LinuxBed : public ContractBed {
   }
 
  private:
-  std::unique_ptr<platform::Backend> start() {
-    static char program[] = "contract";
-    static char* arguments[] = {program, nullptr};
-    display_.adoptEnvironment();
-    auto [backend, failure] = platform::makeBackend(1, arguments, platform::Instances::any);
-    if (!backend) throw std::runtime_error(failure);
-    return std::move(backend);
-  }
-
   /// The one window of this process that is on screen.
   std::optional<xcb_window_t> shownWindow() const {
     for (const xcb_window_t window : testbed::windowsOfProcess(connection_, ::getpid())) {
@@ -151,16 +121,15 @@ class LinuxBed : public ContractBed {
     return std::nullopt;
   }
 
-  const testbed::PrivateDisplay& display_ = sharedDisplay();
+  const testbed::PrivateDisplay& display_;
   const testbed::XConnection connection_;
-  const std::unique_ptr<platform::Backend> backend_;
-  const platform::BackendInstallation installation_;
   bool hasTwoScreens_ = false;
-  QTimer wakeUp_;  // conditions may also depend on what happens outside the event loop
 };
 
 }  // namespace
 
-std::unique_ptr<ContractBed> makeContractBed() { return std::make_unique<LinuxBed>(); }
+std::unique_ptr<ContractBed> makeContractBed() {
+  return std::make_unique<LinuxBed>(sharedDisplay());
+}
 
 }  // namespace vistrel::contract

@@ -4,9 +4,12 @@
 #include <iomanip>
 #include <limits>
 #include <sstream>
+#include <string>
+#include <utility>
 
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/Trace.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -22,16 +25,22 @@ std::string numberText(double number) {
   return text.str();
 }
 
-/// Tells when the window is there.
-std::string scriptThatMoves(const std::string& uuid, Point position) {
+/// Tells when the window is there; leaves one alone that is not where it was `parked`, if it was.
+std::string scriptThatMoves(const std::string& uuid, Point position,
+                            std::optional<Point> parked = std::nullopt) {
+  const auto condition = parked
+                             ? "Math.abs(frame.x - " + numberText(parked->x) +
+                                   ") < 1 && Math.abs(frame.y - " + numberText(parked->y) + ") < 1"
+                             : std::string("true");
   return "(function () {\n"
          "  var each = find(" +
          scriptLiteral(uuid) +
          ");\n"
          "  if (!each) return;\n"
          "  var frame = each.frameGeometry;\n"
-         "  each.frameGeometry = {x: " +
-         numberText(position.x) + ", y: " + numberText(position.y) +
+         "  if (" +
+         condition + ") each.frameGeometry = {x: " + numberText(position.x) +
+         ", y: " + numberText(position.y) +
          ", width: frame.width, height: frame.height};\n"
          "  tell('there');\n"
          "})();\n";
@@ -49,6 +58,17 @@ if (front) { activate(front); tell('front'); }
 )";
 
 }  // namespace
+
+KWinMover::KWinMover(std::shared_ptr<ParkedSources> x, std::shared_ptr<NativeWindowIds> ids)
+    : x_(std::move(x)), ids_(std::move(ids)) {
+  std::string script;
+  for (const auto& [uuid, places] : record_.read()) {
+    script += scriptThatMoves(uuid, places.home, places.parked);
+  }
+  if (script.empty()) return;
+  trace(TraceTopic::manager, [] { return "parked native windows were left, and go home"; });
+  if (scripts_.run(script, monotonicNow() + commandTime)) record_.write({});
+}
 
 KWinMover::~KWinMover() { KWinMover::leaveHomeFirst(); }
 
@@ -83,11 +103,15 @@ bool KWinMover::move(WindowID window, Point position) {
   const auto uuid = ids_->uuidOf(window);
   const auto found = positionOf(window);
   if (!found) return false;
-  auto& places = parked_.try_emplace(uuid, Places{*found, position}).first->second;
+  auto& places = parked_.try_emplace(uuid, ParkedPlaces{*found, position}).first->second;
   places.parked = position;
+  record_.write(parked_);
   const auto told = scripts_.run(scriptThatMoves(uuid, position), monotonicNow() + commandTime);
   const bool isThere = told && !told->empty();
-  if (isThere && position == places.home) parked_.erase(uuid);
+  if (isThere && position == places.home) {
+    parked_.erase(uuid);
+    record_.write(parked_);
+  }
   return isThere;
 }
 
@@ -101,24 +125,24 @@ bool KWinMover::activateWindows(std::int32_t processID) {
 
 void KWinMover::sendAllHome() {
   x_->sendAllHome();
-  moveAll(&Places::home, commandTime);
+  moveAll(&ParkedPlaces::home, commandTime);
 }
 
 void KWinMover::parkAgain() {
-  moveAll(&Places::parked, commandTime);
+  moveAll(&ParkedPlaces::parked, commandTime);
   x_->parkAgain();
 }
 
 void KWinMover::leaveHomeFirst() {
   x_->leaveHomeFirst();
-  moveAll(&Places::home, timeToLeave);
+  if (moveAll(&ParkedPlaces::home, timeToLeave)) record_.write({});
   parked_.clear();
 }
 
-void KWinMover::moveAll(Point Places::*place, double patience) {
+bool KWinMover::moveAll(Point ParkedPlaces::*place, double patience) {
   std::string script;
   for (const auto& [uuid, places] : parked_) script += scriptThatMoves(uuid, places.*place);
-  if (!script.empty()) scripts_.run(script, monotonicNow() + patience);
+  return script.empty() || scripts_.run(script, monotonicNow() + patience).has_value();
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -1,17 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
-#include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/Geometry.h"
 #include "platform/linux/session/ParkedSources.h"
 #include "platform/linux/wayland/KWinScripts.h"
 #include "platform/linux/wayland/NativeWindowIds.h"
+#include "platform/linux/wayland/ParkedRecord.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -22,8 +20,9 @@ namespace vistrel::platform::linux_desktop {
 /// what a person sees as the window, in points of global display space. Main thread.
 class KWinMover final : public ParkedSources {
  public:
-  KWinMover(std::shared_ptr<ParkedSources> x, std::shared_ptr<NativeWindowIds> ids)
-      : x_(std::move(x)), ids_(std::move(ids)) {}
+  /// Brings home what a program has left parked that has ended in whatever way, unless somebody has
+  /// moved it since.
+  KWinMover(std::shared_ptr<ParkedSources> x, std::shared_ptr<NativeWindowIds> ids);
   KWinMover(const KWinMover&) = delete;
   KWinMover& operator=(const KWinMover&) = delete;
   /// As `leaveHomeFirst`.
@@ -44,17 +43,14 @@ class KWinMover final : public ParkedSources {
   void leaveHomeFirst() override;
 
  private:
-  struct Places {
-    Point home;
-    Point parked;
-  };
-
-  void moveAll(Point Places::*place, double patience);
+  /// Whether KWin has done so.
+  bool moveAll(Point ParkedPlaces::*place, double patience);
 
   const std::shared_ptr<ParkedSources> x_;
   const std::shared_ptr<NativeWindowIds> ids_;
   KWinScripts scripts_;
-  std::map<std::string, Places> parked_;  // by UUID
+  const ParkedRecord record_;
+  ParkedWindowsByUuid parked_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

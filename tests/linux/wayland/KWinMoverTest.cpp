@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "tests/linux/wayland/KWinTest.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -102,6 +104,30 @@ TEST_F(KWinMoverTest, HasParkedWindowsAtHomeWhileTheSessionEndsAndWhenTheProgram
   EXPECT_EQ(kwin_.frameOf("Source").x, 1240);
   session_->parkedSources->leaveHomeFirst();
   EXPECT_EQ(kwin_.frameOf("Source"), (testbed::Rect{123, 77, 400, 300}));
+}
+
+TEST_F(KWinMoverTest, BringsHomeAtItsStartWhatACrashHasLeft) {
+  const NativeWindow window(desktop_.environment(), {.title = "Source"});
+  const NativeWindow movedSince(desktop_.environment(), {.title = "Moved since"});
+  kwin_.moveTo("Source", {123, 77});
+  for (const std::string title : {"Source", "Moved since"}) {
+    const auto source = element(title);
+    position(*source);
+    move(*source, corner);
+  }
+  // As a crash does: the record stays, and the windows where they are.
+  const auto record = desktop_.home() / "runtime" / "vistrel-parked-wayland-0";
+  const auto left = desktop_.home() / "left";
+  std::filesystem::copy_file(record, left);
+  end();
+  kwin_.moveTo("Source", {1240, 984});
+  kwin_.moveTo("Moved since", {300, 300});
+  std::filesystem::copy_file(left, record, std::filesystem::copy_options::overwrite_existing);
+
+  begin();
+  EXPECT_EQ(kwin_.frameOf("Source"), (testbed::Rect{123, 77, 400, 300}));
+  EXPECT_EQ(kwin_.frameOf("Moved since").x, 300);
+  EXPECT_EQ(std::filesystem::file_size(record), 0U);
 }
 
 TEST_F(KWinMoverTest, KnowsWhenAWindowHasGone) {

@@ -12,6 +12,10 @@ namespace vistrel::platform::linux_desktop {
 
 KWinTest::KWinTest(const testbed::KWinSession::Options& options) : desktop_(options) {
   desktop_.adoptEnvironment();
+  begin();
+}
+
+void KWinTest::begin() {
   const auto openSource = std::make_shared<OpenSource>(openSourceWindow);
   session_ = openX11Session(Instances::any, [openSource](const auto& mirror, WindowID window) {
                return (*openSource)(mirror, window);

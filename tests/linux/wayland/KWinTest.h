@@ -24,6 +24,9 @@ class KWinTest : public ::testing::Test {
   explicit KWinTest(const testbed::KWinSession::Options& options);
   ~KWinTest() override;
 
+  /// The program ends, and starts again.
+  void end() { session_.reset(); }
+  void begin();
   /// Topmost first.
   std::vector<WindowRecord> list(ListedWindows which = ListedWindows::all) const;
   /// Of ordinary windows, topmost first.

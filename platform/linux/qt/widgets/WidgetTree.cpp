@@ -131,7 +131,11 @@ QWidget* WidgetTree::realiseTable(const ScrollView& scrollView) {
   auto* table = new RowsView(*scrollView.documentView(), &parent_);
   if (scrollView.borderType() == BorderType::none) table->setFrameShape(QFrame::NoFrame);
   if (!scrollView.hasVerticalScroller()) table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  if (tables_.empty() && !notice_.stringValue().empty()) noticeWidget_ = realiseLabel();
+  if (tables_.empty() && !notice_.stringValue().empty()) {
+    noticeWidget_ = realiseLabel();
+    // It may tell a command, which nobody likes to type.
+    noticeWidget_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  }
   tables_.push_back(table);
   return table;
 }
