@@ -29,9 +29,10 @@ void* functionOfModule(const char* name) {
 
 }  // namespace
 
-void joinWaylandSession(Session& session) {
+void joinWaylandSession(Session& session, OpenSource& openSource) {
   void* const join = functionOfModule("vistrelJoinWaylandSession");
-  if (join != nullptr) reinterpret_cast<void (*)(Session&)>(join)(session);
+  if (join == nullptr) return;
+  reinterpret_cast<void (*)(Session&, OpenSource&)>(join)(session, openSource);
 }
 
 void notifyOfFailure(const std::string& failure) {

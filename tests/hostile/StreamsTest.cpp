@@ -1,5 +1,6 @@
 #include <atomic>
 
+#include "platform/linux/x11/source/SourceWindow.h"
 #include "platform/linux/x11/stream/MirrorWorker.h"
 #include "tests/hostile/HostileTest.h"
 
@@ -42,8 +43,8 @@ class Streams : public HostileTest {
  protected:
   Running start(const RawSource& source) {
     Running running;
-    running.stream = std::make_shared<CaptureStream>(source.id(), TestMirror::usualConfiguration(),
-                                                     running.output);
+    running.stream = std::make_shared<CaptureStream>(
+        source.id(), openSourceWindow, TestMirror::usualConfiguration(), running.output);
     running.stream->addStreamOutput(running.output, platform::StreamOutputType::screen, queue_);
     running.stream->startCapture([](const auto&) {});
     return running;

@@ -11,6 +11,7 @@
 namespace vistrel::testbed {
 
 /// An ordinary window of some Wayland program, which is a process of its own, without decorations.
+/// Over it the pointer is a black square of 16 × 16, whose first corner is its hot spot.
 /// The compositor puts it where it likes. All operations return once the compositor has dealt with
 /// them, and throw std::runtime_error when it does not by a generous deadline.
 class NativeWindow {

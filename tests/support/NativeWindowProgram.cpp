@@ -132,9 +132,21 @@ class Window {
     wl_surface_commit(surface_);
   }
 
+  /// A black square, whose first corner is its hot spot.
+  void showPointer(wl_pointer* pointer, std::uint32_t serial) {
+    // KWin 5.27 takes the byte that is no alpha for alpha here.
+    pointerPicture_.fill(0, 0, pointerSide, pointerSide, 0xff000000);
+    pointerPicture_.attachTo(pointerSurface_);
+    wl_surface_damage_buffer(pointerSurface_, 0, 0, pointerSide, pointerSide);
+    wl_surface_commit(pointerSurface_);
+    wl_pointer_set_cursor(pointer, serial, pointerSurface_, 0, 0);
+    wl_display_flush(display());
+  }
+
   void setUpInput() {
     static constexpr wl_pointer_listener pointers{
-        [](void*, wl_pointer*, std::uint32_t, wl_surface*, wl_fixed_t, wl_fixed_t) {},
+        [](void* self, wl_pointer* pointer, std::uint32_t serial, wl_surface*, wl_fixed_t,
+           wl_fixed_t) { static_cast<Window*>(self)->showPointer(pointer, serial); },
         [](void*, wl_pointer*, std::uint32_t, wl_surface*) {},
         [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {},
         [](void* self, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t,
@@ -235,10 +247,13 @@ class Window {
 
   const WaylandClient client_;
   wl_shm* shm_ = client_.bind<wl_shm>(wl_shm_interface, 1);
+  static constexpr int pointerSide = 16;
+  Buffer pointerPicture_{shm_, pointerSide, pointerSide};
   wl_seat* seat_ = client_.bind<wl_seat>(wl_seat_interface, 1);
   xdg_wm_base* base_ = client_.bind<xdg_wm_base>(xdg_wm_base_interface, 1);
-  wl_surface* surface_ =
-      wl_compositor_create_surface(client_.bind<wl_compositor>(wl_compositor_interface, 4));
+  wl_compositor* compositor_ = client_.bind<wl_compositor>(wl_compositor_interface, 4);
+  wl_surface* surface_ = wl_compositor_create_surface(compositor_);
+  wl_surface* pointerSurface_ = wl_compositor_create_surface(compositor_);
   xdg_surface* shell_ = xdg_wm_base_get_xdg_surface(base_, surface_);
   xdg_toplevel* toplevel_ = xdg_surface_get_toplevel(shell_);
   std::array<Pixel, 4> quadrants_{};

@@ -22,24 +22,34 @@ Picture ScreenReader::read(Rect area) const {
   if (left >= right || top >= bottom) {
     return picture;
   }
-  const auto width = static_cast<std::uint16_t>(right - left);
-  const auto height = static_cast<std::uint16_t>(bottom - top);
+  readInto(picture, {area.x, area.y}, connection_->root(), {left, top, right - left, bottom - top});
+  return picture;
+}
+
+Picture ScreenReader::readWindow(xcb_window_t window, int width, int height) const {
+  Picture picture(width, height);
+  readInto(picture, {0, 0}, window, {0, 0, width, height});
+  return picture;
+}
+
+void ScreenReader::readInto(Picture& picture, Point origin, xcb_drawable_t drawable,
+                            Rect area) const {
   const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
       connection_->get(),
-      xcb_get_image(connection_->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, connection_->root(),
-                    static_cast<std::int16_t>(left), static_cast<std::int16_t>(top), width, height,
+      xcb_get_image(connection_->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
+                    static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
+                    static_cast<std::uint16_t>(area.width), static_cast<std::uint16_t>(area.height),
                     ~std::uint32_t{0}),
       nullptr));
   if (!reply) {
     throw std::runtime_error("the screen cannot be read");
   }
   const std::uint8_t* bytes = xcb_get_image_data(reply.get());
-  for (int y = top; y < bottom; ++y) {
-    for (int x = left; x < right; ++x, bytes += bytesPerPixel) {
-      picture.at(x - area.x, y - area.y) = {bytes[2], bytes[1], bytes[0]};
+  for (int y = area.y; y < area.y + area.height; ++y) {
+    for (int x = area.x; x < area.x + area.width; ++x, bytes += bytesPerPixel) {
+      picture.at(x - origin.x, y - origin.y) = {bytes[2], bytes[1], bytes[0]};
     }
   }
-  return picture;
 }
 
 Picture ScreenReader::readAll() const {

@@ -16,9 +16,15 @@ class ScreenReader {
   /// std::runtime_error when the server is gone.
   Picture read(Rect area) const;
   Picture readAll() const;
+  /// The window's own picture: where a compositor shows windows (XWayland), the root has none.
+  Picture readWindow(xcb_window_t window, int width, int height) const;
   Rgb pixel(Point point) const { return read({point.x, point.y, 1, 1}).at(0, 0); }
 
  private:
+  /// Reads the part of `drawable` in `area` into the same place of `picture`, which begins at
+  /// `origin`.
+  void readInto(Picture& picture, Point origin, xcb_drawable_t drawable, Rect area) const;
+
   const XConnection* connection_;
 };
 

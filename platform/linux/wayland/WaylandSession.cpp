@@ -15,6 +15,7 @@
 #include "platform/linux/wayland/KWinWindowLister.h"
 #include "platform/linux/wayland/KWinWindows.h"
 #include "platform/linux/wayland/NativeWindowIds.h"
+#include "platform/linux/wayland/PipeWireSource.h"
 #include "platform/linux/wayland/WaylandConnection.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -47,12 +48,21 @@ std::string grantCommand() {
   return (grant.empty() ? "vistrel-kwin-grant" : grant.string()) + " " + ownProgram().string();
 }
 
+OpenSource openingNativeToo(OpenSource openOfX, std::shared_ptr<NativeWindowIds> ids) {
+  return [openOfX = std::move(openOfX), ids = std::move(ids)](
+             const CapturingMirror& mirror, WindowID window) -> std::unique_ptr<CaptureSource> {
+    if (!NativeWindowIds::isNative(window)) return openOfX(mirror, window);
+    const auto uuid = ids->uuidOf(window);
+    return uuid.empty() ? nullptr : PipeWireSource::open(mirror, window, uuid);
+  };
+}
+
 }  // namespace
 }  // namespace vistrel::platform::linux_desktop
 
 using namespace vistrel::platform::linux_desktop;
 
-void vistrelJoinWaylandSession(Session& session) {
+void vistrelJoinWaylandSession(Session& session, OpenSource& openSource) {
   const auto connection = WaylandConnection::open();
   trace(TraceTopic::start, [&] { return description(connection.get()); });
   if (!connection || !isKWin(*connection)) return;
@@ -64,6 +74,7 @@ void vistrelJoinWaylandSession(Session& session) {
   session.otherWindows =
       std::make_unique<KWinAccessibility>(std::move(session.otherWindows), mover);
   session.parkedSources = mover;
+  openSource = openingNativeToo(std::move(openSource), ids);
   session.facts = [ofX = std::move(session.facts)] {
     auto facts = ofX();
     facts.grantCommand = grantCommand();

@@ -79,7 +79,7 @@ std::string description(const Connection& connection, const SessionFacts& facts)
 /// Without a claim it is one instance of several. `connection` is for requests of the main thread,
 /// each of which waits for its answer.
 std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
-                                     std::shared_ptr<InstanceClaim> claim) {
+                                     std::shared_ptr<InstanceClaim> claim, OpenSource openSource) {
   const auto panelQueue = SerialQueue::make("vistrel.panels", QualityOfService::userInteractive);
   auto session = std::make_unique<Session>();
   session->layout = std::make_shared<SharedScreenLayout>();
@@ -90,7 +90,7 @@ std::unique_ptr<Session> sessionOver(std::shared_ptr<Connection> connection,
   session->contextMenuKeys = std::make_unique<X11ContextMenuKeys>(panelQueue);
   session->windowActivation = std::make_unique<X11WindowActivation>(connection);
   session->windowLister = std::make_unique<ShareableContentService>(session->layout);
-  session->windowStreams = std::make_unique<X11WindowStreams>(connection);
+  session->windowStreams = std::make_unique<X11WindowStreams>(connection, std::move(openSource));
   const auto command = std::make_shared<CommandDeadline>();
   const auto hiddenDisplays =
       std::make_shared<X11VirtualDisplays>(connection, session->layout, command);
@@ -123,7 +123,7 @@ void tidyUpAfterOthers(Connection& connection) {
 
 }  // namespace
 
-SessionOrFailure openX11Session(Instances instances) {
+SessionOrFailure openX11Session(Instances instances, OpenSource openSource) {
   std::shared_ptr<Connection> connection = openQuietly();
   if (!connection) return {nullptr, failureToConnect()};
   InstanceClaim::OrShown start;
@@ -132,7 +132,7 @@ SessionOrFailure openX11Session(Instances instances) {
   }
   if (start.isShown) return {};
   tidyUpAfterOthers(*connection);
-  return {sessionOver(std::move(connection), std::move(start.claim)), {}};
+  return {sessionOver(std::move(connection), std::move(start.claim), std::move(openSource)), {}};
 }
 
 }  // namespace vistrel::platform::linux_desktop

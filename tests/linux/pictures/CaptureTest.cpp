@@ -5,6 +5,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/linux/x11/source/SourceWindow.h"
 #include "platform/linux/x11/stream/WindowFrames.h"
 #include "tests/linux/pictures/MirrorInPanel.h"
 #include "tests/support/InputDriver.h"
@@ -61,7 +62,7 @@ TEST(Capture, NoticesWhatChangesWhileAFrameIsTaken) {
   const auto queue = SerialQueue::make("mirror", QualityOfService::userInteractive);
   const auto handler = std::make_shared<ChangesTheSource>(source);
   const auto stream = std::make_shared<CaptureStream>(
-      source.id(), StreamConfiguration{.minimumFrameInterval = {1, 30}},
+      source.id(), openSourceWindow, StreamConfiguration{.minimumFrameInterval = {1, 30}},
       std::weak_ptr<StreamDelegate>());
   stream->addStreamOutput(handler, StreamOutputType::screen, queue);
   stream->startCapture([](const std::optional<Error>&) {});
@@ -120,7 +121,8 @@ TEST(Capture, WaitsForNoMoreMomentsTheLongerThePointerRestsOverAFastSource) {
   const auto queue = std::make_shared<CountingQueue>();
   const auto handler = std::make_shared<TakesFrames>();
   const auto stream = std::make_shared<CaptureStream>(
-      source.id(), StreamConfiguration{.minimumFrameInterval = {1, 30}, .showsCursor = true},
+      source.id(), openSourceWindow,
+      StreamConfiguration{.minimumFrameInterval = {1, 30}, .showsCursor = true},
       std::weak_ptr<StreamDelegate>());
   stream->addStreamOutput(handler, StreamOutputType::screen, queue);
   stream->startCapture([](const std::optional<Error>&) {});

@@ -47,7 +47,7 @@ std::shared_ptr<const LivePicture> uploaded(Connection& connection, const Bitmap
     }
   }
   auto canvas = makeOpaqueCanvas(connection, size);
-  putRows(connection, canvas.pixmap, 24, size.width, 0, size.height,
+  putRows(connection, canvas.pixmap, 24, rectOf(size),
           reinterpret_cast<const std::uint8_t*>(pixels.data()),
           static_cast<std::size_t>(size.width) * sizeof(std::uint32_t));
   return std::make_shared<LivePicture>(

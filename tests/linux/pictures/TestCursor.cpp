@@ -12,7 +12,7 @@ namespace {
 xcb_cursor_t cursorOf(Connection& connection, const CursorLook& look) {
   const auto canvas =
       makeCanvas(connection, 32, connection.formats().translucent, {look.width, look.height});
-  putRows(connection, canvas.pixmap, 32, look.width, 0, look.height,
+  putRows(connection, canvas.pixmap, 32, {0, 0, look.width, look.height},
           reinterpret_cast<const std::uint8_t*>(look.pixels.data()),
           static_cast<std::size_t>(look.width) * sizeof(std::uint32_t));
   const auto cursor = xcb_generate_id(connection.xcb());

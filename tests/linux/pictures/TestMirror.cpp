@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/linux/x11/picture/MipLevels.h"
+#include "platform/linux/x11/source/SourceWindow.h"
 #include "platform/linux/x11/stream/MirrorWorker.h"
 #include "platform/linux/x11/stream/WindowFrames.h"
 #include "tests/support/ScreenReader.h"
@@ -64,10 +65,11 @@ void TestMirror::Events::streamDidStopWithError(Stream& /*stream*/, const Error&
   ++ends;
 }
 
-TestMirror::TestMirror(const testbed::XConnection& connection, Rect panel)
+TestMirror::TestMirror(const testbed::XConnection& connection, Rect panel, Panels panels)
     : connection_(connection),
       panel_(openPanel(connection, panel)),
       area_(panel),
+      panels_(panels),
       queue_(SerialQueue::make("mirror", QualityOfService::userInteractive)),
       events_(std::make_shared<Events>()) {
   surface_.emplace(panel_, queue_);
@@ -97,8 +99,16 @@ StreamCompletion TestMirror::counted() {
 }
 
 void TestMirror::start(xcb_window_t source, const StreamConfiguration& configuration) {
+  start(source, openSourceWindow, configuration);
+}
+
+void TestMirror::start(WindowID source, OpenSource open) {
+  start(source, std::move(open), usualConfiguration());
+}
+
+void TestMirror::start(WindowID source, OpenSource open, const StreamConfiguration& configuration) {
   stop();
-  stream_ = std::make_shared<CaptureStream>(source, configuration, events_);
+  stream_ = std::make_shared<CaptureStream>(source, std::move(open), configuration, events_);
   stream_->addStreamOutput(events_, StreamOutputType::screen, queue_);
   stream_->startCapture([events = events_, count = counted()](const auto& error) {
     {
@@ -128,6 +138,12 @@ void TestMirror::resizePanel(int width, int height) {
   surface_->setChrome(clearChrome(width, height), nullptr);
 }
 
+void TestMirror::rollUp() {
+  auto chrome = clearChrome(area_.width, area_.height);
+  chrome.contents = std::nullopt;
+  surface_->setChrome(std::move(chrome), nullptr);
+}
+
 void TestMirror::turn() {
   std::shared_ptr<const Image> image;
   {
@@ -151,7 +167,9 @@ void TestMirror::takePictureAway() { surface_->setContents(nullptr); }
 testbed::Picture TestMirror::panelPicture() const {
   constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
   xcb_configure_window(connection_.get(), panel_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-  return testbed::ScreenReader(connection_).read(area_);
+  const testbed::ScreenReader reader(connection_);
+  return panels_ == Panels::onScreen ? reader.read(area_)
+                                     : reader.readWindow(panel_, area_.width, area_.height);
 }
 
 Rgb TestMirror::colourAt(double fractionX, double fractionY, Rect source) const {

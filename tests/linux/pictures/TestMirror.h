@@ -22,18 +22,27 @@ namespace vistrel::platform::linux_desktop {
 /// what is said to be its queue's.
 class TestMirror {
  public:
+  /// What a panel shows is read from the screen; where a compositor shows windows (XWayland), from
+  /// the panel's window.
+  enum class Panels { onScreen, composited };
+
   /// Opens the panel's window on the screen. `connection` outlives this object.
-  TestMirror(const testbed::XConnection& connection, testbed::Rect panel);
+  TestMirror(const testbed::XConnection& connection, testbed::Rect panel,
+             Panels panels = Panels::onScreen);
   TestMirror(const TestMirror&) = delete;
   TestMirror& operator=(const TestMirror&) = delete;
   ~TestMirror();
 
   /// Starts mirroring `source`, which need not exist. Does not wait.
   void start(xcb_window_t source, const StreamConfiguration& configuration = usualConfiguration());
+  /// The same with a source that is opened so.
+  void start(WindowID source, OpenSource open);
   void stop();
   void configure(const StreamConfiguration& configuration);
   /// Gives the panel another size.
   void resizePanel(int width, int height);
+  /// Leaves no room for the picture in the panel, until it is resized.
+  void rollUp();
   /// The configuration that the program starts with.
   static StreamConfiguration usualConfiguration();
 
@@ -81,10 +90,12 @@ class TestMirror {
   struct Events;
 
   StreamCompletion counted();
+  void start(WindowID source, OpenSource open, const StreamConfiguration& configuration);
 
   const testbed::XConnection& connection_;
   const xcb_window_t panel_;
   testbed::Rect area_;
+  const Panels panels_;
   std::shared_ptr<SerialQueue> queue_;
   std::shared_ptr<Events> events_;
   std::shared_ptr<CaptureStream> stream_;

@@ -16,8 +16,11 @@ KWinTest::KWinTest(const testbed::KWinSession::Options& options) : desktop_(opti
 }
 
 void KWinTest::begin() {
-  session_ = openX11Session(Instances::any).session;
-  vistrelJoinWaylandSession(*session_);
+  const auto openSource = std::make_shared<OpenSource>(openSourceWindow);
+  session_ = openX11Session(Instances::any, [openSource](const auto& mirror, WindowID window) {
+               return (*openSource)(mirror, window);
+             }).session;
+  vistrelJoinWaylandSession(*session_, *openSource);
 }
 
 KWinTest::~KWinTest() {

@@ -131,7 +131,7 @@ void PanelPainter::resize(PixelSize size) {
 void PanelPainter::uploadRows(int first, int count) {
   const auto width = static_cast<std::size_t>(chrome_->width);
   const auto* pixels = chrome_->pixels.data() + static_cast<std::size_t>(first) * width;
-  putRows(connection_, chromeCanvas_.pixmap, 32, chrome_->width, first, count,
+  putRows(connection_, chromeCanvas_.pixmap, 32, {0, first, chrome_->width, count},
           reinterpret_cast<const std::uint8_t*>(pixels), width * sizeof(*pixels));
   dirty_.add({0, first, chrome_->width, count});
 }
@@ -145,7 +145,7 @@ void PanelPainter::makeCornerMask() {
   cornerMask_ = makeCanvas(connection_, 8, connection_.formats().alphaMask, {side, side});
   const std::size_t stride = (static_cast<std::size_t>(side) + 3) / 4 * 4;
   const auto coverage = discCoverage(radius, stride);
-  putRows(connection_, cornerMask_.pixmap, 8, side, 0, side, coverage.data(), stride);
+  putRows(connection_, cornerMask_.pixmap, 8, {0, 0, side, side}, coverage.data(), stride);
 }
 
 /// Where the window is larger than the chrome, because it is about to shrink or has just grown, it

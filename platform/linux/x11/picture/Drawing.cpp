@@ -144,19 +144,19 @@ void fill(Connection& connection, const Picture& target, const Color& color,
                              premultiplied(color), 1, &wire);
 }
 
-void putRows(Connection& connection, const Pixmap& pixmap, std::uint8_t depth, int width,
-             int firstRow, int rows, const std::uint8_t* bytes, std::size_t stride) {
+void putRows(Connection& connection, const Pixmap& pixmap, std::uint8_t depth,
+             const PixelRect& area, const std::uint8_t* bytes, std::size_t stride) {
   constexpr std::size_t headerBytes = 64;
   const std::size_t most = xcb_get_maximum_request_length(connection.xcb()) * std::size_t{4};
   const int rowsPerRequest =
       std::max(1, static_cast<int>(std::min<std::size_t>((most - headerBytes) / stride, 0x7fff)));
   const auto context = makeGContext(connection, pixmap.id());
-  for (int row = 0; row < rows; row += rowsPerRequest) {
-    const int count = std::min(rowsPerRequest, rows - row);
+  for (int row = 0; row < area.height; row += rowsPerRequest) {
+    const int count = std::min(rowsPerRequest, area.height - row);
     xcb_put_image(connection.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap.id(), context.id(),
-                  static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(count), 0,
-                  static_cast<std::int16_t>(firstRow + row), 0, depth,
-                  static_cast<std::uint32_t>(count * stride),
+                  static_cast<std::uint16_t>(area.width), static_cast<std::uint16_t>(count),
+                  static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y + row), 0,
+                  depth, static_cast<std::uint32_t>(count * stride),
                   bytes + static_cast<std::size_t>(row) * stride);
   }
 }

@@ -67,9 +67,9 @@ void copyUnscaled(Connection& connection, xcb_render_pict_op_t operation, const 
 /// Replaces `area` of `target` with a colour.
 void fill(Connection& connection, const Picture& target, const Color& color, const PixelRect& area);
 
-/// Sends rows of pixels into `pixmap` from row `firstRow` on, in as many requests as it takes.
-/// `stride` bytes a row, a multiple of four.
-void putRows(Connection& connection, const Pixmap& pixmap, std::uint8_t depth, int width,
-             int firstRow, int rows, const std::uint8_t* bytes, std::size_t stride);
+/// Sends rows of pixels into `area` of `pixmap`, in as many requests as it takes. `stride` bytes a
+/// row, a multiple of four.
+void putRows(Connection& connection, const Pixmap& pixmap, std::uint8_t depth,
+             const PixelRect& area, const std::uint8_t* bytes, std::size_t stride);
 
 }  // namespace vistrel::platform::linux_desktop

@@ -4,6 +4,7 @@
 #include <xcb/xfixes.h>
 
 #include "platform/linux/x11/picture/Drawing.h"
+#include "platform/linux/x11/source/SourceWindow.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -23,6 +24,19 @@ Canvas halved(Connection& connection, const Canvas& canvas) {
 }
 
 }  // namespace
+
+std::shared_ptr<const std::vector<Canvas>> cursorLevels(Connection& connection, PixelSize size,
+                                                        const std::uint32_t* pixels) {
+  std::vector<Canvas> levels;
+  levels.push_back(makeTransparentOutside(connection, size));
+  putRows(connection, levels.front().pixmap, 32, rectOf(size),
+          reinterpret_cast<const std::uint8_t*>(pixels),
+          static_cast<std::size_t>(size.width) * sizeof(*pixels));
+  while (levels.back().size != PixelSize{1, 1}) {
+    levels.push_back(halved(connection, levels.back()));
+  }
+  return std::make_shared<const std::vector<Canvas>>(std::move(levels));
+}
 
 void CursorOverlay::handle(const xcb_generic_event_t& event, const SourceWindow& source) {
   if (typeOf(event) == connection_.extensions().cursorNotify) {
@@ -70,14 +84,8 @@ void CursorOverlay::readImage() {
       replyTo<xcb_xfixes_get_cursor_image_reply>(xcb, xcb_xfixes_get_cursor_image(xcb));
   if (!image || image->width == 0 || image->height == 0) return;
   image_ = {-image->xhot, -image->yhot, image->width, image->height};
-  std::vector<Canvas> levels;
-  levels.push_back(makeTransparentOutside(connection_, sizeOf(image_)));
-  const auto* pixels = xcb_xfixes_get_cursor_image_cursor_image(image.get());
-  putRows(connection_, levels.front().pixmap, 32, image->width, 0, image->height,
-          reinterpret_cast<const std::uint8_t*>(pixels), image->width * sizeof(*pixels));
-  while (levels.back().size != PixelSize{1, 1})
-    levels.push_back(halved(connection_, levels.back()));
-  levels_ = std::make_shared<const std::vector<Canvas>>(std::move(levels));
+  levels_ = cursorLevels(connection_, sizeOf(image_),
+                         xcb_xfixes_get_cursor_image_cursor_image(image.get()));
 }
 
 }  // namespace vistrel::platform::linux_desktop

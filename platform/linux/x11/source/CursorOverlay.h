@@ -5,9 +5,15 @@
 #include <vector>
 
 #include "platform/linux/x11/picture/PictureStore.h"
-#include "platform/linux/x11/source/SourceWindow.h"
 
 namespace vistrel::platform::linux_desktop {
+
+class SourceWindow;
+
+/// A pointer's picture and its reductions, for a `CursorMark`. `pixels` are a8r8g8b8,
+/// premultiplied, rows without gaps; not empty.
+std::shared_ptr<const std::vector<Canvas>> cursorLevels(Connection& connection, PixelSize size,
+                                                        const std::uint32_t* pixels);
 
 /// The pointer over one source window. Asks for the pointer's place only while the pointer is
 /// there; no event tells of its movement without getting in the way of other clients.

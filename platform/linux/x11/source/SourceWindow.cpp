@@ -80,6 +80,22 @@ SourceWindow::~SourceWindow() {
   forgive(connection_.xcb(), connection_.selectEvents(client_, 0));
 }
 
+void SourceWindow::rest() {
+  cursor_.reset();
+  grid_.reset();
+}
+
+CursorOverlay& SourceWindow::cursor() {
+  if (!cursor_) cursor_.emplace(connection_);
+  return *cursor_;
+}
+
+bool SourceWindow::visitSampleGrid(int rows, int columns,
+                                   const std::function<bool(PixelBGRA)>& visit) {
+  if (!grid_) grid_.emplace(connection_);
+  return grid_->visit(*picture_, rows, columns, visit);
+}
+
 void SourceWindow::renew() {
   gone_ = gone_ || !watchClient();
   if (frame_ != XCB_NONE) forgive(connection_.xcb(), listenToFrame());
@@ -144,7 +160,9 @@ void SourceWindow::releaseFrame() {
 
 void SourceWindow::handle(const xcb_generic_event_t& event) {
   subwindows_.handle(event);
+  if (cursor_) cursor_->handle(event, *this);
   const auto type = typeOf(event);
+  hasPointerNews_ |= type == XCB_ENTER_NOTIFY || type == XCB_LEAVE_NOTIFY;
   if (type == connection_.extensions().damageNotify) {
     const auto& notify = eventAs<xcb_damage_notify_event_t>(event);
     if (notify.damage == damage_.id()) hasDamage_ = true;
@@ -312,6 +330,10 @@ void SourceWindow::collectDamage() {
 PictureChanges SourceWindow::takeChanges() {
   collectDamage();
   return std::exchange(changes_, {});
+}
+
+std::unique_ptr<CaptureSource> openSourceWindow(const CapturingMirror& mirror, WindowID window) {
+  return SourceWindow::open(mirror.connection, window);
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -2,56 +2,54 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 #include <xcb/xfixes.h>
 
-#include "platform/linux/x11/picture/LivePicture.h"
-#include "platform/linux/x11/picture/PictureStore.h"
-#include "platform/linux/x11/server/Connection.h"
+#include "platform/linux/x11/picture/SampleGrid.h"
 #include "platform/linux/x11/server/Resources.h"
+#include "platform/linux/x11/source/CaptureSource.h"
+#include "platform/linux/x11/source/CursorOverlay.h"
 #include "platform/linux/x11/source/Subwindows.h"
 
 namespace vistrel::platform::linux_desktop {
 
-/// A window that is being captured: watches it, has the server keep its picture whole wherever the
-/// window is and whatever lies over it, and collects what changes in it. Captured is the frame that
-/// the window manager made around the client's window, cut to what a person sees as the window.
-class SourceWindow {
+/// A window of the display server as a source: watches it, has the server keep its picture whole
+/// wherever the window is and whatever lies over it, and collects what changes in it. Captured is
+/// the frame that the window manager made around the client's window, cut to what a person sees as
+/// the window.
+class SourceWindow final : public CaptureSource {
  public:
   /// Null when there is no such window.
   static std::unique_ptr<SourceWindow> open(Connection& connection, xcb_window_t client);
-  SourceWindow(const SourceWindow&) = delete;
-  SourceWindow& operator=(const SourceWindow&) = delete;
-  ~SourceWindow();
+  ~SourceWindow() override;
 
-  xcb_window_t client() const { return client_; }
-  /// Listens to the window and takes its picture anew, as if it had just been opened.
-  void renew();
-  void handle(const xcb_generic_event_t& event);
-  /// Follows what the events told. To be called once they have all been handled.
-  void refresh();
+  WindowID window() const override { return client_; }
+  void rest() override;
+  void renew() override;
+  void handle(const xcb_generic_event_t& event) override;
+  void refresh() override;
 
-  bool isGone() const { return gone_; }
-  /// False where the server had no memory for the window's picture; `refresh` tries again.
-  bool hasRoom() const { return hasRoom_; }
-  /// Whether the client draws into the picture; a window that is minimised or on another desktop
-  /// does not.
-  bool isViewable() const { return viewable_; }
-  /// Whether something has changed since `askForChanges`, as far as events tell.
-  bool hasChanges() const { return hasDamage_ || hasNewPicture_; }
-  /// Whether the client has lost some of the windows inside its own since this was last asked.
-  bool takeLoss() { return subwindows_.takeLoss(); }
-  /// Whether an event that is yet to be handled tells of that.
-  bool isAboutToTellOfLoss() {
+  bool isGone() const override { return gone_; }
+  bool hasRoom() const override { return hasRoom_; }
+  /// A window that is minimised or on another desktop is not.
+  bool isViewable() const override { return viewable_; }
+  bool hasChanges() const override { return hasDamage_ || hasNewPicture_; }
+  /// Its parts are the windows inside the client's own.
+  bool takeLoss() override { return subwindows_.takeLoss(); }
+  bool isAboutToTellOfLoss() override {
     return connection_.hasRead([this](const auto& event) { return subwindows_.isLoss(event); });
   }
-  /// The window's picture; null until the window has been viewable. Another one after each change
-  /// of size.
-  const std::shared_ptr<const LivePicture>& picture() const { return picture_; }
-  /// Asks the server what has changed so far. It need not be waited for before it is needed.
-  void askForChanges();
-  /// What had changed when it was last asked for, and is not taken yet.
-  PictureChanges takeChanges();
+  const std::shared_ptr<const LivePicture>& picture() const override { return picture_; }
+  void askForChanges() override;
+  PictureChanges takeChanges() override;
+  bool visitSampleGrid(int rows, int columns, const std::function<bool(PixelBGRA)>& visit) override;
+
+  bool takePointerNews() override { return std::exchange(hasPointerNews_, false); }
+  bool isPointerFollowed() const override { return cursor_ && cursor_->isFollowing(); }
+  void askForPointer() override { cursor().askForPlace(); }
+  bool isPointerAsked() const override { return cursor_ && cursor_->isAsked(); }
+  CursorMark pointerMark() override { return cursor().markOver(*this); }
 
   /// The child of the root that holds the client.
   xcb_window_t frame() const { return frame_; }
@@ -61,6 +59,7 @@ class SourceWindow {
  private:
   SourceWindow(Connection& connection, xcb_window_t client);
 
+  CursorOverlay& cursor();
   bool watchClient();
   void attachToFrame();
   xcb_void_cookie_t listenToFrame();
@@ -82,6 +81,8 @@ class SourceWindow {
   Connection& connection_;
   const xcb_window_t client_;
   Subwindows subwindows_;
+  std::optional<CursorOverlay> cursor_;  // none while nobody has asked for it
+  std::optional<SampleGrid> grid_;
   xcb_window_t frame_ = XCB_NONE;
   Damage damage_;
   Region region_;
@@ -92,11 +93,15 @@ class SourceWindow {
   int frameBorder_ = 0;
   bool hasDamage_ = false;
   bool hasNewPicture_ = false;
+  bool hasPointerNews_ = false;
   bool viewable_ = false;
   bool gone_ = false;
   bool hasRoom_ = true;
   bool moved_ = true;    // the client may be in another frame
   bool renamed_ = true;  // the picture has to be named again
 };
+
+/// Opens windows of the display server.
+std::unique_ptr<CaptureSource> openSourceWindow(const CapturingMirror& mirror, WindowID window);
 
 }  // namespace vistrel::platform::linux_desktop

@@ -25,14 +25,12 @@ double intervalOf(const StreamConfiguration& configuration) {
 
 }  // namespace
 
-Capture::Capture(MirrorWorker& worker, std::unique_ptr<SourceWindow> source,
+Capture::Capture(MirrorWorker& worker, std::unique_ptr<CaptureSource> source,
                  const StreamConfiguration& configuration, Receiver receiver)
     : worker_(worker),
       source_(std::move(source)),
       configuration_(configuration),
       receiver_(std::move(receiver)),
-      grid_(worker.connection()),
-      cursor_(worker.connection()),
       pacing_(intervalOf(configuration)) {}
 
 void Capture::setConfiguration(const StreamConfiguration& configuration) {
@@ -45,8 +43,6 @@ void Capture::setConfiguration(const StreamConfiguration& configuration) {
 void Capture::handle(const xcb_generic_event_t& event) {
   assert(thread_.isCurrent());
   source_->handle(event);
-  cursor_.handle(event, *source_);
-  cursorMayHaveMoved_ |= typeOf(event) == XCB_ENTER_NOTIFY || typeOf(event) == XCB_LEAVE_NOTIFY;
 }
 
 void Capture::proceed() {
@@ -54,6 +50,7 @@ void Capture::proceed() {
   if (ended_) return;
   const double now = monotonicNow();
   if (now < roomLook_ && !source_->isGone()) return worker_.comeBackAt(roomLook_);
+  source_->setSeen(worker_.isPictureSeen());
   source_->refresh();
   if (source_->isGone()) return fail({"The window has been closed."});
   if (!source_->hasRoom()) return lackRoom(now);
@@ -61,8 +58,9 @@ void Capture::proceed() {
   if (source_->takeLoss()) lossPause_.lost(now);
   if (now < lossPause_.end()) return worker_.comeBackAt(lossPause_.end());
   noticeChange(now);
+  cursorMayHaveMoved_ |= source_->takePointerNews();
   if (!hasNews() && !isTimeToLook(now)) {
-    if (cursor_.isFollowing()) worker_.comeBackAt(nextLook_);
+    if (source_->isPointerFollowed()) worker_.comeBackAt(nextLook_);
     return;
   }
   const double due = hasNews() ? pacing_.due() : pacing_.earliest();
@@ -70,19 +68,19 @@ void Capture::proceed() {
   const auto formerMark = cursorMark_;
   if (hasNews()) {
     // The answer comes together with the one that whoever takes the frame waits for.
-    if (configuration_.showsCursor) cursor_.askForPlace();
+    if (configuration_.showsCursor) source_->askForPointer();
     deliver(now);
     takeAskedCursor();
   } else if (cursorHasMoved()) {
     deliver(now);
   }
-  if (!cursor_.isFollowing()) return;
+  if (!source_->isPointerFollowed()) return;
   nextLook_ = cursorMark_ == formerMark ? now + restingLook : pacing_.earliest();
   worker_.comeBackAt(nextLook_);
 }
 
 bool Capture::isTimeToLook(double now) const {
-  return cursorMayHaveMoved_ || (cursor_.isFollowing() && now >= nextLook_);
+  return cursorMayHaveMoved_ || (source_->isPointerFollowed() && now >= nextLook_);
 }
 
 void Capture::noticeChange(double now) {
@@ -102,14 +100,14 @@ void Capture::askForChanges() {
 
 bool Capture::cursorHasMoved() {
   cursorMayHaveMoved_ = false;
-  auto mark = configuration_.showsCursor ? cursor_.markOver(*source_) : CursorMark{};
+  auto mark = configuration_.showsCursor ? source_->pointerMark() : CursorMark{};
   if (mark == cursorMark_) return false;
   cursorMark_ = std::move(mark);
   return true;
 }
 
 void Capture::takeAskedCursor() {
-  if (cursor_.isAsked()) cursorHasMoved();
+  if (source_->isPointerAsked()) cursorHasMoved();
 }
 
 void Capture::collectChanges() {
@@ -143,6 +141,7 @@ bool Capture::isUnchangedSinceCommit() {
 
 std::shared_ptr<const Image> Capture::commit() {
   assert(thread_.isCurrent());
+  source_->takeFrameOver();
   collectChanges();
   takeAskedCursor();
   // What is known to have changed may be that the client has lost parts meanwhile: such changes
@@ -153,7 +152,7 @@ std::shared_ptr<const Image> Capture::commit() {
   } else {
     changes = std::exchange(uncommitted_, {});
   }
-  auto image = worker_.commit(source_->client(), source_->picture(), changes, cursorMark_);
+  auto image = worker_.commit(source_->window(), source_->picture(), changes, cursorMark_);
   if (!image) {
     uncommitted_ = std::move(changes);
     owesFrame_ = true;
@@ -164,7 +163,7 @@ std::shared_ptr<const Image> Capture::commit() {
 
 void Capture::lackRoom(double now) {
   trace(TraceTopic::capture,
-        [&] { return "the server has no memory for " + windowText(source_->client()); });
+        [&] { return "the server has no memory for " + windowText(source_->window()); });
   roomLook_ = now + lackingLook;
   worker_.comeBackAt(roomLook_);
 }

@@ -8,11 +8,9 @@
 
 #include "platform/ScreenCapture.h"
 #include "platform/linux/CurrentThread.h"
-#include "platform/linux/x11/picture/SampleGrid.h"
-#include "platform/linux/x11/source/CursorOverlay.h"
+#include "platform/linux/x11/source/CaptureSource.h"
 #include "platform/linux/x11/source/FramePacing.h"
 #include "platform/linux/x11/source/LossPause.h"
-#include "platform/linux/x11/source/SourceWindow.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -28,7 +26,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
     std::function<void(const Error&)> stopped;
   };
 
-  Capture(MirrorWorker& worker, std::unique_ptr<SourceWindow> source,
+  Capture(MirrorWorker& worker, std::unique_ptr<CaptureSource> source,
           const StreamConfiguration& configuration, Receiver receiver);
 
   void handle(const xcb_generic_event_t& event);
@@ -40,11 +38,11 @@ class Capture : public std::enable_shared_from_this<Capture> {
   void fail(const Error& error);
 
   /// Ends the capture, which keeps quiet from now on.
-  std::unique_ptr<SourceWindow> takeSource() { return std::move(source_); }
+  std::unique_ptr<CaptureSource> takeSource() { return std::move(source_); }
 
   const StreamConfiguration& configuration() const { return configuration_; }
   const Receiver& receiver() const { return receiver_; }
-  SourceWindow& source() { return *source_; }
+  CaptureSource& source() { return *source_; }
   const std::shared_ptr<const LivePicture>& picture() const { return source_->picture(); }
   /// Whether the picture still is what was taken over last; asks the server.
   bool isUnchangedSinceCommit();
@@ -53,7 +51,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
   /// As `PixelBuffer::visitSampleGrid`.
   bool visitSampleGrid(int rows, int columns, const std::function<bool(PixelBGRA)>& visit) {
     assert(thread_.isCurrent());
-    return grid_.visit(*source_->picture(), rows, columns, visit);
+    return source_->visitSampleGrid(rows, columns, visit);
   }
 
  private:
@@ -73,11 +71,9 @@ class Capture : public std::enable_shared_from_this<Capture> {
 
   const OwnThread thread_;
   MirrorWorker& worker_;
-  std::unique_ptr<SourceWindow> source_;
+  std::unique_ptr<CaptureSource> source_;
   StreamConfiguration configuration_;
   Receiver receiver_;
-  SampleGrid grid_;
-  CursorOverlay cursor_;
   CursorMark cursorMark_;  // as of the last frame handed out
   bool cursorMayHaveMoved_ = true;
   double nextLook_ = 0;  // at a pointer over the source

@@ -6,9 +6,13 @@
 
 namespace vistrel::platform::linux_desktop {
 
-CaptureStream::CaptureStream(WindowID window, const StreamConfiguration& configuration,
+CaptureStream::CaptureStream(WindowID window, OpenSource open,
+                             const StreamConfiguration& configuration,
                              std::weak_ptr<StreamDelegate> delegate)
-    : window_(window), delegate_(std::move(delegate)), configuration_(configuration) {}
+    : window_(window),
+      open_(std::move(open)),
+      delegate_(std::move(delegate)),
+      configuration_(configuration) {}
 
 CaptureStream::~CaptureStream() {
   const auto queue = output().queue;
@@ -57,7 +61,7 @@ std::optional<Error> CaptureStream::start(const std::shared_ptr<SerialQueue>& qu
   if (!output().handler) return Error{"The stream has no handler."};
   const auto worker = MirrorWorker::of(queue);
   if (!worker) return Error{"The display server has no room for another mirror."};
-  return worker->startCapture(this, window_, configuration_, makeReceiver());
+  return worker->startCapture(this, window_, open_, configuration_, makeReceiver());
 }
 
 Capture::Receiver CaptureStream::makeReceiver() {

@@ -13,7 +13,7 @@ namespace vistrel::platform::linux_desktop {
 /// is asked of it is done there in the order in which it was asked. Any thread.
 class CaptureStream : public Stream, public std::enable_shared_from_this<CaptureStream> {
  public:
-  CaptureStream(WindowID window, const StreamConfiguration& configuration,
+  CaptureStream(WindowID window, OpenSource open, const StreamConfiguration& configuration,
                 std::weak_ptr<StreamDelegate> delegate);
   ~CaptureStream() override;
 
@@ -38,6 +38,7 @@ class CaptureStream : public Stream, public std::enable_shared_from_this<Capture
   Capture::Receiver makeReceiver();
 
   const WindowID window_;
+  const OpenSource open_;
   const std::weak_ptr<StreamDelegate> delegate_;
   mutable std::mutex mutex_;
   Output output_;                      // guarded by mutex_

@@ -36,6 +36,7 @@ MirrorWorker::MirrorWorker(const std::shared_ptr<SerialQueue>& queue,
     : queue_(queue), connection_(std::move(connection)), store_(*connection_) {}
 
 std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window,
+                                                const OpenSource& open,
                                                 const StreamConfiguration& configuration,
                                                 Capture::Receiver receiver) {
   assert(thread_.isCurrent());
@@ -43,40 +44,46 @@ std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window
   if (!connection_->extensions().offersCapture) {
     return Error{"The display server does not offer capturing windows."};
   }
-  auto source = openSource(window);
+  auto source = openSource(window, open);
   if (!source) return Error{"The window is no longer there."};
   if (!hasRoomFor(*source)) {
     release(std::move(source));
     return Error{"The display server has no memory for a picture of the window."};
   }
-  captures_.push_back({key, std::make_shared<Capture>(*this, std::move(source), configuration,
-                                                      std::move(receiver))});
+  auto capture =
+      std::make_shared<Capture>(*this, std::move(source), configuration, std::move(receiver));
+  captures_.push_back({key, open, std::move(capture)});
   return std::nullopt;
 }
 
-bool MirrorWorker::hasRoomFor(const SourceWindow& source) {
+bool MirrorWorker::hasRoomFor(const CaptureSource& source) {
   if (!source.hasRoom() || !source.picture()) return source.hasRoom();
   const auto leastOfACopy = sizeOfLevel(source.picture()->size(), 1);
   return makeOpaqueCanvasIfThereIsRoom(*connection_, leastOfACopy).has_value();
 }
 
-std::unique_ptr<SourceWindow> MirrorWorker::openSource(WindowID window) {
+std::unique_ptr<CaptureSource> MirrorWorker::openSource(WindowID window, const OpenSource& open) {
   auto resting = std::move(restingSource_);
-  if (!resting || resting->client() != window || resting->isGone()) {
+  if (!resting || resting->window() != window || resting->isGone()) {
     release(std::move(resting));
-    return SourceWindow::open(*connection_, window);
+    auto queue = queue_.lock();
+    if (!queue) return nullptr;
+    const auto look = [worker = weak_from_this()] {
+      if (const auto strong = worker.lock()) strong->serve();
+    };
+    return open({*connection_, look, std::move(queue)}, window);
   }
   resting->renew();
   return resting;
 }
 
-void MirrorWorker::release(std::unique_ptr<SourceWindow> source) {
+void MirrorWorker::release(std::unique_ptr<CaptureSource> source) {
   if (!source) return;
-  const auto client = source->client();
+  const auto window = source->window();
   source.reset();
   // It has taken along what the connection listened to for others of the same window.
-  const auto renewIfAffected = [client](SourceWindow& other) {
-    if (other.client() == client) other.renew();
+  const auto renewIfAffected = [window](CaptureSource& other) {
+    if (other.window() == window) other.renew();
   };
   for (const auto& each : captures_) renewIfAffected(each.capture->source());
   if (restingSource_) renewIfAffected(*restingSource_);
@@ -93,6 +100,7 @@ void MirrorWorker::stopCapture(const void* key) {
   auto* const capture = captureOf(key);
   if (!capture) return;
   auto source = capture->takeSource();
+  source->rest();
   std::erase_if(captures_, [&](const Running& each) { return each.key == key; });
   release(std::exchange(restingSource_, std::move(source)));
 }
@@ -152,14 +160,14 @@ void MirrorWorker::handOverTo(MirrorWorker& heir) {
     heir.showPicture(each.window(), each.showsPicture());
   }
   panels_.clear();
-  for (const auto& [key, capture] : std::exchange(captures_, {})) {
-    const auto failure = heir.startCapture(key, capture->source().client(),
+  for (const auto& [key, open, capture] : std::exchange(captures_, {})) {
+    const auto failure = heir.startCapture(key, capture->source().window(), open,
                                            capture->configuration(), capture->receiver());
     if (failure) capture->fail(*failure);
   }
 }
 
-std::shared_ptr<const Image> MirrorWorker::commit(xcb_window_t source,
+std::shared_ptr<const Image> MirrorWorker::commit(WindowID source,
                                                   std::shared_ptr<const LivePicture> picture,
                                                   PictureChanges changes,
                                                   const CursorMark& cursor) {
@@ -184,6 +192,12 @@ std::vector<PixelSize> MirrorWorker::pictureSizes(PixelSize source) const {
     if (const auto size = each.pictureSizeFor(source)) sizes.push_back(*size);
   }
   return sizes;
+}
+
+bool MirrorWorker::isPictureSeen() const {
+  return std::any_of(panels_.begin(), panels_.end(), [](const PanelPainter& each) {
+    return each.pictureSizeFor({1, 1});
+  });
 }
 
 const LivePicture* MirrorWorker::unchangedSource() {

@@ -12,6 +12,7 @@
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/panel/PanelPainter.h"
 #include "platform/linux/x11/picture/PictureStore.h"
+#include "platform/linux/x11/source/CaptureSource.h"
 #include "platform/linux/x11/stream/Capture.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -32,7 +33,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   void setOnLost(std::function<void()> onLost) { onLost_ = std::move(onLost); }
 
   /// Starts capturing for the stream `key`. None when that was done.
-  std::optional<Error> startCapture(const void* key, WindowID window,
+  std::optional<Error> startCapture(const void* key, WindowID window, const OpenSource& open,
                                     const StreamConfiguration& configuration,
                                     Capture::Receiver receiver);
   /// Null when the stream is not running.
@@ -43,9 +44,11 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
 
   /// Takes a frame of `source` over, and paints it where the picture is shown. Null once the queue
   /// is being released, and where the display server has no memory for the picture.
-  std::shared_ptr<const Image> commit(xcb_window_t source,
-                                      std::shared_ptr<const LivePicture> picture,
+  std::shared_ptr<const Image> commit(WindowID source, std::shared_ptr<const LivePicture> picture,
                                       PictureChanges changes, const CursorMark& cursor);
+
+  /// Whether there is a panel with room for the picture.
+  bool isPictureSeen() const;
 
   void addPanel(xcb_window_t window);
   /// Nothing touches the window any more when this returns.
@@ -61,17 +64,18 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
  private:
   struct Running {
     const void* key;
+    OpenSource open;
     std::shared_ptr<Capture> capture;
   };
 
   MirrorWorker(const std::shared_ptr<SerialQueue>& queue, std::unique_ptr<Connection> connection);
 
   /// Null when there is no such window.
-  std::unique_ptr<SourceWindow> openSource(WindowID window);
+  std::unique_ptr<CaptureSource> openSource(WindowID window, const OpenSource& open);
   /// Whether the display server has memory for its picture and for the least that is kept of it.
-  bool hasRoomFor(const SourceWindow& source);
+  bool hasRoomFor(const CaptureSource& source);
   /// Null does nothing.
-  void release(std::unique_ptr<SourceWindow> source);
+  void release(std::unique_ptr<CaptureSource> source);
   void handle(const xcb_generic_event_t& event);
   void lose();
   void handOverTo(MirrorWorker& heir);
@@ -89,7 +93,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   std::vector<Running> captures_;
   /// The source of the stream that was stopped last. Releasing a covered window would cost what is
   /// covered, until the window is drawn again; and a mirror that is refreshed starts with it again.
-  std::unique_ptr<SourceWindow> restingSource_;
+  std::unique_ptr<CaptureSource> restingSource_;
   std::list<PanelPainter> panels_;
   std::optional<double> comingBackAt_;
 };
@@ -97,16 +101,16 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
 /// The picture that a mirror had accepted when the image was made, or a later one.
 class CommittedImage : public Image {
  public:
-  CommittedImage(std::shared_ptr<SerialQueue> queue, xcb_window_t source)
+  CommittedImage(std::shared_ptr<SerialQueue> queue, WindowID source)
       : queue_(std::move(queue)), source_(source) {}
   /// The mirror's queue, where the picture is kept.
   const std::shared_ptr<SerialQueue>& queue() const { return queue_; }
   /// The window that it is a picture of.
-  xcb_window_t source() const { return source_; }
+  WindowID source() const { return source_; }
 
  private:
   std::shared_ptr<SerialQueue> queue_;
-  xcb_window_t source_;
+  WindowID source_;
 };
 
 }  // namespace vistrel::platform::linux_desktop

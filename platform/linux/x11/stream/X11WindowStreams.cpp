@@ -13,7 +13,7 @@ std::shared_ptr<Stream> X11WindowStreams::makeStream(const ContentFilter& filter
                                                      const StreamConfiguration& configuration,
                                                      std::weak_ptr<StreamDelegate> delegate) {
   const auto& window = filter.desktopIndependentWindow;
-  return std::make_shared<CaptureStream>(window ? window->windowID : 0, configuration,
+  return std::make_shared<CaptureStream>(window ? window->windowID : 0, open_, configuration,
                                          std::move(delegate));
 }
 

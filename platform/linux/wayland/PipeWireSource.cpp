@@ -1,0 +1,214 @@
+#include "platform/linux/wayland/PipeWireSource.h"
+
+#include <utility>
+
+#include "platform/linux/Trace.h"
+#include "platform/linux/wayland/TileDifferences.h"
+#include "platform/linux/x11/source/CursorOverlay.h"
+
+namespace vistrel::platform::linux_desktop {
+
+std::unique_ptr<CaptureSource> PipeWireSource::open(const CapturingMirror& mirror, WindowID window,
+                                                    const std::string& uuid) {
+  auto streams = KWinStreams::ofQueue(mirror.queue);
+  if (!streams) return nullptr;
+  std::unique_ptr<PipeWireSource> source(
+      new PipeWireSource(mirror, window, uuid, std::move(streams)));
+  source->ask();
+  source->offered_->awaitAnswer();
+  source->answered();
+  if (source->isGone_) return nullptr;
+  return source;
+}
+
+PipeWireSource::PipeWireSource(const CapturingMirror& mirror, WindowID window, std::string uuid,
+                               std::shared_ptr<KWinStreams> streams)
+    : connection_(mirror.connection),
+      look_(mirror.look),
+      queue_(mirror.queue),
+      window_(window),
+      uuid_(std::move(uuid)),
+      streams_(std::move(streams)),
+      transfer_(mirror.connection) {}
+
+void PipeWireSource::ask() {
+  hasFrameOfStream_ = false;
+  offered_ = streams_->stream(uuid_);
+  offered_->setOnChange([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.lock()) return;
+    answered();
+    lookAgain();
+  });
+}
+
+void PipeWireSource::callAt(double seconds, void (PipeWireSource::*what)()) {
+  const auto queue = queue_.lock();
+  if (!queue) return;
+  queue->asyncAt(seconds, [this, what, alive = std::weak_ptr(alive_)] {
+    if (alive.lock()) (this->*what)();
+  });
+}
+
+void PipeWireSource::askAfter(double seconds) {
+  stream_.reset();
+  offered_.reset();
+  callAt(monotonicNow() + seconds, &PipeWireSource::ask);
+}
+
+void PipeWireSource::answered() {
+  if (isGone_ || !offered_) return;
+  if (offered_->hasEnded()) return streamEnded();
+  if (stream_ || !offered_->node()) return;
+  const auto queue = queue_.lock();
+  if (!queue) return;
+  stream_ =
+      PipeWireStream::connect(queue, *offered_->node(), [this, alive = std::weak_ptr(alive_)] {
+        if (alive.lock()) arrived();
+      });
+  if (!stream_) return streamEnded();
+  if (isResting_) stream_->setActive(false);
+}
+
+void PipeWireSource::arrived() {
+  hasPointerNews_ |= stream_->takePointerNews();
+  if (auto frame = stream_->takeFrame()) receive(std::move(frame));
+  if (stream_->hasEnded()) streamEnded();
+  lookAgain();
+}
+
+/// Last of all: it may destroy this.
+void PipeWireSource::lookAgain() const {
+  const auto look = look_;
+  look();
+}
+
+void PipeWireSource::receive(std::shared_ptr<const StreamFrame> frame) {
+  hasFrameOfStream_ = true;
+  failures_ = 0;
+  hasLostPipeWire_ = false;
+  // A stream that goes on begins with a frame, whether its window has changed meanwhile or not.
+  if (std::exchange(isResumed_, false) && differencesOf(*frame).empty()) return;
+  newest_ = std::move(frame);
+  hasNewFrame_ = true;
+}
+
+/// A window's end and the loss of PipeWire look alike, and come from either side first: whether
+/// KWin streams the window again tells them apart.
+void PipeWireSource::streamEnded() {
+  constexpr double pause = 1;
+  if (!PipeWireStream::isReachable()) {
+    hasLostPipeWire_ = true;
+    return askAfter(pause);
+  }
+  // KWin may be slower than we are to notice that there is PipeWire again.
+  const int mostFailures = hasLostPipeWire_ ? 10 : 1;
+  if (!hasFrameOfStream_ && ++failures_ >= mostFailures) {
+    trace(TraceTopic::capture, [&] { return windowText(window_) + " is streamed no more"; });
+    isGone_ = true;
+    stream_.reset();
+    offered_.reset();
+    return;
+  }
+  askAfter(hasFrameOfStream_ ? 0 : pause);
+}
+
+void PipeWireSource::rest() {
+  isResting_ = true;
+  if (stream_) stream_->setActive(false);
+  pointerImage_ = nullptr;
+  pointerLevels_ = nullptr;
+}
+
+void PipeWireSource::renew() {
+  isResting_ = false;
+  isResumed_ = false;
+  hasNewFrame_ = false;
+  newest_ = nullptr;
+  pictured_ = nullptr;
+  if (!stream_) return;
+  stream_->setActive(false);
+  stream_->setActive(true);
+}
+
+void PipeWireSource::setSeen(bool isSeen) {
+  if (std::exchange(isSeen_, isSeen) != isSeen && isSeen) resume();
+}
+
+void PipeWireSource::resume() {
+  if (!stream_ || isResting_ || stream_->isActive()) return;
+  isResumed_ = true;
+  stream_->setActive(true);
+}
+
+void PipeWireSource::refresh() {
+  if (!newest_ || (picture_ && picture_->size() == newest_->size())) return;
+  auto canvas = makeOpaqueCanvasIfThereIsRoom(connection_, newest_->size());
+  hasRoom_ = canvas.has_value();
+  if (!canvas) return;
+  pictured_ = nullptr;
+  picture_ = std::make_shared<LivePicture>(
+      LivePicture{std::move(canvas->pixmap), std::move(canvas->picture), rectOf(canvas->size), {}});
+}
+
+bool PipeWireSource::isViewable() const {
+  return newest_ && picture_ && picture_->size() == newest_->size();
+}
+
+void PipeWireSource::askForChanges() {
+  hasNewFrame_ = false;
+  if (isSeen_ || !stream_ || !stream_->isActive()) return;
+  // Nobody sees how often it changes, but that it does.
+  constexpr double unseenPause = 0.5;
+  stream_->setActive(false);
+  callAt(monotonicNow() + unseenPause, &PipeWireSource::resume);
+}
+
+std::vector<PixelRect> PipeWireSource::differencesOf(const StreamFrame& frame) const {
+  if (!pictured_ || pictured_->size() != frame.size()) return {rectOf(frame.size())};
+  const auto rowsOf = [](const StreamFrame& each) {
+    return PixelRows{each.pixels(), each.layout.stride};
+  };
+  return differingTiles(rowsOf(*pictured_), rowsOf(frame), frame.size());
+}
+
+void PipeWireSource::takeFrameOver() {
+  if (!isViewable() || newest_ == pictured_) return;
+  changes_.everything |= !pictured_;
+  for (const auto& each : differencesOf(*newest_)) {
+    transfer_.put(*newest_, each, picture_->pixmap);
+    changes_.rects.add(each);
+  }
+  // The former frame's memory is written to again once it has gone back.
+  connection_.sync();
+  pictured_ = newest_;
+}
+
+bool PipeWireSource::visitSampleGrid(int rows, int columns,
+                                     const std::function<bool(PixelBGRA)>& visit) {
+  if (!newest_) return false;
+  const auto size = newest_->size();
+  visitSampleGridInMemory({newest_->pixels(), size.width, size.height, newest_->layout.stride},
+                          rows, columns, [&](PixelBGRA pixel) {
+                            pixel.alpha = 0xff;
+                            return visit(pixel);
+                          });
+  return true;
+}
+
+CursorMark PipeWireSource::pointerMark() {
+  isPointerAsked_ = false;
+  if (!stream_ || !stream_->pointerPlace() || !stream_->pointerImage() || !newest_) return {};
+  const auto& image = stream_->pointerImage();
+  if (image->pixels.empty()) return {};
+  if (image != pointerImage_) {
+    pointerLevels_ = cursorLevels(connection_, sizeOf(image->area), image->pixels.data());
+    pointerImage_ = image;
+  }
+  const auto& place = *stream_->pointerPlace();
+  const auto& crop = newest_->layout.crop;
+  const auto area = moved(image->area, place.x - crop.x, place.y - crop.y);
+  if (isEmpty(intersection(area, rectOf(newest_->size())))) return {};
+  return {pointerLevels_, area};
+}
+
+}  // namespace vistrel::platform::linux_desktop

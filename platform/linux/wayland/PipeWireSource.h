@@ -1,0 +1,99 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/linux/wayland/KWinStreams.h"
+#include "platform/linux/wayland/PipeWireStream.h"
+#include "platform/linux/wayland/PixelTransfer.h"
+#include "platform/linux/x11/source/CaptureSource.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// A native window of a Wayland session as a source: what the compositor streams of it. Its pixels
+/// stay in the stream's memory, where the newest frame is looked at, until one is taken over; then
+/// what differs from the one before is brought into the picture. Where PipeWire is lost, the
+/// picture stays what it is, and goes on once there is PipeWire again.
+class PipeWireSource final : public CaptureSource {
+ public:
+  /// The window with that uuid of KWin's; null when there is none.
+  static std::unique_ptr<CaptureSource> open(const CapturingMirror& mirror, WindowID window,
+                                             const std::string& uuid);
+
+  WindowID window() const override { return window_; }
+  void rest() override;
+  void renew() override;
+  void handle(const xcb_generic_event_t& /*event*/) override {}
+  void refresh() override;
+  void setSeen(bool isSeen) override;
+
+  bool isGone() const override { return isGone_; }
+  bool hasRoom() const override { return hasRoom_; }
+  /// From its first frame on.
+  bool isViewable() const override;
+  bool hasChanges() const override { return hasNewFrame_; }
+  bool takeLoss() override { return false; }
+  bool isAboutToTellOfLoss() override { return false; }
+  const std::shared_ptr<const LivePicture>& picture() const override { return picture_; }
+  void askForChanges() override;
+  void takeFrameOver() override;
+  PictureChanges takeChanges() override { return std::exchange(changes_, {}); }
+  bool visitSampleGrid(int rows, int columns, const std::function<bool(PixelBGRA)>& visit) override;
+
+  bool takePointerNews() override { return std::exchange(hasPointerNews_, false); }
+  /// Streams tell of its moves.
+  bool isPointerFollowed() const override { return false; }
+  void askForPointer() override { isPointerAsked_ = true; }
+  bool isPointerAsked() const override { return isPointerAsked_; }
+  CursorMark pointerMark() override;
+
+ private:
+  PipeWireSource(const CapturingMirror& mirror, WindowID window, std::string uuid,
+                 std::shared_ptr<KWinStreams> streams);
+
+  /// Asks KWin for a stream.
+  void ask();
+  void askAfter(double seconds);
+  /// KWin has answered, or has ended what it streams.
+  void answered();
+  /// Something has come from PipeWire.
+  void arrived();
+  void lookAgain() const;
+  void receive(std::shared_ptr<const StreamFrame> frame);
+  void streamEnded();
+  void resume();
+  /// The tiles in which a frame differs from the picture; all of it where that is another one.
+  std::vector<PixelRect> differencesOf(const StreamFrame& frame) const;
+  /// Calls it on the queue while this lives, at that moment of the monotonic clock.
+  void callAt(double seconds, void (PipeWireSource::*what)());
+
+  const std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Connection& connection_;
+  const std::function<void()> look_;
+  const std::weak_ptr<SerialQueue> queue_;
+  const WindowID window_;
+  const std::string uuid_;
+  const std::shared_ptr<KWinStreams> streams_;
+  std::unique_ptr<KWinStream> offered_;     // null while it is not asked for
+  std::unique_ptr<PipeWireStream> stream_;  // null before KWin has answered
+  PixelTransfer transfer_;
+  std::shared_ptr<const LivePicture> picture_;
+  std::shared_ptr<const StreamFrame> newest_;    // null before the first one
+  std::shared_ptr<const StreamFrame> pictured_;  // what the picture shows; null where it is blank
+  PictureChanges changes_;
+  std::shared_ptr<const PointerImage> pointerImage_;  // that `pointerLevels_` are of
+  std::shared_ptr<const std::vector<Canvas>> pointerLevels_;
+  int failures_ = 0;              // streams in a row that have ended before their first frame
+  bool hasLostPipeWire_ = false;  // since the last frame
+  bool hasFrameOfStream_ = false;
+  bool hasNewFrame_ = false;
+  bool hasPointerNews_ = false;
+  bool isPointerAsked_ = false;
+  bool isGone_ = false;
+  bool hasRoom_ = true;
+  bool isSeen_ = true;
+  bool isResting_ = false;
+  bool isResumed_ = false;  // and nothing has come since
+};
+
+}  // namespace vistrel::platform::linux_desktop

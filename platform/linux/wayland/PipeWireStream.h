@@ -1,0 +1,120 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <pipewire/pipewire.h>
+
+#include "platform/linux/SerialQueue.h"
+#include "platform/linux/wayland/FrameLayout.h"
+#include "platform/linux/wayland/PointerMeta.h"
+#include "platform/linux/wayland/SharedMemory.h"
+
+namespace vistrel::platform::linux_desktop {
+
+/// A picture in the memory of whoever streams it, who leaves it alone while this lives.
+struct StreamFrame {
+  std::shared_ptr<const SharedMemory> memory;
+  FrameLayout layout;
+
+  /// Of the crop's first pixel.
+  const std::uint8_t* pixels() const {
+    constexpr int bytesPerPixel = 4;
+    return memory->bytes() + layout.offset + std::ptrdiff_t{layout.crop.y} * layout.stride +
+           std::ptrdiff_t{layout.crop.x} * bytesPerPixel;
+  }
+  PixelSize size() const { return sizeOf(layout.crop); }
+};
+
+/// What a node of PipeWire shows, received on one queue without a lock: PipeWire's loop is served
+/// there. Pixels are 32 bits each, blue first, alpha or nothing last. Neither the node nor what it
+/// says is trusted. On its queue only.
+class PipeWireStream {
+ public:
+  /// Null when PipeWire cannot be reached. `changed` is called on the queue after something below
+  /// has changed, last of all: it may destroy the stream.
+  static std::unique_ptr<PipeWireStream> connect(const std::shared_ptr<SerialQueue>& queue,
+                                                 std::uint32_t node, std::function<void()> changed);
+  /// Whether PipeWire can be reached at this moment.
+  static bool isReachable();
+  PipeWireStream(const PipeWireStream&) = delete;
+  PipeWireStream& operator=(const PipeWireStream&) = delete;
+  ~PipeWireStream();
+
+  /// Whether nothing comes any more: the node has gone, it shows what cannot be taken, or PipeWire
+  /// itself is gone.
+  bool hasEnded() const { return hasEnded_; }
+  /// Nothing is sent while it is not active, which costs nothing on either side. A stream that has
+  /// become active sends a frame, be it the same as before.
+  void setActive(bool active);
+  bool isActive() const { return isActive_; }
+
+  /// The newest frame since this was last asked; null when there is none.
+  std::shared_ptr<const StreamFrame> takeFrame() { return std::move(frame_); }
+  /// Whether anything was told of the pointer since this was last asked.
+  bool takePointerNews() { return std::exchange(hasPointerNews_, false); }
+  /// As of the newest buffer; none while the pointer is not over the window.
+  const std::optional<PointerNews::Place>& pointerPlace() const { return pointerPlace_; }
+  /// Another one after each change; null where there is none.
+  const std::shared_ptr<const PointerImage>& pointerImage() const { return pointerImage_; }
+
+ private:
+  struct Close {
+    void operator()(pw_loop* loop) const;
+    void operator()(pw_context* context) const { pw_context_destroy(context); }
+    void operator()(pw_core* core) const { pw_core_disconnect(core); }
+    void operator()(pw_stream* stream) const { pw_stream_destroy(stream); }
+  };
+  /// One of the stream's buffers, from its being added to its being removed.
+  struct Buffer {
+    pw_stream* stream;
+    pw_buffer* buffer;
+    std::shared_ptr<const SharedMemory> memory;  // null where there is none to be read
+  };
+
+  PipeWireStream(const std::shared_ptr<SerialQueue>& queue, std::function<void()> changed);
+
+  bool connectTo(std::uint32_t node);
+  void serve();
+  // What PipeWire tells.
+  void stateChanged(pw_stream_state state, const char* error);
+  void formatChanged(const spa_pod* format);
+  void add(pw_buffer* buffer);
+  void process();
+  static const pw_stream_events& streamEvents();
+
+  void end(const char* reason);
+  /// Asks for the buffers and what is to be told with them.
+  void askForBuffers();
+  void take(const std::shared_ptr<Buffer>& buffer);
+  void readPointer(const spa_buffer& buffer);
+  /// Null where there are no pixels in it, or none that may be read.
+  std::shared_ptr<const StreamFrame> frameIn(const std::shared_ptr<Buffer>& buffer) const;
+  /// Pauses and resumes it after so many seconds, and again later, until there comes a frame.
+  void wakeAfter(double seconds);
+  void wake(double nextDelay);
+
+  const std::weak_ptr<SerialQueue> queue_;
+  const std::function<void()> changed_;
+  const std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  std::unique_ptr<pw_loop, Close> loop_;
+  std::unique_ptr<pw_context, Close> context_;
+  std::unique_ptr<pw_core, Close> core_;
+  std::unique_ptr<pw_stream, Close> stream_;
+  spa_hook listener_{};
+  std::map<pw_buffer*, std::shared_ptr<Buffer>> buffers_;
+  std::optional<PixelSize> size_;  // as the format says; none before there is one
+  std::shared_ptr<const StreamFrame> frame_;
+  std::optional<PointerNews::Place> pointerPlace_;
+  std::shared_ptr<const PointerImage> pointerImage_;
+  bool hasPointerNews_ = false;
+  bool hasNews_ = false;  // for `changed`
+  bool hasEnded_ = false;
+  bool isActive_ = true;
+  bool awaitsFrame_ = false;  // which there is to be, whether the window changes or not
+  int awaited_ = 0;           // the number of the wait, for those that are over
+};
+
+}  // namespace vistrel::platform::linux_desktop
