@@ -42,7 +42,10 @@ void* WaylandConnection::bindGlobal(const wl_interface& interface, std::uint32_t
 }
 
 void WaylandConnection::serve() {
-  while (wl_display_prepare_read(display()) != 0) wl_display_dispatch_pending(display());
+  while (wl_display_prepare_read(display()) != 0) {
+    // What has come before an error stays where it is.
+    if (wl_display_dispatch_pending(display()) < 0) return;
+  }
   wl_display_flush(display());
   pollfd arrived{.fd = descriptor(), .events = POLLIN, .revents = 0};
   if (poll(&arrived, 1, 0) > 0) {

@@ -195,9 +195,10 @@ std::vector<PixelSize> MirrorWorker::pictureSizes(PixelSize source) const {
 }
 
 bool MirrorWorker::isPictureSeen() const {
-  return std::any_of(panels_.begin(), panels_.end(), [](const PanelPainter& each) {
-    return each.pictureSizeFor({1, 1});
-  });
+  const auto hasRoom = [](const PanelPainter& each) {
+    return each.pictureSizeFor({1, 1}).has_value();
+  };
+  return panels_.empty() || std::any_of(panels_.begin(), panels_.end(), hasRoom);
 }
 
 const LivePicture* MirrorWorker::unchangedSource() {
