@@ -49,7 +49,7 @@ std::vector<std::uint32_t> pixelsAfterPutting(const PixelRect& area,
       {.windowManager = testbed::WindowManager::none, .serverArguments = serverArguments}};
   display.adoptEnvironment();
   const auto connection = Connection::open();
-  const auto canvas = makeOpaqueCanvas(*connection, sizeOf(Frame::crop));
+  const auto canvas = makeOpaqueCanvas(*connection, sizeOf(Frame::crop)).value();
   fill(*connection, canvas.picture, Color::black(1), rectOf(canvas.size));
   const Frame frame;
   PixelTransfer(*connection).put(frame.get(), area, canvas.pixmap);
