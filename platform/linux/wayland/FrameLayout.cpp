@@ -6,7 +6,7 @@ namespace {
 constexpr int bytesPerPixel = 4;
 
 /// As X's requests carry the width of an image in memory.
-constexpr std::int64_t longestRow = 0xffff * bytesPerPixel;
+constexpr std::int64_t longestRow = std::int64_t{0xffff} * bytesPerPixel;
 
 bool isRow(std::int64_t stride, int width) {
   return stride >= std::int64_t{width} * bytesPerPixel && stride <= longestRow &&
