@@ -1,6 +1,7 @@
 #include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <numeric>
 #include <spa/buffer/meta.h>
 #include <spa/param/video/raw.h>
 #include <vector>
@@ -21,7 +22,11 @@ struct Meta {
                          .size = {2, 2},
                          .stride = 8,
                          .offset = sizeof(spa_meta_bitmap)};
-  std::vector<std::uint8_t> pixels{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
+  std::vector<std::uint8_t> pixels = [] {
+    std::vector<std::uint8_t> bytes(16);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
+    return bytes;
+  }();
 
   PointerNews read() const {
     // Exactly as much as there is, so that a sanitizer sees what lies beyond.
