@@ -184,6 +184,7 @@ std::vector<KWinWindow> KWinWindows::list() {
   std::sort(windows.begin(), windows.end(),
             [&](const Window* a, const Window* b) { return height(a) > height(b); });
   std::vector<KWinWindow> listed;
+  listed.reserve(windows.size());
   for (const auto* window : windows) listed.push_back(described(*window));
   return listed;
 }

@@ -87,7 +87,7 @@ void PipeWireSource::receive(std::shared_ptr<const StreamFrame> frame) {
   failures_ = 0;
   hasLostPipeWire_ = false;
   // A stream that goes on begins with a frame, whether its window has changed meanwhile or not.
-  if (std::exchange(isResumed_, false) && differencesOf(*frame).empty()) return;
+  if (frame->isFirst && differencesOf(*frame).empty()) return;
   newest_ = std::move(frame);
   hasNewFrame_ = true;
 }
@@ -121,7 +121,6 @@ void PipeWireSource::rest() {
 
 void PipeWireSource::renew() {
   isResting_ = false;
-  isResumed_ = false;
   hasNewFrame_ = false;
   newest_ = nullptr;
   pictured_ = nullptr;
@@ -135,9 +134,7 @@ void PipeWireSource::setSeen(bool isSeen) {
 }
 
 void PipeWireSource::resume() {
-  if (!stream_ || isResting_ || stream_->isActive()) return;
-  isResumed_ = true;
-  stream_->setActive(true);
+  if (stream_ && !isResting_) stream_->setActive(true);
 }
 
 void PipeWireSource::refresh() {

@@ -93,7 +93,6 @@ class PipeWireSource final : public CaptureSource {
   bool hasRoom_ = true;
   bool isSeen_ = true;
   bool isResting_ = false;
-  bool isResumed_ = false;  // and nothing has come since
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -13,6 +13,10 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
+/// How long a stream that was resumed may take to its first frame, in seconds; they take 20 to 60
+/// ms.
+constexpr double usualDelay = 0.1;
+
 /// What PipeWire needs once in a process.
 void initializePipeWire() {
   static const bool isInitialized = [] {
@@ -242,9 +246,14 @@ void PipeWireStream::wakeAfter(double seconds) {
 
 void PipeWireStream::wake(double nextDelay) {
   if (hasEnded_ || !awaitsFrame_ || !isActive_) return;
+  restart();
+  wakeAfter(nextDelay);
+}
+
+void PipeWireStream::restart() {
   pw_stream_set_active(stream_.get(), false);
   pw_stream_set_active(stream_.get(), true);
-  wakeAfter(nextDelay);
+  isRestarted_ = true;
 }
 
 void PipeWireStream::askForBuffers() {
@@ -293,6 +302,8 @@ void PipeWireStream::take(const std::shared_ptr<Buffer>& buffer) {
   }
   // The one that nobody has taken goes back.
   frame_ = std::move(frame);
+  lastFrame_ = monotonicNow();
+  isRestarted_ = false;
   awaitsFrame_ = false;
   hasNews_ = true;
 }
@@ -306,6 +317,28 @@ void PipeWireStream::readPointer(const spa_buffer& buffer) {
   if (news.image) pointerImage_ = std::make_shared<const PointerImage>(*std::move(news.image));
   hasPointerNews_ = true;
   hasNews_ = true;
+  lastPointerNews_ = monotonicNow();
+  if (pointerPlace_) checkPointerLater();
+}
+
+/// KWin 5.27 sometimes fails to tell that the pointer has left: every frame tells where it is, so
+/// one is asked for once the pointer rests.
+void PipeWireStream::checkPointerLater() {
+  const auto queue = queue_.lock();
+  if (!queue || std::exchange(checksPointer_, true)) return;
+  constexpr double rest = 0.5;
+  queue->asyncAt(lastPointerNews_ + rest, [this, alive = std::weak_ptr(alive_)] {
+    if (alive.lock()) checkPointer();
+  });
+}
+
+void PipeWireStream::checkPointer() {
+  checksPointer_ = false;
+  if (hasEnded_ || !isActive_ || !pointerPlace_ || lastFrame_ >= lastPointerNews_) return;
+  constexpr double moving = 0.25;
+  if (monotonicNow() - lastPointerNews_ < moving) return checkPointerLater();
+  restart();
+  wakeAfter(usualDelay);
 }
 
 std::shared_ptr<const StreamFrame> PipeWireStream::frameIn(
@@ -330,15 +363,16 @@ std::shared_ptr<const StreamFrame> PipeWireStream::frameIn(
     delete frame;
     if (const auto owner = weak.lock()) pw_stream_queue_buffer(owner->stream, owner->buffer);
   };
-  return {new StreamFrame{buffer->memory, *layout}, giveBack};
+  return {new StreamFrame{buffer->memory, *layout, isRestarted_}, giveBack};
 }
 
 void PipeWireStream::setActive(bool active) {
   if (hasEnded_ || isActive_ == active) return;
   isActive_ = active;
   pw_stream_set_active(stream_.get(), active);
-  constexpr double usualDelay = 0.1;
-  if (active) wakeAfter(usualDelay);
+  if (!active) return;
+  isRestarted_ = true;
+  wakeAfter(usualDelay);
 }
 
 }  // namespace vistrel::platform::linux_desktop

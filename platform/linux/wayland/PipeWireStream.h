@@ -18,6 +18,8 @@ namespace vistrel::platform::linux_desktop {
 struct StreamFrame {
   std::shared_ptr<const SharedMemory> memory;
   FrameLayout layout;
+  /// Whether it came because the stream had become active, so that nothing need have changed.
+  bool isFirst = false;
 
   /// Of the crop's first pixel.
   const std::uint8_t* pixels() const {
@@ -95,6 +97,9 @@ class PipeWireStream {
   /// Pauses and resumes it after so many seconds, and again later, until there comes a frame.
   void wakeAfter(double seconds);
   void wake(double nextDelay);
+  void restart();
+  void checkPointerLater();
+  void checkPointer();
 
   const std::weak_ptr<SerialQueue> queue_;
   const std::function<void()> changed_;
@@ -113,6 +118,10 @@ class PipeWireStream {
   bool hasNews_ = false;  // for `changed`
   bool hasEnded_ = false;
   bool isActive_ = true;
+  bool isRestarted_ = false;    // and no frame has come since
+  bool checksPointer_ = false;  // a little later
+  double lastPointerNews_ = 0;
+  double lastFrame_ = 0;
   bool awaitsFrame_ = false;  // which there is to be, whether the window changes or not
   int awaited_ = 0;           // the number of the wait, for those that are over
 };

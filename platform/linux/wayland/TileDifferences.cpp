@@ -18,11 +18,14 @@ bool differ(PixelRows former, PixelRows newer, int x, int y, int width) {
 }
 
 /// Which columns of tiles differ in the rows from `top` to before `bottom`. Memory is read row by
-/// row, and but once where nothing has changed.
+/// row, but once where nothing has changed, and no further than to where all of them differ.
 std::vector<bool> differingColumns(PixelRows former, PixelRows newer, int width, int top,
                                    int bottom) {
   std::vector<bool> columns(static_cast<std::size_t>((width + tileSide - 1) / tileSide));
-  for (int y = top; y < bottom; ++y) {
+  const auto isUndecided = [&] {
+    return std::find(columns.begin(), columns.end(), false) != columns.end();
+  };
+  for (int y = top; y < bottom && isUndecided(); ++y) {
     if (!differ(former, newer, 0, y, width)) continue;
     for (std::size_t i = 0; i < columns.size(); ++i) {
       const int x = static_cast<int>(i) * tileSide;

@@ -30,6 +30,11 @@ TEST(MergeWindows, TellsWindowsOfTwoProcessesApart) {
               ElementsAre(fromKWin(0), fromX(0)));
 }
 
+TEST(MergeWindows, TakesNoWindowOfAnotherProcessForXs) {
+  EXPECT_THAT(mergeWindows({window(1, "Document")}, {window(2, "Document")}),
+              ElementsAre(fromKWin(0), fromX(0)));
+}
+
 TEST(MergeWindows, KeepsTheOrderOfKWin) {
   const std::vector<WindowRecord> x = {window(1, "A"), window(1, "B")};
   const std::vector<WindowRecord> kwin = {window(1, "B"), window(2, "Native"), window(1, "A")};

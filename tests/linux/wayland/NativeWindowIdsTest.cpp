@@ -31,7 +31,10 @@ TEST(NativeWindowIds, AreNeverGivenToAnotherWindow) {
   ids.keepOnly({"{b}"});
   EXPECT_EQ(ids.uuidOf(gone), "");
   EXPECT_EQ(ids.idOf("{b}"), kept);
-  EXPECT_NE(ids.idOf("{c}"), gone);
+  const auto next = ids.idOf("{c}");
+  EXPECT_NE(next, gone);
+  EXPECT_NE(next, kept);
+  EXPECT_NE(ids.idOf("{d}"), next);
 }
 
 }  // namespace

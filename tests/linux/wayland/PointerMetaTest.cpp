@@ -1,7 +1,7 @@
+#include <array>
 #include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <numeric>
 #include <spa/buffer/meta.h>
 #include <spa/param/video/raw.h>
 #include <vector>
@@ -14,11 +14,8 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-std::vector<std::uint8_t> numbersFromOne(std::size_t count) {
-  std::vector<std::uint8_t> numbers(count);
-  std::iota(numbers.begin(), numbers.end(), std::uint8_t{1});
-  return numbers;
-}
+constexpr std::array<std::uint8_t, 16> fourPixels{1, 2,  3,  4,  5,  6,  7,  8,
+                                                  9, 10, 11, 12, 13, 14, 15, 16};
 
 /// What a compositor writes: the pointer at 30, 40 with a picture of 2 × 2, its hot spot at 1, 0.
 struct Meta {
@@ -28,7 +25,7 @@ struct Meta {
                          .size = {2, 2},
                          .stride = 8,
                          .offset = sizeof(spa_meta_bitmap)};
-  std::vector<std::uint8_t> pixels = numbersFromOne(16);
+  std::vector<std::uint8_t> pixels{fourPixels.begin(), fourPixels.end()};
 
   PointerNews read() const {
     // Exactly as much as there is, so that a sanitizer sees what lies beyond.
