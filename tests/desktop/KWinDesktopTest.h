@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <iostream>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,6 +33,7 @@ class KWinDesktopTest : public ::testing::Test {
 
   /// The kernel's numbers (linux/input-event-codes.h).
   static constexpr std::uint32_t keyEscape = 1;
+  static constexpr std::uint32_t keyReturn = 28;
   static constexpr std::uint32_t keyA = 30;
   static constexpr std::uint32_t keyDown = 108;
 
@@ -99,17 +99,14 @@ class KWinDesktopTest : public ::testing::Test {
                                          << shown.bottomLeft << ' ' << shown.bottomRight;
   }
 
-  /// The panel's context menu, opened by the right button.
-  MenuOnScreen openMenu(const PanelOnScreen& panel) {
+  void pressMenuButton(const PanelOnScreen& panel) {
     hand_.clickAt(panel.titleBar(), 1, FakeInput::Button::right);
-    std::optional<Accessible> menu;
-    EXPECT_TRUE(eventually([&] {
-      for (const Accessible& each : program().all("popup menu")) {
-        if (MenuOnScreen(each).isOpen()) menu = each;
-      }
-      return menu.has_value();
-    })) << "no menu opens";
-    return MenuOnScreen(menu.value());
+  }
+  /// The panel's context menu, its first line highlighted.
+  MenuOnScreen openMenu(const PanelOnScreen& panel) {
+    return menuTold(
+        reader_, vistrel_->process().pid(), [&] { pressMenuButton(panel); },
+        [&] { hand_.type(keyDown); });
   }
   void choose(const MenuOnScreen& menu, const std::string& title) {
     hand_.moveTo(menu.line(title));
@@ -154,8 +151,39 @@ class KWinDesktopTest : public ::testing::Test {
   KWinScripts kwin_{desktop_.busAddress()};
   const WaylandClient client_;
   FakeInput hand_{client_};
-  const AccessibilityBus reader_{desktop_.busAddress()};
+  AccessibilityBus reader_{desktop_.busAddress()};
   std::unique_ptr<RunningVistrel> vistrel_;
+};
+
+/// A mirror of a native window that has the keyboard, with a panel of whole numbers: 272 × 162.
+class OneNativeSource : public KWinDesktopTest {
+ protected:
+  static constexpr const char* row = "com.example.sample — Source";
+
+  PanelOnScreen mirrorSource() {
+    startVistrel(1);
+    const PanelOnScreen panel = mirror(row);
+    EXPECT_TRUE(becomes(panel, PanelOnScreen::computedArea({0, 0, 800, 400}, firstPanel)));
+    EXPECT_TRUE(comesToShow(panel, fourColours));
+    kwin_.raise("Source");
+    return panel;
+  }
+  /// Whether what the source draws comes to be seen in the panel, whose dot is green meanwhile.
+  bool isLive(const PanelOnScreen& panel) {
+    for (const Quadrants& picture : {otherColours, fourColours}) {
+      source_->show(picture);
+      if (!eventually([&] { return panel.shows(picture); })) return false;
+    }
+    bool isOther = false;
+    return eventually([&] {
+      isOther = !isOther;
+      source_->show(isOther ? otherColours : fourColours);
+      return panel.dot() == Dot::live;
+    });
+  }
+
+  std::unique_ptr<NativeWindow> source_ =
+      openNative({.title = "Source", .width = 800, .height = 400}, {40, 560});
 };
 
 }  // namespace vistrel::testbed

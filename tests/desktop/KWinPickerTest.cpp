@@ -35,5 +35,34 @@ TEST_F(KWinPicker, ListsEachWindowOnceByTheNamesThatPeopleKnow) {
   EXPECT_TRUE(eventually([&] { return rows().at(1) == "● Photographs — Native"; }));
 }
 
+/// The program, which may not see native windows.
+class KWinPickerWithoutPermission : public KWinDesktopTest {
+ protected:
+  KWinPickerWithoutPermission() : KWinDesktopTest(KWinSession::Options{}) {}
+
+  bool isShown(const std::string& beginning) const {
+    const auto labels = program().all("label");
+    return std::ranges::any_of(labels, [&](const Accessible& each) {
+      return each.name().starts_with(beginning) && each.is(AccessibleState::showing);
+    });
+  }
+};
+
+TEST_F(KWinPickerWithoutPermission, ListsTheWindowsOfXAndNamesWhatIsMissing) {
+  const auto native = openNative({.title = "Native"}, {40, 500});
+  const TestWindow x(desktop_.xName(), {.title = "Of X", .application = "Zebra"});
+  startVistrel(1);
+  EXPECT_THAT(rows(), ElementsAre("Zebra — Of X"));
+  EXPECT_TRUE(eventually([&] { return isShown("1 window — double-click to mirror."); }));
+  EXPECT_TRUE(eventually([&] {
+    return isShown(
+        "Only windows of X programs can be mirrored: KWin shows native ones only to programs that "
+        "have been granted it. To grant it, run this in a terminal, then start Vistrel again: ");
+  }));
+  EXPECT_THAT(program().outline(), ::testing::HasSubstr("vistrel-kwin-grant " VISTREL_PROGRAM));
+  const PanelOnScreen panel = mirror("Zebra — Of X");
+  EXPECT_TRUE(comesToShow(panel, fourColours));
+}
+
 }  // namespace
 }  // namespace vistrel::testbed
