@@ -35,18 +35,7 @@ class ContextMenuUser : public DesktopTest {
   /// The menu that opens at what the person does in `open`, its first line highlighted.
   template <class Open>
   MenuOnScreen menuOpenedBy(const Open& open) {
-    reader_->program(vistrel_->process().pid());
-    reader_->events();
-    open();
-    // It is on the screen a moment before it has the keyboard, and told of when it has.
-    EXPECT_TRUE(eventually([&] { return told("StateChanged showing", "popup menu").has_value(); }));
-    input_.type(keyDown);
-    std::optional<Accessible> line;
-    EXPECT_TRUE(eventually([&] {
-      line = told("StateChanged focused", "menu item");
-      return line.has_value();
-    })) << "no line of a menu is told of";
-    return MenuOnScreen(line.value().parent());
+    return menuTold(*reader_, vistrel_->process().pid(), open, [&] { input_.type(keyDown); });
   }
   MenuOnScreen openMenu(const PanelOnScreen& panel) {
     return menuOpenedBy([&] {
@@ -87,27 +76,6 @@ class ContextMenuUser : public DesktopTest {
 
   std::unique_ptr<TestWindow> source_;
   std::unique_ptr<AccessibilityBus> reader_;
-
- private:
-  /// An object of that role which was told to be so since the last call.
-  std::optional<Accessible> told(const std::string& state, const std::string& role) {
-    const BusObject program = reader_->program(vistrel_->process().pid()).object();
-    for (const AccessibilityBus::Event& event : reader_->events()) {
-      const Accessible object({program.bus(), program.program(), event.path});
-      if (event.kind == state && event.detail == 1 && hasRole(object, role)) {
-        return object;
-      }
-    }
-    return std::nullopt;
-  }
-  /// What an event tells of may be gone again, as a tool tip is when a menu opens.
-  static bool hasRole(const Accessible& object, const std::string& role) {
-    try {
-      return object.role() == role;
-    } catch (const BusError&) {
-      return false;
-    }
-  }
 };
 
 }  // namespace vistrel::testbed

@@ -1,6 +1,7 @@
 #include "tests/desktop/MenuOnScreen.h"
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 #include "tests/support/Poll.h"
@@ -21,6 +22,27 @@ std::string lineOf(const Accessible& item) {
   if (item.is(checked)) line = "✓ " + line;
   if (opensSubmenu(item)) line += " ▸";
   return line;
+}
+
+/// What an event tells of may be gone again, as a tool tip is when a menu opens.
+bool hasRole(const Accessible& object, const std::string& role) {
+  try {
+    return object.role() == role;
+  } catch (const BusError&) {
+    return false;
+  }
+}
+
+/// An object of that role in `program` which was told to be so since the last call.
+std::optional<Accessible> told(AccessibilityBus& reader, const BusObject& program,
+                               const std::string& state, const std::string& role) {
+  for (const AccessibilityBus::Event& event : reader.events()) {
+    const Accessible object({program.bus(), program.program(), event.path});
+    if (event.kind == state && event.detail == 1 && hasRole(object, role)) {
+      return object;
+    }
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -74,6 +96,28 @@ Accessible MenuOnScreen::item(const std::string& title) const {
     throw std::runtime_error("no line \"" + title + "\" among:\n" + lines());
   }
   return *found;
+}
+
+MenuOnScreen menuTold(AccessibilityBus& reader, pid_t process, const std::function<void()>& open,
+                      const std::function<void()>& typeDown) {
+  const BusObject program = reader.program(process).object();
+  reader.events();
+  open();
+  // It is on the screen a moment before it has the keyboard, and told of when it has.
+  if (!eventually([&] {
+        return told(reader, program, "StateChanged showing", "popup menu").has_value();
+      })) {
+    throw std::runtime_error("no menu opens");
+  }
+  typeDown();
+  std::optional<Accessible> line;
+  if (!eventually([&] {
+        line = told(reader, program, "StateChanged focused", "menu item");
+        return line.has_value();
+      })) {
+    throw std::runtime_error("no line of a menu is told of");
+  }
+  return MenuOnScreen(line->parent());
 }
 
 }  // namespace vistrel::testbed

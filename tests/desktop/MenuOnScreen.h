@@ -1,8 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <sys/types.h>
 #include <utility>
 
+#include "tests/support/AccessibilityBus.h"
 #include "tests/support/Accessible.h"
 
 namespace vistrel::testbed {
@@ -31,5 +34,11 @@ class MenuOnScreen {
 
   Accessible menu_;
 };
+
+/// The menu of the program `process` that opens at what a person does in `open`, read by `reader`,
+/// with its first line highlighted by the key that `typeDown` types. Throws std::runtime_error when
+/// none opens, or hears no key.
+MenuOnScreen menuTold(AccessibilityBus& reader, pid_t process, const std::function<void()>& open,
+                      const std::function<void()>& typeDown);
 
 }  // namespace vistrel::testbed

@@ -54,8 +54,7 @@ Rect PanelOnScreen::contents() const {
 
 Dot PanelOnScreen::dot() const {
   const Rect panel = area();
-  const Rgb colour = ScreenReader(*connection_)
-                         .pixel({panel.x + pixels(34), panel.y + pixels(titleBarHeight) / 2});
+  const Rgb colour = screen_->pixel({panel.x + pixels(34), panel.y + pixels(titleBarHeight) / 2});
   if (similar(colour, liveColour, tolerance)) {
     return Dot::live;
   }
@@ -67,10 +66,9 @@ Dot PanelOnScreen::dot() const {
 }
 
 Quadrants PanelOnScreen::picture() const {
-  const ScreenReader screen(*connection_);
   const Rect picture = contents();
-  return {screen.pixel(picture.at(0.25, 0.25)), screen.pixel(picture.at(0.75, 0.25)),
-          screen.pixel(picture.at(0.25, 0.75)), screen.pixel(picture.at(0.75, 0.75))};
+  return {screen_->pixel(picture.at(0.25, 0.25)), screen_->pixel(picture.at(0.75, 0.25)),
+          screen_->pixel(picture.at(0.25, 0.75)), screen_->pixel(picture.at(0.75, 0.75))};
 }
 
 bool PanelOnScreen::shows(const Quadrants& expected) const {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+
 #include "tests/support/ScreenReader.h"
 #include "tests/support/TestWindow.h"
 #include "tests/support/XConnection.h"
@@ -20,7 +23,11 @@ class PanelOnScreen {
 
   /// `connection` outlives this object. The panel is on a monitor with `scale` pixels to a point.
   PanelOnScreen(const XConnection& connection, xcb_window_t window, double scale = 1)
-      : connection_(&connection), window_(window), scale_(scale) {}
+      : PanelOnScreen(connection, window, scale, std::make_shared<ScreenReader>(connection)) {}
+  /// What is shown is read by `screen`.
+  PanelOnScreen(const XConnection& connection, xcb_window_t window, double scale,
+                std::shared_ptr<const ScreenReader> screen)
+      : connection_(&connection), window_(window), scale_(scale), screen_(std::move(screen)) {}
 
   xcb_window_t id() const { return window_; }
   bool isOnScreen() const;
@@ -46,6 +53,7 @@ class PanelOnScreen {
   const XConnection* connection_;
   xcb_window_t window_;
   double scale_;
+  std::shared_ptr<const ScreenReader> screen_;
 };
 
 }  // namespace vistrel::testbed

@@ -47,15 +47,14 @@ Rect PickerOnScreen::list() const {
 /// Whether the picker is painted yet: its list stands out against the margin beside it, which has
 /// one colour; what lies under the window does not do so just there.
 bool PickerOnScreen::showsList() const {
-  const ScreenReader screen(*connection_);
   const Rect list = this->list();
-  const Picture margin = screen.read({list.x - pixels(listLeft / 2), list.y, 1, list.height});
+  const Picture margin = screen_->read({list.x - pixels(listLeft / 2), list.y, 1, list.height});
   for (int y = 1; y < margin.height(); ++y) {
     if (margin.at(0, y) != margin.at(0, 0)) {
       return false;
     }
   }
-  return screen.pixel({list.x, list.y + list.height / 2}) != margin.at(0, 0);
+  return screen_->pixel({list.x, list.y + list.height / 2}) != margin.at(0, 0);
 }
 
 std::vector<Rect> PickerOnScreen::rows() const {
@@ -64,8 +63,7 @@ std::vector<Rect> PickerOnScreen::rows() const {
   if (list.width <= 0 || list.height <= 0 || !showsList()) {
     return {};
   }
-  const ScreenReader screen(*connection_);
-  const Picture picture = screen.read(list);
+  const Picture picture = screen_->read(list);
   std::vector<Rect> rows;
   for (int y = 0; y < picture.height(); ++y) {
     if (isUniform(picture, y)) {
@@ -82,7 +80,7 @@ std::vector<Rect> PickerOnScreen::rows() const {
 }
 
 bool PickerOnScreen::isMarked(Rect row) const {
-  const Picture picture = ScreenReader(*connection_).read(row);
+  const Picture picture = screen_->read(row);
   for (int y = 0; y < picture.height(); ++y) {
     for (int x = 0; x < picture.width(); ++x) {
       const Rgb colour = picture.at(x, y);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "tests/support/ScreenReader.h"
@@ -14,8 +16,10 @@ class PickerOnScreen {
   static constexpr int menuBarHeight = 19;
 
   /// `connection` outlives this object. The picker is on a monitor with `scale` pixels to a point.
-  PickerOnScreen(const XConnection& connection, xcb_window_t window, double scale = 1)
-      : connection_(&connection), window_(window), scale_(scale) {}
+  /// What is shown is read by `screen`.
+  PickerOnScreen(const XConnection& connection, xcb_window_t window, double scale,
+                 std::shared_ptr<const ScreenReader> screen)
+      : connection_(&connection), window_(window), scale_(scale), screen_(std::move(screen)) {}
 
   xcb_window_t id() const { return window_; }
   bool isOnScreen() const;
@@ -38,6 +42,7 @@ class PickerOnScreen {
   const XConnection* connection_;
   xcb_window_t window_;
   double scale_;
+  std::shared_ptr<const ScreenReader> screen_;
 };
 
 }  // namespace vistrel::testbed

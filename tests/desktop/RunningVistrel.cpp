@@ -25,7 +25,11 @@ RunningVistrel::RunningVistrel(const PrivateDisplay& display, const XConnection&
 
 RunningVistrel::RunningVistrel(const XConnection& connection, const ChildProcess::Command& command,
                                double scale)
-    : connection_(&connection), scale_(scale), process_(command) {}
+    : RunningVistrel(connection, command, scale, std::make_shared<ScreenReader>(connection)) {}
+
+RunningVistrel::RunningVistrel(const XConnection& connection, const ChildProcess::Command& command,
+                               double scale, std::shared_ptr<const ScreenReader> screen)
+    : connection_(&connection), scale_(scale), screen_(std::move(screen)), process_(command) {}
 
 ChildProcess::Command RunningVistrel::command(const std::vector<std::string>& arguments,
                                               std::vector<std::string> environment) {
@@ -67,7 +71,7 @@ PickerOnScreen RunningVistrel::picker() const {
     }
     return picker != XCB_WINDOW_NONE;
   });
-  return {*connection_, picker, scale_};
+  return {*connection_, picker, scale_, screen_};
 }
 
 std::vector<Rect> RunningVistrel::pickerRows(std::size_t count) const {
@@ -87,7 +91,7 @@ std::vector<PanelOnScreen> RunningVistrel::panels() const {
   std::ranges::sort(windows);
   std::vector<PanelOnScreen> panels;
   for (const xcb_window_t window : windows) {
-    panels.emplace_back(*connection_, window, scale_);
+    panels.emplace_back(*connection_, window, scale_, screen_);
   }
   return panels;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,9 @@ class RunningVistrel {
   /// object.
   RunningVistrel(const XConnection& connection, const ChildProcess::Command& command,
                  double scale = 1);
+  /// The same, with what its windows show read by `screen`.
+  RunningVistrel(const XConnection& connection, const ChildProcess::Command& command, double scale,
+                 std::shared_ptr<const ScreenReader> screen);
 
   /// How to start the program with `arguments`.
   static ChildProcess::Command command(const std::vector<std::string>& arguments,
@@ -53,6 +57,7 @@ class RunningVistrel {
 
   const XConnection* connection_;
   double scale_;
+  std::shared_ptr<const ScreenReader> screen_;
   ChildProcess process_;
 };
 

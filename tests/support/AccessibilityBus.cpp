@@ -48,8 +48,8 @@ std::optional<Accessible> programWithPid(const Accessible& desktop, pid_t pid) {
 
 }  // namespace
 
-AccessibilityBus::AccessibilityBus(const PrivateDisplay& display)
-    : session_(connectToBus(display.busAddress())) {
+AccessibilityBus::AccessibilityBus(const std::string& busAddress)
+    : session_(connectToBus(busAddress)) {
   const BusObject a11y = launcher(session_);
   // First of all: programs look at these only when the bus comes up, and when they start.
   for (const char* status : {"ScreenReaderEnabled", "IsEnabled"}) {

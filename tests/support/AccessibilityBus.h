@@ -15,7 +15,10 @@ namespace vistrel::testbed {
 class AccessibilityBus {
  public:
   /// `display` outlives this. Throws std::runtime_error when the session has no such bus.
-  explicit AccessibilityBus(const PrivateDisplay& display);
+  explicit AccessibilityBus(const PrivateDisplay& display)
+      : AccessibilityBus(display.busAddress()) {}
+  /// The same in the session whose bus that is.
+  explicit AccessibilityBus(const std::string& busAddress);
 
   /// Waits until the program with that process id can be read. Throws std::runtime_error when it
   /// cannot be.

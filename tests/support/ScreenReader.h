@@ -11,10 +11,13 @@ class ScreenReader {
  public:
   /// `connection` outlives this object.
   explicit ScreenReader(const XConnection& connection) : connection_(&connection) {}
+  virtual ~ScreenReader() = default;
+  ScreenReader(const ScreenReader&) = delete;
+  ScreenReader& operator=(const ScreenReader&) = delete;
 
   /// The part of the root window that lies in `area`; what is off screen is black. Throws
   /// std::runtime_error when the server is gone.
-  Picture read(Rect area) const;
+  virtual Picture read(Rect area) const;
   Picture readAll() const;
   /// The window's own picture: where a compositor shows windows (XWayland), the root has none.
   Picture readWindow(xcb_window_t window, int width, int height) const;

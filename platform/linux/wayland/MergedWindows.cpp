@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <string>
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -25,6 +26,18 @@ bool hasSameTitle(const ShareableWindow& x, const ShareableWindow& kwin) {
   return x.title.value_or("") == kwin.title.value_or("");
 }
 
+/// KWin tells windows of the same title apart by what it appends: "Document <2>" and a mark of the
+/// direction of writing.
+bool hasNumberedTitle(const ShareableWindow& x, const ShareableWindow& kwin) {
+  const std::string beginning = x.title.value_or("") + " <";
+  const std::string title = kwin.title.value_or("");
+  if (!title.starts_with(beginning)) return false;
+  const auto numberEnd =
+      std::min(title.find_first_not_of("0123456789", beginning.size()), title.size());
+  const auto rest = title.substr(numberEnd);
+  return numberEnd > beginning.size() && (rest == ">" || rest == ">\u200e");
+}
+
 /// Both round, each in its own way.
 bool isAtSamePlace(const ShareableWindow& x, const ShareableWindow& kwin) {
   constexpr double rounding = 2;
@@ -35,16 +48,19 @@ bool isAtSamePlace(const ShareableWindow& x, const ShareableWindow& kwin) {
 }
 
 /// The surest first.
-constexpr std::array<Likeness, 4> likenesses = {
+constexpr std::array<Likeness, 5> likenesses = {
     [](const ShareableWindow& x, const ShareableWindow& kwin) {
       return hasSameProcess(x, kwin) && hasSameTitle(x, kwin) && isAtSamePlace(x, kwin);
     },
     [](const ShareableWindow& x, const ShareableWindow& kwin) {
       return hasSameProcess(x, kwin) && hasSameTitle(x, kwin);
     },
-    // KWin tells windows of the same title apart by what it appends: "Document <2>".
     [](const ShareableWindow& x, const ShareableWindow& kwin) {
       return hasSameProcess(x, kwin) && isAtSamePlace(x, kwin);
+    },
+    // The server does not know of the frames that KWin draws, so the place need not be the same.
+    [](const ShareableWindow& x, const ShareableWindow& kwin) {
+      return hasSameProcess(x, kwin) && hasNumberedTitle(x, kwin);
     },
     // A client on another machine, whose process is not known.
     [](const ShareableWindow& x, const ShareableWindow& kwin) {

@@ -57,6 +57,17 @@ TEST(MergeWindows, FindsAWindowThatKWinGivesANumberByItsPlace) {
   EXPECT_THAT(mergeWindows(x, kwin), ElementsAre(fromX(1), fromX(0)));
 }
 
+TEST(MergeWindows, FindsAWindowThatKWinGivesANumberAndAFrame) {
+  const std::vector<WindowRecord> x = {window(1, "A"), window(1, "A")};
+  EXPECT_THAT(mergeWindows(x, {window(1, "A <12>\u200e", 40), window(1, "A", 40)}),
+              ElementsAre(fromX(1), fromX(0)));
+  for (const char* other : {"A <2> B", "A <>", "A <2", "AB <2>"}) {
+    EXPECT_THAT(mergeWindows({x.front()}, {window(1, other, 40)}),
+                ElementsAre(fromKWin(0), fromX(0)))
+        << other;
+  }
+}
+
 TEST(MergeWindows, FindsAWindowWithoutAKnownProcessByTitleAndPlace) {
   EXPECT_THAT(mergeWindows({window(7, "A", 0)}, {window(-1, "A", 0)}), ElementsAre(fromX(0)));
   EXPECT_THAT(mergeWindows({window(7, "A", 0)}, {window(-1, "A", 50)}),
