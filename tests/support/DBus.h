@@ -32,6 +32,7 @@ class BusMessage {
   bool truth() { return basic<int>(SD_BUS_TYPE_BOOLEAN) != 0; }
   std::string path() { return basic<const char*>(SD_BUS_TYPE_OBJECT_PATH); }
   std::int32_t signedNumber() { return basic<std::int32_t>(SD_BUS_TYPE_INT32); }
+  double real() { return basic<double>(SD_BUS_TYPE_DOUBLE); }
   std::vector<unsigned char> bytes();
   std::uint32_t number() { return basic<std::uint32_t>(SD_BUS_TYPE_UINT32); }
 

@@ -1,9 +1,10 @@
 #include "tests/support/KWinScripts.h"
 
 #include <chrono>
+#include <cmath>
 #include <fstream>
 #include <memory>
-#include <sstream>
+#include <set>
 
 #include "tests/support/Poll.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -83,12 +84,32 @@ std::string KWinScripts::run(const std::string& javaScript) {
 }
 
 Rect KWinScripts::frameOf(const std::string& title) {
-  std::istringstream text(run("var frame = win(" + quoted(title) +
-                              ").frameGeometry; tell([frame.x, frame.y, frame.width, "
-                              "frame.height].join(' '));"));
-  Rect frame;
-  text >> frame.x >> frame.y >> frame.width >> frame.height;
-  return frame;
+  std::string& uuid = uuids_[title];
+  if (uuid.empty()) {
+    uuid = run("tell(win(" + quoted(title) + ").internalId);");
+  }
+  BusMessage info =
+      BusObject(bus_, kwin, "/KWin").call("org.kde.KWin", "getWindowInfo", "s", uuid.c_str());
+  std::map<std::string, double> numbers;
+  info.array("{sv}", [&] {
+    info.structure(
+        "sv",
+        [&] {
+          const std::string name = info.text();
+          if (std::set<std::string>{"x", "y", "width", "height"}.contains(name)) {
+            numbers[name] = info.structure(
+                "d", [&] { return info.real(); }, SD_BUS_TYPE_VARIANT);
+          } else {
+            info.skip("v");
+          }
+          return 0;
+        },
+        SD_BUS_TYPE_DICT_ENTRY);
+  });
+  const auto number = [&](const char* name) {
+    return static_cast<int>(std::lround(numbers[name]));
+  };
+  return {number("x"), number("y"), number("width"), number("height")};
 }
 
 void KWinScripts::moveTo(const std::string& title, Point origin) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "tests/support/DBus.h"
@@ -9,7 +10,8 @@ namespace vistrel::testbed {
 
 /// Scripts that run inside KWin, to look at what it knows of windows and to do with them what a
 /// person does. Every call returns once that is done, and throws std::runtime_error when KWin does
-/// not answer.
+/// not answer. KWin 5.27 mixes up scripts that two programs run at the same time: where the program
+/// under test runs its own, only `frameOf` a window that was asked for before is safe.
 class KWinScripts {
  public:
   /// `busAddress` is that of KWin's session.
@@ -28,6 +30,7 @@ class KWinScripts {
 
  private:
   BusConnection bus_;
+  std::map<std::string, std::string> uuids_;  // by title
 };
 
 }  // namespace vistrel::testbed
