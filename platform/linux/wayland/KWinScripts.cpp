@@ -1,6 +1,7 @@
 #include "platform/linux/wayland/KWinScripts.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -24,12 +25,20 @@ constexpr const char* answering = "com.tollbeck.vistrel.Script";
 using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
 using Slot = std::unique_ptr<sd_bus_slot, decltype(&sd_bus_slot_unref)>;
 
-/// KWin 5.27 calls windows clients, and desktops are numbers there.
+/// KWin 5.27 calls windows clients, desktops are numbers there, and of what belongs to a client it
+/// tells the buffer alone, with the shadows that a client draws around itself.
 constexpr std::string_view prelude = R"(
 var told = '';
 function tell(text) { told += text + '\n'; }
 function all() { return workspace.windowList ? workspace.windowList() : workspace.clientList(); }
 function find(uuid) { return all().filter(function (each) { return String(each.internalId) == uuid; })[0]; }
+function inside(each) {
+  var frame = each.frameGeometry, buffer = each.bufferGeometry;
+  if (each.clientGeometry) return each.clientGeometry;
+  var x = Math.max(frame.x, buffer.x), y = Math.max(frame.y, buffer.y);
+  return {x: x, y: y, width: Math.min(frame.x + frame.width, buffer.x + buffer.width) - x,
+          height: Math.min(frame.y + frame.height, buffer.y + buffer.height) - y};
+}
 function isShown(each) {
   return each.onAllDesktops || each.desktop === workspace.currentDesktop ||
          (each.desktops || []).indexOf(workspace.currentDesktop) >= 0;
@@ -160,7 +169,8 @@ std::optional<std::string> KWinScripts::run(const std::string& javaScript, doubl
   sd_bus_slot* raw = nullptr;
   sd_bus_add_filter(bus_.get(), &raw, takeAnswer, &answer);
   const Slot filter(raw, sd_bus_slot_unref);
-  const auto name = "vistrel-" + std::to_string(getpid()) + "-" + std::to_string(++scripts_);
+  static std::atomic<int> scripts = 0;
+  const auto name = "vistrel-" + std::to_string(getpid()) + "-" + std::to_string(++scripts);
   const auto loaded = call(bus_.get(), scriptingPath, scripting, "loadScript", deadline, "ss",
                            file.path(), name.c_str());
   std::int32_t number = -1;

@@ -25,13 +25,15 @@ bool hasSameTitle(const ShareableWindow& x, const ShareableWindow& kwin) {
   return x.title.value_or("") == kwin.title.value_or("");
 }
 
-/// Both round, each in its own way.
+/// Whether KWin's frame may be X's with KWin's decoration around it, which X's half leaves out.
 bool isAtSamePlace(const ShareableWindow& x, const ShareableWindow& kwin) {
+  // Both round, each in its own way.
   constexpr double rounding = 2;
-  const auto isClose = [](double a, double b) { return std::abs(a - b) <= rounding; };
-  return isClose(x.frame.minX(), kwin.frame.minX()) && isClose(x.frame.minY(), kwin.frame.minY()) &&
-         isClose(x.frame.width(), kwin.frame.width()) &&
-         isClose(x.frame.height(), kwin.frame.height());
+  constexpr double widestDecoration = 100;
+  const auto isWidth = [](double width) { return width >= -rounding && width <= widestDecoration; };
+  return isWidth(x.frame.minX() - kwin.frame.minX()) &&
+         isWidth(x.frame.minY() - kwin.frame.minY()) &&
+         isWidth(kwin.frame.maxX() - x.frame.maxX()) && isWidth(kwin.frame.maxY() - x.frame.maxY());
 }
 
 /// The surest first.

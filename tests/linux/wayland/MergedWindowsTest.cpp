@@ -52,6 +52,18 @@ TEST(MergeWindows, FindsAWindowThatKWinGivesANumberByItsPlace) {
   EXPECT_THAT(mergeWindows(x, kwin), ElementsAre(fromX(1), fromX(0)));
 }
 
+TEST(MergeWindows, FindsItWithWhatKWinPutsAroundItToo) {
+  auto decorated = [](const char* title, double x) {
+    auto record = std::make_shared<ShareableWindow>(*window(1, title, x));
+    record->frame.origin.y -= 37;
+    record->frame.size.height += 37;
+    return record;
+  };
+  const std::vector<WindowRecord> x = {window(1, "A", 0), window(1, "A", 30)};
+  const std::vector<WindowRecord> kwin = {decorated("A <2>", 30), decorated("A", 0)};
+  EXPECT_THAT(mergeWindows(x, kwin), ElementsAre(fromX(1), fromX(0)));
+}
+
 TEST(MergeWindows, FindsAWindowWithoutAKnownProcessByTitleAndPlace) {
   EXPECT_THAT(mergeWindows({window(7, "A", 0)}, {window(-1, "A", 0)}), ElementsAre(fromX(0)));
   EXPECT_THAT(mergeWindows({window(7, "A", 0)}, {window(-1, "A", 50)}),
