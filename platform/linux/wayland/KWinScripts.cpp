@@ -26,18 +26,20 @@ using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>
 using Slot = std::unique_ptr<sd_bus_slot, decltype(&sd_bus_slot_unref)>;
 
 /// KWin 5.27 calls windows clients, desktops are numbers there, and of what belongs to a client it
-/// tells the buffer alone, with the shadows that a client draws around itself.
+/// tells the buffer alone, cut to whole pixels and with the shadows that a client draws around
+/// itself.
 constexpr std::string_view prelude = R"(
 var told = '';
 function tell(text) { told += text + '\n'; }
 function all() { return workspace.windowList ? workspace.windowList() : workspace.clientList(); }
 function find(uuid) { return all().filter(function (each) { return String(each.internalId) == uuid; })[0]; }
 function inside(each) {
-  var frame = each.frameGeometry, buffer = each.bufferGeometry;
   if (each.clientGeometry) return each.clientGeometry;
-  var x = Math.max(frame.x, buffer.x), y = Math.max(frame.y, buffer.y);
-  return {x: x, y: y, width: Math.min(frame.x + frame.width, buffer.x + buffer.width) - x,
-          height: Math.min(frame.y + frame.height, buffer.y + buffer.height) - y};
+  var frame = each.frameGeometry, buffer = each.bufferGeometry;
+  var wide = Math.max(0, frame.width - buffer.width), high = Math.max(0, frame.height - buffer.height);
+  return {x: frame.x + Math.min(wide, Math.max(0, buffer.x - Math.trunc(frame.x))),
+          y: frame.y + Math.min(high, Math.max(0, buffer.y - Math.trunc(frame.y))),
+          width: frame.width - wide, height: frame.height - high};
 }
 function isShown(each) {
   return each.onAllDesktops || each.desktop === workspace.currentDesktop ||
