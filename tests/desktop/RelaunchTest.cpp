@@ -41,7 +41,7 @@ class Relaunch : public DesktopTest {
       }
       return found != XCB_WINDOW_NONE;
     }));
-    return {connection_, found};
+    return {connection_, found, 1, std::make_shared<ScreenReader>(connection_)};
   }
   /// What the program says of the display comes before it.
   void openAlert(const PickerOnScreen& picker) {

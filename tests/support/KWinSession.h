@@ -19,7 +19,7 @@ namespace vistrel::testbed {
 class KWinSession {
  public:
   struct Options {
-    /// Of each output, in pixels.
+    /// Of each output, in logical pixels.
     int width = 1280;
     int height = 1024;
     double scale = 1;

@@ -33,7 +33,8 @@ NativeWindow::NativeWindow(const std::vector<std::string>& environment, const Op
     : commands_(std::move(commands.writeEnd)),
       answers_(std::move(answers.readEnd)),
       program_({.arguments = {VISTREL_NATIVE_WINDOW, std::to_string(commands.readEnd.get()),
-                              std::to_string(answers.writeEnd.get()), options.applicationId},
+                              std::to_string(answers.writeEnd.get()), options.applicationId,
+                              options.isDecorated ? "decorated" : "bare"},
                 .environment = environment,
                 .inherited = {commands.readEnd.get(), answers.writeEnd.get()}}) {
   commands.readEnd.close();

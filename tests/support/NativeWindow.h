@@ -10,7 +10,8 @@
 
 namespace vistrel::testbed {
 
-/// An ordinary window of some Wayland program, which is a process of its own, without decorations.
+/// An ordinary window of some Wayland program, which is a process of its own, without decorations
+/// unless it asks the compositor for some.
 /// Over it the pointer is a black square of 16 × 16, whose first corner is its hot spot.
 /// The compositor puts it where it likes. All operations return once the compositor has dealt with
 /// them, and throw std::runtime_error when it does not by a generous deadline.
@@ -23,6 +24,8 @@ class NativeWindow {
     int width = 400;
     int height = 300;
     Quadrants picture = fourColours;
+    /// Whether the compositor puts a frame with a title bar around it.
+    bool isDecorated = false;
   };
 
   /// Opens the window in the session whose programs have `environment`, and returns once it shows

@@ -1,5 +1,6 @@
 // An ordinary Wayland program with one window; a test tells it what to do: see NativeWindow.h.
-// Arguments: the descriptors to read commands from and to write answers to, the application's id.
+// Arguments: the descriptors to read commands from and to write answers to, the application's id,
+// and whether the compositor is to decorate it.
 
 #include <algorithm>
 #include <array>
@@ -13,9 +14,11 @@
 #include <poll.h>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <sys/mman.h>
 #include <system_error>
 #include <unistd.h>
+#include <xdg-decoration-unstable-v1.h>
 #include <xdg-shell.h>
 
 #include "tests/support/FileDescriptor.h"
@@ -84,8 +87,12 @@ class Buffer {
 
 class Window {
  public:
-  explicit Window(const char* applicationId) {
+  Window(const char* applicationId, bool isDecorated) {
     setUpWindow(applicationId);
+    if (isDecorated) {
+      askForDecoration();
+    }
+    wl_surface_commit(surface_);
     setUpInput();
     while (!isConfigured_) {
       checked(wl_display_dispatch(client_.display()), "the compositor");
@@ -129,7 +136,14 @@ class Window {
     xdg_surface_add_listener(shell_, &configures, this);
     xdg_toplevel_add_listener(toplevel_, &toplevels, this);
     xdg_toplevel_set_app_id(toplevel_, applicationId);
-    wl_surface_commit(surface_);
+  }
+
+  void askForDecoration() {
+    auto* const decorations =
+        client_.bind<zxdg_decoration_manager_v1>(zxdg_decoration_manager_v1_interface, 1);
+    zxdg_toplevel_decoration_v1_set_mode(
+        zxdg_decoration_manager_v1_get_toplevel_decoration(decorations, toplevel_),
+        ZXDG_TOPLEVEL_DECORATION_V1_MODE_SERVER_SIDE);
   }
 
   /// A black square, whose first corner is its hot spot.
@@ -304,11 +318,11 @@ void serve(Window& window, int commands, int answers) {
 }  // namespace vistrel::testbed
 
 int main(int argc, char** argv) {
-  if (argc != 4) {
+  if (argc != 5) {
     return 2;
   }
   try {
-    vistrel::testbed::Window window(argv[3]);
+    vistrel::testbed::Window window(argv[3], argv[4] == std::string_view("decorated"));
     vistrel::testbed::serve(window, std::atoi(argv[1]), std::atoi(argv[2]));
   } catch (const std::exception& failure) {
     std::cerr << failure.what() << '\n';

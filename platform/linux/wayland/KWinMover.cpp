@@ -29,19 +29,19 @@ std::string numberText(double number) {
 std::string scriptThatMoves(const std::string& uuid, Point position,
                             std::optional<Point> parked = std::nullopt) {
   const auto condition = parked
-                             ? "Math.abs(frame.x - " + numberText(parked->x) +
-                                   ") < 1 && Math.abs(frame.y - " + numberText(parked->y) + ") < 1"
+                             ? "Math.abs(client.x - " + numberText(parked->x) +
+                                   ") < 1 && Math.abs(client.y - " + numberText(parked->y) + ") < 1"
                              : std::string("true");
   return "(function () {\n"
          "  var each = find(" +
          scriptLiteral(uuid) +
          ");\n"
          "  if (!each) return;\n"
-         "  var frame = each.frameGeometry;\n"
+         "  var frame = each.frameGeometry, client = inside(each);\n"
          "  if (" +
          condition + ") each.frameGeometry = {x: " + numberText(position.x) +
-         ", y: " + numberText(position.y) +
-         ", width: frame.width, height: frame.height};\n"
+         " - (client.x - frame.x), y: " + numberText(position.y) +
+         " - (client.y - frame.y), width: frame.width, height: frame.height};\n"
          "  tell('there');\n"
          "})();\n";
 }
@@ -90,8 +90,7 @@ std::optional<Point> KWinMover::positionOf(WindowID window) {
   assert(isMainThread());
   const auto told = scripts_.run("var each = find(" + scriptLiteral(ids_->uuidOf(window)) +
                                      ");\n"
-                                     "if (each) tell(each.frameGeometry.x + ' ' + "
-                                     "each.frameGeometry.y);",
+                                     "if (each) tell(inside(each).x + ' ' + inside(each).y);",
                                  monotonicNow() + commandTime);
   std::istringstream numbers(told.value_or(""));
   Point position;

@@ -17,7 +17,7 @@ namespace vistrel::platform::linux_desktop {
 /// parked: those that are not where they were found. KWin puts them exactly where it is told;
 /// maximised and full-screen ones keep those states meanwhile. Whatever is parked of X's stays with
 /// X's half. Windows are known by the numbers that they have been listed under; positions are of
-/// what a person sees as the window, in points of global display space. Main thread.
+/// the frames that they are listed with, in points of global display space. Main thread.
 class KWinMover final : public ParkedSources {
  public:
   /// Brings home what a program has left parked that has ended in whatever way, unless somebody has

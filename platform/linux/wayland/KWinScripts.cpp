@@ -1,6 +1,7 @@
 #include "platform/linux/wayland/KWinScripts.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -24,12 +25,22 @@ constexpr const char* answering = "com.tollbeck.vistrel.Script";
 using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
 using Slot = std::unique_ptr<sd_bus_slot, decltype(&sd_bus_slot_unref)>;
 
-/// KWin 5.27 calls windows clients, and desktops are numbers there.
+/// KWin 5.27 calls windows clients, desktops are numbers there, and of what belongs to a client it
+/// tells the buffer alone, cut to whole pixels and with the shadows that a client draws around
+/// itself.
 constexpr std::string_view prelude = R"(
 var told = '';
 function tell(text) { told += text + '\n'; }
 function all() { return workspace.windowList ? workspace.windowList() : workspace.clientList(); }
 function find(uuid) { return all().filter(function (each) { return String(each.internalId) == uuid; })[0]; }
+function inside(each) {
+  if (each.clientGeometry) return each.clientGeometry;
+  var frame = each.frameGeometry, buffer = each.bufferGeometry;
+  var wide = Math.max(0, frame.width - buffer.width), high = Math.max(0, frame.height - buffer.height);
+  return {x: frame.x + Math.min(wide, Math.max(0, buffer.x - Math.trunc(frame.x))),
+          y: frame.y + Math.min(high, Math.max(0, buffer.y - Math.trunc(frame.y))),
+          width: frame.width - wide, height: frame.height - high};
+}
 function isShown(each) {
   return each.onAllDesktops || each.desktop === workspace.currentDesktop ||
          (each.desktops || []).indexOf(workspace.currentDesktop) >= 0;
@@ -160,7 +171,8 @@ std::optional<std::string> KWinScripts::run(const std::string& javaScript, doubl
   sd_bus_slot* raw = nullptr;
   sd_bus_add_filter(bus_.get(), &raw, takeAnswer, &answer);
   const Slot filter(raw, sd_bus_slot_unref);
-  const auto name = "vistrel-" + std::to_string(getpid()) + "-" + std::to_string(++scripts_);
+  static std::atomic<int> scripts = 0;
+  const auto name = "vistrel-" + std::to_string(getpid()) + "-" + std::to_string(++scripts);
   const auto loaded = call(bus_.get(), scriptingPath, scripting, "loadScript", deadline, "ss",
                            file.path(), name.c_str());
   std::int32_t number = -1;

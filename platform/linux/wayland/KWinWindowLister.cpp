@@ -1,18 +1,34 @@
 #include "platform/linux/wayland/KWinWindowLister.h"
 
+#include <algorithm>
 #include <optional>
 #include <set>
+#include <sstream>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/linux/ApplicationNames.h"
 #include "platform/linux/WindowLayer.h"
+#include "platform/linux/wayland/KWinScripts.h"
 #include "platform/linux/wayland/KWinWindows.h"
 #include "platform/linux/wayland/MergedWindows.h"
 #include "platform/linux/wayland/WaylandConnection.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
+
+/// How long a list may wait for what only a script can tell, in seconds.
+constexpr double timeForScript = 0.5;
+
+/// Of windows that KWin decorates, whose frames alone the protocol tells.
+constexpr const char* scriptThatTellsInsides = R"(
+all().forEach(function (each) {
+  var frame = each.frameGeometry, client = inside(each);
+  if (client.width != frame.width || client.height != frame.height)
+    tell([each.internalId, client.x, client.y, client.width, client.height].join(' '));
+});
+)";
 
 /// What lives with the lister's queue.
 class NativeLister {
@@ -27,7 +43,22 @@ class NativeLister {
     return windows;
   }
 
-  WindowRecord recordOf(const KWinWindow& window) {
+  /// Makes the frames those of what is streamed, without what KWin puts around it; they stay as
+  /// they are where it does not answer.
+  void leaveDecorationsOut(std::vector<KWinWindow>& windows) {
+    const auto told = scripts_.run(scriptThatTellsInsides, monotonicNow() + timeForScript);
+    std::istringstream lines(told.value_or(""));
+    std::string uuid;
+    Rect inside;
+    while (lines >> uuid >> inside.origin.x >> inside.origin.y >> inside.size.width >>
+           inside.size.height) {
+      const auto window = std::find_if(windows.begin(), windows.end(),
+                                       [&](const KWinWindow& each) { return each.uuid == uuid; });
+      if (window != windows.end()) window->frame = inside;
+    }
+  }
+
+  std::shared_ptr<ShareableWindow> recordOf(const KWinWindow& window) {
     auto record = std::make_shared<ShareableWindow>();
     record->title = window.title;
     record->frame = window.frame;
@@ -69,6 +100,7 @@ class NativeLister {
   SerialQueue& queue_;
   std::unique_ptr<WaylandConnection> connection_;
   std::unique_ptr<KWinWindows> windows_;
+  KWinScripts scripts_;
   ApplicationNames names_;
 };
 
@@ -84,25 +116,29 @@ void keepIdsOf(const std::vector<KWinWindow>& windows, NativeWindowIds& ids) {
   ids.keepOnly(uuids);
 }
 
-WindowRecord withId(const ShareableWindow& record, WindowID id) {
-  auto numbered = std::make_shared<ShareableWindow>(record);
-  numbered->windowID = id;
-  return numbered;
-}
-
 std::vector<WindowRecord> allWindows(const std::vector<WindowRecord>& ofX, NativeLister& lister,
                                      NativeWindowIds& ids) {
-  const auto windows = lister.list();
+  auto windows = lister.list();
   if (!windows) return ofX;
   keepIdsOf(*windows, ids);
   lister.refreshNames();
   std::vector<WindowRecord> ofKWin;
   for (const auto& each : *windows) ofKWin.push_back(lister.recordOf(each));
+  const auto merged = mergeWindows(ofX, ofKWin);
+  const auto isNative = [](const MergedWindow& each) {
+    return each.from == MergedWindow::From::kwin;
+  };
+  if (std::any_of(merged.begin(), merged.end(), isNative)) lister.leaveDecorationsOut(*windows);
   std::vector<WindowRecord> all;
-  for (const auto& [from, index] : mergeWindows(ofX, ofKWin)) {
-    all.push_back(from == MergedWindow::From::x
-                      ? ofX[index]
-                      : withId(*ofKWin[index], ids.idOf((*windows)[index].uuid)));
+  for (const auto& each : merged) {
+    if (isNative(each)) {
+      const auto& window = (*windows)[each.index];
+      auto record = lister.recordOf(window);
+      record->windowID = ids.idOf(window.uuid);
+      all.push_back(std::move(record));
+    } else {
+      all.push_back(ofX[each.index]);
+    }
   }
   return all;
 }

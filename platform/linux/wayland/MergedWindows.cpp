@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <optional>
-#include <string>
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -26,41 +25,28 @@ bool hasSameTitle(const ShareableWindow& x, const ShareableWindow& kwin) {
   return x.title.value_or("") == kwin.title.value_or("");
 }
 
-/// KWin tells windows of the same title apart by what it appends: "Document <2>" and a mark of the
-/// direction of writing.
-bool hasNumberedTitle(const ShareableWindow& x, const ShareableWindow& kwin) {
-  const std::string beginning = x.title.value_or("") + " <";
-  const std::string title = kwin.title.value_or("");
-  if (!title.starts_with(beginning)) return false;
-  const auto numberEnd =
-      std::min(title.find_first_not_of("0123456789", beginning.size()), title.size());
-  const auto rest = title.substr(numberEnd);
-  return numberEnd > beginning.size() && (rest == ">" || rest == ">\u200e");
-}
-
-/// Both round, each in its own way.
+/// Whether KWin's frame may be X's with KWin's decoration around it, which X's half leaves out.
 bool isAtSamePlace(const ShareableWindow& x, const ShareableWindow& kwin) {
+  // Both round, each in its own way.
   constexpr double rounding = 2;
-  const auto isClose = [](double a, double b) { return std::abs(a - b) <= rounding; };
-  return isClose(x.frame.minX(), kwin.frame.minX()) && isClose(x.frame.minY(), kwin.frame.minY()) &&
-         isClose(x.frame.width(), kwin.frame.width()) &&
-         isClose(x.frame.height(), kwin.frame.height());
+  constexpr double widestDecoration = 100;
+  const auto isWidth = [](double width) { return width >= -rounding && width <= widestDecoration; };
+  return isWidth(x.frame.minX() - kwin.frame.minX()) &&
+         isWidth(x.frame.minY() - kwin.frame.minY()) &&
+         isWidth(kwin.frame.maxX() - x.frame.maxX()) && isWidth(kwin.frame.maxY() - x.frame.maxY());
 }
 
 /// The surest first.
-constexpr std::array<Likeness, 5> likenesses = {
+constexpr std::array<Likeness, 4> likenesses = {
     [](const ShareableWindow& x, const ShareableWindow& kwin) {
       return hasSameProcess(x, kwin) && hasSameTitle(x, kwin) && isAtSamePlace(x, kwin);
     },
     [](const ShareableWindow& x, const ShareableWindow& kwin) {
       return hasSameProcess(x, kwin) && hasSameTitle(x, kwin);
     },
+    // KWin tells windows of the same title apart by what it appends: "Document <2>".
     [](const ShareableWindow& x, const ShareableWindow& kwin) {
       return hasSameProcess(x, kwin) && isAtSamePlace(x, kwin);
-    },
-    // The server does not know of the frames that KWin draws, so the place need not be the same.
-    [](const ShareableWindow& x, const ShareableWindow& kwin) {
-      return hasSameProcess(x, kwin) && hasNumberedTitle(x, kwin);
     },
     // A client on another machine, whose process is not known.
     [](const ShareableWindow& x, const ShareableWindow& kwin) {

@@ -44,6 +44,25 @@ TEST_F(KWinList, TellsWhatANativeWindowIs) {
   EXPECT_EQ(record->windowLayer, 0);
 }
 
+TEST_F(KWinList, LeavesOutWhatKWinPutsAroundAWindow) {
+  const NativeWindow window(desktop_.environment(), {.title = "Native", .isDecorated = true});
+  kwin_.moveTo("Native", {50, 60});
+  const auto frame = kwin_.frameOf("Native");
+  ASSERT_GT(frame.height, 300);
+  const double titleBar = frame.height - 300;
+  EXPECT_TRUE(eventually([&] {
+    return titled("Native")->frame == rect(50, 60 + titleBar, 400, 300);
+  })) << titled("Native")->frame.height();
+}
+
+TEST_F(KWinList, HasDecoratedWindowsOfXThatShareATitleOnce) {
+  const TestWindow first(desktop_.xName(), {.title = "Document", .area = {100, 100, 300, 200}});
+  const TestWindow second(desktop_.xName(), {.title = "Document", .area = {500, 300, 300, 200}});
+  ASSERT_TRUE(eventually([&] { return kwin_.run("tell(workspace.clientList().length)") == "2"; }));
+  EXPECT_TRUE(eventually([&] { return titles().size() == 2; }))
+      << ::testing::PrintToString(titles());
+}
+
 TEST_F(KWinList, FollowsANativeWindowUnderItsNumberUntilItCloses) {
   NativeWindow window(desktop_.environment(), {.title = "Before"});
   const auto id = titled("Before")->windowID;

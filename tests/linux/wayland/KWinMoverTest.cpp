@@ -54,6 +54,21 @@ TEST_F(KWinMoverTest, TakesANativeWindowToTheCornerAndBackExactly) {
   EXPECT_EQ(kwin_.frameOf("Source"), (testbed::Rect{123, 77, 400, 300}));
 }
 
+TEST_F(KWinMoverTest, HasTheInsideOfADecoratedWindowInTheCorner) {
+  const NativeWindow window(desktop_.environment(), {.title = "Source", .isDecorated = true});
+  kwin_.moveTo("Source", {123, 77});
+  const auto frame = kwin_.frameOf("Source");
+  const auto source = element("Source");
+  ASSERT_NE(source, nullptr);
+  const auto home = position(*source);
+  EXPECT_EQ(home, titled("Source")->frame.origin);
+  move(*source, corner);
+  EXPECT_EQ(position(*source), corner);
+  EXPECT_EQ(kwin_.frameOf("Source").y, 984 - (frame.height - 300));
+  move(*source, *home);
+  EXPECT_EQ(kwin_.frameOf("Source"), frame);
+}
+
 TEST_F(KWinMoverTest, LeavesAMaximisedWindowMaximisedAndOneThatFillsTheScreenSo) {
   NativeWindow window(desktop_.environment(), {.title = "Source"});
   kwin_.moveTo("Source", {123, 77});

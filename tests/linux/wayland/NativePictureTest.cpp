@@ -27,7 +27,7 @@ class NativePicture : public ::testing::Test {
   static constexpr testbed::Point place{600, 300};
   static constexpr testbed::Point elsewhere{1200, 1000};
 
-  NativePicture() {
+  explicit NativePicture(const testbed::KWinSession::Options& options = {}) : session_(options) {
     kwin_.moveTo(title, place);
     hand_.moveTo(elsewhere);
   }
@@ -167,6 +167,33 @@ TEST_F(NativePicture, HasThePointerWhereItIsOverTheWindow) {
   hand_.moveTo(elsewhere);
   EXPECT_TRUE(eventually([&] { return !hasPointerAt(30, 250); }));
   EXPECT_TRUE(eventuallyShows(white));
+}
+
+/// The same on the second of two outputs that show things larger.
+class NativePictureAtScale : public NativePicture, public ::testing::WithParamInterface<double> {
+ protected:
+  static constexpr testbed::Point placeOnSecond{1900, 300};
+
+  NativePictureAtScale() : NativePicture({.scale = GetParam(), .outputs = 2}) {
+    kwin_.moveTo(title, placeOnSecond);
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Any, NativePictureAtScale, ::testing::Values(1.5, 2));
+
+TEST_P(NativePictureAtScale, HasThePointerWhereItIsOverTheWindow) {
+  mirror();
+  mirror_.resizePanel(400, 300);
+  EXPECT_TRUE(eventuallyShows(testbed::fourColours));
+  EXPECT_TRUE(mirror_.wasGiven(testbed::fourColours));
+  EXPECT_TRUE(eventually([&] {
+    hand_.moveTo({placeOnSecond.x + 251, placeOnSecond.y + 100});
+    hand_.moveTo({placeOnSecond.x + 250, placeOnSecond.y + 100});
+    mirror_.turn();
+    const auto shown = mirror_.panelPicture();
+    return shown.at(252, 102) == testbed::black && shown.at(264, 114) == testbed::black &&
+           shown.at(248, 102) != testbed::black && shown.at(268, 102) != testbed::black;
+  }));
 }
 
 TEST_F(NativePicture, ComesTwiceASecondAtMostWhileNobodySeesItAndAtOnceWhenSeenAgain) {
