@@ -1,8 +1,11 @@
 #include "tests/support/InputDriver.h"
 
+#include <chrono>
 #include <stdexcept>
 #include <utility>
 #include <xcb/xtest.h>
+
+#include "tests/support/ManagerProbe.h"
 
 namespace vistrel::testbed {
 
@@ -39,8 +42,12 @@ void InputDriver::clickAt(Point point, int count, Button button) {
 }
 
 void InputDriver::beginDrag() {
-  constexpr std::uint32_t beforeMoving = 100;
   press();
+  // Managers hold presses back, and what moves meanwhile counts as before the press. One that hangs
+  // is not waited for.
+  constexpr std::chrono::seconds managersTime{5};
+  static_cast<void>(isManagerDone(*connection_, managersTime));
+  constexpr std::uint32_t beforeMoving = 100;
   rest(beforeMoving);
 }
 

@@ -62,9 +62,13 @@ bool ManagerProbe::grantsSize() const {
   return geometry && geometry->width == anotherWidth;
 }
 
-void awaitManager(const XConnection& connection) {
+bool isManagerDone(const XConnection& connection, std::chrono::milliseconds deadline) {
   const ManagerProbe probe(connection);
-  if (!eventually([&] { return probe.isAnswered() || !isManaged(connection); })) {
+  return eventually([&] { return probe.isAnswered() || !isManaged(connection); }, deadline);
+}
+
+void awaitManager(const XConnection& connection) {
+  if (!isManagerDone(connection, generousDeadline)) {
     throw std::runtime_error("the window manager does not answer");
   }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 #include "tests/support/XConnection.h"
 
 namespace vistrel::testbed {
@@ -27,6 +29,9 @@ class ManagerProbe {
   const XConnection& connection_;
   const xcb_window_t window_;
 };
+
+/// Whether the manager, if any, has dealt with all that it was told so far, by the deadline.
+[[nodiscard]] bool isManagerDone(const XConnection& connection, std::chrono::milliseconds deadline);
 
 /// Waits until the manager, if any, has dealt with all that it was told so far. Throws
 /// std::runtime_error when it does not by a generous deadline.

@@ -227,25 +227,27 @@ void PipeWireStream::formatChanged(const spa_pod* format) {
   size_ = {static_cast<int>(info.size.width), static_cast<int>(info.size.height)};
   askForBuffers();
   constexpr double untilBuffersAreThere = 0.03;
-  if (isAnother && isActive_) wakeAfter(untilBuffersAreThere);
+  // One frame of the new size may come before nothing does.
+  if (isAnother && isActive_) wakeAfter(untilBuffersAreThere, Wake::whatever);
 }
 
 /// KWin 5.27 sends nothing after a change of size until the stream is paused and resumed, and
 /// sometimes nothing after it was resumed soon after a pause.
-void PipeWireStream::wakeAfter(double seconds) {
+void PipeWireStream::wakeAfter(double seconds, Wake when) {
   const auto queue = queue_.lock();
   if (!queue) return;
   awaitsFrame_ = true;
   constexpr double longest = 1;
   const double nextDelay = std::min(2 * seconds, longest);
   queue->asyncAt(monotonicNow() + seconds,
-                 [this, nextDelay, wait = ++awaited_, alive = std::weak_ptr(alive_)] {
-                   if (alive.lock() && wait == awaited_) wake(nextDelay);
+                 [this, when, nextDelay, wait = ++awaited_, alive = std::weak_ptr(alive_)] {
+                   if (!alive.lock() || wait != awaited_) return;
+                   if (awaitsFrame_ || when == Wake::whatever) wake(nextDelay);
                  });
 }
 
 void PipeWireStream::wake(double nextDelay) {
-  if (hasEnded_ || !awaitsFrame_ || !isActive_) return;
+  if (hasEnded_ || !isActive_) return;
   restart();
   wakeAfter(nextDelay);
 }

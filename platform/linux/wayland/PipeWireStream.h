@@ -94,8 +94,10 @@ class PipeWireStream {
   void readPointer(const spa_buffer& buffer);
   /// Null where there are no pixels in it, or none that may be read.
   std::shared_ptr<const StreamFrame> frameIn(const std::shared_ptr<Buffer>& buffer) const;
-  /// Pauses and resumes it after so many seconds, and again later, until there comes a frame.
-  void wakeAfter(double seconds);
+  /// Pauses and resumes it after so many seconds, and again later, until there comes a frame; the
+  /// first time also where one has come meanwhile, if so wanted.
+  enum class Wake { whatever, withoutFrame };
+  void wakeAfter(double seconds, Wake when = Wake::withoutFrame);
   void wake(double nextDelay);
   void restart();
   void checkPointerLater();
