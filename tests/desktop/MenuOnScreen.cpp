@@ -99,7 +99,7 @@ Accessible MenuOnScreen::item(const std::string& title) const {
 }
 
 MenuOnScreen menuTold(AccessibilityBus& reader, pid_t process, const std::function<void()>& open,
-                      const std::function<void()>& typeDown) {
+                      const std::function<void()>& highlight) {
   const BusObject program = reader.program(process).object();
   reader.events();
   open();
@@ -109,7 +109,7 @@ MenuOnScreen menuTold(AccessibilityBus& reader, pid_t process, const std::functi
       })) {
     throw std::runtime_error("no menu opens");
   }
-  typeDown();
+  highlight();
   std::optional<Accessible> line;
   if (!eventually([&] {
         line = told(reader, program, "StateChanged focused", "menu item");

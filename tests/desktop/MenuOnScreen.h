@@ -36,9 +36,9 @@ class MenuOnScreen {
 };
 
 /// The menu of the program `process` that opens at what a person does in `open`, read by `reader`,
-/// with its first line highlighted by the key that `typeDown` types. Throws std::runtime_error when
-/// none opens, or hears no key.
+/// with a line highlighted by what `highlight` does. Throws std::runtime_error when none opens, or
+/// that is not heard.
 MenuOnScreen menuTold(AccessibilityBus& reader, pid_t process, const std::function<void()>& open,
-                      const std::function<void()>& typeDown);
+                      const std::function<void()>& highlight);
 
 }  // namespace vistrel::testbed
