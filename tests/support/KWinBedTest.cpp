@@ -1,15 +1,32 @@
 #include <cerrno>
 #include <gmock/gmock.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "tests/support/FakeInput.h"
 #include "tests/support/KWinScripts.h"
 #include "tests/support/KWinSession.h"
 #include "tests/support/NativeWindow.h"
+#include "tests/support/OrdinaryUser.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "tests/support/TestWindow.h"
 
 namespace vistrel::testbed {
 namespace {
+
+TEST(OrdinaryUser, StartsProgramsThatAreClosedToOthers) {
+  const TemporaryDirectory closed;
+  const auto program = closed.path() / "program";
+  std::filesystem::copy_file("/usr/bin/true", program);
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  EXPECT_EXIT(
+      {
+        const OrdinaryUser user;
+        ::execl(program.c_str(), program.c_str(), nullptr);
+        ::_exit(1);
+      },
+      ::testing::ExitedWithCode(0), "");
+}
 
 TEST(KWinSession, LeavesNothingRunning) {
   std::filesystem::path home;

@@ -14,8 +14,8 @@ namespace vistrel::testbed {
 
 /// A Wayland session of a test's own: KWin without a screen, with XWayland, PipeWire and its
 /// session manager, a session bus, and a home for its programs. KWin is not for root: as root, the
-/// process of the test becomes an ordinary user first, so its programs have to be readable by all.
-/// Everything ends with this object, also when the test failed or was killed.
+/// process of the test becomes an ordinary user first. Everything ends with this object, also when
+/// the test failed or was killed.
 class KWinSession {
  public:
   struct Options {
