@@ -8,6 +8,8 @@
 #include <string_view>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include "platform/linux/Environment.h"
 #include "platform/linux/SerialQueue.h"
@@ -123,6 +125,44 @@ Message call(sd_bus* bus, const char* path, const char* interface, const char* m
   return {reply, sd_bus_message_unref};
 }
 
+/// A script that KWin has, until this object goes.
+class LoadedScript {
+ public:
+  LoadedScript(sd_bus* bus, const char* path, double deadline)
+      : bus_(bus), deadline_(deadline), name_(nextName()) {
+    const auto reply =
+        call(bus, scriptingPath, scripting, "loadScript", deadline, "ss", path, name_.c_str());
+    std::int32_t number = -1;
+    if (reply && sd_bus_message_read_basic(reply.get(), SD_BUS_TYPE_INT32, &number) > 0) {
+      number_ = number;
+    }
+  }
+  LoadedScript(LoadedScript&& other) noexcept
+      : bus_(std::exchange(other.bus_, nullptr)),
+        deadline_(other.deadline_),
+        name_(std::move(other.name_)),
+        number_(other.number_) {}
+  LoadedScript& operator=(LoadedScript&&) = delete;
+  ~LoadedScript() {
+    if (bus_ == nullptr) return;
+    call(bus_, scriptingPath, scripting, "unloadScript", deadline_, "s", name_.c_str());
+  }
+
+  /// None where KWin takes no scripts.
+  std::optional<std::int32_t> number() const { return number_; }
+
+ private:
+  static std::string nextName() {
+    static std::atomic<int> scripts = 0;
+    return "vistrel-" + std::to_string(getpid()) + "-" + std::to_string(++scripts);
+  }
+
+  sd_bus* bus_;
+  double deadline_;
+  std::string name_;
+  std::optional<std::int32_t> number_;
+};
+
 /// KWin 5.27 has its scripts at the root, KWin 6 below its scripting.
 bool start(sd_bus* bus, std::int32_t number, double deadline) {
   const auto name = std::to_string(number);
@@ -171,17 +211,15 @@ std::optional<std::string> KWinScripts::run(const std::string& javaScript, doubl
   sd_bus_slot* raw = nullptr;
   sd_bus_add_filter(bus_.get(), &raw, takeAnswer, &answer);
   const Slot filter(raw, sd_bus_slot_unref);
-  static std::atomic<int> scripts = 0;
-  const auto name = "vistrel-" + std::to_string(getpid()) + "-" + std::to_string(++scripts);
-  const auto loaded = call(bus_.get(), scriptingPath, scripting, "loadScript", deadline, "ss",
-                           file.path(), name.c_str());
-  std::int32_t number = -1;
-  if (!loaded || sd_bus_message_read_basic(loaded.get(), SD_BUS_TYPE_INT32, &number) <= 0) {
-    trace(TraceTopic::manager, [] { return "KWin takes no script"; });
-    return std::nullopt;
+  // KWin 5.27 numbers a script by how many there are, so that another program's may have that
+  // number already: ours cannot be reached then, and the next one gets another number.
+  std::vector<LoadedScript> loaded;
+  for (double patience = 0.25; !answer.isThere && monotonicNow() < deadline; patience *= 2) {
+    loaded.emplace_back(bus_.get(), file.path(), deadline);
+    if (!loaded.back().number()) break;
+    const double end = std::min(deadline, monotonicNow() + patience);
+    if (start(bus_.get(), *loaded.back().number(), end)) awaitAnswer(bus_.get(), answer, end);
   }
-  if (start(bus_.get(), number, deadline)) awaitAnswer(bus_.get(), answer, deadline);
-  call(bus_.get(), scriptingPath, scripting, "unloadScript", deadline, "s", name.c_str());
   if (!answer.text) trace(TraceTopic::manager, [] { return "KWin does not carry a script out"; });
   return answer.text;
 }
