@@ -127,6 +127,9 @@ TEST_P(Parked, AMinimisedWindowStaysMinimised) {
 
 TEST_P(Parked, AWindowStaysLive) {
   const auto window = open();
+  // The backend has as much patience with a manager as a person, who does not park a window that is
+  // only just coming up.
+  settledBelongingsOf(*window);
   const auto stream = bed_.session().stream(window->id());
   const ParkedWindow parked(bed_, window->id());
   ASSERT_TRUE(eventually([&] { return isOutOfSight(*window); })) << window->area();

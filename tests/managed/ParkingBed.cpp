@@ -5,7 +5,6 @@
 #include <utility>
 #include <variant>
 
-#include "tests/support/ManagerProbe.h"
 #include "tests/support/XWindows.h"
 
 namespace vistrel::testbed {
@@ -89,9 +88,6 @@ platform::AccessibilityError ParkingBed::move(AccessibilityElement& element,
 ParkedWindow::ParkedWindow(ParkingBed& bed, xcb_window_t window)
     : bed_(bed), element_(bed.elementOf(window)), home_(ParkingBed::positionOf(*element_)) {
   const Rect area = areaOf(bed.connection(), window).value_or(Rect{});
-  // The backend has as much patience with a manager as a person, who does not park a window that is
-  // only just coming up.
-  awaitManager(bed.connection());
   display_ = bed.makeDisplay(std::max(area.width, 640), std::max(area.height, 480));
   auto& displays = *bed.session().providers().displays;
   if (display_) {
