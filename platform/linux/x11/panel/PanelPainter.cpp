@@ -4,7 +4,6 @@
 #include <array>
 #include <cassert>
 #include <iterator>
-#include <string>
 #include <utility>
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
