@@ -46,15 +46,21 @@ def output_of(command, folder):
 class Build:
     def __init__(self, folder):
         self.folder = pathlib.Path(folder).resolve()
-        shown = json.loads(self.answer("ctest", "--show-only=json-v1", "-R", r"^macos\."))
         self.tests = {test["name"].removeprefix("macos."): test["command"]
-                      for test in shown["tests"] if "command" in test}
+                      for test in self.shown_tests() if "command" in test}
         programs = {command[0] for command in self.tests.values()}
         self.commands = {program: self.commands_of(program) for program in programs
                          if pathlib.Path(program).is_relative_to(self.folder)}
 
-    def answer(self, *command):
-        return subprocess.run(command, cwd=self.folder, stdout=subprocess.PIPE, text=True,
+    def shown_tests(self):
+        # From a folder of its own: showing tests empties the log of a run in the build's.
+        with tempfile.TemporaryDirectory() as folder:
+            pathlib.Path(folder, "CTestTestfile.cmake").write_text(f'subdirs("{self.folder}")\n')
+            shown = self.answer("ctest", "--show-only=json-v1", "-R", r"^macos\.", cwd=folder)
+        return json.loads(shown)["tests"]
+
+    def answer(self, *command, cwd=None):
+        return subprocess.run(command, cwd=cwd or self.folder, stdout=subprocess.PIPE, text=True,
                               check=True).stdout
 
     def commands_of(self, program):

@@ -18,6 +18,7 @@
 #include <sys/mman.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 #include <xdg-decoration-unstable-v1.h>
 #include <xdg-shell.h>
 
@@ -85,6 +86,13 @@ class Buffer {
   bool isHeld_ = false;
 };
 
+struct Size {
+  int width = 0;
+  int height = 0;
+
+  bool operator==(const Size&) const = default;
+};
+
 class Window {
  public:
   Window(const char* applicationId, bool isDecorated) {
@@ -124,10 +132,7 @@ class Window {
         }};
     static constexpr xdg_toplevel_listener toplevels{
         [](void* self, xdg_toplevel*, std::int32_t width, std::int32_t height, wl_array*) {
-          if (width > 0 && height > 0) {
-            static_cast<Window*>(self)->width_ = width;
-            static_cast<Window*>(self)->height_ = height;
-          }
+          static_cast<Window*>(self)->proposed({width, height});
         },
         [](void* self, xdg_toplevel*) { static_cast<Window*>(self)->isClosed_ = true; },
         [](void*, xdg_toplevel*, std::int32_t, std::int32_t) {},
@@ -178,6 +183,16 @@ class Window {
     wl_keyboard_add_listener(wl_seat_get_keyboard(seat_), &keyboards, this);
   }
 
+  /// By the compositor, which leaves the size to the window with one of 0 × 0. It may not have seen
+  /// yet that the window has another size by its own will.
+  void proposed(Size size) {
+    if (size.width <= 0 || size.height <= 0 || size == outdated_) {
+      return;
+    }
+    outdated_ = {};
+    size_ = size;
+  }
+
   void configured() {
     isConfigured_ = true;
     show();
@@ -199,7 +214,8 @@ class Window {
       text >> x >> y >> width >> height >> std::hex >> colour;
       paint(x, y, width, height, colour);
     } else if (command == "resize") {
-      text >> width_ >> height_;
+      outdated_ = std::exchange(size_, {});
+      text >> size_.width >> size_.height;
       show();
     } else if (command == "title") {
       std::string title;
@@ -231,21 +247,22 @@ class Window {
 
   /// The picture, unless it is there at this size.
   void show() {
-    if (shown_ && shown_->width() == width_ && shown_->height() == height_) {
+    const auto [width, height] = size_;
+    if (shown_ && shown_->width() == width && shown_->height() == height) {
       return;
     }
-    auto next = std::make_unique<Buffer>(shm_, width_, height_);
-    const int left = width_ / 2;
-    const int top = height_ / 2;
+    auto next = std::make_unique<Buffer>(shm_, width, height);
+    const int left = width / 2;
+    const int top = height / 2;
     next->fill(0, 0, left, top, quadrants_[0]);
-    next->fill(left, 0, width_ - left, top, quadrants_[1]);
-    next->fill(0, top, left, height_ - top, quadrants_[2]);
-    next->fill(left, top, width_ - left, height_ - top, quadrants_[3]);
-    commit(std::move(next), 0, 0, width_, height_);
+    next->fill(left, 0, width - left, top, quadrants_[1]);
+    next->fill(0, top, left, height - top, quadrants_[2]);
+    next->fill(left, top, width - left, height - top, quadrants_[3]);
+    commit(std::move(next), 0, 0, width, height);
   }
 
   void paint(int x, int y, int width, int height, Pixel colour) {
-    auto next = std::make_unique<Buffer>(shm_, width_, height_);
+    auto next = std::make_unique<Buffer>(shm_, size_.width, size_.height);
     next->copy(*shown_);
     next->fill(x, y, width, height, colour);
     commit(std::move(next), x, y, width, height);
@@ -273,8 +290,8 @@ class Window {
   std::array<Pixel, 4> quadrants_{};
   std::unique_ptr<Buffer> shown_;
   std::unique_ptr<Buffer> former_;
-  int width_ = 100;
-  int height_ = 100;
+  Size size_{100, 100};
+  Size outdated_;
   int buttons_ = 0;
   int keys_ = 0;
   bool isConfigured_ = false;
