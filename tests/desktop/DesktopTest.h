@@ -140,7 +140,7 @@ class DesktopTest : public ::testing::Test {
     int timesOnTop = 0;
     EXPECT_TRUE(eventually([&] {
       awaitManager(connection_);
-      const bool isOnTop = topLevelUnderPointer(connection_) == topLevelOf(connection_, panel.id());
+      const bool isOnTop = pointerOn(connection_).topLevel == topLevelOf(connection_, panel.id());
       timesOnTop = isOnTop ? timesOnTop + 1 : 0;
       return timesOnTop == 8;
     }));

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/desktop/KWinHand.h"
 #include "tests/desktop/MenuOnScreen.h"
 #include "tests/desktop/RunningVistrel.h"
 #include "tests/support/AccessibilityBus.h"
@@ -79,7 +80,7 @@ class KWinDesktopTest : public ::testing::Test {
   /// screen; gives the newest.
   PanelOnScreen mirror(const std::string& name, std::size_t panelsAfter = 1) {
     kwin_.raise("Vistrel");
-    hand_.clickAt(program().only("list item", name).area().centre(), 2);
+    handOnX_.clickAt(program().only("list item", name).area().centre(), 2);
     return vistrel_->panels(panelsAfter).back();
   }
   ::testing::AssertionResult becomes(const PanelOnScreen& panel, Rect area) {
@@ -98,7 +99,7 @@ class KWinDesktopTest : public ::testing::Test {
   }
 
   void pressMenuButton(const PanelOnScreen& panel) {
-    hand_.clickAt(panel.titleBar(), 1, FakeInput::Button::right);
+    handOnX_.clickAt(panel.titleBar(), 1, FakeInput::Button::right);
   }
   /// The panel's context menu, with the pointer on its first line: keys may go to nobody for a
   /// moment yet.
@@ -107,14 +108,13 @@ class KWinDesktopTest : public ::testing::Test {
     return menuTold(
         reader_, vistrel_->process().pid(), [&] { pressMenuButton(panel); },
         [&] {
-          hand_.moveTo({corner.x + 40, corner.y + 12});
+          handOnX_.pointAt({corner.x + 40, corner.y + 12});
         });
   }
   void choose(const MenuOnScreen& menu, const std::string& title) {
-    hand_.moveTo(menu.line(title));
+    handOnX_.pointAt(menu.line(title));
     ASSERT_TRUE(eventually([&] { return menu.isHighlighted(title); })) << menu.isOpen();
-    hand_.press();
-    hand_.release();
+    hand_.click();
     EXPECT_TRUE(eventually([&] { return !isMenuOnScreen(); }));
   }
   /// Out of the compositor's hands as menus are.
@@ -153,6 +153,7 @@ class KWinDesktopTest : public ::testing::Test {
   KWinScripts kwin_{desktop_.busAddress()};
   const WaylandClient client_;
   FakeInput hand_{client_};
+  KWinHand handOnX_{hand_, connection_};
   AccessibilityBus reader_{desktop_.busAddress()};
   std::unique_ptr<RunningVistrel> vistrel_;
 };

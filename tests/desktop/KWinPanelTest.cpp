@@ -17,18 +17,18 @@ TEST_F(KWinPanel, IsMovedSnappedResizedAndRolledUpOverAWindowThatCoversTheScreen
   // Each press lies far from the one before, so that no two are a double-click.
   const Rect start = panel.area();
   const Point card = panel.contents().centre();
-  hand_.drag(card, {card.x + 301, card.y + 117});
+  handOnX_.drag(card, {card.x + 301, card.y + 117});
   ASSERT_TRUE(becomes(panel, {start.x + 301, start.y + 117, start.width, start.height}));
   const Point title = panel.titleBar();
   constexpr int snapDistance = 12;
-  hand_.drag(title, {title.x - panel.area().x + snapDistance, title.y});
+  handOnX_.drag(title, {title.x - panel.area().x + snapDistance, title.y});
   ASSERT_TRUE(becomes(panel, {0, start.y + 117, start.width, start.height}));
 
   const Point grip = panel.grip();
-  hand_.drag(grip, {grip.x + 83, grip.y + 61});
+  handOnX_.drag(grip, {grip.x + 83, grip.y + 61});
   const Rect grown{0, start.y + 117, start.width + 83, start.height + 61};
   ASSERT_TRUE(becomes(panel, grown));
-  hand_.clickAt(panel.titleBar(), 2);
+  handOnX_.clickAt(panel.titleBar(), 2);
   ASSERT_TRUE(becomes(panel, {0, grown.y, grown.width, PanelOnScreen::titleBarHeight}));
   EXPECT_EQ(film->pressedButtons(), 0);
 }

@@ -51,7 +51,7 @@ TEST_F(PanelCorners, AreSmoothWhileTheDisplayIsComposited) {
   // Else a compositor that shades what lies around the window leaves the corners bright.
   input_.moveTo({panel.area().x, panel.area().y});
   EXPECT_TRUE(eventually([&] {
-    return topLevelUnderPointer(connection_) == topLevelOf(connection_, sheet->id());
+    return pointerOn(connection_).topLevel == topLevelOf(connection_, sheet->id());
   })) << "the corner belongs to the panel";
   const auto former = std::move(manager);
   manager = replaceManager(WindowManager::xfwm4);

@@ -345,7 +345,7 @@ TEST_P(TrayClick, ShowsThePickerWithTheKeyboardWhereverItWas) {
     activate(other->id());
     input_.moveTo({600, 600});
     EXPECT_TRUE(eventually(
-        [&] { return topLevelUnderPointer(connection_) == topLevelOf(connection_, other->id()); }));
+        [&] { return pointerOn(connection_).topLevel == topLevelOf(connection_, other->id()); }));
     const int before = other->pressedButtons();
     input_.click();
     // Else a manager that comes to the click later raises the other window above the picker.

@@ -34,9 +34,7 @@ Point pushPointer(const XConnection& connection, std::int16_t x, std::int16_t y)
   constexpr std::uint8_t relative = 1;
   xcb_test_fake_input(connection.get(), XCB_MOTION_NOTIFY, relative, XCB_CURRENT_TIME,
                       XCB_WINDOW_NONE, x, y, 0);
-  const XReply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
-      connection.get(), xcb_query_pointer(connection.get(), connection.root()), nullptr));
-  return {reply->root_x, reply->root_y};
+  return pointerOn(connection).place;
 }
 
 /// A window that leaves it to the manager where it goes.

@@ -37,8 +37,7 @@ void FakeInput::release(Button button) {
   client_->sync();
 }
 
-void FakeInput::clickAt(Point point, int count, Button button) {
-  moveTo(point);
+void FakeInput::click(int count, Button button) {
   for (int i = 0; i < count; ++i) {
     // Two presses within one millisecond of the server's clock are no double-click to toolkits.
     letOthersRun();
@@ -47,13 +46,9 @@ void FakeInput::clickAt(Point point, int count, Button button) {
   }
 }
 
-void FakeInput::drag(Point from, Point to, int steps) {
-  moveTo(from);
-  press();
-  for (int step = 1; step <= steps; ++step) {
-    moveTo({from.x + (to.x - from.x) * step / steps, from.y + (to.y - from.y) * step / steps});
-  }
-  release();
+void FakeInput::clickAt(Point point, int count, Button button) {
+  moveTo(point);
+  click(count, button);
 }
 
 void FakeInput::type(std::uint32_t key) {

@@ -27,9 +27,8 @@ class FakeInput {
   void moveTo(Point point);
   void press(Button button = Button::left);
   void release(Button button = Button::left);
+  void click(int count = 1, Button button = Button::left);
   void clickAt(Point point, int count = 1, Button button = Button::left);
-  /// Presses at `from`, moves to `to` in `steps` straight steps, and releases there.
-  void drag(Point from, Point to, int steps = 8);
   /// Types the key with that number of the kernel's (linux/input-event-codes.h).
   void type(std::uint32_t key);
 

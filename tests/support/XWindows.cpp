@@ -91,10 +91,13 @@ xcb_window_t topLevelOf(const XConnection& connection, xcb_window_t window) {
   }
 }
 
-xcb_window_t topLevelUnderPointer(const XConnection& connection) {
+PointerState pointerOn(const XConnection& connection) {
   const XReply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
       connection.get(), xcb_query_pointer(connection.get(), connection.root()), nullptr));
-  return pointer ? pointer->child : xcb_window_t{XCB_WINDOW_NONE};
+  if (!pointer) {
+    return {};
+  }
+  return {{pointer->root_x, pointer->root_y}, pointer->child, pointer->mask};
 }
 
 std::vector<xcb_window_t> stackingOrder(const XConnection& connection) {

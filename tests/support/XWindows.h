@@ -32,8 +32,16 @@ std::string titleOf(const XConnection& connection, xcb_window_t window);
 bool hasState(const XConnection& connection, xcb_window_t window, std::string_view state);
 /// The child of the root that holds it: the manager's frame, or the window itself.
 xcb_window_t topLevelOf(const XConnection& connection, xcb_window_t window);
-/// The child of the root that the pointer is over, by its shape; none over the root itself.
-xcb_window_t topLevelUnderPointer(const XConnection& connection);
+/// The pointer as the server knows it.
+struct PointerState {
+  /// In root coordinates.
+  Point place;
+  /// The child of the root that it is over, by its shape; none over the root itself.
+  xcb_window_t topLevel = XCB_WINDOW_NONE;
+  /// The buttons and modifiers that are held (xcb_key_but_mask_t).
+  std::uint16_t held = 0;
+};
+PointerState pointerOn(const XConnection& connection);
 /// Children of the root, lowest first.
 std::vector<xcb_window_t> stackingOrder(const XConnection& connection);
 /// Whether `upper` lies above `lower`, by their top-level windows.
