@@ -197,6 +197,10 @@ const pw_stream_events& PipeWireStream::streamEvents() {
 
 void PipeWireStream::serve() {
   while (pw_loop_iterate(loop_.get(), 0) > 0) continue;
+  tellNews();
+}
+
+void PipeWireStream::tellNews() {
   if (!std::exchange(hasNews_, false)) return;
   const auto changed = changed_;
   changed();
@@ -231,8 +235,8 @@ void PipeWireStream::formatChanged(const spa_pod* format) {
   if (isAnother && isActive_) wakeAfter(untilBuffersAreThere, Wake::whatever);
 }
 
-/// KWin 5.27 sends nothing after a change of size until the stream is paused and resumed, and
-/// sometimes nothing after it was resumed soon after a pause.
+/// KWin 5.27 sends nothing after a change of size until the stream is paused and resumed, sometimes
+/// nothing after it was resumed soon after a pause, and sometimes nothing ever again.
 void PipeWireStream::wakeAfter(double seconds, Wake when) {
   const auto queue = queue_.lock();
   if (!queue) return;
@@ -248,6 +252,11 @@ void PipeWireStream::wakeAfter(double seconds, Wake when) {
 
 void PipeWireStream::wake(double nextDelay) {
   if (hasEnded_ || !isActive_) return;
+  constexpr int mostWakes = 3;
+  if (lastFrame_ > 0 && ++wakes_ > mostWakes) {
+    end("it cannot be woken");
+    return tellNews();
+  }
   restart();
   wakeAfter(nextDelay);
 }
@@ -255,7 +264,7 @@ void PipeWireStream::wake(double nextDelay) {
 void PipeWireStream::restart() {
   pw_stream_set_active(stream_.get(), false);
   pw_stream_set_active(stream_.get(), true);
-  isRestarted_ = true;
+  hasBegun_ = true;
 }
 
 void PipeWireStream::askForBuffers() {
@@ -305,8 +314,9 @@ void PipeWireStream::take(const std::shared_ptr<Buffer>& buffer) {
   // The one that nobody has taken goes back.
   frame_ = std::move(frame);
   lastFrame_ = monotonicNow();
-  isRestarted_ = false;
+  hasBegun_ = false;
   awaitsFrame_ = false;
+  wakes_ = 0;
   hasNews_ = true;
 }
 
@@ -365,7 +375,7 @@ std::shared_ptr<const StreamFrame> PipeWireStream::frameIn(
     delete frame;
     if (const auto owner = weak.lock()) pw_stream_queue_buffer(owner->stream, owner->buffer);
   };
-  return {new StreamFrame{buffer->memory, *layout, isRestarted_}, giveBack};
+  return {new StreamFrame{buffer->memory, *layout, hasBegun_}, giveBack};
 }
 
 void PipeWireStream::setActive(bool active) {
@@ -373,7 +383,7 @@ void PipeWireStream::setActive(bool active) {
   isActive_ = active;
   pw_stream_set_active(stream_.get(), active);
   if (!active) return;
-  isRestarted_ = true;
+  hasBegun_ = true;
   wakeAfter(usualDelay);
 }
 

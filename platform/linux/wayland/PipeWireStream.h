@@ -45,8 +45,8 @@ class PipeWireStream {
   PipeWireStream& operator=(const PipeWireStream&) = delete;
   ~PipeWireStream();
 
-  /// Whether nothing comes any more: the node has gone, it shows what cannot be taken, or PipeWire
-  /// itself is gone.
+  /// Whether nothing comes any more: the node has gone, it shows what cannot be taken, it sent
+  /// frames once and sends none however often it is asked, or PipeWire itself is gone.
   bool hasEnded() const { return hasEnded_; }
   /// Nothing is sent while it is not active, which costs nothing on either side. A stream that has
   /// become active sends a frame, be it the same as before.
@@ -80,6 +80,8 @@ class PipeWireStream {
 
   bool connectTo(std::uint32_t node);
   void serve();
+  /// Last of all: it may destroy this.
+  void tellNews();
   // What PipeWire tells.
   void stateChanged(pw_stream_state state, const char* error);
   void formatChanged(const spa_pod* format);
@@ -120,10 +122,11 @@ class PipeWireStream {
   bool hasNews_ = false;  // for `changed`
   bool hasEnded_ = false;
   bool isActive_ = true;
-  bool isRestarted_ = false;    // and no frame has come since
+  bool hasBegun_ = true;        // to be active, and no frame has come since
   bool checksPointer_ = false;  // a little later
   double lastPointerNews_ = 0;
-  double lastFrame_ = 0;
+  double lastFrame_ = 0;      // 0 before the first one
+  int wakes_ = 0;             // since then
   bool awaitsFrame_ = false;  // which there is to be, whether the window changes or not
   int awaited_ = 0;           // the number of the wait, for those that are over
 };
