@@ -33,8 +33,10 @@ bool isPresent(xcb_connection_t* connection, xcb_extension_t& extension) {
   return data && data->present;
 }
 
+/// 0 where the connection has broken meanwhile, for then nothing is known of any extension.
 std::uint8_t firstEvent(xcb_connection_t* connection, xcb_extension_t& extension) {
-  return xcb_get_extension_data(connection, &extension)->first_event;
+  const auto* data = xcb_get_extension_data(connection, &extension);
+  return data ? data->first_event : std::uint8_t{0};
 }
 
 bool isError(const xcb_generic_event_t& event) { return event.response_type == 0; }
