@@ -16,6 +16,9 @@ constexpr int leftForOthers = 16;
 /// How often memory for a panel is looked for where the server had none, in seconds.
 constexpr double lackingLook = 0.5;
 
+/// How long panels stand still before they are shown once more, in seconds.
+constexpr double rest = 1;
+
 }  // namespace
 
 std::shared_ptr<MirrorWorker> MirrorWorker::of(const std::shared_ptr<SerialQueue>& queue) {
@@ -182,7 +185,7 @@ std::shared_ptr<const Image> MirrorWorker::commit(WindowID source,
   if (!committed) return nullptr;
   for (auto& each : panels_) {
     each.pictureChanged(*committed);
-    each.paint();
+    paint(each);
   }
   return std::make_shared<CommittedImage>(std::move(queue), source);
 }
@@ -247,7 +250,7 @@ void MirrorWorker::showNextChrome(PanelPainter& panel) {
   const auto sizes = pictureSizes(store_.size());
   if (sizes != formerSizes) store_.prepareFor(sizes, unchangedSource());
   panel.pictureChanged({});
-  panel.paint();
+  paint(panel);
   // The window may be made as small as what it shows as soon as that is known.
   connection_->sync();
   next->shown();
@@ -258,22 +261,31 @@ void MirrorWorker::showPicture(xcb_window_t window, bool shows) {
   auto* const panel = panelOf(window);
   if (!panel) return;
   panel->setShowsPicture(shows);
-  panel->paint();
-  if (shows) showAgainLater(window);
+  paint(*panel);
 }
 
-/// mutter 43.8 on a busy machine may overlook what is drawn right after a window's first drawing,
-/// and shows it black until something is drawn anew: with a still source, for good.
-void MirrorWorker::showAgainLater(xcb_window_t window) {
-  constexpr double untilManagerHasSeenIt = 1;
+void MirrorWorker::paint(PanelPainter& panel) {
+  panel.paint();
+  lastPaint_ = monotonicNow();
+  if (!std::exchange(showsAgainAtRest_, true)) showAgainAt(lastPaint_ + rest);
+}
+
+void MirrorWorker::showAgainAt(double seconds) {
   const auto queue = queue_.lock();
   if (!queue) return;
-  queue->asyncAt(monotonicNow() + untilManagerHasSeenIt, [worker = weak_from_this(), window] {
-    const auto strong = worker.lock();
-    if (!strong) return;
-    if (auto* const panel = strong->panelOf(window)) panel->showAgain();
-    strong->serve();
+  queue->asyncAt(seconds, [worker = weak_from_this()] {
+    if (const auto strong = worker.lock()) strong->showAgainAtRest();
   });
+}
+
+/// mutter 43.8 on a busy machine may overlook what is drawn, above all right after a window's first
+/// drawing and where windows change desktops, and shows what was there before until something is
+/// drawn anew: with a still source, for good.
+void MirrorWorker::showAgainAtRest() {
+  if (monotonicNow() < lastPaint_ + rest) return showAgainAt(lastPaint_ + rest);
+  showsAgainAtRest_ = false;
+  for (auto& each : panels_) each.showAgain();
+  serve();
 }
 
 }  // namespace vistrel::platform::linux_desktop

@@ -82,7 +82,9 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   void handOverTo(MirrorWorker& heir);
   PanelPainter* panelOf(xcb_window_t window);
   void showNextChrome(PanelPainter& panel);
-  void showAgainLater(xcb_window_t window);
+  void paint(PanelPainter& panel);
+  void showAgainAt(double seconds);
+  void showAgainAtRest();
   std::vector<PixelSize> pictureSizes(PixelSize source) const;
   const LivePicture* unchangedSource();
 
@@ -97,6 +99,8 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   std::unique_ptr<CaptureSource> restingSource_;
   std::list<PanelPainter> panels_;
   std::optional<double> comingBackAt_;
+  double lastPaint_ = 0;           // of any panel
+  bool showsAgainAtRest_ = false;  // since there was a painting
 };
 
 /// The picture that a mirror had accepted when the image was made, or a later one.
