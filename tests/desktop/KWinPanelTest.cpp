@@ -33,5 +33,32 @@ TEST_F(KWinPanel, IsMovedSnappedResizedAndRolledUpOverAWindowThatCoversTheScreen
   EXPECT_EQ(film->pressedButtons(), 0);
 }
 
+TEST_F(KWinPanel, LiesAboveAnActiveNativeWindowThatFillsTheScreen) {
+  const PanelOnScreen panel = mirrorSource();
+  const auto film = openNative({.title = "Film", .picture = Quadrants::uniform(white)}, {600, 100});
+  const auto fillsScreen = [&](bool does) {
+    film->fillScreen(does);
+    return eventually([&] {
+      return (screen_->pixel({screenWidth - 10, screenHeight - 10}) == white) == does;
+    });
+  };
+  for (int turn = 0; turn < 2; ++turn) {
+    ASSERT_TRUE(fillsScreen(true));
+    EXPECT_EQ(active(), "Film");
+    EXPECT_TRUE(comesToShow(panel, fourColours));
+    const Rect area = panel.area();
+    const Point card = panel.contents().centre();
+    handOnX_.drag(card, {card.x + 301, card.y + 117});
+    EXPECT_TRUE(becomes(panel, {area.x + 301, area.y + 117, area.width, area.height}));
+    EXPECT_EQ(film->pressedButtons(), 0);
+    EXPECT_EQ(active(), "Film");
+
+    ASSERT_TRUE(fillsScreen(false));
+    kwin_.raise("Source");
+    EXPECT_TRUE(comesToShow(panel, fourColours));
+    kwin_.raise("Film");
+  }
+}
+
 }  // namespace
 }  // namespace vistrel::testbed

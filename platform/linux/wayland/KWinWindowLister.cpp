@@ -33,12 +33,14 @@ all().forEach(function (each) {
 /// What lives with the lister's queue.
 class NativeLister {
  public:
-  explicit NativeLister(SerialQueue& queue) : queue_(queue) {}
+  NativeLister(SerialQueue& queue, std::function<void(bool)> activeFullScreenChanged)
+      : queue_(queue), activeFullScreenChanged_(std::move(activeFullScreenChanged)) {}
 
   /// Topmost first; none where KWin tells nothing.
   std::optional<std::vector<KWinWindow>> list() {
     if (!connect()) return std::nullopt;
     auto windows = windows_->list();
+    tellActiveFullScreen();
     if (connection_->isLost()) return std::nullopt;
     return windows;
   }
@@ -87,6 +89,14 @@ class NativeLister {
   void serve() {
     connection_->serve();
     if (connection_->isLost()) queue_.unwatch(connection_->descriptor());
+    tellActiveFullScreen();
+  }
+
+  void tellActiveFullScreen() {
+    const bool isActive = !connection_->isLost() && windows_->isActiveFullScreen();
+    if (std::exchange(isFullScreenActive_, isActive) != isActive) {
+      activeFullScreenChanged_(isActive);
+    }
   }
 
   std::shared_ptr<const SharedApplication> applicationOf(const KWinWindow& window) const {
@@ -102,12 +112,12 @@ class NativeLister {
   std::unique_ptr<KWinWindows> windows_;
   KWinScripts scripts_;
   ApplicationNames names_;
+  const std::function<void(bool)> activeFullScreenChanged_;
+  bool isFullScreenActive_ = false;
 };
 
 NativeLister& listerOf(SerialQueue& queue) {
-  auto& attachment = queue.attachment();
-  if (!attachment) attachment = std::make_shared<NativeLister>(queue);
-  return *static_cast<NativeLister*>(attachment.get());
+  return *static_cast<NativeLister*>(queue.attachment().get());
 }
 
 void keepIdsOf(const std::vector<KWinWindow>& windows, NativeWindowIds& ids) {
@@ -146,10 +156,15 @@ std::vector<WindowRecord> allWindows(const std::vector<WindowRecord>& ofX, Nativ
 }  // namespace
 
 KWinWindowLister::KWinWindowLister(std::unique_ptr<WindowLister> x,
-                                   std::shared_ptr<NativeWindowIds> ids)
+                                   std::shared_ptr<NativeWindowIds> ids,
+                                   std::function<void(bool)> activeFullScreenChanged)
     : x_(std::move(x)),
       ids_(std::move(ids)),
-      queue_(SerialQueue::make("vistrel.native-windows", QualityOfService::standard)) {}
+      queue_(SerialQueue::make("vistrel.native-windows", QualityOfService::standard)) {
+  queue_->async([queue = queue_.get(), changed = std::move(activeFullScreenChanged)] {
+    queue->attachment() = std::make_shared<NativeLister>(*queue, changed);
+  });
+}
 
 void KWinWindowLister::request(DesktopWindows desktopWindows, ListedWindows listedWindows,
                                ShareableContentCompletion completion) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/linux/SerialQueue.h"
@@ -12,7 +13,10 @@ namespace vistrel::platform::linux_desktop {
 /// KWin does not let this program know of others.
 class KWinWindowLister final : public WindowLister {
  public:
-  KWinWindowLister(std::unique_ptr<WindowLister> x, std::shared_ptr<NativeWindowIds> ids);
+  /// `activeFullScreenChanged` is called on the lister's queue, from the first list on, when a
+  /// window that fills the screen becomes the active one, or is so no more.
+  KWinWindowLister(std::unique_ptr<WindowLister> x, std::shared_ptr<NativeWindowIds> ids,
+                   std::function<void(bool isActive)> activeFullScreenChanged);
 
   void request(DesktopWindows desktopWindows, ListedWindows listedWindows,
                ShareableContentCompletion completion) override;

@@ -151,6 +151,15 @@ void KWinWindows::addDesktop(const std::string& id) {
   desktops_.insert_or_assign(id, std::make_unique<Desktop>(desktopManagement_, id));
 }
 
+bool KWinWindows::isActiveFullScreen() const {
+  return std::any_of(windows_.begin(), windows_.end(), [](const auto& each) {
+    const auto& window = *each.second;
+    return !window.hasGone &&
+           (window.states & ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_ACTIVE) != 0 &&
+           (window.states & ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_FULLSCREEN) != 0;
+  });
+}
+
 KWinWindow KWinWindows::described(const Window& window) const {
   const auto has = [&](std::uint32_t state) { return (window.states & state) != 0; };
   const bool isShown = window.desktops.empty() ||  // which means all

@@ -47,6 +47,8 @@ class KWinWindows {
 
   /// As of now, which KWin is asked for; topmost first.
   std::vector<KWinWindow> list();
+  /// Whether the window that has the keyboard fills the screen, as of what KWin has told so far.
+  bool isActiveFullScreen() const;
 
  private:
   struct Window;

@@ -6,6 +6,7 @@
 #include <utility>
 #include <zkde-screencast-unstable-v1.h>
 
+#include "platform/Dispatch.h"
 #include "platform/linux/Companions.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/Trace.h"
@@ -68,7 +69,11 @@ void vistrelJoinWaylandSession(Session& session, OpenSource& openSource) {
   if (!connection || !isKWin(*connection)) return;
   const auto ids = std::make_shared<NativeWindowIds>();
   const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids);
-  session.windowLister = std::make_unique<KWinWindowLister>(std::move(session.windowLister), ids);
+  session.windowLister = std::make_unique<KWinWindowLister>(
+      std::move(session.windowLister), ids, [panels = session.panelWindows.get()](bool isActive) {
+        vistrel::platform::mainQueue().async(
+            [panels, isActive] { panels->setForeignFullScreen(isActive); });
+      });
   session.windowActivation =
       std::make_unique<KWinWindowActivation>(std::move(session.windowActivation), mover);
   session.otherWindows =

@@ -24,12 +24,16 @@ void setAtoms(Connection& connection, xcb_window_t window, std::string_view prop
                       XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(atoms.size()), atoms.data());
 }
 
+constexpr std::string_view types = "_NET_WM_WINDOW_TYPE";
+constexpr std::string_view utility = "_NET_WM_WINDOW_TYPE_UTILITY";
+constexpr std::string_view dialog = "_NET_WM_WINDOW_TYPE_DIALOG";
+constexpr std::string_view normal = "_NET_WM_WINDOW_TYPE_NORMAL";
+constexpr std::string_view criticalNotification = "_KDE_NET_WM_WINDOW_TYPE_CRITICAL_NOTIFICATION";
+
 }  // namespace
 
 void makeFloating(Connection& connection, xcb_window_t window) {
-  setAtoms(
-      connection, window, "_NET_WM_WINDOW_TYPE",
-      {"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_NORMAL"});
+  setAtoms(connection, window, types, {utility, dialog, normal});
   setAtoms(connection, window, "WM_PROTOCOLS", {"WM_DELETE_WINDOW", "_NET_WM_PING"});
   setAtoms(connection, window, "_NET_WM_STATE", {above, sticky, skipTaskbar, skipPager});
   xcb_change_property(connection.xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(desktop),
@@ -38,6 +42,22 @@ void makeFloating(Connection& connection, xcb_window_t window) {
   connection.sync();
   while (connection.pollEvent())
     continue;  // no events are asked for here: it looks for errors alone
+}
+
+void setAboveFullScreen(Connection& connection, xcb_window_t window, bool isAbove) {
+  if (isAbove) {
+    setAtoms(connection, window, types, {criticalNotification, utility, dialog, normal});
+  } else {
+    setAtoms(connection, window, types, {utility, dialog, normal});
+  }
+  // KWin 5.27.5 finds such a window's new place only when it is put there next.
+  putAboveAnew(connection, window);
+}
+
+void putAboveAnew(Connection& connection, xcb_window_t window) {
+  for (const bool isWanted : {false, true}) {
+    askManager(connection, window, {above, isWanted});
+  }
 }
 
 void keepOffLists(Connection& connection, xcb_window_t window) {

@@ -20,6 +20,13 @@ namespace vistrel::platform::linux_desktop {
 /// `FloatingPanels`.
 void makeFloating(Connection& connection, xcb_window_t window);
 
+/// Makes a panel that is mapped what KWin shows above active full-screen windows, native ones too:
+/// a critical notification (`_KDE_NET_WM_WINDOW_TYPE_CRITICAL_NOTIFICATION`, of KDE's own). To
+/// other managers that is no type at all.
+void setAboveFullScreen(Connection& connection, xcb_window_t window, bool isAbove);
+/// Has the manager put a panel above other windows again, be it above them already.
+void putAboveAnew(Connection& connection, xcb_window_t window);
+
 /// Keeps a window that nobody sees out of taskbar and pager. To be called before it is mapped.
 void keepOffLists(Connection& connection, xcb_window_t window);
 

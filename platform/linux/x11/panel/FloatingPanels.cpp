@@ -1,6 +1,7 @@
 #include "platform/linux/x11/panel/FloatingPanels.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -79,6 +80,16 @@ void FloatingPanels::add(xcb_window_t panel) {
   connection_->flush();
 }
 
+void FloatingPanels::setForeignFullScreen(bool isActive) {
+  if (std::exchange(isForeignFullScreenActive_, isActive) == isActive) return;
+  trace(TraceTopic::manager, [&] {
+    return std::string("panels are ") + (isActive ? "" : "not ") +
+           "to lie above a full-screen window of another kind";
+  });
+  for (const auto& [panel, limit] : panels_) setAboveFullScreen(*connection_, panel, isActive);
+  connection_->flush();
+}
+
 void FloatingPanels::serve() {
   connection_->serve([this](const xcb_generic_event_t& event) { handle(event); });
 }
@@ -117,6 +128,7 @@ void FloatingPanels::changedPanel(xcb_atom_t property) {
 
 void FloatingPanels::wasMapped(xcb_window_t panel) {
   if (owner_ != XCB_WINDOW_NONE) attach(panel);
+  if (isForeignFullScreenActive_) setAboveFullScreen(*connection_, panel, true);
   managersRest_.disturb();
 }
 
@@ -223,9 +235,7 @@ void FloatingPanels::detachAll() {
             xcb_delete_property_checked(connection_->xcb(), panel, XCB_ATOM_WM_TRANSIENT_FOR));
     // fluxbox 1.3.5 and awesome 4.3 have taken it away. xfwm4 4.18.0 leaves it set, but does not
     // put such a window above others again unless it changes.
-    for (const bool isWanted : {false, true}) {
-      askManager(*connection_, panel, {"_NET_WM_STATE_ABOVE", isWanted});
-    }
+    putAboveAnew(*connection_, panel);
   }
 }
 

@@ -17,6 +17,7 @@ namespace vistrel::platform::linux_desktop {
 /// - above the active window while that is full-screen. A manager may put such a window above those
 ///   that are merely kept above others (EWMH, "Stacking order"), yet below its own transients
 ///   (ICCCM `WM_TRANSIENT_FOR`): where one does, that is what panels are for as long as it lasts;
+/// - above an active full-screen window that is none of the server's, which has no transients here;
 /// - in the state that they were mapped in: the manager is asked for what has gone of it;
 /// - without the keyboard: it goes back to whom a panel has got it from.
 class FloatingPanels {
@@ -26,6 +27,8 @@ class FloatingPanels {
 
   /// Each time that `panel` is about to be mapped; counts until it is destroyed. On the queue.
   void add(xcb_window_t panel);
+  /// Whether the active window is full-screen and may be none of the server's. On the queue.
+  void setForeignFullScreen(bool isActive);
 
  private:
   FloatingPanels(SerialQueue& queue, std::unique_ptr<Connection> connection);
@@ -57,6 +60,7 @@ class FloatingPanels {
   FullScreenFollower active_;             // the window that is, or was before a panel
   xcb_window_t owner_ = XCB_WINDOW_NONE;  // whose transients panels are
   bool areInItsLayer_ = false;            // instead of above others
+  bool isForeignFullScreenActive_ = false;
   AskingLimit keyboardLimit_;
 };
 

@@ -25,9 +25,18 @@ std::unique_ptr<PanelSurface> X11PanelWindows::makeSurface(std::uint32_t window)
 
 void X11PanelWindows::makeFloating(std::uint32_t window) {
   linux_desktop::makeFloating(*connection_, window);
-  if (!floating_) floating_ = FloatingPanels::on(queue_);
+  if (!floating_) {
+    floating_ = FloatingPanels::on(queue_);
+    setForeignFullScreen(isForeignFullScreenActive_);
+  }
   if (!floating_) return;
   queue_->async([panels = floating_, window] { panels->add(window); });
+}
+
+void X11PanelWindows::setForeignFullScreen(bool isActive) {
+  isForeignFullScreenActive_ = isActive;
+  if (!floating_) return;
+  queue_->async([panels = floating_, isActive] { panels->setForeignFullScreen(isActive); });
 }
 
 void X11PanelWindows::keepOffLists(std::uint32_t window) {

@@ -18,12 +18,14 @@ class X11PanelWindows final : public PanelWindows {
 
   std::unique_ptr<PanelSurface> makeSurface(std::uint32_t window) override;
   void makeFloating(std::uint32_t window) override;
+  void setForeignFullScreen(bool isActive) override;
   void keepOffLists(std::uint32_t window) override;
 
  private:
   const std::shared_ptr<Connection> connection_;
   const std::shared_ptr<SerialQueue> queue_;
   std::shared_ptr<FloatingPanels> floating_;  // made with the first panel
+  bool isForeignFullScreenActive_ = false;
 };
 
 }  // namespace vistrel::platform::linux_desktop
