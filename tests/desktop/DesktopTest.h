@@ -63,6 +63,7 @@ class DesktopTest : public ::testing::Test {
   /// Double-clicks row `row` of the picker, which lists `count` windows, and waits until
   /// `panelsAfter` panels are on screen; gives the newest.
   PanelOnScreen mirrorRow(std::size_t row, std::size_t count, std::size_t panelsAfter) {
+    awaitManager(connection_);  // it may move the picker until then, or be too busy for a press
     input_.rest(betweenClicks);
     input_.clickAt(vistrel_->pickerRows(count).at(row).centre(), 2);
     return vistrel_->panels(panelsAfter).back();
