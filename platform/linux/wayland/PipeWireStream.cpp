@@ -294,6 +294,8 @@ void PipeWireStream::add(pw_buffer* buffer) {
 }
 
 void PipeWireStream::process() {
+  // A stream that is being destroyed passes on what has come last.
+  if (hasEnded_) return;
   while (auto* const buffer = pw_stream_dequeue_buffer(stream_.get())) {
     const auto found = buffers_.find(buffer);
     if (found != buffers_.end()) {
