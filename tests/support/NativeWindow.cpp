@@ -61,6 +61,8 @@ void NativeWindow::maximise(bool isMaximised) { tell(isMaximised ? "maximise" : 
 
 void NativeWindow::fillScreen(bool isFullScreen) { tell(isFullScreen ? "fill" : "unfill"); }
 
+void NativeWindow::dock(Point place) { tell("dock " + textOf(place.x, place.y)); }
+
 int NativeWindow::pressedButtons() { return std::stoi(tell("buttons")); }
 
 int NativeWindow::typedKeys() { return std::stoi(tell("keys")); }
