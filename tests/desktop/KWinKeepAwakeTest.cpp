@@ -13,8 +13,8 @@ class KWinKeepAwake : public OneNativeSource {
     return frame.x >= screenWidth - std::max(40, frame.width / 10) &&
            frame.y >= screenHeight - std::max(40, frame.height / 10);
   }
-  ::testing::AssertionResult isBack(Rect home) {
-    if (eventually([&] { return kwin_.frameOf("Source") == home; })) {
+  ::testing::AssertionResult isAt(Rect frame) {
+    if (eventually([&] { return kwin_.frameOf("Source") == frame; })) {
       return ::testing::AssertionSuccess();
     }
     return ::testing::AssertionFailure() << kwin_.frameOf("Source");
@@ -35,7 +35,7 @@ class KWinKeepAwake : public OneNativeSource {
     EXPECT_TRUE(isLive(panel));
     EXPECT_EQ(panel.area(), place);
     choose(openMenu(panel), stopKeepingAwake);
-    EXPECT_TRUE(isBack(home));
+    EXPECT_TRUE(isAt(home));
     EXPECT_TRUE(isLive(panel));
   }
 };
@@ -43,6 +43,17 @@ class KWinKeepAwake : public OneNativeSource {
 TEST_F(KWinKeepAwake, ANativeSourceIsOutOfTheWayAndLiveAndComesBackExactly) {
   const PanelOnScreen panel = mirrorSource();
   keepAwakeForAWhile(panel);
+}
+
+TEST_F(KWinKeepAwake, AMaximisedNativeSourceIsLiveWhileItIsAwayAndMaximisedAfterwards) {
+  const PanelOnScreen panel = mirrorSource();
+  const Rect before = kwin_.frameOf("Source");
+  source_->maximise(true);
+  ASSERT_TRUE(isAt({0, 0, screenWidth, screenHeight}));
+  EXPECT_TRUE(isLive(panel));
+  keepAwakeForAWhile(panel);
+  source_->maximise(false);
+  EXPECT_TRUE(isAt(before));
 }
 
 TEST_F(KWinKeepAwake, ANativeSourceIsBroughtToTheFront) {
