@@ -18,7 +18,7 @@ std::string listOf(const std::vector<std::string>& names) {
 std::string grantAdvice(const SessionFacts& facts) {
   if (facts.grantCommand.empty()) return {};
   return "Only windows of X programs can be mirrored: KWin shows native ones only to programs that "
-         "have been granted it. To grant it, run this in a terminal, then start Vistrel again: " +
+         "have been granted it. To grant it, run this in a terminal, then start Vistrel again:\n" +
          facts.grantCommand;
 }
 

@@ -57,7 +57,7 @@ TEST_F(KWinPickerWithoutPermission, ListsTheWindowsOfXAndNamesWhatIsMissing) {
   EXPECT_TRUE(eventually([&] {
     return isShown(
         "Only windows of X programs can be mirrored: KWin shows native ones only to programs that "
-        "have been granted it. To grant it, run this in a terminal, then start Vistrel again: ");
+        "have been granted it. To grant it, run this in a terminal, then start Vistrel again:\n");
   }));
   EXPECT_THAT(program().outline(), ::testing::HasSubstr("vistrel-kwin-grant " VISTREL_PROGRAM));
   const PanelOnScreen panel = mirror("Zebra — Of X");
