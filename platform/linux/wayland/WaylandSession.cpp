@@ -6,7 +6,6 @@
 #include <utility>
 #include <zkde-screencast-unstable-v1.h>
 
-#include "platform/Dispatch.h"
 #include "platform/linux/Companions.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/Trace.h"
@@ -70,10 +69,7 @@ void vistrelJoinWaylandSession(Session& session, OpenSource& openSource) {
   const auto ids = std::make_shared<NativeWindowIds>();
   const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids);
   session.windowLister = std::make_unique<KWinWindowLister>(
-      std::move(session.windowLister), ids, [panels = session.panelWindows.get()](bool isActive) {
-        vistrel::platform::mainQueue().async(
-            [panels, isActive] { panels->setForeignFullScreen(isActive); });
-      });
+      std::move(session.windowLister), ids, session.panelWindows->foreignFullScreenFollower());
   session.windowActivation =
       std::make_unique<KWinWindowActivation>(std::move(session.windowActivation), mover);
   session.otherWindows =

@@ -11,7 +11,9 @@ namespace vistrel::platform::linux_desktop {
 
 X11PanelWindows::X11PanelWindows(std::shared_ptr<Connection> connection,
                                  std::shared_ptr<SerialQueue> queue)
-    : connection_(std::move(connection)), queue_(std::move(queue)) {
+    : connection_(std::move(connection)),
+      queue_(std::move(queue)),
+      floating_(std::make_shared<Floating>()) {
   // The queue's connection is there all the time, so it notices that the display is gone. It is
   // opened before the toolkit opens its own: libXau 1.0.9 must not be entered twice.
   asyncAndWait(*queue_, [this] {
@@ -25,18 +27,26 @@ std::unique_ptr<PanelSurface> X11PanelWindows::makeSurface(std::uint32_t window)
 
 void X11PanelWindows::makeFloating(std::uint32_t window) {
   linux_desktop::makeFloating(*connection_, window);
-  if (!floating_) {
-    floating_ = FloatingPanels::on(queue_);
-    setForeignFullScreen(isForeignFullScreenActive_);
-  }
-  if (!floating_) return;
-  queue_->async([panels = floating_, window] { panels->add(window); });
+  queue_->async([floating = floating_, weak = std::weak_ptr(queue_), window] {
+    auto& panels = floating->panels;
+    const auto queue = weak.lock();
+    if (!panels && queue) {
+      panels = FloatingPanels::on(queue);
+      if (panels) panels->setForeignFullScreen(floating->isForeignFullScreenActive);
+    }
+    if (panels) panels->add(window);
+  });
 }
 
-void X11PanelWindows::setForeignFullScreen(bool isActive) {
-  isForeignFullScreenActive_ = isActive;
-  if (!floating_) return;
-  queue_->async([panels = floating_, isActive] { panels->setForeignFullScreen(isActive); });
+std::function<void(bool)> X11PanelWindows::foreignFullScreenFollower() {
+  return [floating = floating_, weak = std::weak_ptr(queue_)](bool isActive) {
+    const auto queue = weak.lock();
+    if (!queue) return;
+    queue->async([floating, isActive] {
+      floating->isForeignFullScreenActive = isActive;
+      if (floating->panels) floating->panels->setForeignFullScreen(isActive);
+    });
+  };
 }
 
 void X11PanelWindows::keepOffLists(std::uint32_t window) {

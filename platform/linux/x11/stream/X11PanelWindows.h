@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/linux/SerialQueue.h"
@@ -18,14 +19,19 @@ class X11PanelWindows final : public PanelWindows {
 
   std::unique_ptr<PanelSurface> makeSurface(std::uint32_t window) override;
   void makeFloating(std::uint32_t window) override;
-  void setForeignFullScreen(bool isActive) override;
+  std::function<void(bool isActive)> foreignFullScreenFollower() override;
   void keepOffLists(std::uint32_t window) override;
 
  private:
+  /// On the queue.
+  struct Floating {
+    std::shared_ptr<FloatingPanels> panels;  // made with the first one
+    bool isForeignFullScreenActive = false;
+  };
+
   const std::shared_ptr<Connection> connection_;
   const std::shared_ptr<SerialQueue> queue_;
-  std::shared_ptr<FloatingPanels> floating_;  // made with the first panel
-  bool isForeignFullScreenActive_ = false;
+  const std::shared_ptr<Floating> floating_;
 };
 
 }  // namespace vistrel::platform::linux_desktop
