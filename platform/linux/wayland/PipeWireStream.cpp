@@ -64,9 +64,9 @@ const spa_pod* offeredFormats(spa_pod_builder& builder) {
 const spa_pod* wantedBuffers(spa_pod_builder& builder) {
   spa_pod_frame frame{};
   spa_pod_builder_push_object(&builder, &frame, SPA_TYPE_OBJECT_ParamBuffers, SPA_PARAM_Buffers);
-  // One is shown, one waits to be shown, one is on its way and one is being drawn; and two for
-  // frames that come faster than they are taken.
-  spa_pod_builder_add(&builder, SPA_PARAM_BUFFERS_buffers, SPA_POD_CHOICE_RANGE_Int(6, 3, 8),
+  // One is shown, one waits to be shown, one is on its way and one is being drawn. With six KWin
+  // 5.27.5 now and then never tells the pointer's picture.
+  spa_pod_builder_add(&builder, SPA_PARAM_BUFFERS_buffers, SPA_POD_CHOICE_RANGE_Int(4, 3, 8),
                       SPA_PARAM_BUFFERS_dataType, SPA_POD_CHOICE_FLAGS_Int(1 << SPA_DATA_MemFd), 0);
   return static_cast<const spa_pod*>(spa_pod_builder_pop(&builder, &frame));
 }
@@ -300,6 +300,8 @@ void PipeWireStream::add(pw_buffer* buffer) {
 void PipeWireStream::process() {
   // A stream that is being destroyed passes on what has come last.
   if (hasEnded_) return;
+  lastBuffer_ = monotonicNow();
+  checkSupplyLater();
   while (auto* const buffer = pw_stream_dequeue_buffer(stream_.get())) {
     const auto found = buffers_.find(buffer);
     if (found != buffers_.end()) {
@@ -324,16 +326,15 @@ void PipeWireStream::take(const std::shared_ptr<Buffer>& buffer) {
   awaitsFrame_ = false;
   wakes_ = 0;
   hasNews_ = true;
-  checkSupplyLater();
 }
 
-/// Each frame that comes takes one buffer back to whoever sends it, and nothing else does (PipeWire
+/// Each buffer that comes takes one back to whoever sends it, and nothing else does (PipeWire
 /// 0.3.65): when more have come at a time than usual, as many fewer are left to send from then on,
 /// until there is none, for good.
 void PipeWireStream::checkSupplyLater() {
   const auto queue = queue_.lock();
   if (!queue || std::exchange(checksSupply_, true)) return;
-  queue->asyncAt(lastFrame_ + supplyRest, [this, alive = std::weak_ptr(alive_)] {
+  queue->asyncAt(lastBuffer_ + supplyRest, [this, alive = std::weak_ptr(alive_)] {
     if (alive.lock()) checkSupply();
   });
 }
@@ -341,7 +342,7 @@ void PipeWireStream::checkSupplyLater() {
 void PipeWireStream::checkSupply() {
   checksSupply_ = false;
   if (hasEnded_ || !isActive_) return;
-  if (monotonicNow() < lastFrame_ + supplyRest) return checkSupplyLater();
+  if (monotonicNow() < lastBuffer_ + supplyRest) return checkSupplyLater();
   if (!isStarved()) return;
   end("it has no buffers left");
   tellNews();

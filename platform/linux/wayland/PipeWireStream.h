@@ -132,6 +132,7 @@ class PipeWireStream {
   bool checksPointer_ = false;  // a little later
   bool checksSupply_ = false;   // a little later
   double lastPointerNews_ = 0;
+  double lastBuffer_ = 0;     // with a frame or without
   double lastFrame_ = 0;      // 0 before the first one
   int wakes_ = 0;             // since then
   bool awaitsFrame_ = false;  // which there is to be, whether the window changes or not
