@@ -138,8 +138,10 @@ PipeWireStream::PipeWireStream(const std::shared_ptr<SerialQueue>& queue,
 PipeWireStream::~PipeWireStream() {
   const auto queue = queue_.lock();
   if (queue && loop_) queue->unwatch(pw_loop_get_fd(loop_.get()));
-  hasEnded_ = true;
-  // It has its buffers removed: frames that are still held have nowhere to go back to.
+  // PipeWire tells what is on its way even while it destroys a stream.
+  if (stream_) spa_hook_remove(&listener_);
+  // Frames that are still held have nowhere to go back to.
+  buffers_.clear();
   stream_.reset();
 }
 
