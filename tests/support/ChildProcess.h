@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -56,5 +57,14 @@ class ChildProcess {
   pid_t pid_ = -1;
   std::optional<Ending> ending_;
 };
+
+/// Returns once `condition` holds. Throws std::runtime_error, with what the program wrote, when it
+/// ends before or the condition does not come to hold.
+template <std::predicate Condition>
+void awaitStart(ChildProcess& program, const std::string& name, Condition&& condition) {
+  if (!eventually([&] { return program.ending() || condition(); }) || program.ending()) {
+    throw std::runtime_error(name + " did not start: " + program.standardError());
+  }
+}
 
 }  // namespace vistrel::testbed

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <fstream>
 #include <stdexcept>
+
 namespace vistrel::testbed {
 namespace {
 
@@ -21,9 +22,6 @@ std::string kwinrc(int desktops) {
          "[Desktops]\nNumber=" +
          std::to_string(desktops) + "\nRows=1\n";
 }
-
-// WirePlumber 0.4's own configuration, without what opens the machine's devices.
-constexpr auto sessionManagement = "load_module(\"metadata\")\ndefault_access.enable()\n";
 
 // The service cache knows the applications that are in a menu; hidden ones too.
 constexpr auto menu = R"(<!DOCTYPE Menu PUBLIC "-//freedesktop//DTD Menu 1.0//EN"
@@ -46,20 +44,11 @@ void configure(const fs::path& home, int desktops) {
   write(config / "kwinrc", kwinrc(desktops));
   // Windows that grow into their place are not where one sees them.
   write(config / "kdeglobals", "[KDE]\nAnimationDurationFactor=0\n");
-  write(config / "wireplumber/main.lua.d/90-enable-all.lua", sessionManagement);
-  write(config / "wireplumber/bluetooth.lua.d/90-enable-all.lua", "");
   write(config / "menus/kf5-applications.menu", menu);
   write(home / "tell-display", tellDisplay);
   fs::permissions(home / "tell-display", fs::perms::owner_all);
   // Without its file capability, which a container may not grant.
   fs::copy_file(installedKWin, home / "kwin_wayland");
-}
-
-template <class Condition>
-void await(ChildProcess& program, const char* name, const Condition& condition) {
-  if (!eventually([&] { return program.ending() || condition(); }) || program.ending()) {
-    throw std::runtime_error(std::string(name) + " did not start: " + program.standardError());
-  }
 }
 
 }  // namespace
@@ -122,21 +111,7 @@ void KWinSession::rebuildServiceCache() const {
 }
 
 void KWinSession::startPipeWire() {
-  pipeWire_ = std::make_unique<ChildProcess>(
-      ChildProcess::Command{.arguments = {"pipewire"}, .environment = environment()});
-  // The other one ends where it does not find it.
-  await(*pipeWire_, "pipewire", [&] { return fs::exists(home() / "runtime/pipewire-0"); });
-  wirePlumber_ = std::make_unique<ChildProcess>(
-      ChildProcess::Command{.arguments = {"wireplumber"}, .environment = environment()});
-  await(*wirePlumber_, "wireplumber", [&] {
-    ChildProcess list({.arguments = {"pw-cli", "ls", "Metadata"}, .environment = environment()});
-    return list.waitForEnd() && list.standardOutput().find("default") != std::string::npos;
-  });
-}
-
-void KWinSession::stopPipeWire() {
-  wirePlumber_.reset();
-  pipeWire_.reset();
+  pipeWire_ = std::make_unique<PrivatePipeWire>(home_, environment());
 }
 
 void KWinSession::startKWin(const Options& options) {
@@ -152,7 +127,7 @@ void KWinSession::startKWin(const Options& options) {
   }
   command.arguments.push_back((home() / "tell-display").string());
   kwin_ = std::make_unique<ChildProcess>(command);
-  await(*kwin_, "kwin_wayland", [&] { return fs::exists(home() / "display"); });
+  awaitStart(*kwin_, "kwin_wayland", [&] { return fs::exists(home() / "display"); });
   std::ifstream told(home() / "display");
   std::getline(told, xName_);
   std::getline(told, xAuthority_);

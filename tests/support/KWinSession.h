@@ -8,6 +8,7 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/PrivateHome.h"
+#include "tests/support/PrivatePipeWire.h"
 #include "tests/support/SessionBus.h"
 
 namespace vistrel::testbed {
@@ -57,7 +58,7 @@ class KWinSession {
   pid_t kwinPid() const { return kwin_->pid(); }
   /// The compositor ends at once, as in a crash.
   void killKWin();
-  void stopPipeWire();
+  void stopPipeWire() { pipeWire_.reset(); }
   /// Returns once streams can start.
   void startPipeWire();
   /// Lets another program do what `Options::granted` may do. Returns once KWin can know of it.
@@ -74,8 +75,7 @@ class KWinSession {
   std::string xName_;
   std::string xAuthority_;
   std::unique_ptr<SessionBus> bus_;
-  std::unique_ptr<ChildProcess> pipeWire_;
-  std::unique_ptr<ChildProcess> wirePlumber_;
+  std::unique_ptr<PrivatePipeWire> pipeWire_;
   std::unique_ptr<ChildProcess> kwin_;
 };
 

@@ -142,8 +142,10 @@ PipeWireStream::PipeWireStream(const std::shared_ptr<SerialQueue>& queue,
 PipeWireStream::~PipeWireStream() {
   const auto queue = queue_.lock();
   if (queue && loop_) queue->unwatch(pw_loop_get_fd(loop_.get()));
-  hasEnded_ = true;
-  // It has its buffers removed: frames that are still held have nowhere to go back to.
+  // PipeWire tells what is on its way even while it destroys a stream.
+  if (stream_) spa_hook_remove(&listener_);
+  // Frames that are still held have nowhere to go back to.
+  buffers_.clear();
   stream_.reset();
 }
 
@@ -298,8 +300,6 @@ void PipeWireStream::add(pw_buffer* buffer) {
 }
 
 void PipeWireStream::process() {
-  // A stream that is being destroyed passes on what has come last.
-  if (hasEnded_) return;
   lastBuffer_ = monotonicNow();
   checkSupplyLater();
   while (auto* const buffer = pw_stream_dequeue_buffer(stream_.get())) {
