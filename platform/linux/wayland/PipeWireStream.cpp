@@ -17,9 +17,6 @@ namespace {
 /// ms.
 constexpr double usualDelay = 0.1;
 
-/// How long no frame comes before it is looked whether any can, in seconds.
-constexpr double supplyRest = 0.2;
-
 /// What PipeWire needs once in a process.
 void initializePipeWire() {
   static const bool isInitialized = [] {
@@ -285,7 +282,7 @@ void PipeWireStream::askForBuffers() {
 }
 
 void PipeWireStream::add(pw_buffer* buffer) {
-  auto added = std::make_shared<Buffer>(Buffer{stream_.get(), buffer, nullptr, false});
+  auto added = std::make_shared<Buffer>(Buffer{stream_.get(), buffer, nullptr});
   if (buffer->buffer->n_datas > 0) {
     const auto& data = buffer->buffer->datas[0];
     const auto end = std::uint64_t{data.mapoffset} + data.maxsize;
@@ -300,8 +297,6 @@ void PipeWireStream::add(pw_buffer* buffer) {
 }
 
 void PipeWireStream::process() {
-  lastBuffer_ = monotonicNow();
-  checkSupplyLater();
   while (auto* const buffer = pw_stream_dequeue_buffer(stream_.get())) {
     const auto found = buffers_.find(buffer);
     if (found != buffers_.end()) {
@@ -326,37 +321,6 @@ void PipeWireStream::take(const std::shared_ptr<Buffer>& buffer) {
   awaitsFrame_ = false;
   wakes_ = 0;
   hasNews_ = true;
-}
-
-/// Each buffer that comes takes one back to whoever sends it, and nothing else does (PipeWire
-/// 0.3.65): when more have come at a time than usual, as many fewer are left to send from then on,
-/// until there is none, for good.
-void PipeWireStream::checkSupplyLater() {
-  const auto queue = queue_.lock();
-  if (!queue || std::exchange(checksSupply_, true)) return;
-  queue->asyncAt(lastBuffer_ + supplyRest, [this, alive = std::weak_ptr(alive_)] {
-    if (alive.lock()) checkSupply();
-  });
-}
-
-void PipeWireStream::checkSupply() {
-  checksSupply_ = false;
-  if (hasEnded_ || !isActive_) return;
-  if (monotonicNow() < lastBuffer_ + supplyRest) return checkSupplyLater();
-  if (!isStarved()) return;
-  end("it has no buffers left");
-  tellNews();
-}
-
-bool PipeWireStream::isStarved() const {
-  pw_time time{};
-  if (pw_stream_get_time_n(stream_.get(), &time, sizeof(time)) < 0) return false;
-  const auto held = std::count_if(buffers_.begin(), buffers_.end(),
-                                  [](const auto& each) { return each.second->isHeld; });
-  const auto left = static_cast<std::int64_t>(buffers_.size()) - held -
-                    std::int64_t{time.avail_buffers} - std::int64_t{time.queued_buffers};
-  // One is on its way back, and arrives with the next frame that is sent.
-  return time.queued_buffers > 0 && left <= 1;
 }
 
 void PipeWireStream::readPointer(const spa_buffer& buffer) {
@@ -412,12 +376,8 @@ std::shared_ptr<const StreamFrame> PipeWireStream::frameIn(
   }
   const auto giveBack = [weak = std::weak_ptr(buffer)](const StreamFrame* frame) {
     delete frame;
-    const auto owner = weak.lock();
-    if (!owner) return;
-    owner->isHeld = false;
-    pw_stream_queue_buffer(owner->stream, owner->buffer);
+    if (const auto owner = weak.lock()) pw_stream_queue_buffer(owner->stream, owner->buffer);
   };
-  buffer->isHeld = true;
   return {new StreamFrame{buffer->memory, *layout, hasBegun_}, giveBack};
 }
 

@@ -46,8 +46,7 @@ class PipeWireStream {
   ~PipeWireStream();
 
   /// Whether nothing comes any more: the node has gone, it shows what cannot be taken, it sent
-  /// frames once and sends none however often it is asked, it has no buffers left to send, or
-  /// PipeWire itself is gone.
+  /// frames once and sends none however often it is asked, or PipeWire itself is gone.
   bool hasEnded() const { return hasEnded_; }
   /// Nothing is sent while it is not active, which costs nothing on either side. A stream that has
   /// become active sends a frame, be it the same as before.
@@ -75,7 +74,6 @@ class PipeWireStream {
     pw_stream* stream;
     pw_buffer* buffer;
     std::shared_ptr<const SharedMemory> memory;  // null where there is none to be read
-    bool isHeld = false;                         // by a frame
   };
 
   PipeWireStream(const std::shared_ptr<SerialQueue>& queue, std::function<void()> changed);
@@ -106,10 +104,6 @@ class PipeWireStream {
   void restart();
   void checkPointerLater();
   void checkPointer();
-  void checkSupplyLater();
-  void checkSupply();
-  /// Whether whoever streams can have no buffer left to send, and gets none back.
-  bool isStarved() const;
 
   const std::weak_ptr<SerialQueue> queue_;
   const std::function<void()> changed_;
@@ -130,9 +124,7 @@ class PipeWireStream {
   bool isActive_ = true;
   bool hasBegun_ = true;        // to be active, and no frame has come since
   bool checksPointer_ = false;  // a little later
-  bool checksSupply_ = false;   // a little later
   double lastPointerNews_ = 0;
-  double lastBuffer_ = 0;     // with a frame or without
   double lastFrame_ = 0;      // 0 before the first one
   int wakes_ = 0;             // since then
   bool awaitsFrame_ = false;  // which there is to be, whether the window changes or not

@@ -196,12 +196,16 @@ bool StreamProducer::send(const Frame& frame) {
   chunk.flags = SPA_CHUNK_FLAG_NONE;
   auto* const crop = static_cast<spa_meta_region*>(
       spa_buffer_find_meta_data(&sent, SPA_META_VideoCrop, sizeof(spa_meta_region)));
-  crop->region = frame.crop.value_or(spa_region{});
+  if (crop != nullptr) {
+    crop->region = frame.crop.value_or(spa_region{});
+  }
   auto* const pointer = static_cast<spa_meta_cursor*>(
       spa_buffer_find_meta_data(&sent, SPA_META_Cursor, sizeof(spa_meta_cursor)));
-  *pointer = {};
-  pointer->id = frame.pointer ? 1 : SPA_ID_INVALID;
-  pointer->position = frame.pointer.value_or(spa_point{});
+  if (pointer != nullptr) {
+    *pointer = {};
+    pointer->id = frame.pointer ? 1 : SPA_ID_INVALID;
+    pointer->position = frame.pointer.value_or(spa_point{});
+  }
   pw_stream_queue_buffer(stream_.get(), buffer);
   pw_stream_trigger_process(stream_.get());
   return true;
