@@ -1,11 +1,11 @@
 #include "bench/MirroredSession.h"
 
 #include <algorithm>
-#include <ctime>
 #include <fstream>
 #include <stdexcept>
 #include <string>
 
+#include "bench/ProcessorTime.h"
 #include "tests/support/Poll.h"
 
 namespace vistrel::bench {
@@ -13,15 +13,6 @@ namespace {
 
 /// The most that the picker shows.
 constexpr std::size_t rowsWithoutScrolling = 12;
-
-double processorSeconds(pid_t pid) {
-  clockid_t clock{};
-  timespec time{};
-  if (::clock_getcpuclockid(pid, &clock) != 0 || ::clock_gettime(clock, &time) != 0) {
-    throw std::runtime_error("a measured process is gone");
-  }
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
 
 }  // namespace
 

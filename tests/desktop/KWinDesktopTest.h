@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "tests/desktop/KWinHand.h"
 #include "tests/desktop/MenuOnScreen.h"
 #include "tests/desktop/RunningVistrel.h"
 #include "tests/support/AccessibilityBus.h"
 #include "tests/support/FakeInput.h"
+#include "tests/support/KWinHand.h"
 #include "tests/support/KWinScreen.h"
 #include "tests/support/KWinScripts.h"
 #include "tests/support/KWinSession.h"

@@ -133,6 +133,22 @@ void KWinSession::startKWin(const Options& options) {
   std::getline(told, xAuthority_);
 }
 
+pid_t KWinSession::xwaylandPid() const {
+  for (const auto& process : fs::directory_iterator("/proc")) {
+    const std::string name = process.path().filename().string();
+    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+    std::ifstream status(process.path() / "status");
+    bool isXWayland = false;
+    bool isOfKWin = false;
+    for (std::string line; std::getline(status, line);) {
+      isXWayland |= line == "Name:\tXwayland";
+      isOfKWin |= line == "PPid:\t" + std::to_string(kwinPid());
+    }
+    if (isXWayland && isOfKWin) return std::stoi(name);
+  }
+  throw std::runtime_error("KWin has started no Xwayland");
+}
+
 void KWinSession::killKWin() {
   if (kwin_) {
     kwin_->sendSignal(SIGKILL);

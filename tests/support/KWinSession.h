@@ -56,6 +56,8 @@ class KWinSession {
   const std::filesystem::path& home() const { return home_.path(); }
 
   pid_t kwinPid() const { return kwin_->pid(); }
+  /// Throws std::runtime_error without XWayland.
+  pid_t xwaylandPid() const;
   /// The compositor ends at once, as in a crash.
   void killKWin();
   void stopPipeWire() { pipeWire_.reset(); }

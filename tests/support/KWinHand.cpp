@@ -1,4 +1,4 @@
-#include "tests/desktop/KWinHand.h"
+#include "tests/support/KWinHand.h"
 
 #include <chrono>
 #include <stdexcept>
