@@ -36,7 +36,7 @@ TEST(MirroringNotice, TellsTheCommandThatGrantsNativeWindowsAsTheAdviceDoes) {
   const SessionFacts facts{.grantCommand = "/usr/libexec/grant /usr/bin/vistrel"};
   const auto notice = mirroringNotice(facts);
   EXPECT_TRUE(notice.starts_with("Only windows of X programs can be mirrored:")) << notice;
-  EXPECT_TRUE(notice.ends_with("start Vistrel again: /usr/libexec/grant /usr/bin/vistrel"))
+  EXPECT_TRUE(notice.ends_with("start Vistrel again:\n/usr/libexec/grant /usr/bin/vistrel"))
       << notice;
   EXPECT_EQ(adviceOn(capturePage, facts), notice);
 }
