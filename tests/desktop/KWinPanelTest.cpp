@@ -33,28 +33,6 @@ TEST_F(KWinPanel, IsMovedSnappedResizedAndRolledUpOverAWindowThatCoversTheScreen
   EXPECT_EQ(film->pressedButtons(), 0);
 }
 
-TEST_F(KWinPanel, SnapsToTheRoomThatANativeDockLeaves) {
-  const PanelOnScreen panel = mirrorSource();
-  constexpr int width = 48;
-  constexpr int right = screenWidth - width;
-  const auto dock = openNative({.title = "Dock",
-                                .width = width,
-                                .height = screenHeight,
-                                .picture = Quadrants::uniform(white)},
-                               {right, 0});
-  dock->dock({right, 0});
-  ASSERT_TRUE(eventually([&] {
-    const auto areas = connection_.numbers(connection_.root(), "_NET_WORKAREA");
-    return areas.size() >= 4 && areas[2] == right;
-  }));
-  const Rect start = panel.area();
-  const Point title = panel.titleBar();
-  constexpr int snapDistance = 12;
-  const int there = right - start.width;
-  handOnX_.drag(title, {title.x + there - start.x - snapDistance, title.y});
-  EXPECT_TRUE(becomes(panel, {there, start.y, start.width, start.height}));
-}
-
 TEST_F(KWinPanel, LiesAboveAnActiveNativeWindowThatFillsTheScreen) {
   const PanelOnScreen panel = mirrorSource();
   const auto film = openNative({.title = "Film", .picture = Quadrants::uniform(white)}, {600, 100});

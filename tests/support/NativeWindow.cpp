@@ -61,8 +61,6 @@ void NativeWindow::maximise(bool isMaximised) { tell(isMaximised ? "maximise" : 
 
 void NativeWindow::fillScreen(bool isFullScreen) { tell(isFullScreen ? "fill" : "unfill"); }
 
-void NativeWindow::dock(Point place) { tell("dock " + textOf(place.x, place.y)); }
-
 int NativeWindow::pressedButtons() { return std::stoi(tell("buttons")); }
 
 int NativeWindow::typedKeys() { return std::stoi(tell("keys")); }

@@ -43,9 +43,6 @@ class NativeWindow {
   void minimise();
   void maximise(bool isMaximised);
   void fillScreen(bool isFullScreen);
-  /// Makes it a dock of Plasma's at that place, which keeps its room free if it lies along an edge
-  /// of the screen.
-  void dock(Point place);
   /// How many buttons a person has pressed in it, and how many keys, so far.
   int pressedButtons();
   int typedKeys();

@@ -11,7 +11,6 @@
 #include <iostream>
 #include <map>
 #include <memory>
-#include <plasma-shell.h>
 #include <poll.h>
 #include <sstream>
 #include <string>
@@ -232,11 +231,6 @@ class Window {
       xdg_toplevel_set_fullscreen(toplevel_, nullptr);
     } else if (command == "unfill") {
       xdg_toplevel_unset_fullscreen(toplevel_);
-    } else if (command == "dock") {
-      int x = 0;
-      int y = 0;
-      text >> x >> y;
-      becomeDock(x, y);
     } else if (command == "buttons") {
       return std::to_string(buttons_);
     } else if (command == "keys") {
@@ -249,15 +243,6 @@ class Window {
       throw std::runtime_error("no such command: " + command);
     }
     return "done";
-  }
-
-  void becomeDock(int x, int y) {
-    auto* const shell = client_.bind<org_kde_plasma_shell>(org_kde_plasma_shell_interface, 1);
-    auto* const dock = org_kde_plasma_shell_get_surface(shell, surface_);
-    org_kde_plasma_surface_set_role(dock, ORG_KDE_PLASMA_SURFACE_ROLE_PANEL);
-    org_kde_plasma_surface_set_panel_behavior(dock,
-                                              ORG_KDE_PLASMA_SURFACE_PANEL_BEHAVIOR_ALWAYS_VISIBLE);
-    org_kde_plasma_surface_set_position(dock, x, y);
   }
 
   /// The picture, unless it is there at this size.
