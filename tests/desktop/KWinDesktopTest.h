@@ -12,7 +12,7 @@
 #include "tests/desktop/RunningVistrel.h"
 #include "tests/support/AccessibilityBus.h"
 #include "tests/support/FakeInput.h"
-#include "tests/support/KWinHand.h"
+#include "tests/support/HandOnX.h"
 #include "tests/support/KWinScreen.h"
 #include "tests/support/KWinScripts.h"
 #include "tests/support/KWinSession.h"
@@ -153,7 +153,7 @@ class KWinDesktopTest : public ::testing::Test {
   KWinScripts kwin_{desktop_.busAddress()};
   const WaylandClient client_;
   FakeInput hand_{client_};
-  KWinHand handOnX_{hand_, connection_};
+  HandOnX handOnX_{hand_, connection_};
   AccessibilityBus reader_{desktop_.busAddress()};
   std::unique_ptr<RunningVistrel> vistrel_;
 };

@@ -78,7 +78,7 @@ TEST(KWinStart, EndsWithOneLineWhenTheCompositorDoes) {
     const XConnection connection(session.xName());
     ASSERT_TRUE(eventually([&] { return !windowsOfProcess(connection, vistrel.pid()).empty(); }));
   }
-  session.killKWin();
+  session.killCompositor();
   const auto ending = vistrel.waitForEnd();
   ASSERT_TRUE(ending.has_value());
   EXPECT_EQ(ending->exitStatus, 1);

@@ -10,7 +10,6 @@ namespace {
 constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr const char* actionInterface = "org.a11y.atspi.Action";
 constexpr const char* componentInterface = "org.a11y.atspi.Component";
-constexpr std::uint32_t screenCoordinates = 0;  // AtspiCoordType
 
 std::string joined(const std::vector<std::string>& texts) {
   std::string all;
@@ -35,8 +34,8 @@ bool Accessible::is(AccessibleState state) const {
   return (words.at(bit / bitsPerWord) >> bit % bitsPerWord & 1U) != 0;
 }
 
-Rect Accessible::area() const {
-  BusMessage reply = object_.call(componentInterface, "GetExtents", "u", screenCoordinates);
+Rect Accessible::areaIn(std::uint32_t coordinates) const {
+  BusMessage reply = object_.call(componentInterface, "GetExtents", "u", coordinates);
   return reply.structure("iiii", [&] {
     std::array<std::int32_t, 4> sides{};
     std::ranges::generate(sides, [&] { return reply.signedNumber(); });

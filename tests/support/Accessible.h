@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
@@ -20,6 +21,7 @@ enum class AccessibleState : unsigned {
   focused = 12,
   selectable = 22,
   selected = 23,
+  sensitive = 24,
   showing = 25,
   visible = 30,
   checkable = 41,
@@ -38,7 +40,9 @@ class Accessible {
   std::string description() const { return property("Description"); }
   bool is(AccessibleState state) const;
   /// On the screen.
-  Rect area() const;
+  Rect area() const { return areaIn(screenCoordinates); }
+  /// Of the window that it is in, where programs do not know their place on the screen.
+  Rect areaInWindow() const { return areaIn(windowCoordinates); }
   Accessible parent() const;
   std::vector<Accessible> children() const;
   /// The innermost object that lies there; one whose path ends in "null" is none.
@@ -65,6 +69,11 @@ class Accessible {
   }
 
  private:
+  // AtspiCoordType.
+  static constexpr std::uint32_t screenCoordinates = 0;
+  static constexpr std::uint32_t windowCoordinates = 1;
+
+  Rect areaIn(std::uint32_t coordinates) const;
   std::string property(const char* name) const;
   bool implements(const char* interface) const;
   Accessible readObject(BusMessage& message) const;

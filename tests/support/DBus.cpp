@@ -22,6 +22,9 @@ BusConnection connectToBus(const std::string& address) {
   checked(sd_bus_set_address(raw, address.c_str()), address.c_str());
   checked(sd_bus_set_bus_client(raw, 1), "sd_bus_set_bus_client");
   checked(sd_bus_start(raw), address.c_str());
+  // Answers once the bus has let it in: one that does not ask for that is soon thrown out.
+  const char* name = nullptr;
+  checked(sd_bus_get_unique_name(raw, &name), address.c_str());
   return bus;
 }
 
@@ -54,6 +57,12 @@ void BusObject::throwIfFailed(int result, const char* method, sd_bus_error& erro
   if (result < 0) {
     throw BusError(std::string(method) + " of " + path_ + ": " + text);
   }
+}
+
+bool isOnBus(const BusConnection& bus, const std::string& name) {
+  return BusObject(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus")
+      .call("org.freedesktop.DBus", "NameHasOwner", "s", name.c_str())
+      .truth();
 }
 
 }  // namespace vistrel::testbed

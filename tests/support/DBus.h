@@ -112,4 +112,7 @@ class BusObject {
   std::string path_;
 };
 
+/// Whether a program has that name on the bus.
+bool isOnBus(const BusConnection& bus, const std::string& name);
+
 }  // namespace vistrel::testbed

@@ -2,13 +2,10 @@
 
 #include <fake-input.h>
 
-#include "tests/support/Poll.h"
-
 namespace vistrel::testbed {
 namespace {
 
-constexpr std::uint32_t isUp = 0;
-constexpr std::uint32_t isDown = 1;
+std::uint32_t stateOf(bool isDown) { return isDown ? 1 : 0; }
 
 }  // namespace
 
@@ -27,33 +24,13 @@ void FakeInput::moveTo(Point point) {
   client_->sync();
 }
 
-void FakeInput::press(Button button) {
-  org_kde_kwin_fake_input_button(input_, static_cast<std::uint32_t>(button), isDown);
+void FakeInput::turn(Button button, bool isDown) {
+  org_kde_kwin_fake_input_button(input_, static_cast<std::uint32_t>(button), stateOf(isDown));
   client_->sync();
 }
 
-void FakeInput::release(Button button) {
-  org_kde_kwin_fake_input_button(input_, static_cast<std::uint32_t>(button), isUp);
-  client_->sync();
-}
-
-void FakeInput::click(int count, Button button) {
-  for (int i = 0; i < count; ++i) {
-    // Two presses within one millisecond of the server's clock are no double-click to toolkits.
-    letOthersRun();
-    press(button);
-    release(button);
-  }
-}
-
-void FakeInput::clickAt(Point point, int count, Button button) {
-  moveTo(point);
-  click(count, button);
-}
-
-void FakeInput::type(std::uint32_t key) {
-  org_kde_kwin_fake_input_keyboard_key(input_, key, isDown);
-  org_kde_kwin_fake_input_keyboard_key(input_, key, isUp);
+void FakeInput::turnKey(std::uint32_t key, bool isDown) {
+  org_kde_kwin_fake_input_keyboard_key(input_, key, stateOf(isDown));
   client_->sync();
 }
 

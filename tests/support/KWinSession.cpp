@@ -1,6 +1,5 @@
 #include "tests/support/KWinSession.h"
 
-#include <csignal>
 #include <fstream>
 #include <stdexcept>
 
@@ -53,7 +52,8 @@ void configure(const fs::path& home, int desktops) {
 
 }  // namespace
 
-KWinSession::KWinSession(const Options& options) : variables_(options.variables) {
+KWinSession::KWinSession(const Options& options)
+    : WaylandSession({"XDG_CURRENT_DESKTOP=KDE"}, options.variables) {
   configure(home(), options.desktops);
   if (options.grantsTest) {
     grantWithoutNotice(fs::read_symlink("/proc/self/exe"));
@@ -61,30 +61,10 @@ KWinSession::KWinSession(const Options& options) : variables_(options.variables)
   for (const auto& program : options.granted) {
     grantWithoutNotice(program);
   }
-  bus_ = std::make_unique<SessionBus>(home_, environment());
+  startBus();
   rebuildServiceCache();
   startPipeWire();
   startKWin(options);
-}
-
-// XWayland ends with its compositor.
-KWinSession::~KWinSession() { killKWin(); }
-
-std::vector<std::string> KWinSession::environment() const {
-  std::vector<std::string> variables = home_.environment();
-  variables.insert(variables.end(),
-                   {"XDG_SESSION_TYPE=wayland", "XDG_CURRENT_DESKTOP=KDE",
-                    std::string("WAYLAND_DISPLAY=") + waylandName, "LIBGL_ALWAYS_SOFTWARE=1",
-                    // Threads of the rendering that have nothing to do take the others' time.
-                    "LP_NUM_THREADS=1", "NO_AT_BRIDGE=1"});
-  if (bus_) {
-    variables.push_back("DBUS_SESSION_BUS_ADDRESS=" + busAddress());
-  }
-  if (!xName_.empty()) {
-    variables.insert(variables.end(), {"DISPLAY=" + xName_, "XAUTHORITY=" + xAuthority_});
-  }
-  variables.insert(variables.end(), variables_.begin(), variables_.end());
-  return variables;
 }
 
 void KWinSession::grantWithoutNotice(const fs::path& program) const {
@@ -110,10 +90,6 @@ void KWinSession::rebuildServiceCache() const {
   }
 }
 
-void KWinSession::startPipeWire() {
-  pipeWire_ = std::make_unique<PrivatePipeWire>(home_, environment());
-}
-
 void KWinSession::startKWin(const Options& options) {
   ChildProcess::Command command{
       .arguments = {(home() / "kwin_wayland").string(), "--virtual", "--no-lockscreen", "--socket",
@@ -126,34 +102,13 @@ void KWinSession::startKWin(const Options& options) {
     command.arguments.emplace_back("--xwayland");
   }
   command.arguments.push_back((home() / "tell-display").string());
-  kwin_ = std::make_unique<ChildProcess>(command);
-  awaitStart(*kwin_, "kwin_wayland", [&] { return fs::exists(home() / "display"); });
+  startCompositor(command, [&] { return fs::exists(home() / "display"); });
   std::ifstream told(home() / "display");
-  std::getline(told, xName_);
-  std::getline(told, xAuthority_);
-}
-
-pid_t KWinSession::xwaylandPid() const {
-  for (const auto& process : fs::directory_iterator("/proc")) {
-    const std::string name = process.path().filename().string();
-    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
-    std::ifstream status(process.path() / "status");
-    bool isXWayland = false;
-    bool isOfKWin = false;
-    for (std::string line; std::getline(status, line);) {
-      isXWayland |= line == "Name:\tXwayland";
-      isOfKWin |= line == "PPid:\t" + std::to_string(kwinPid());
-    }
-    if (isXWayland && isOfKWin) return std::stoi(name);
-  }
-  throw std::runtime_error("KWin has started no Xwayland");
-}
-
-void KWinSession::killKWin() {
-  if (kwin_) {
-    kwin_->sendSignal(SIGKILL);
-    static_cast<void>(kwin_->waitForEnd());
-  }
+  std::string name;
+  std::string authority;
+  std::getline(told, name);
+  std::getline(told, authority);
+  setXDisplay(name, authority);
 }
 
 }  // namespace vistrel::testbed

@@ -2,9 +2,6 @@
 
 #include <iomanip>
 #include <sstream>
-#include <stdexcept>
-#include <unistd.h>
-#include <utility>
 
 namespace vistrel::testbed {
 namespace {
@@ -26,61 +23,48 @@ std::string textOf(int a, int b) { return std::to_string(a) + ' ' + std::to_stri
 }  // namespace
 
 NativeWindow::NativeWindow(const std::vector<std::string>& environment, const Options& options)
-    : NativeWindow(environment, options, Pipe::open(), Pipe::open()) {}
-
-NativeWindow::NativeWindow(const std::vector<std::string>& environment, const Options& options,
-                           Pipe commands, Pipe answers)
-    : commands_(std::move(commands.writeEnd)),
-      answers_(std::move(answers.readEnd)),
-      program_({.arguments = {VISTREL_NATIVE_WINDOW, std::to_string(commands.readEnd.get()),
-                              std::to_string(answers.writeEnd.get()), options.applicationId,
-                              options.isDecorated ? "decorated" : "bare"},
-                .environment = environment,
-                .inherited = {commands.readEnd.get(), answers.writeEnd.get()}}) {
-  commands.readEnd.close();
-  answers.writeEnd.close();
+    : program_("a native window", VISTREL_NATIVE_WINDOW,
+               {options.applicationId, options.isDecorated ? "decorated" : "bare"}, environment) {
   setTitle(options.title);
   resize(options.width, options.height);
   show(options.picture);
+  program_.tell("appear");
 }
 
-void NativeWindow::show(const Quadrants& picture) { tell("show " + textOf(picture)); }
+void NativeWindow::show(const Quadrants& picture) { program_.tell("show " + textOf(picture)); }
 
 void NativeWindow::paint(Rect part, Rgb colour) {
-  tell("paint " + textOf(part.x, part.y) + ' ' + textOf(part.width, part.height) + ' ' +
-       textOf(colour));
+  program_.tell("paint " + textOf(part.x, part.y) + ' ' + textOf(part.width, part.height) + ' ' +
+                textOf(colour));
 }
 
-void NativeWindow::resize(int width, int height) { tell("resize " + textOf(width, height)); }
+void NativeWindow::resize(int width, int height) {
+  program_.tell("resize " + textOf(width, height));
+}
 
-void NativeWindow::setTitle(const std::string& title) { tell("title " + title); }
+void NativeWindow::setTitle(const std::string& title) { program_.tell("title " + title); }
 
-void NativeWindow::minimise() { tell("minimise"); }
+void NativeWindow::minimise() { program_.tell("minimise"); }
 
-void NativeWindow::maximise(bool isMaximised) { tell(isMaximised ? "maximise" : "unmaximise"); }
+void NativeWindow::maximise(bool isMaximised) {
+  program_.tell(isMaximised ? "maximise" : "unmaximise");
+}
 
-void NativeWindow::fillScreen(bool isFullScreen) { tell(isFullScreen ? "fill" : "unfill"); }
+void NativeWindow::fillScreen(bool isFullScreen) {
+  program_.tell(isFullScreen ? "fill" : "unfill");
+}
 
-int NativeWindow::pressedButtons() { return std::stoi(tell("buttons")); }
+bool NativeWindow::isActive() { return program_.tell("active") == "1"; }
 
-int NativeWindow::typedKeys() { return std::stoi(tell("keys")); }
+bool NativeWindow::hasPointer() { return program_.tell("pointer") == "1"; }
+
+int NativeWindow::pressedButtons() { return std::stoi(program_.tell("buttons")); }
+
+int NativeWindow::typedKeys() { return std::stoi(program_.tell("keys")); }
 
 void NativeWindow::close() {
-  tell("close");
-  static_cast<void>(program_.waitForEnd());
-}
-
-std::string NativeWindow::tell(const std::string& command) {
-  const std::string line = command + '\n';
-  if (::write(commands_.get(), line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
-    throw std::runtime_error("a native window is gone");
-  }
-  const std::string answer = readLine(answers_);
-  if (answer.empty()) {
-    throw std::runtime_error("a native window does not " + command + ": " +
-                             program_.standardError());
-  }
-  return answer;
+  program_.tell("close");
+  program_.waitForEnd();
 }
 
 }  // namespace vistrel::testbed

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/ChildProcess.h"
+#include "tests/support/CommandedProgram.h"
 #include "tests/support/Picture.h"
 #include "tests/support/Rect.h"
 #include "tests/support/TestWindow.h"
@@ -24,7 +24,8 @@ class NativeWindow {
     int width = 400;
     int height = 300;
     Quadrants picture = fourColours;
-    /// Whether the compositor puts a frame with a title bar around it.
+    /// Whether the compositor puts a frame with a title bar around it, where it does that at all:
+    /// mutter does not.
     bool isDecorated = false;
   };
 
@@ -43,6 +44,10 @@ class NativeWindow {
   void minimise();
   void maximise(bool isMaximised);
   void fillScreen(bool isFullScreen);
+  /// Whether the compositor says that it is the one that a person works with.
+  bool isActive();
+  /// Whether the pointer is over it.
+  bool hasPointer();
   /// How many buttons a person has pressed in it, and how many keys, so far.
   int pressedButtons();
   int typedKeys();
@@ -50,14 +55,7 @@ class NativeWindow {
   void close();
 
  private:
-  NativeWindow(const std::vector<std::string>& environment, const Options& options, Pipe commands,
-               Pipe answers);
-  /// The program's answer, without the newline.
-  std::string tell(const std::string& command);
-
-  FileDescriptor commands_;
-  FileDescriptor answers_;
-  ChildProcess program_;
+  CommandedProgram program_;
 };
 
 }  // namespace vistrel::testbed

@@ -7,11 +7,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
-#include <functional>
 #include <iostream>
 #include <map>
 #include <memory>
 #include <poll.h>
+#include <span>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -22,6 +22,7 @@
 #include <xdg-decoration-unstable-v1.h>
 #include <xdg-shell.h>
 
+#include "tests/support/CommandPipe.h"
 #include "tests/support/FileDescriptor.h"
 #include "tests/support/WaylandClient.h"
 
@@ -131,7 +132,11 @@ class Window {
           static_cast<Window*>(self)->configured();
         }};
     static constexpr xdg_toplevel_listener toplevels{
-        [](void* self, xdg_toplevel*, std::int32_t width, std::int32_t height, wl_array*) {
+        [](void* self, xdg_toplevel*, std::int32_t width, std::int32_t height, wl_array* states) {
+          const std::span all(static_cast<const std::uint32_t*>(states->data),
+                              states->size / sizeof(std::uint32_t));
+          static_cast<Window*>(self)->isActive_ =
+              std::find(all.begin(), all.end(), XDG_TOPLEVEL_STATE_ACTIVATED) != all.end();
           static_cast<Window*>(self)->proposed({width, height});
         },
         [](void* self, xdg_toplevel*) { static_cast<Window*>(self)->isClosed_ = true; },
@@ -143,7 +148,11 @@ class Window {
     xdg_toplevel_set_app_id(toplevel_, applicationId);
   }
 
+  /// Not every compositor decorates windows.
   void askForDecoration() {
+    if (!client_.isOffered(zxdg_decoration_manager_v1_interface)) {
+      return;
+    }
     auto* const decorations =
         client_.bind<zxdg_decoration_manager_v1>(zxdg_decoration_manager_v1_interface, 1);
     zxdg_toplevel_decoration_v1_set_mode(
@@ -162,15 +171,43 @@ class Window {
     wl_display_flush(display());
   }
 
+  /// The pointer and the keyboard come and go with who stands in for a person, at a seat that has
+  /// no other ones.
   void setUpInput() {
+    static constexpr wl_seat_listener seats{
+        [](void* self, wl_seat*, std::uint32_t capabilities) {
+          auto* const window = static_cast<Window*>(self);
+          window->havePointer((capabilities & WL_SEAT_CAPABILITY_POINTER) != 0);
+          window->haveKeyboard((capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0);
+        },
+        [](void*, wl_seat*, const char*) {}};
+    wl_seat_add_listener(seat_, &seats, this);
+  }
+
+  void havePointer(bool isThere) {
     static constexpr wl_pointer_listener pointers{
         [](void* self, wl_pointer* pointer, std::uint32_t serial, wl_surface*, wl_fixed_t,
-           wl_fixed_t) { static_cast<Window*>(self)->showPointer(pointer, serial); },
-        [](void*, wl_pointer*, std::uint32_t, wl_surface*) {},
+           wl_fixed_t) {
+          static_cast<Window*>(self)->isPointedAt_ = true;
+          static_cast<Window*>(self)->showPointer(pointer, serial);
+        },
+        [](void* self, wl_pointer*, std::uint32_t, wl_surface*) {
+          static_cast<Window*>(self)->isPointedAt_ = false;
+        },
         [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {},
         [](void* self, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t,
            std::uint32_t state) { static_cast<Window*>(self)->buttons_ += state == 1 ? 1 : 0; },
         [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {}};
+    if (isThere && pointer_ == nullptr) {
+      pointer_ = wl_seat_get_pointer(seat_);
+      wl_pointer_add_listener(pointer_, &pointers, this);
+    } else if (!isThere && pointer_ != nullptr) {
+      wl_pointer_destroy(std::exchange(pointer_, nullptr));
+      isPointedAt_ = false;
+    }
+  }
+
+  void haveKeyboard(bool isThere) {
     static constexpr wl_keyboard_listener keyboards{
         [](void*, wl_keyboard*, std::uint32_t, int keymap, std::uint32_t) { ::close(keymap); },
         [](void*, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) {},
@@ -179,8 +216,12 @@ class Window {
            std::uint32_t state) { static_cast<Window*>(self)->keys_ += state == 1 ? 1 : 0; },
         [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t,
            std::uint32_t) {}};
-    wl_pointer_add_listener(wl_seat_get_pointer(seat_), &pointers, this);
-    wl_keyboard_add_listener(wl_seat_get_keyboard(seat_), &keyboards, this);
+    if (isThere && keyboard_ == nullptr) {
+      keyboard_ = wl_seat_get_keyboard(seat_);
+      wl_keyboard_add_listener(keyboard_, &keyboards, this);
+    } else if (!isThere && keyboard_ != nullptr) {
+      wl_keyboard_destroy(std::exchange(keyboard_, nullptr));
+    }
   }
 
   /// By the compositor, which leaves the size to the window with one of 0 × 0. It may not have seen
@@ -231,10 +272,16 @@ class Window {
       xdg_toplevel_set_fullscreen(toplevel_, nullptr);
     } else if (command == "unfill") {
       xdg_toplevel_unset_fullscreen(toplevel_);
+    } else if (command == "appear") {
+      waitUntilDrawn();
+    } else if (command == "pointer") {
+      return std::to_string(isPointedAt_ ? 1 : 0);
     } else if (command == "buttons") {
       return std::to_string(buttons_);
     } else if (command == "keys") {
       return std::to_string(keys_);
+    } else if (command == "active") {
+      return std::to_string(isActive_ ? 1 : 0);
     } else if (command == "close") {
       xdg_toplevel_destroy(toplevel_);
       xdg_surface_destroy(shell_);
@@ -268,6 +315,20 @@ class Window {
     commit(std::move(next), x, y, width, height);
   }
 
+  /// Before that, a compositor may find something else where the window is.
+  void waitUntilDrawn() {
+    bool isDrawn = false;
+    static constexpr wl_callback_listener listener{
+        [](void* drawn, wl_callback*, std::uint32_t) { *static_cast<bool*>(drawn) = true; }};
+    auto* const frame = wl_surface_frame(surface_);
+    wl_callback_add_listener(frame, &listener, &isDrawn);
+    wl_surface_commit(surface_);
+    while (!isDrawn) {
+      checked(wl_display_dispatch(display()), "the compositor");
+    }
+    wl_callback_destroy(frame);
+  }
+
   void commit(std::unique_ptr<Buffer> next, int x, int y, int width, int height) {
     next->attachTo(surface_);
     wl_surface_damage_buffer(surface_, x, y, width, height);
@@ -281,6 +342,8 @@ class Window {
   static constexpr int pointerSide = 16;
   Buffer pointerPicture_{shm_, pointerSide, pointerSide};
   wl_seat* seat_ = client_.bind<wl_seat>(wl_seat_interface, 1);
+  wl_pointer* pointer_ = nullptr;
+  wl_keyboard* keyboard_ = nullptr;
   xdg_wm_base* base_ = client_.bind<xdg_wm_base>(xdg_wm_base_interface, 1);
   wl_compositor* compositor_ = client_.bind<wl_compositor>(wl_compositor_interface, 4);
   wl_surface* surface_ = wl_compositor_create_surface(compositor_);
@@ -292,41 +355,27 @@ class Window {
   std::unique_ptr<Buffer> former_;
   Size size_{100, 100};
   Size outdated_;
+  bool isPointedAt_ = false;
   int buttons_ = 0;
   int keys_ = 0;
+  bool isActive_ = false;
   bool isConfigured_ = false;
   bool isClosed_ = false;
 };
 
-void answer(int descriptor, const std::string& text) {
-  const std::string line = text + '\n';
-  checked(static_cast<int>(::write(descriptor, line.data(), line.size())), "write");
-}
-
 /// Obeys until there are no commands any more, and answers the compositor meanwhile.
-void serve(Window& window, int commands, int answers) {
-  std::string pending;
+void serve(Window& window, CommandPipe commands) {
+  const auto obey = [&](const std::string& line) { return window.obey(line); };
   while (!window.isClosed()) {
     wl_display_flush(window.display());
     std::array<pollfd, 2> waited{pollfd{wl_display_get_fd(window.display()), POLLIN, 0},
-                                 pollfd{commands, POLLIN, 0}};
+                                 pollfd{commands.descriptor(), POLLIN, 0}};
     checked(::poll(waited.data(), waited.size(), -1), "poll");
     if (waited[0].revents != 0) {
       checked(wl_display_dispatch(window.display()), "the compositor");
     }
-    if (waited[1].revents == 0) {
-      continue;
-    }
-    std::array<char, 256> chunk{};
-    const auto count =
-        checked(static_cast<int>(::read(commands, chunk.data(), chunk.size())), "read");
-    if (count == 0) {
+    if (waited[1].revents != 0 && !commands.serve(obey)) {
       return;
-    }
-    pending.append(chunk.data(), static_cast<std::size_t>(count));
-    for (auto end = pending.find('\n'); end != std::string::npos; end = pending.find('\n')) {
-      answer(answers, window.obey(pending.substr(0, end)));
-      pending.erase(0, end + 1);
     }
   }
 }
@@ -340,7 +389,7 @@ int main(int argc, char** argv) {
   }
   try {
     vistrel::testbed::Window window(argv[3], argv[4] == std::string_view("decorated"));
-    vistrel::testbed::serve(window, std::atoi(argv[1]), std::atoi(argv[2]));
+    vistrel::testbed::serve(window, {std::atoi(argv[1]), std::atoi(argv[2])});
   } catch (const std::exception& failure) {
     std::cerr << failure.what() << '\n';
     return 1;

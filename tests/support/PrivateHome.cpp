@@ -74,16 +74,19 @@ std::string fontConfiguration(const fs::path& home) {
 )";
 }
 
-std::string busConfigurationText(const PrivateHome& home) {
+/// Of the bus of that type ("session" or "system"), which starts what is in `services`.
+std::string busConfigurationText(const std::string& type, const fs::path& socket,
+                                 const fs::path& services) {
   return R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
   "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
-  <type>session</type>
+  <type>)" +
+         type + R"(</type>
   <listen>unix:path=)" +
-         home.busSocket().string() + R"(</listen>
+         socket.string() + R"(</listen>
   <auth>EXTERNAL</auth>
   <servicedir>)" +
-         (home.path() / "services").string() + R"(</servicedir>
+         services.string() + R"(</servicedir>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -108,7 +111,10 @@ PrivateHome::PrivateHome() {
   }
   linkFonts(path());
   std::ofstream(path() / "fonts.conf") << fontConfiguration(path());
-  std::ofstream(busConfiguration()) << busConfigurationText(*this);
+  std::ofstream(busConfiguration())
+      << busConfigurationText("session", busSocket(), path() / "services");
+  std::ofstream(systemBusConfiguration())
+      << busConfigurationText("system", systemBusSocket(), path() / "no-services");
 }
 
 std::vector<std::string> PrivateHome::environment() const {
@@ -124,7 +130,7 @@ std::vector<std::string> PrivateHome::environment() const {
       "XDG_DATA_HOME=" + home + "/data",
       "XDG_DATA_DIRS=" + home + "/share",
       "XDG_CACHE_HOME=" + home + "/cache",
-      "DBUS_SYSTEM_BUS_ADDRESS=unix:path=" + home + "/no-system-bus",
+      "DBUS_SYSTEM_BUS_ADDRESS=unix:path=" + systemBusSocket().string(),
       "FONTCONFIG_FILE=" + home + "/fonts.conf",
       // Without a theme there, cursors are the display server's own.
       "XCURSOR_PATH=" + home + "/icons",

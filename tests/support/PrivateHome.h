@@ -11,7 +11,8 @@ namespace vistrel::testbed {
 /// What programs of a test find instead of the machine's own, so that nothing depends on what else
 /// is installed or set there: empty directories for whatever they store; fonts, styles, themes,
 /// cursors and a locale that are always the same; of the machine's shared data and services, what
-/// the window managers and the accessibility bus bring with them; and no system bus.
+/// the window managers and the accessibility bus bring with them; and never the machine's system
+/// bus.
 class PrivateHome {
  public:
   /// Throws std::runtime_error when the fonts are not installed, std::system_error when there is no
@@ -28,6 +29,9 @@ class PrivateHome {
   std::filesystem::path busSocket() const { return path() / "runtime/bus"; }
   /// The configuration file of that bus.
   std::filesystem::path busConfiguration() const { return path() / "bus.conf"; }
+  /// The same of a system bus; there is none unless a test starts it.
+  std::filesystem::path systemBusSocket() const { return path() / "runtime/system-bus"; }
+  std::filesystem::path systemBusConfiguration() const { return path() / "system-bus.conf"; }
 
  private:
   TemporaryDirectory directory_;

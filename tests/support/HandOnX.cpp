@@ -1,4 +1,4 @@
-#include "tests/support/KWinHand.h"
+#include "tests/support/HandOnX.h"
 
 #include <chrono>
 #include <stdexcept>
@@ -8,7 +8,7 @@
 
 namespace vistrel::testbed {
 
-void KWinHand::pointAt(Point point) {
+void HandOnX::pointAt(Point point) {
   constexpr std::chrono::milliseconds onItsWay{200};
   const bool isThere = eventually([&] {
     input_->moveTo({point.x + 1, point.y});
@@ -20,12 +20,12 @@ void KWinHand::pointAt(Point point) {
   }
 }
 
-void KWinHand::clickAt(Point point, int count, Button button) {
+void HandOnX::clickAt(Point point, int count, Button button) {
   pointAt(point);
   input_->click(count, button);
 }
 
-void KWinHand::drag(Point from, Point to) {
+void HandOnX::drag(Point from, Point to) {
   pointAt(from);
   input_->press();
   static_cast<void>(eventually([&] { return isHolding(); }));
@@ -37,7 +37,7 @@ void KWinHand::drag(Point from, Point to) {
   static_cast<void>(eventually([&] { return !isHolding(); }));
 }
 
-bool KWinHand::isHolding() const {
+bool HandOnX::isHolding() const {
   return (pointerOn(*connection_).held & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
 }
 
