@@ -14,13 +14,18 @@ class ClientLimit : public HostileTest {
       : HostileTest({.windowManager = testbed::WindowManager::none,
                      .serverArguments = {"-maxclients", "64"}}) {}
 
+  /// Why the mirror cannot be started; empty when it has been.
+  static std::string start(TestMirror& mirror, const RawSource& source) {
+    mirror.start(source.id());
+    EXPECT_TRUE(testbed::eventually([&] { return mirror.answered() == mirror.asked(); }));
+    return mirror.startFailure();
+  }
   /// Opens mirrors of `source` until one cannot be started, and gives why.
   std::string fillWithMirrors(const RawSource& source) {
     while (true) {
-      auto& mirror = *mirrors_.emplace_back(std::make_unique<TestMirror>(connection_, panelArea));
-      mirror.start(source.id());
-      EXPECT_TRUE(testbed::eventually([&] { return mirror.answered() == mirror.asked(); }));
-      if (!mirror.startFailure().empty()) return mirror.startFailure();
+      mirrors_.push_back(std::make_unique<TestMirror>(connection_, panelArea));
+      const auto failure = start(*mirrors_.back(), source);
+      if (!failure.empty()) return failure;
     }
   }
 
@@ -42,7 +47,8 @@ TEST_F(ClientLimit, MirrorsLeaveRoomForOthersAndSayWhyTheyDoNotStart) {
   connectOthers(16);
   others_.clear();
   mirrors_.erase(mirrors_.begin());
-  mirrors_.back()->start(source.id());
+  // The server notices by and by that clients have gone.
+  ASSERT_TRUE(testbed::eventually([&] { return start(*mirrors_.back(), source).empty(); }));
   EXPECT_TRUE(testbed::eventually([&] { return mirrors_.back()->wasGiven(otherColours); }));
 }
 
