@@ -9,14 +9,14 @@
 #include "platform/linux/Companions.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/Trace.h"
-#include "platform/linux/wayland/KWinAccessibility.h"
-#include "platform/linux/wayland/KWinMover.h"
-#include "platform/linux/wayland/KWinWindowActivation.h"
-#include "platform/linux/wayland/KWinWindowLister.h"
-#include "platform/linux/wayland/KWinWindows.h"
-#include "platform/linux/wayland/NativeWindowIds.h"
-#include "platform/linux/wayland/PipeWireSource.h"
-#include "platform/linux/wayland/WaylandConnection.h"
+#include "platform/linux/wayland/compositor/NativeWindowIds.h"
+#include "platform/linux/wayland/compositor/WaylandConnection.h"
+#include "platform/linux/wayland/kwin/KWinAccessibility.h"
+#include "platform/linux/wayland/kwin/KWinMover.h"
+#include "platform/linux/wayland/kwin/KWinWindowActivation.h"
+#include "platform/linux/wayland/kwin/KWinWindowLister.h"
+#include "platform/linux/wayland/kwin/KWinWindows.h"
+#include "platform/linux/wayland/stream/PipeWireSource.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "platform/linux/wayland/FrameLayout.h"
+#include "platform/linux/wayland/stream/FrameLayout.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

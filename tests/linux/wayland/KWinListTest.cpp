@@ -1,6 +1,6 @@
 #include <fstream>
 
-#include "platform/linux/wayland/NativeWindowIds.h"
+#include "platform/linux/wayland/compositor/NativeWindowIds.h"
 #include "tests/linux/wayland/KWinTest.h"
 
 namespace vistrel::platform::linux_desktop {

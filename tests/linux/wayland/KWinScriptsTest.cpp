@@ -1,7 +1,7 @@
 #include <fstream>
 
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/wayland/KWinScripts.h"
+#include "platform/linux/wayland/kwin/KWinScripts.h"
 #include "tests/linux/wayland/KWinTest.h"
 #include "tests/support/DBus.h"
 #include "tests/support/Poll.h"

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/linux/wayland/MergedWindows.h"
+#include "platform/linux/wayland/kwin/MergedWindows.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -2,7 +2,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/linux/wayland/PipeWireSource.h"
+#include "platform/linux/wayland/stream/PipeWireSource.h"
 #include "tests/linux/pictures/TestMirror.h"
 #include "tests/support/FakeInput.h"
 #include "tests/support/KWinScripts.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/wayland/NativeWindowIds.h"
+#include "platform/linux/wayland/compositor/NativeWindowIds.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/linux/wayland/ParkedRecord.h"
+#include "platform/linux/wayland/kwin/ParkedRecord.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

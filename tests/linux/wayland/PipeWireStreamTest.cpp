@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/linux/Trace.h"
-#include "platform/linux/wayland/PipeWireStream.h"
+#include "platform/linux/wayland/stream/PipeWireStream.h"
 #include "tests/linux/wayland/StreamProducer.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateHome.h"

@@ -3,7 +3,7 @@
 #include <sys/mman.h>
 #include <vector>
 
-#include "platform/linux/wayland/PixelTransfer.h"
+#include "platform/linux/wayland/stream/PixelTransfer.h"
 #include "tests/support/FileDescriptor.h"
 #include "tests/support/PrivateDisplay.h"
 

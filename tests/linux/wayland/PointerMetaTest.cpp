@@ -6,7 +6,7 @@
 #include <spa/param/video/raw.h>
 #include <vector>
 
-#include "platform/linux/wayland/PointerMeta.h"
+#include "platform/linux/wayland/stream/PointerMeta.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -3,7 +3,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "platform/linux/wayland/SharedMemory.h"
+#include "platform/linux/wayland/stream/SharedMemory.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "platform/linux/wayland/TileDifferences.h"
+#include "platform/linux/wayland/stream/TileDifferences.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

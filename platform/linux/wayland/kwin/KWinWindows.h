@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/Geometry.h"
-#include "platform/linux/wayland/WaylandConnection.h"
+#include "platform/linux/wayland/compositor/WaylandConnection.h"
 
 struct org_kde_plasma_virtual_desktop;
 struct org_kde_plasma_virtual_desktop_management;

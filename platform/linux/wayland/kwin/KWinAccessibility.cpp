@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/KWinAccessibility.h"
+#include "platform/linux/wayland/kwin/KWinAccessibility.h"
 
 #include <utility>
 #include <variant>

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/PointerMeta.h"
+#include "platform/linux/wayland/stream/PointerMeta.h"
 
 #include <atomic>
 #include <cstring>

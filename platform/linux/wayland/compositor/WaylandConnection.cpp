@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/WaylandConnection.h"
+#include "platform/linux/wayland/compositor/WaylandConnection.h"
 
 #include <algorithm>
 #include <poll.h>

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/wayland/WaylandConnection.h"
+#include "platform/linux/wayland/compositor/WaylandConnection.h"
 
 struct zkde_screencast_stream_unstable_v1;
 struct zkde_screencast_unstable_v1;

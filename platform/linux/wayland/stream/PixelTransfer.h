@@ -4,7 +4,7 @@
 #include <vector>
 #include <xcb/shm.h>
 
-#include "platform/linux/wayland/PipeWireStream.h"
+#include "platform/linux/wayland/stream/PipeWireStream.h"
 #include "platform/linux/x11/picture/Drawing.h"
 
 namespace vistrel::platform::linux_desktop {

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/MergedWindows.h"
+#include "platform/linux/wayland/kwin/MergedWindows.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/KWinWindows.h"
+#include "platform/linux/wayland/kwin/KWinWindows.h"
 
 #include <algorithm>
 #include <plasma-virtual-desktop.h>

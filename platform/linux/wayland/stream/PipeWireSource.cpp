@@ -1,9 +1,9 @@
-#include "platform/linux/wayland/PipeWireSource.h"
+#include "platform/linux/wayland/stream/PipeWireSource.h"
 
 #include <utility>
 
 #include "platform/linux/Trace.h"
-#include "platform/linux/wayland/TileDifferences.h"
+#include "platform/linux/wayland/stream/TileDifferences.h"
 #include "platform/linux/x11/source/CursorOverlay.h"
 
 namespace vistrel::platform::linux_desktop {

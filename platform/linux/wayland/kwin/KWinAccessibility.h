@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/Backend.h"
-#include "platform/linux/wayland/KWinMover.h"
+#include "platform/linux/wayland/kwin/KWinMover.h"
 
 namespace vistrel::platform::linux_desktop {
 

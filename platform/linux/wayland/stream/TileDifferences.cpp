@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/TileDifferences.h"
+#include "platform/linux/wayland/stream/TileDifferences.h"
 
 #include <algorithm>
 #include <cstddef>

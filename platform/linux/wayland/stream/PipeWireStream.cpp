@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/PipeWireStream.h"
+#include "platform/linux/wayland/stream/PipeWireStream.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/FrameLayout.h"
+#include "platform/linux/wayland/stream/FrameLayout.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

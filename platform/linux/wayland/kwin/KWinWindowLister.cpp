@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/KWinWindowLister.h"
+#include "platform/linux/wayland/kwin/KWinWindowLister.h"
 
 #include <algorithm>
 #include <optional>
@@ -10,10 +10,10 @@
 
 #include "platform/linux/ApplicationNames.h"
 #include "platform/linux/WindowLayer.h"
-#include "platform/linux/wayland/KWinScripts.h"
-#include "platform/linux/wayland/KWinWindows.h"
-#include "platform/linux/wayland/MergedWindows.h"
-#include "platform/linux/wayland/WaylandConnection.h"
+#include "platform/linux/wayland/compositor/WaylandConnection.h"
+#include "platform/linux/wayland/kwin/KWinScripts.h"
+#include "platform/linux/wayland/kwin/KWinWindows.h"
+#include "platform/linux/wayland/kwin/MergedWindows.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/KWinMover.h"
+#include "platform/linux/wayland/kwin/KWinMover.h"
 
 #include <cassert>
 #include <iomanip>

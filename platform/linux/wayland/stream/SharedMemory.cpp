@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/SharedMemory.h"
+#include "platform/linux/wayland/stream/SharedMemory.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>

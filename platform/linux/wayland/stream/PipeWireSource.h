@@ -3,9 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/wayland/KWinStreams.h"
-#include "platform/linux/wayland/PipeWireStream.h"
-#include "platform/linux/wayland/PixelTransfer.h"
+#include "platform/linux/wayland/kwin/KWinStreams.h"
+#include "platform/linux/wayland/stream/PipeWireStream.h"
+#include "platform/linux/wayland/stream/PixelTransfer.h"
 #include "platform/linux/x11/source/CaptureSource.h"
 
 namespace vistrel::platform::linux_desktop {

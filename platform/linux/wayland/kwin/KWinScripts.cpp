@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/KWinScripts.h"
+#include "platform/linux/wayland/kwin/KWinScripts.h"
 
 #include <algorithm>
 #include <atomic>

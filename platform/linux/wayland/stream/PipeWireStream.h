@@ -8,9 +8,9 @@
 #include <pipewire/pipewire.h>
 
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/wayland/FrameLayout.h"
-#include "platform/linux/wayland/PointerMeta.h"
-#include "platform/linux/wayland/SharedMemory.h"
+#include "platform/linux/wayland/stream/FrameLayout.h"
+#include "platform/linux/wayland/stream/PointerMeta.h"
+#include "platform/linux/wayland/stream/SharedMemory.h"
 
 namespace vistrel::platform::linux_desktop {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/KWinStreams.h"
+#include "platform/linux/wayland/kwin/KWinStreams.h"
 
 #include <algorithm>
 #include <poll.h>

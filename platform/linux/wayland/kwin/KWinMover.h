@@ -7,9 +7,9 @@
 
 #include "platform/Geometry.h"
 #include "platform/linux/session/ParkedSources.h"
-#include "platform/linux/wayland/KWinScripts.h"
-#include "platform/linux/wayland/NativeWindowIds.h"
-#include "platform/linux/wayland/ParkedRecord.h"
+#include "platform/linux/wayland/compositor/NativeWindowIds.h"
+#include "platform/linux/wayland/kwin/KWinScripts.h"
+#include "platform/linux/wayland/kwin/ParkedRecord.h"
 
 namespace vistrel::platform::linux_desktop {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/PixelTransfer.h"
+#include "platform/linux/wayland/stream/PixelTransfer.h"
 
 #include <algorithm>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/ParkedRecord.h"
+#include "platform/linux/wayland/kwin/ParkedRecord.h"
 
 #include <array>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/NativeWindowIds.h"
+#include "platform/linux/wayland/compositor/NativeWindowIds.h"
 
 #include <algorithm>
 

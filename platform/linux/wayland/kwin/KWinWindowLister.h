@@ -5,7 +5,7 @@
 
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/session/WindowLister.h"
-#include "platform/linux/wayland/NativeWindowIds.h"
+#include "platform/linux/wayland/compositor/NativeWindowIds.h"
 
 namespace vistrel::platform::linux_desktop {
 
