@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppInfo.h"
+#include "catalogue/WindowMirrorManager.h"
 #include "picker/PickerWindowController.h"
 #include "platform/Alert.h"
 
@@ -14,6 +15,11 @@ void AppDelegate::applicationDidFinishLaunching() {
 bool AppDelegate::applicationShouldHandleReopen(bool /*hasVisibleWindows*/) {
   showPicker();
   return true;
+}
+
+void AppDelegate::applicationDidPickWindow(const platform::WindowRecord& window) {
+  WindowMirrorManager::shared()->mirror(window);
+  PickerWindowController::shared()->reload();
 }
 
 void AppDelegate::showPicker() {

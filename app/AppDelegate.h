@@ -15,6 +15,8 @@ class AppDelegate : public platform::ApplicationDelegate,
   /// Shows the picker, whether or not windows are visible; always true.
   bool applicationShouldHandleReopen(bool hasVisibleWindows) override;
   std::shared_ptr<platform::Menu> applicationDockMenu() override;
+  /// Mirrors it, and has the picker list it.
+  void applicationDidPickWindow(const platform::WindowRecord& window) override;
   /// Brings the picker to the front and reloads its list.
   void showPicker();
   /// Shows the program's name, version and purpose until it is answered.

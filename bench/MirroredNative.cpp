@@ -18,7 +18,7 @@ MirroredNative::MirroredNative(Panel panel) {
 
   const testbed::WaylandClient client;
   testbed::FakeInput input(client);
-  testbed::KWinHand hand(input, connection_);
+  testbed::HandOnX hand(input, connection_);
   hand.clickAt(row.centre(), 2);
   const testbed::PanelOnScreen opened = vistrel_->panels(1).front();
   if (!testbed::eventually([&] { return opened.dot() == testbed::Dot::stale; })) {
@@ -45,7 +45,7 @@ void MirroredNative::awaitRest() {
 
 MirroredNative::ProcessorTime MirroredNative::processorTime() const {
   return {processorSeconds(vistrel_->process().pid()), processorSeconds(xwayland_),
-          processorSeconds(desktop_.kwinPid())};
+          processorSeconds(desktop_.compositorPid())};
 }
 
 }  // namespace vistrel::bench

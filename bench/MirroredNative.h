@@ -6,7 +6,7 @@
 #include "bench/DrawnFrames.h"
 #include "tests/desktop/RunningVistrel.h"
 #include "tests/support/FakeInput.h"
-#include "tests/support/KWinHand.h"
+#include "tests/support/HandOnX.h"
 #include "tests/support/KWinScreen.h"
 #include "tests/support/KWinScripts.h"
 #include "tests/support/KWinSession.h"

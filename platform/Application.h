@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/Dispatch.h"
+#include "platform/ScreenCapture.h"
 
 namespace vistrel::platform {
 
@@ -20,6 +21,9 @@ class ApplicationDelegate {
   virtual bool applicationShouldHandleReopen(bool hasVisibleWindows) = 0;
   /// The menu of the program's icon, made anew each time it opens.
   virtual std::shared_ptr<Menu> applicationDockMenu() = 0;
+  /// A person has picked a window in a dialog of the desktop's, which stands in for the list where
+  /// programs are not told which windows there are.
+  virtual void applicationDidPickWindow(const WindowRecord& window) = 0;
 };
 
 /// The running program. Main thread.

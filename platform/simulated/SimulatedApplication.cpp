@@ -43,4 +43,8 @@ std::shared_ptr<Menu> SimulatedApplication::openDockMenu() {
   return delegate ? delegate->applicationDockMenu() : nullptr;
 }
 
+void SimulatedApplication::pickWindow(const WindowRecord& window) {
+  if (const auto delegate = delegate_.lock()) delegate->applicationDidPickWindow(window);
+}
+
 }  // namespace vistrel::platform::simulated

@@ -33,6 +33,8 @@ class SimulatedApplication : public Application {
   bool clickIcon(bool hasVisibleWindows);
   /// A person opens the menu of the program's icon; null when nobody listens.
   std::shared_ptr<Menu> openDockMenu();
+  /// A person picks a window in a dialog of the desktop's.
+  void pickWindow(const WindowRecord& window);
 
   void setActivationPolicy(ActivationPolicy policy) override { activationPolicy_ = policy; }
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;

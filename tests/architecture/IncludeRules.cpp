@@ -43,8 +43,15 @@ const std::map<std::string_view, Rooms> roomsOfHalves = {
          {"tray", {"menus", "paint", "space"}},
          {"windows", {"menus"}},
          {"panel", {"menus", "paint", "space", "windows"}},
-         {"widgets", {"paint", "space", "windows"}},
+         {"widgets", {"menus", "paint", "space", "windows"}},
          {"process", {"windows"}},
+     }},
+    {"wayland",
+     {
+         {"compositor", {}},
+         {"stream", {}},
+         {"kwin", {"compositor", "stream"}},
+         {"portal", {"compositor", "stream"}},
      }},
     {"macos",
      {

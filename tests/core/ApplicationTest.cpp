@@ -71,6 +71,18 @@ TEST_F(ApplicationTest, ShowsThePickerAtLaunchAndOnEachClickOnItsIcon) {
   EXPECT_EQ(desktop->windows().windowsFrontToBack().size(), 1U);
 }
 
+TEST_F(ApplicationTest, MirrorsWhatAPersonPicksInADialogOfTheDesktopsAndListsIt) {
+  desktop->application().setDelegate(delegate_);
+  openSource();
+  const WindowRecord picked = desktop->screenCapture().windows().front();
+  desktop->application().pickWindow(picked);
+  desktop->turnMainQueue();
+  EXPECT_TRUE(WindowMirrorManager::shared()->mirrors().contains(picked->windowID));
+  const auto row = PickerWindowController::shared()->tableView()->cellForRow(0);
+  EXPECT_EQ(dynamic_cast<platform::TableCellView&>(*row).textField()->stringValue(),
+            "● Unknown — Title");
+}
+
 /// One line of a menu, as it was asked for.
 struct Line {
   std::string title;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMainWindow>
+#include <QObject>
 #include <QTimer>
 #include <QWidget>
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <utility>
 
 #include "platform/Menu.h"
+#include "platform/linux/qt/menus/PickMenus.h"
 #include "platform/linux/qt/process/EndDeadline.h"
 #include "platform/linux/qt/process/SessionEnd.h"
 #include "platform/linux/qt/space/QtConnection.h"
@@ -17,15 +19,28 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-/// What a person is to look at: an alert that waits for an answer, else an ordinary window; null
-/// when there is none.
-QWidget* foremostWidget() {
-  if (QWidget* alert = QApplication::activeModalWidget()) return alert;
+/// Null when there is none.
+QWidget* ordinaryWindow() {
   const auto all = QApplication::topLevelWidgets();
   const auto found = std::find_if(all.begin(), all.end(), [](const QWidget* each) {
     return each->isVisible() && qobject_cast<const QMainWindow*>(each) != nullptr;
   });
   return found == all.end() ? nullptr : *found;
+}
+
+/// What a person is to look at: an alert that waits for an answer, else an ordinary window; null
+/// when there is none.
+QWidget* foremostWidget() {
+  QWidget* const alert = QApplication::activeModalWidget();
+  return alert != nullptr ? alert : ordinaryWindow();
+}
+
+/// The X window that a dialog of the desktop's is to stand in front of; 0 for none.
+std::uint32_t parentOfDialogs() {
+  const QWidget* const window = ordinaryWindow();
+  // A minimised one would keep it off the screen.
+  if (window == nullptr || window->isMinimized()) return 0;
+  return static_cast<std::uint32_t>(window->winId());
 }
 
 }  // namespace
@@ -57,9 +72,7 @@ void QtApplication::activateIgnoringOtherApps(bool ignoringOtherApps) {
   activation_.activateWindow(static_cast<std::uint32_t>(foremost->winId()), personActedAt_);
 }
 
-void QtApplication::setMainMenu(std::shared_ptr<Menu> menu) {
-  windows_.mainMenu().setMenu(std::move(menu));
-}
+void QtApplication::setMainMenu(std::shared_ptr<Menu> menu) { windows_.mainMenu().setMenu(menu); }
 
 void QtApplication::setWindowsMenu(std::shared_ptr<Menu> menu) {
   windows_.mainMenu().setWindowsMenu(menu);
@@ -85,7 +98,9 @@ void QtApplication::run() {
   finishLaunching();
   instance_.whenStartedAgain([this](std::uint32_t time) { reopen(time); });
   icon_.emplace(iconCallbacks());
-  windows_.onWindowsChange([this] { icon_->windowsDidChange(); });
+  windows_.onWindowsChange([this] { icon_->menuMayHaveChanged(); });
+  const QObject running;  // as long as the event loop may
+  beginPicking(running);
   {
     const SessionEnd sessionEnd(
         {.saving = [this] { parked_.sendAllHome(); }, .goesOn = [this] { parked_.parkAgain(); }});
@@ -94,6 +109,7 @@ void QtApplication::run() {
   // Before the toolkit's windows go, which may take as long as some service of the desktop's likes.
   parked_.leaveHomeFirst();
   windows_.onWindowsChange([] {});
+  if (windows_.pickEntry()) windows_.pickEntry()->setCallbacks({});
   icon_.reset();
   ended_();
 }
@@ -103,9 +119,25 @@ TrayIcon::Callbacks QtApplication::iconCallbacks() {
           .menu =
               [this] {
                 const auto delegate = delegate_.lock();
-                return delegate ? delegate->applicationDockMenu() : nullptr;
+                const auto menu = delegate ? delegate->applicationDockMenu() : nullptr;
+                return menu ? withPickEntry(menu, windows_.pickEntry()) : nullptr;
               },
           .shownChanged = [this](bool isShown) { windows_.setFoundByIcon(isShown); }};
+}
+
+void QtApplication::beginPicking(const QObject& running) {
+  const auto& entry = windows_.pickEntry();
+  if (!entry) return;
+  entry->setCallbacks({.parent = parentOfDialogs,
+                       .picked = [this](const WindowRecord& picked) { didPick(picked); }});
+  entry->follow(running, [this] {
+    if (icon_) icon_->menuMayHaveChanged();
+  });
+}
+
+void QtApplication::didPick(const WindowRecord& picked) {
+  const auto delegate = delegate_.lock();
+  if (!isTerminated_ && delegate) delegate->applicationDidPickWindow(picked);
 }
 
 void QtApplication::terminate() {

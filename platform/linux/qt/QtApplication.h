@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -36,6 +37,10 @@ class QtApplication final : public Application {
 
  private:
   TrayIcon::Callbacks iconCallbacks();
+  /// A person may pick windows from now on, if the desktop lets them. `running` goes with the event
+  /// loop.
+  void beginPicking(const QObject& running);
+  void didPick(const WindowRecord& picked);
   /// A person wants to see the program, by what they did at `time` of the display server's.
   void reopen(std::uint32_t time);
 

@@ -10,6 +10,7 @@
 #include "platform/Controls.h"
 #include "platform/linux/SettingsAdvice.h"
 #include "platform/linux/XdgDirectories.h"
+#include "platform/linux/qt/menus/PickEntry.h"
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/PlainText.h"
 #include "platform/linux/qt/panel/PanelPeer.h"
@@ -26,6 +27,10 @@ constexpr double buttonMargin = 14;
 SavedFrames savedFramesOfPerson() {
   const auto state = xdgStateHome();
   return SavedFrames(state.empty() ? state : state / "vistrel");
+}
+
+std::shared_ptr<PickEntry> pickEntryOf(const Session& session) {
+  return session.windowPicking ? PickEntry::make(*session.windowPicking) : nullptr;
 }
 
 Size sizeOf(const Label& label) {
@@ -49,7 +54,8 @@ Size sizeOf(const Button& button) {
 
 QtWindows::QtWindows(const Session& session)
     : session_(session),
-      host_(std::make_shared<PeerHost>(session.layout, savedFramesOfPerson())),
+      host_(
+          std::make_shared<PeerHost>(session.layout, savedFramesOfPerson(), pickEntryOf(session))),
       screens_(*session.monitors, *session.dockAreas, *session.layout,
                {.changed =
                     [this] {

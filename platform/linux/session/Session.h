@@ -18,13 +18,14 @@
 #include "platform/linux/session/SourceSituations.h"
 #include "platform/linux/session/WindowActivation.h"
 #include "platform/linux/session/WindowLister.h"
+#include "platform/linux/session/WindowPicking.h"
 #include "platform/linux/session/WindowStreams.h"
 
 namespace vistrel::platform::linux_desktop {
 
 /// What the session that the program runs in offers: one provider for each subject, none of them
-/// null. Whoever uses some of them is handed those and no others. A provider owns what it stands
-/// on; made, asked for and released on the main thread.
+/// null except where that is said. Whoever uses some of them is handed those and no others. A
+/// provider owns what it stands on; made, asked for and released on the main thread.
 struct Session {
   /// By which all that follow count in points.
   std::shared_ptr<SharedScreenLayout> layout;
@@ -49,6 +50,8 @@ struct Session {
   std::unique_ptr<SourceSituations> sourceSituations;
   std::unique_ptr<WindowLister> windowLister;
   std::unique_ptr<WindowStreams> windowStreams;
+  /// Null where programs are told which windows there are.
+  std::unique_ptr<WindowPicking> windowPicking;
   /// Makes displays that nobody sees.
   std::shared_ptr<VirtualDisplayServer> hiddenDisplays;
   /// All that are online, hidden ones among them.

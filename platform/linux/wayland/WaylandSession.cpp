@@ -1,6 +1,7 @@
 #include "platform/linux/wayland/WaylandSession.h"
 
 #include <memory>
+#include <optional>
 #include <plasma-virtual-desktop.h>
 #include <string>
 #include <utility>
@@ -13,9 +14,13 @@
 #include "platform/linux/wayland/compositor/WaylandConnection.h"
 #include "platform/linux/wayland/kwin/KWinAccessibility.h"
 #include "platform/linux/wayland/kwin/KWinMover.h"
+#include "platform/linux/wayland/kwin/KWinStreams.h"
 #include "platform/linux/wayland/kwin/KWinWindowActivation.h"
 #include "platform/linux/wayland/kwin/KWinWindowLister.h"
 #include "platform/linux/wayland/kwin/KWinWindows.h"
+#include "platform/linux/wayland/portal/PickedWindowLister.h"
+#include "platform/linux/wayland/portal/PortalWindowPicking.h"
+#include "platform/linux/wayland/portal/PortalWindows.h"
 #include "platform/linux/wayland/stream/PipeWireSource.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -35,7 +40,7 @@ bool isGranted(const WaylandConnection& connection) {
 std::string description(const WaylandConnection* connection) {
   const auto name = environmentVariable("WAYLAND_DISPLAY");
   if (connection == nullptr) return "no compositor answers on " + name;
-  if (!isKWin(*connection)) return "native windows on " + name + " are not offered: it is not KWin";
+  if (!isKWin(*connection)) return "native windows on " + name + " are picked by the portal";
   if (!isGranted(*connection)) return "KWin on " + name + " does not grant native windows";
   return "KWin lists, captures and moves native windows on " + name;
 }
@@ -48,13 +53,47 @@ std::string grantCommand() {
   return (grant.empty() ? "vistrel-kwin-grant" : grant.string()) + " " + ownProgram().string();
 }
 
-OpenSource openingNativeToo(OpenSource openOfX, std::shared_ptr<NativeWindowIds> ids) {
-  return [openOfX = std::move(openOfX), ids = std::move(ids)](
+/// Has `request` say how native windows are asked for; none where one cannot be.
+OpenSource openingNativeToo(
+    OpenSource openOfX,
+    std::function<std::optional<StreamRequest>(const CapturingMirror&, WindowID)> request) {
+  return [openOfX = std::move(openOfX), request = std::move(request)](
              const CapturingMirror& mirror, WindowID window) -> std::unique_ptr<CaptureSource> {
     if (!NativeWindowIds::isNative(window)) return openOfX(mirror, window);
-    const auto uuid = ids->uuidOf(window);
-    return uuid.empty() ? nullptr : PipeWireSource::open(mirror, window, uuid);
+    auto asked = request(mirror, window);
+    return asked ? PipeWireSource::open(mirror, window, *std::move(asked)) : nullptr;
   };
+}
+
+void joinKWin(Session& session, OpenSource& openSource) {
+  const auto ids = std::make_shared<NativeWindowIds>();
+  const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids);
+  session.windowLister = std::make_unique<KWinWindowLister>(
+      std::move(session.windowLister), ids, session.panelWindows->foreignFullScreenFollower());
+  session.windowActivation =
+      std::make_unique<KWinWindowActivation>(std::move(session.windowActivation), mover);
+  session.otherWindows =
+      std::make_unique<KWinAccessibility>(std::move(session.otherWindows), mover);
+  session.parkedSources = mover;
+  openSource = openingNativeToo(std::move(openSource), [ids](const auto& mirror, WindowID window) {
+    return KWinStreams::request(mirror.queue, ids->uuidOf(window));
+  });
+  session.facts = [ofX = std::move(session.facts)] {
+    auto facts = ofX();
+    facts.grantCommand = grantCommand();
+    return facts;
+  };
+}
+
+void joinPortal(Session& session, OpenSource& openSource) {
+  const auto picked = std::make_shared<PortalWindows>(session.layout);
+  session.windowLister =
+      std::make_unique<PickedWindowLister>(std::move(session.windowLister), picked);
+  session.windowPicking = std::make_unique<PortalWindowPicking>(picked);
+  openSource =
+      openingNativeToo(std::move(openSource), [picked](const auto& mirror, WindowID window) {
+        return picked->request(mirror.queue, window);
+      });
 }
 
 }  // namespace
@@ -65,20 +104,6 @@ using namespace vistrel::platform::linux_desktop;
 void vistrelJoinWaylandSession(Session& session, OpenSource& openSource) {
   const auto connection = WaylandConnection::open();
   trace(TraceTopic::start, [&] { return description(connection.get()); });
-  if (!connection || !isKWin(*connection)) return;
-  const auto ids = std::make_shared<NativeWindowIds>();
-  const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids);
-  session.windowLister = std::make_unique<KWinWindowLister>(
-      std::move(session.windowLister), ids, session.panelWindows->foreignFullScreenFollower());
-  session.windowActivation =
-      std::make_unique<KWinWindowActivation>(std::move(session.windowActivation), mover);
-  session.otherWindows =
-      std::make_unique<KWinAccessibility>(std::move(session.otherWindows), mover);
-  session.parkedSources = mover;
-  openSource = openingNativeToo(std::move(openSource), ids);
-  session.facts = [ofX = std::move(session.facts)] {
-    auto facts = ofX();
-    facts.grantCommand = grantCommand();
-    return facts;
-  };
+  if (!connection) return;
+  isKWin(*connection) ? joinKWin(session, openSource) : joinPortal(session, openSource);
 }

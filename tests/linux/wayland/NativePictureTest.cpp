@@ -2,6 +2,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/linux/wayland/kwin/KWinStreams.h"
 #include "platform/linux/wayland/stream/PipeWireSource.h"
 #include "tests/linux/pictures/TestMirror.h"
 #include "tests/support/FakeInput.h"
@@ -20,6 +21,12 @@ constexpr WindowID anyId = 0x80000001;
 constexpr testbed::Quadrants otherColours{testbed::white, testbed::blue, testbed::red,
                                           testbed::green};
 
+std::unique_ptr<CaptureSource> openWindowOfKWin(const CapturingMirror& mirror, WindowID window,
+                                                const std::string& uuid) {
+  auto request = KWinStreams::request(mirror.queue, uuid);
+  return request ? PipeWireSource::open(mirror, window, *std::move(request)) : nullptr;
+}
+
 /// A native window of 400 × 300 and a mirror of it in a panel half as large, in a session of KWin.
 class NativePicture : public ::testing::Test {
  protected:
@@ -35,7 +42,7 @@ class NativePicture : public ::testing::Test {
   void mirror() {
     const auto uuid = kwin_.run("tell(String(win('" + std::string(title) + "').internalId))");
     mirror_.start(anyId, [uuid](const CapturingMirror& mirror, WindowID window) {
-      return PipeWireSource::open(mirror, window, uuid);
+      return openWindowOfKWin(mirror, window, uuid);
     });
   }
   bool eventuallyShows(const testbed::Quadrants& picture, int width = 400, int height = 300) {
@@ -111,7 +118,7 @@ TEST_F(NativePicture, StaysWhenTheWindowCloses) {
 
 TEST_F(NativePicture, IsNoneOfAWindowThatIsNotThere) {
   mirror_.start(anyId, [](const CapturingMirror& mirror, WindowID window) {
-    return PipeWireSource::open(mirror, window, "{00000000-0000-0000-0000-000000000000}");
+    return openWindowOfKWin(mirror, window, "{00000000-0000-0000-0000-000000000000}");
   });
   ASSERT_TRUE(eventually([&] { return mirror_.answered() == 1; }));
   EXPECT_EQ(mirror_.startFailure(), "The window is no longer there.");

@@ -69,9 +69,10 @@ const std::array lies = {
 /// Whoever looks at a stream, on a queue as mirrors do. The test's thread.
 class Receiver {
  public:
-  explicit Receiver(const StreamProducer& producer) {
+  explicit Receiver(const StreamProducer& producer, FrameMemory memory = FrameMemory::shared) {
     asyncAndWait(*queue_, [&] {
-      stream_ = PipeWireStream::connect(queue_, producer.node(), [this] { look(); });
+      stream_ =
+          PipeWireStream::connect(queue_, {.id = producer.node()}, memory, [this] { look(); });
     });
     if (!stream_) throw std::runtime_error("no PipeWire for a receiver");
   }

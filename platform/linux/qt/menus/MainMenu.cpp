@@ -3,9 +3,9 @@
 #include <QCoreApplication>
 #include <QShortcut>
 #include <cassert>
-#include <utility>
 
 #include "platform/linux/CurrentThread.h"
+#include "platform/linux/qt/menus/PickMenus.h"
 #include "platform/linux/qt/menus/ShownMenu.h"
 #include "platform/linux/qt/paint/Fonts.h"
 #include "platform/linux/qt/paint/PlainText.h"
@@ -36,9 +36,9 @@ int measuredBarHeight(const Menu& menu) {
 
 }  // namespace
 
-void MainMenu::setMenu(std::shared_ptr<Menu> menu) {
+void MainMenu::setMenu(const std::shared_ptr<Menu>& menu) {
   assert(isMainThread());
-  menu_ = std::move(menu);
+  menu_ = menu ? withPickEntry(menu, pickEntry_) : nullptr;
   barHeight_ = menu_ ? measuredBarHeight(*menu_) : 0;
 }
 

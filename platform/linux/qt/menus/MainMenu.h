@@ -2,9 +2,11 @@
 
 #include <QMenuBar>
 #include <memory>
+#include <utility>
 
 #include "platform/Menu.h"
 #include "platform/linux/qt/menus/OpenWindows.h"
+#include "platform/linux/qt/menus/PickEntry.h"
 
 namespace vistrel::platform::linux_desktop {
 
@@ -12,10 +14,11 @@ namespace vistrel::platform::linux_desktop {
 /// of its own shows them there. Main thread.
 class MainMenu {
  public:
-  /// `windows` outlives it.
-  explicit MainMenu(const OpenWindows& windows) : windows_(windows) {}
+  /// `windows` outlives it. Lists of windows to be mirrored end with `pickEntry`, if not null.
+  MainMenu(const OpenWindows& windows, std::shared_ptr<PickEntry> pickEntry)
+      : windows_(windows), pickEntry_(std::move(pickEntry)) {}
 
-  void setMenu(std::shared_ptr<Menu> menu);
+  void setMenu(const std::shared_ptr<Menu>& menu);
   /// This one of the menus goes on with the list of open windows.
   void setWindowsMenu(const std::shared_ptr<Menu>& menu);
 
@@ -25,6 +28,7 @@ class MainMenu {
 
  private:
   const OpenWindows& windows_;
+  const std::shared_ptr<PickEntry> pickEntry_;
   std::shared_ptr<Menu> menu_;
   std::shared_ptr<Menu> windowsMenu_;
   std::shared_ptr<Menu> listingWindowsMenu_;

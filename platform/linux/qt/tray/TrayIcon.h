@@ -30,8 +30,8 @@ class TrayIcon {
 
   explicit TrayIcon(Callbacks callbacks);
 
-  /// The program's windows have changed, which the menu may depend on.
-  void windowsDidChange() { menu_.mayHaveChanged(); }
+  /// Something has changed that the menu may depend on, such as the program's windows.
+  void menuMayHaveChanged() { menu_.mayHaveChanged(); }
 
  private:
   using Answered = std::function<void(const QDBusMessage& answer)>;

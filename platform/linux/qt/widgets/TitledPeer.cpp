@@ -46,6 +46,9 @@ TitledPeer::TitledPeer(Window& window, std::shared_ptr<PeerHost> host, std::stri
   QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { settle(); });
   update_.setSingleShot(true);
   QObject::connect(&update_, &QTimer::timeout, &update_, [this] { update(); });
+  if (const auto& entry = this->host().pickEntry()) {
+    entry->follow(update_, [this] { scheduleUpdate(ViewChange::appearance); });
+  }
 }
 
 TitledPeer::~TitledPeer() { releaseNative(); }
@@ -118,7 +121,7 @@ void TitledPeer::showWithProgram() { show(); }
 void TitledPeer::retire() { releaseNative(); }
 
 void TitledPeer::makeNative() {
-  native_.reset(new TitledWindow(window_, notice_,
+  native_.reset(new TitledWindow(window_, notice_, host().pickEntry(),
                                  {.placed = [this] { nativeWasPlaced(); },
                                   .closed = [this] { nativeWasClosed(); },
                                   .restored = [this] { host().unhide(); },

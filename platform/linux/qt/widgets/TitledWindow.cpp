@@ -27,11 +27,12 @@ std::string keyEquivalent(const QKeyEvent& event) {
 
 }  // namespace
 
-TitledWindow::TitledWindow(Window& window, const std::string& notice, Callbacks callbacks)
+TitledWindow::TitledWindow(Window& window, const std::string& notice,
+                           std::shared_ptr<PickEntry> pickEntry, Callbacks callbacks)
     : QMainWindow(nullptr, flagsOfStyle(window.styleMask())),
       window_(&window),
       callbacks_(std::move(callbacks)),
-      widgets_(*new QWidget(this), notice) {
+      widgets_(*new QWidget(this), notice, std::move(pickEntry)) {
   setCentralWidget(&widgets_.parent());
   create();
   QObject::connect(windowHandle(), &QWindow::screenChanged, this, [this] {

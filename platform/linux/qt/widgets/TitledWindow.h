@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "platform/Window.h"
@@ -23,8 +24,9 @@ class TitledWindow final : public QMainWindow {
     std::function<void()> scaleChanged;
   };
 
-  /// `notice` as in WidgetTree.
-  TitledWindow(Window& window, const std::string& notice, Callbacks callbacks);
+  /// `notice` and `pickEntry` as in WidgetTree.
+  TitledWindow(Window& window, const std::string& notice, std::shared_ptr<PickEntry> pickEntry,
+               Callbacks callbacks);
 
   WidgetTree& widgets() { return widgets_; }
   /// In the toolkit's points, as of the scale that the window has now.

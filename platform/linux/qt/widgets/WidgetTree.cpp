@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <cmath>
+#include <utility>
 
 #include "platform/linux/qt/paint/Colors.h"
 #include "platform/linux/qt/paint/Fonts.h"
@@ -14,7 +15,8 @@ namespace vistrel::platform::linux_desktop {
 namespace {
 
 constexpr double noticePointSize = 11;
-constexpr int aboveNotice = 6;
+/// Between the table and what stands under it, and from one of these to the next.
+constexpr int gapUnderTable = 6;
 
 QRect wholePoints(const Rect& rect) {
   return QRectF(rect.minX(), rect.minY(), rect.width(), rect.height()).toAlignedRect();
@@ -38,12 +40,31 @@ void dressButton(const Button& button, QPushButton& widget) {
   widget.setDefault(button.keyEquivalent() == "\r");
 }
 
+QSize sizeUnderTable(const View& view, const QWidget& widget, int width) {
+  if (const auto* button = dynamic_cast<const Button*>(&view)) {
+    const Size size = button->intrinsicContentSize();
+    return QSizeF(size.width, size.height).toSize();
+  }
+  return {width, widget.heightForWidth(width)};
+}
+
+std::shared_ptr<Label> makeNotice(const std::string& text) {
+  auto notice = std::make_shared<Label>(text);
+  notice->setFont({.pointSize = noticePointSize});
+  notice->setLineBreakMode(LineBreakMode::wordWrapping);
+  return notice;
+}
+
 }  // namespace
 
-WidgetTree::WidgetTree(QWidget& parent, const std::string& notice)
-    : parent_(parent), notice_(notice) {
-  notice_.setFont({.pointSize = noticePointSize});
-  notice_.setLineBreakMode(LineBreakMode::wordWrapping);
+WidgetTree::WidgetTree(QWidget& parent, const std::string& notice,
+                       std::shared_ptr<PickEntry> pickEntry)
+    : parent_(parent), pickEntry_(std::move(pickEntry)), pickStatus_(makeNotice("")) {
+  if (pickEntry_) {
+    viewsUnderTable_ = {std::make_shared<Button>(PickEntry::title, pickEntry_->action()),
+                        pickStatus_};
+  }
+  if (!notice.empty()) viewsUnderTable_.push_back(makeNotice(notice));
 }
 
 void WidgetTree::rebuild(const View& contentView) {
@@ -55,31 +76,50 @@ void WidgetTree::rebuild(const View& contentView) {
 }
 
 void WidgetTree::dress() {
-  for (const auto& [view, widget] : realised_) {
-    widget->setToolTip(withoutMarkup(view->toolTip()));
-    if (const auto* label = dynamic_cast<const Label*>(view.get())) {
-      dressLabel(*label, static_cast<QLabel&>(*widget));
-    } else if (const auto* button = dynamic_cast<const Button*>(view.get())) {
-      dressButton(*button, static_cast<QPushButton&>(*widget));
-    }
+  for (const Realised& each : realised_) dress(each);
+  if (pickEntry_) updatePickEntry();
+  for (const Realised& each : underTable_) dress(each);
+}
+
+void WidgetTree::dress(const Realised& realised) {
+  const auto& [view, widget] = realised;
+  widget->setToolTip(withoutMarkup(view->toolTip()));
+  if (const auto* label = dynamic_cast<const Label*>(view.get())) {
+    dressLabel(*label, static_cast<QLabel&>(*widget));
+  } else if (const auto* button = dynamic_cast<const Button*>(view.get())) {
+    dressButton(*button, static_cast<QPushButton&>(*widget));
   }
-  if (noticeWidget_ != nullptr) dressLabel(notice_, *noticeWidget_);
+}
+
+void WidgetTree::updatePickEntry() {
+  const std::string status = pickEntry_->status();
+  pickStatus_->setStringValue(status);
+  pickStatus_->setHidden(status.empty());
+  if (underTable_.empty()) return;
+  QWidget& button = *underTable_.front().widget;
+  button.setEnabled(pickEntry_->isEnabled());
+  button.setAccessibleDescription(QString::fromStdString(status));
 }
 
 void WidgetTree::place() {
   for (const auto& [view, widget] : realised_) {
-    QRect area = wholePoints(view->frameInWindowFromTop());
-    if (noticeWidget_ != nullptr && widget == tables_.front()) area = placeNotice(area);
-    widget->setGeometry(area);
+    const QRect area = wholePoints(view->frameInWindowFromTop());
+    const bool isFirstTable = !tables_.empty() && widget == tables_.front();
+    widget->setGeometry(isFirstTable ? placeUnderTable(area) : area);
     widget->setVisible(!view->isHiddenOrHasHiddenAncestor());
   }
 }
 
-QRect WidgetTree::placeNotice(const QRect& area) {
-  const int height = noticeWidget_->heightForWidth(area.width());
-  noticeWidget_->setGeometry(area.adjusted(0, area.height() - height, 0, 0));
-  noticeWidget_->show();
-  return area.adjusted(0, 0, 0, -height - aboveNotice);
+QRect WidgetTree::placeUnderTable(QRect area) {
+  for (auto each = underTable_.rbegin(); each != underTable_.rend(); ++each) {
+    const auto& [view, widget] = *each;
+    widget->setVisible(!view->isHidden());
+    if (view->isHidden()) continue;
+    const QSize size = sizeUnderTable(*view, *widget, area.width());
+    widget->setGeometry({area.bottomLeft() - QPoint(0, size.height() - 1), size});
+    area.adjust(0, 0, 0, -size.height() - gapUnderTable);
+  }
+  return area;
 }
 
 void WidgetTree::reloadRows() {
@@ -93,15 +133,13 @@ void WidgetTree::focusTable() {
 void WidgetTree::clear() {
   for (RowsView* table : tables_) table->abandon();
   tables_.clear();
-  for (const auto& [view, widget] : realised_) {
-    widget->hide();
-    widget->deleteLater();  // its own click may be what changes the tree
+  for (std::vector<Realised>* all : {&realised_, &underTable_}) {
+    for (const auto& [view, widget] : *all) {
+      widget->hide();
+      widget->deleteLater();  // its own click may be what changes the tree
+    }
+    all->clear();
   }
-  realised_.clear();
-  if (noticeWidget_ == nullptr) return;
-  noticeWidget_->hide();
-  noticeWidget_->deleteLater();
-  noticeWidget_ = nullptr;
 }
 
 void WidgetTree::realiseAll(const View& container) {
@@ -131,13 +169,20 @@ QWidget* WidgetTree::realiseTable(const ScrollView& scrollView) {
   auto* table = new RowsView(*scrollView.documentView(), &parent_);
   if (scrollView.borderType() == BorderType::none) table->setFrameShape(QFrame::NoFrame);
   if (!scrollView.hasVerticalScroller()) table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  if (tables_.empty() && !notice_.stringValue().empty()) {
-    noticeWidget_ = realiseLabel();
-    // It may tell a command, which nobody likes to type.
-    noticeWidget_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  }
+  if (tables_.empty()) realiseUnderTable();
   tables_.push_back(table);
   return table;
+}
+
+void WidgetTree::realiseUnderTable() {
+  for (const auto& view : viewsUnderTable_) {
+    QWidget* const widget = realise(view);
+    underTable_.push_back({view, widget});
+    // They may tell a command, which nobody likes to type.
+    if (auto* label = qobject_cast<QLabel*>(widget)) {
+      label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    }
+  }
 }
 
 QWidget* WidgetTree::realiseButton(const std::shared_ptr<Button>& button) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Controls.h"
+#include "platform/linux/qt/menus/PickEntry.h"
 
 class QLabel;
 
@@ -14,12 +15,13 @@ namespace vistrel::platform::linux_desktop {
 class RowsView;
 
 /// The widgets that stand for a tree of views: labels, buttons and tables; views that only hold
-/// others have none. Widgets are children of one parent, placed by their views' frames; a notice
-/// stands under the first table and takes its room from that.
+/// others have none. Widgets are children of one parent, placed by their views' frames. Under the
+/// first table, in its view's room, stand some that have no view in the tree: the way to the
+/// desktop's dialog for picking a window, what is told of that, and a notice.
 class WidgetTree {
  public:
-  /// An empty notice is none.
-  WidgetTree(QWidget& parent, const std::string& notice);
+  /// An empty notice and a null entry are none.
+  WidgetTree(QWidget& parent, const std::string& notice, std::shared_ptr<PickEntry> pickEntry);
   WidgetTree(const WidgetTree&) = delete;
   WidgetTree& operator=(const WidgetTree&) = delete;
   ~WidgetTree() { clear(); }
@@ -27,7 +29,7 @@ class WidgetTree {
   QWidget& parent() const { return parent_; }
   /// Makes all widgets anew, for another tree or one with other views.
   void rebuild(const View& contentView);
-  /// Texts, fonts, colours, tooltips.
+  /// Texts, fonts, colours, tooltips; the entry as it is now.
   void dress();
   /// Frames and what is hidden.
   void place();
@@ -48,12 +50,18 @@ class WidgetTree {
   QLabel* realiseLabel();
   QWidget* realiseButton(const std::shared_ptr<Button>& button);
   QWidget* realiseTable(const ScrollView& scrollView);
+  void realiseUnderTable();
+  static void dress(const Realised& realised);
+  void updatePickEntry();
   /// What is left of the table's area.
-  QRect placeNotice(const QRect& area);
+  QRect placeUnderTable(QRect area);
 
   QWidget& parent_;
-  Label notice_;
-  QLabel* noticeWidget_ = nullptr;  // none without a table, or without a notice
+  const std::shared_ptr<PickEntry> pickEntry_;
+  const std::shared_ptr<Label> pickStatus_;
+  /// From the top, whether there is a table or not.
+  std::vector<std::shared_ptr<View>> viewsUnderTable_;
+  std::vector<Realised> underTable_;  // empty without a table
   std::vector<Realised> realised_;
   std::vector<RowsView*> tables_;
 };

@@ -9,6 +9,7 @@
 #include "platform/Window.h"
 #include "platform/linux/qt/menus/MainMenu.h"
 #include "platform/linux/qt/menus/OpenWindows.h"
+#include "platform/linux/qt/menus/PickEntry.h"
 #include "platform/linux/qt/windows/SavedFrames.h"
 #include "platform/linux/session/SharedScreenLayout.h"
 
@@ -49,14 +50,19 @@ class HostedPeer : public WindowPeer {
 /// What peers need of their surroundings, for as long as there are any. Main thread.
 class PeerHost : public OpenWindows {
  public:
-  PeerHost(std::shared_ptr<const SharedScreenLayout> layout, SavedFrames savedFrames)
-      : layout_(std::move(layout)), savedFrames_(std::move(savedFrames)) {}
+  /// `pickEntry` is null where programs are told which windows there are.
+  PeerHost(std::shared_ptr<const SharedScreenLayout> layout, SavedFrames savedFrames,
+           std::shared_ptr<PickEntry> pickEntry)
+      : layout_(std::move(layout)),
+        savedFrames_(std::move(savedFrames)),
+        pickEntry_(std::move(pickEntry)) {}
 
   /// False once the event loop has ended: windows are not shown any more.
   bool isOpen() const { return isOpen_; }
   /// By which frames and pixels are converted. Never null.
   std::shared_ptr<const ScreenLayout> layout() const { return layout_->get(); }
   const SavedFrames& savedFrames() const { return savedFrames_; }
+  const std::shared_ptr<PickEntry>& pickEntry() const { return pickEntry_; }
   MainMenu& mainMenu() { return mainMenu_; }
 
   std::vector<std::shared_ptr<Window>> openWindows() const override;
@@ -85,7 +91,8 @@ class PeerHost : public OpenWindows {
 
   const std::shared_ptr<const SharedScreenLayout> layout_;
   const SavedFrames savedFrames_;
-  MainMenu mainMenu_{*this};
+  const std::shared_ptr<PickEntry> pickEntry_;
+  MainMenu mainMenu_{*this, pickEntry_};
   std::vector<HostedPeer*> peers_;  // the oldest first
   std::function<void()> windowsChanged_ = [] {};
   bool isOpen_ = true;

@@ -17,7 +17,7 @@ KWinStream::KWinStream(std::shared_ptr<KWinStreams> streams,
         static_cast<KWinStream*>(self)->hasNews_ = true;
       },
       [](void* self, zkde_screencast_stream_unstable_v1*, std::uint32_t node) {
-        static_cast<KWinStream*>(self)->node_ = node;
+        static_cast<KWinStream*>(self)->node_ = PipeWireNode{.id = node};
         static_cast<KWinStream*>(self)->hasNews_ = true;
       },
       [](void* self, zkde_screencast_stream_unstable_v1*, const char* error) {
@@ -46,6 +46,16 @@ void KWinStream::awaitAnswer() {
     poll(&answer, 1, static_cast<int>(left * 1000) + 1);
     streams_->connection_->serve();
   }
+}
+
+std::optional<StreamRequest> KWinStreams::request(const std::shared_ptr<SerialQueue>& queue,
+                                                  const std::string& uuid) {
+  auto streams = uuid.empty() ? nullptr : ofQueue(queue);
+  if (!streams) return std::nullopt;
+  return StreamRequest{
+      .ask = [streams = std::move(streams), uuid](StreamRequest::Occasion /*occasion*/) {
+        return streams->stream(uuid);
+      }};
 }
 
 std::shared_ptr<KWinStreams> KWinStreams::ofQueue(const std::shared_ptr<SerialQueue>& queue) {
@@ -77,7 +87,7 @@ KWinStreams::~KWinStreams() {
   zkde_screencast_unstable_v1_destroy(screencast_);
 }
 
-std::unique_ptr<KWinStream> KWinStreams::stream(const std::string& uuid) {
+std::unique_ptr<StreamOffer> KWinStreams::stream(const std::string& uuid) {
   auto* const stream = zkde_screencast_unstable_v1_stream_window(
       screencast_, uuid.c_str(), ZKDE_SCREENCAST_UNSTABLE_V1_POINTER_METADATA);
   return std::make_unique<KWinStream>(shared_from_this(), stream);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -9,6 +8,7 @@
 
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/wayland/compositor/WaylandConnection.h"
+#include "platform/linux/wayland/stream/StreamOffer.h"
 
 struct zkde_screencast_stream_unstable_v1;
 struct zkde_screencast_unstable_v1;
@@ -17,22 +17,16 @@ namespace vistrel::platform::linux_desktop {
 
 class KWinStreams;
 
-/// KWin's stream of one window, for as long as this lives. On its queue only.
-class KWinStream {
+/// KWin's stream of one window. On its queue only.
+class KWinStream final : public StreamOffer {
  public:
   KWinStream(std::shared_ptr<KWinStreams> streams, zkde_screencast_stream_unstable_v1* stream);
-  KWinStream(const KWinStream&) = delete;
-  KWinStream& operator=(const KWinStream&) = delete;
-  ~KWinStream();
+  ~KWinStream() override;
 
-  /// The node of PipeWire that shows the window; none before KWin has answered.
-  const std::optional<std::uint32_t>& node() const { return node_; }
-  /// There is no such window, it is closed, or KWin cannot stream it (any more).
-  bool hasEnded() const { return hasEnded_; }
-  /// To be called after either has changed, last of all: it may destroy the stream.
-  void setOnChange(std::function<void()> changed) { changed_ = std::move(changed); }
-  /// Waits until either is known, a second at most.
-  void awaitAnswer();
+  std::optional<PipeWireNode> node() const override { return node_; }
+  bool hasEnded() const override { return hasEnded_; }
+  void setOnChange(std::function<void()> changed) override { changed_ = std::move(changed); }
+  void awaitAnswer() override;
 
  private:
   friend class KWinStreams;
@@ -40,7 +34,7 @@ class KWinStream {
   const std::shared_ptr<KWinStreams> streams_;
   zkde_screencast_stream_unstable_v1* const stream_;
   std::function<void()> changed_;
-  std::optional<std::uint32_t> node_;
+  std::optional<PipeWireNode> node_;
   bool hasEnded_ = false;
   bool hasNews_ = false;
 };
@@ -49,6 +43,9 @@ class KWinStream {
 /// each queue, which is served there. On its queue only.
 class KWinStreams : public std::enable_shared_from_this<KWinStreams> {
  public:
+  /// How that window is asked for on `queue`, on which this is called; none where it cannot be.
+  static std::optional<StreamRequest> request(const std::shared_ptr<SerialQueue>& queue,
+                                              const std::string& uuid);
   /// That of the queue that this is called on. Null when no compositor answers, and when it does
   /// not offer streams to this program.
   static std::shared_ptr<KWinStreams> ofQueue(const std::shared_ptr<SerialQueue>& queue);
@@ -57,7 +54,7 @@ class KWinStreams : public std::enable_shared_from_this<KWinStreams> {
   ~KWinStreams();
 
   /// The window's content without its decoration and shadow, with the pointer's place beside it.
-  std::unique_ptr<KWinStream> stream(const std::string& uuid);
+  std::unique_ptr<StreamOffer> stream(const std::string& uuid);
 
  private:
   friend class KWinStream;

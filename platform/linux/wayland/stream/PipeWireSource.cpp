@@ -8,37 +8,55 @@
 
 namespace vistrel::platform::linux_desktop {
 
+namespace {
+
+/// For as long as that holds the frame.
+std::shared_ptr<const StreamFrame> partOf(const std::shared_ptr<const StreamFrame>& frame,
+                                          const PixelRect& part) {
+  auto cut = *frame;
+  cut.layout.crop = moved(part, frame->layout.crop.x, frame->layout.crop.y);
+  cut.place = moved(part, frame->place.x, frame->place.y);
+  return {new StreamFrame(std::move(cut)), [frame](const StreamFrame* each) { delete each; }};
+}
+
+}  // namespace
+
 std::unique_ptr<CaptureSource> PipeWireSource::open(const CapturingMirror& mirror, WindowID window,
-                                                    const std::string& uuid) {
-  auto streams = KWinStreams::ofQueue(mirror.queue);
-  if (!streams) return nullptr;
-  std::unique_ptr<PipeWireSource> source(
-      new PipeWireSource(mirror, window, uuid, std::move(streams)));
-  source->ask();
+                                                    StreamRequest request) {
+  std::unique_ptr<PipeWireSource> source(new PipeWireSource(mirror, window, std::move(request)));
+  if (!source->ask(StreamRequest::Occasion::wish)) return nullptr;
   source->offered_->awaitAnswer();
   source->answered();
   if (source->isGone_) return nullptr;
   return source;
 }
 
-PipeWireSource::PipeWireSource(const CapturingMirror& mirror, WindowID window, std::string uuid,
-                               std::shared_ptr<KWinStreams> streams)
+PipeWireSource::PipeWireSource(const CapturingMirror& mirror, WindowID window,
+                               StreamRequest request)
     : connection_(mirror.connection),
       look_(mirror.look),
       queue_(mirror.queue),
       window_(window),
-      uuid_(std::move(uuid)),
-      streams_(std::move(streams)),
+      request_(std::move(request)),
       transfer_(mirror.connection) {}
 
-void PipeWireSource::ask() {
+bool PipeWireSource::ask(StreamRequest::Occasion occasion) {
   hasFrameOfStream_ = false;
-  offered_ = streams_->stream(uuid_);
+  offered_ = request_.ask(occasion);
+  if (!offered_) return false;
   offered_->setOnChange([this, alive = std::weak_ptr(alive_)] {
     if (!alive.lock()) return;
     answered();
     lookAgain();
   });
+  return true;
+}
+
+void PipeWireSource::askAgain() {
+  // It may have been renewed meanwhile.
+  if (offered_ || ask(StreamRequest::Occasion::ending)) return;
+  giveUp();
+  lookAgain();
 }
 
 void PipeWireSource::callAt(double seconds, void (PipeWireSource::*what)()) {
@@ -49,10 +67,10 @@ void PipeWireSource::callAt(double seconds, void (PipeWireSource::*what)()) {
   });
 }
 
-void PipeWireSource::askAfter(double seconds) {
+void PipeWireSource::askAgainAfter(double seconds) {
   stream_.reset();
   offered_.reset();
-  callAt(monotonicNow() + seconds, &PipeWireSource::ask);
+  callAt(monotonicNow() + seconds, &PipeWireSource::askAgain);
 }
 
 void PipeWireSource::answered() {
@@ -61,10 +79,10 @@ void PipeWireSource::answered() {
   if (stream_ || !offered_->node()) return;
   const auto queue = queue_.lock();
   if (!queue) return;
-  stream_ =
-      PipeWireStream::connect(queue, *offered_->node(), [this, alive = std::weak_ptr(alive_)] {
-        if (alive.lock()) arrived();
-      });
+  stream_ = PipeWireStream::connect(queue, *offered_->node(), request_.memory,
+                                    [this, alive = std::weak_ptr(alive_)] {
+                                      if (alive.lock()) arrived();
+                                    });
   if (!stream_) return streamEnded();
   if (isResting_) stream_->setActive(false);
 }
@@ -83,6 +101,10 @@ void PipeWireSource::lookAgain() const {
 }
 
 void PipeWireSource::receive(std::shared_ptr<const StreamFrame> frame) {
+  if (request_.hasShadow) {
+    const PixelRows rows{frame->pixels(), frame->layout.stride};
+    frame = partOf(frame, shadow_.windowIn(rows, frame->size()));
+  }
   hasFrameOfStream_ = true;
   failures_ = 0;
   hasLostPipeWire_ = false;
@@ -92,29 +114,31 @@ void PipeWireSource::receive(std::shared_ptr<const StreamFrame> frame) {
   hasNewFrame_ = true;
 }
 
-/// A window's end and the loss of PipeWire look alike, and come from either side first: whether
-/// KWin streams the window again tells them apart.
+/// A window's end and the loss of PipeWire look alike, and come from either side first: whether the
+/// window is streamed again tells them apart.
 void PipeWireSource::streamEnded() {
   constexpr double pause = 1;
   if (!PipeWireStream::isReachable()) {
     hasLostPipeWire_ = true;
-    return askAfter(pause);
+    return askAgainAfter(pause);
   }
-  // KWin may be slower than we are to notice that there is PipeWire again.
+  // The compositor may be slower than we are to notice that there is PipeWire again.
   const int mostFailures = hasLostPipeWire_ ? 10 : 1;
-  if (!hasFrameOfStream_ && ++failures_ >= mostFailures) {
-    trace(TraceTopic::capture, [&] { return windowText(window_) + " is streamed no more"; });
-    isGone_ = true;
-    stream_.reset();
-    offered_.reset();
-    return;
-  }
-  askAfter(hasFrameOfStream_ ? 0 : pause);
+  if (!hasFrameOfStream_ && ++failures_ >= mostFailures) return giveUp();
+  askAgainAfter(hasFrameOfStream_ ? 0 : pause);
+}
+
+void PipeWireSource::giveUp() {
+  trace(TraceTopic::capture, [&] { return windowText(window_) + " is streamed no more"; });
+  isGone_ = true;
+  stream_.reset();
+  offered_.reset();
 }
 
 void PipeWireSource::rest() {
   isResting_ = true;
   if (stream_) stream_->setActive(false);
+  if (offered_) offered_->setWanted(false);
   pointerImage_ = nullptr;
   pointerLevels_ = nullptr;
 }
@@ -124,6 +148,8 @@ void PipeWireSource::renew() {
   hasNewFrame_ = false;
   newest_ = nullptr;
   pictured_ = nullptr;
+  if (!offered_ && !ask(StreamRequest::Occasion::wish)) return giveUp();
+  offered_->setWanted(true);
   if (!stream_) return;
   stream_->setActive(false);
   stream_->setActive(true);
@@ -203,8 +229,7 @@ CursorMark PipeWireSource::pointerMark() {
   }
   if (!pointerLevels_) return {};
   const auto& place = *stream_->pointerPlace();
-  const auto& crop = newest_->layout.crop;
-  const auto area = moved(image->area, place.x - crop.x, place.y - crop.y);
+  const auto area = moved(image->area, place.x - newest_->place.x, place.y - newest_->place.y);
   if (isEmpty(intersection(area, rectOf(newest_->size())))) return {};
   return {pointerLevels_, area};
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
-#include "platform/linux/wayland/kwin/KWinStreams.h"
 #include "platform/linux/wayland/stream/PipeWireStream.h"
 #include "platform/linux/wayland/stream/PixelTransfer.h"
+#include "platform/linux/wayland/stream/ShadowMargins.h"
+#include "platform/linux/wayland/stream/StreamOffer.h"
 #include "platform/linux/x11/source/CaptureSource.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -16,9 +16,9 @@ namespace vistrel::platform::linux_desktop {
 /// picture stays what it is, and goes on once there is PipeWire again.
 class PipeWireSource final : public CaptureSource {
  public:
-  /// The window with that uuid of KWin's; null when there is none.
+  /// Null when there is no such window, as far as that is known at once.
   static std::unique_ptr<CaptureSource> open(const CapturingMirror& mirror, WindowID window,
-                                             const std::string& uuid);
+                                             StreamRequest request);
 
   WindowID window() const override { return window_; }
   void rest() override;
@@ -48,19 +48,20 @@ class PipeWireSource final : public CaptureSource {
   CursorMark pointerMark() override;
 
  private:
-  PipeWireSource(const CapturingMirror& mirror, WindowID window, std::string uuid,
-                 std::shared_ptr<KWinStreams> streams);
+  PipeWireSource(const CapturingMirror& mirror, WindowID window, StreamRequest request);
 
-  /// Asks KWin for a stream.
-  void ask();
-  void askAfter(double seconds);
-  /// KWin has answered, or has ended what it streams.
+  /// Asks for a stream; false where nobody is there to be asked.
+  bool ask(StreamRequest::Occasion occasion);
+  void askAgain();
+  void askAgainAfter(double seconds);
+  /// Whoever streams has answered, or has ended the stream.
   void answered();
   /// Something has come from PipeWire.
   void arrived();
   void lookAgain() const;
   void receive(std::shared_ptr<const StreamFrame> frame);
   void streamEnded();
+  void giveUp();
   void resume();
   /// The tiles in which a frame differs from the picture; all of it where that is another one.
   std::vector<PixelRect> differencesOf(const StreamFrame& frame) const;
@@ -72,10 +73,10 @@ class PipeWireSource final : public CaptureSource {
   const std::function<void()> look_;
   const std::weak_ptr<SerialQueue> queue_;
   const WindowID window_;
-  const std::string uuid_;
-  const std::shared_ptr<KWinStreams> streams_;
-  std::unique_ptr<KWinStream> offered_;     // null while it is not asked for
-  std::unique_ptr<PipeWireStream> stream_;  // null before KWin has answered
+  const StreamRequest request_;
+  ShadowMargins shadow_;
+  std::unique_ptr<StreamOffer> offered_;    // null while it is not asked for
+  std::unique_ptr<PipeWireStream> stream_;  // null before there is a node
   PixelTransfer transfer_;
   std::shared_ptr<const LivePicture> picture_;
   std::shared_ptr<const StreamFrame> newest_;    // null before the first one

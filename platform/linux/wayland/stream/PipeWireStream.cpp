@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <fcntl.h>
 #include <spa/param/buffers.h>
 #include <spa/param/video/format-utils.h>
 #include <string>
@@ -16,6 +17,9 @@ namespace {
 /// How long a stream that was resumed may take to its first frame, in seconds; they take 20 to 60
 /// ms.
 constexpr double usualDelay = 0.1;
+
+/// And one that was connected, which may have to wait for the session manager.
+constexpr double untilFirstFrame = 0.5;
 
 /// What PipeWire needs once in a process.
 void initializePipeWire() {
@@ -89,6 +93,14 @@ bool isUnderstood(const spa_video_info_raw& info) {
          info.size.height <= longest;
 }
 
+/// Over a duplicate of `remote`, unless that is -1. Null when it cannot be reached.
+pw_core* connectCore(pw_context* context, int remote) {
+  if (remote < 0) return pw_context_connect(context, nullptr, 0);
+  const int own = fcntl(remote, F_DUPFD_CLOEXEC, 0);
+  // PipeWire closes it, also where it fails.
+  return own < 0 ? nullptr : pw_context_connect_fd(context, own, nullptr, 0);
+}
+
 /// In memory that somebody else may write to meanwhile.
 template <class T>
 T readOnce(T& shared) {
@@ -125,16 +137,17 @@ bool PipeWireStream::isReachable() {
 }
 
 std::unique_ptr<PipeWireStream> PipeWireStream::connect(const std::shared_ptr<SerialQueue>& queue,
-                                                        std::uint32_t node,
+                                                        const PipeWireNode& node,
+                                                        FrameMemory memory,
                                                         std::function<void()> changed) {
-  std::unique_ptr<PipeWireStream> stream(new PipeWireStream(queue, std::move(changed)));
+  std::unique_ptr<PipeWireStream> stream(new PipeWireStream(queue, memory, std::move(changed)));
   if (!stream->connectTo(node)) return nullptr;
   return stream;
 }
 
-PipeWireStream::PipeWireStream(const std::shared_ptr<SerialQueue>& queue,
+PipeWireStream::PipeWireStream(const std::shared_ptr<SerialQueue>& queue, FrameMemory memory,
                                std::function<void()> changed)
-    : queue_(queue), changed_(std::move(changed)) {}
+    : queue_(queue), memory_(memory), changed_(std::move(changed)) {}
 
 PipeWireStream::~PipeWireStream() {
   const auto queue = queue_.lock();
@@ -146,7 +159,7 @@ PipeWireStream::~PipeWireStream() {
   stream_.reset();
 }
 
-bool PipeWireStream::connectTo(std::uint32_t node) {
+bool PipeWireStream::connectTo(const PipeWireNode& node) {
   initializePipeWire();
   loop_.reset(pw_loop_new(nullptr));
   if (!loop_) return false;
@@ -159,7 +172,7 @@ bool PipeWireStream::connectTo(std::uint32_t node) {
   }
   context_.reset(pw_context_new(loop_.get(), nullptr, 0));
   if (!context_) return false;
-  core_.reset(pw_context_connect(context_.get(), nullptr, 0));
+  core_.reset(connectCore(context_.get(), node.remote));
   if (!core_) return false;
   stream_.reset(pw_stream_new(core_.get(), "Vistrel",
                               pw_properties_new(PW_KEY_MEDIA_TYPE, "Video", PW_KEY_MEDIA_CATEGORY,
@@ -171,7 +184,9 @@ bool PipeWireStream::connectTo(std::uint32_t node) {
   // Memory is mapped by ourselves, once it has been looked at.
   const auto flags =
       static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_DONT_RECONNECT);
-  return pw_stream_connect(stream_.get(), PW_DIRECTION_INPUT, node, flags, &formats, 1) >= 0;
+  // mutter 43 now and then loses the first frame.
+  wakeAfter(untilFirstFrame);
+  return pw_stream_connect(stream_.get(), PW_DIRECTION_INPUT, node.id, flags, &formats, 1) >= 0;
 }
 
 const pw_stream_events& PipeWireStream::streamEvents() {
@@ -314,6 +329,9 @@ void PipeWireStream::take(const std::shared_ptr<Buffer>& buffer) {
     pw_stream_queue_buffer(buffer->stream, buffer->buffer);
     return;
   }
+  // The buffer goes back at once.
+  if (memory_ == FrameMemory::copied) frame = copies_.copyOf(*frame);
+  if (!frame) return;
   // The one that nobody has taken goes back.
   frame_ = std::move(frame);
   lastFrame_ = monotonicNow();
@@ -378,7 +396,7 @@ std::shared_ptr<const StreamFrame> PipeWireStream::frameIn(
     delete frame;
     if (const auto owner = weak.lock()) pw_stream_queue_buffer(owner->stream, owner->buffer);
   };
-  return {new StreamFrame{buffer->memory, *layout, hasBegun_}, giveBack};
+  return {new StreamFrame{buffer->memory, *layout, layout->crop, hasBegun_}, giveBack};
 }
 
 void PipeWireStream::setActive(bool active) {

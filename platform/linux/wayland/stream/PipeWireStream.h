@@ -8,27 +8,13 @@
 #include <pipewire/pipewire.h>
 
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/wayland/stream/FrameLayout.h"
+#include "platform/linux/wayland/stream/FrameCopies.h"
 #include "platform/linux/wayland/stream/PointerMeta.h"
 #include "platform/linux/wayland/stream/SharedMemory.h"
+#include "platform/linux/wayland/stream/StreamFrame.h"
+#include "platform/linux/wayland/stream/StreamOffer.h"
 
 namespace vistrel::platform::linux_desktop {
-
-/// A picture in the memory of whoever streams it, who leaves it alone while this lives.
-struct StreamFrame {
-  std::shared_ptr<const SharedMemory> memory;
-  FrameLayout layout;
-  /// Whether it came because the stream had become active, so that nothing need have changed.
-  bool isFirst = false;
-
-  /// Of the crop's first pixel.
-  const std::uint8_t* pixels() const {
-    constexpr int bytesPerPixel = 4;
-    return memory->bytes() + layout.offset + std::ptrdiff_t{layout.crop.y} * layout.stride +
-           std::ptrdiff_t{layout.crop.x} * bytesPerPixel;
-  }
-  PixelSize size() const { return sizeOf(layout.crop); }
-};
 
 /// What a node of PipeWire shows, received on one queue without a lock: PipeWire's loop is served
 /// there. Pixels are 32 bits each, blue first, alpha or nothing last. Neither the node nor what it
@@ -38,7 +24,8 @@ class PipeWireStream {
   /// Null when PipeWire cannot be reached. `changed` is called on the queue after something below
   /// has changed, last of all: it may destroy the stream.
   static std::unique_ptr<PipeWireStream> connect(const std::shared_ptr<SerialQueue>& queue,
-                                                 std::uint32_t node, std::function<void()> changed);
+                                                 const PipeWireNode& node, FrameMemory memory,
+                                                 std::function<void()> changed);
   /// Whether PipeWire can be reached at this moment.
   static bool isReachable();
   PipeWireStream(const PipeWireStream&) = delete;
@@ -76,9 +63,10 @@ class PipeWireStream {
     std::shared_ptr<const SharedMemory> memory;  // null where there is none to be read
   };
 
-  PipeWireStream(const std::shared_ptr<SerialQueue>& queue, std::function<void()> changed);
+  PipeWireStream(const std::shared_ptr<SerialQueue>& queue, FrameMemory memory,
+                 std::function<void()> changed);
 
-  bool connectTo(std::uint32_t node);
+  bool connectTo(const PipeWireNode& node);
   void serve();
   /// Last of all: it may destroy this.
   void tellNews();
@@ -106,6 +94,7 @@ class PipeWireStream {
   void checkPointer();
 
   const std::weak_ptr<SerialQueue> queue_;
+  const FrameMemory memory_;
   const std::function<void()> changed_;
   const std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
   std::unique_ptr<pw_loop, Close> loop_;
@@ -114,6 +103,7 @@ class PipeWireStream {
   std::unique_ptr<pw_stream, Close> stream_;
   spa_hook listener_{};
   std::map<pw_buffer*, std::shared_ptr<Buffer>> buffers_;
+  FrameCopies copies_;
   std::optional<PixelSize> size_;  // as the format says; none before there is one
   std::shared_ptr<const StreamFrame> frame_;
   std::optional<PointerNews::Place> pointerPlace_;
