@@ -1,7 +1,8 @@
 # Run by cpack once the package's files are in place: it depends on the libraries that the programs
 # need, and recommends those that the Wayland half needs beside them, without which it is not loaded.
 set(usr ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr)
-file(GLOB programs ${usr}/bin/* ${usr}/libexec/vistrel/vistrel-guard)
+file(GLOB programs ${usr}/bin/* ${usr}/libexec/vistrel/vistrel-guard
+     ${usr}/libexec/vistrel/vistrel-dialog-keeper)
 file(GLOB_RECURSE modules ${usr}/lib/*.so)
 
 # dpkg-shlibdeps wants a package's description, of which it uses nothing.

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdio>
 #include <gmock/gmock.h>
 #include <memory>
@@ -162,6 +163,23 @@ TEST_F(GnomePickingByTest, CapturesAnewWithoutADialogAndKeepsNoSourceAwake) {
   EXPECT_EQ(portal_.timesAsked(), 1);
 }
 
+/// The portal of GNOME 43 fails where a dialog is withdrawn.
+TEST_F(GnomePickingByTest, LeavesAnOpenDialogToThePersonWhenTheProgramEnds) {
+  for (const int signal : {SIGTERM, SIGKILL}) {
+    startVistrel();
+    portal_.answer(TestPortal::Answer::none);
+    chooseAnotherWindow();
+    ASSERT_TRUE(eventually([&] { return portal_.openDialogs() == 1; }));
+    vistrel_->process().sendSignal(signal);
+    ASSERT_TRUE(vistrel_->process().waitForEnd());
+    vistrel_.reset();
+    EXPECT_EQ(portal_.openDialogs(), 1);
+    portal_.answer(TestPortal::Answer::pick);
+    EXPECT_TRUE(eventually([&] { return portal_.openSessions() == 0; }));
+    EXPECT_EQ(portal_.withdrawnDialogs(), 0);
+  }
+}
+
 TEST_F(GnomePicking, IsSaidToBeImpossibleWithoutAPortal) {
   startVistrel();
   EXPECT_TRUE(eventually([&] {
@@ -189,6 +207,22 @@ TEST_F(GnomePickingInItsDialog, MirrorsTheWindowThatAPersonClicks) {
   EXPECT_EQ(panel.area(), PanelOnScreen::computedArea({0, 0, 800, 400}, firstPanel));
   source_->show(otherColours);
   EXPECT_TRUE(comesToShow(panel, otherColours));
+}
+
+TEST_F(GnomePickingInItsDialog, ServesTheNextStartAfterAnEndOfTheProgramWithADialogOpen) {
+  startVistrel();
+  chooseAnotherWindow();
+  ASSERT_TRUE(eventually([&] { return dialog_.isOpen(); }));
+  vistrel_->process().sendSignal(SIGTERM);
+  ASSERT_TRUE(vistrel_->process().waitForEnd());
+  vistrel_.reset();
+  ASSERT_TRUE(eventually([&] { return !shell_.frameOf("Vistrel"); }));
+  // With the window that it belongs to mutter 43 now and then loses it.
+  if (dialog_.isOpen()) dialog_.cancel();
+  startVistrel();
+  chooseAnotherWindow();
+  dialog_.share("Source");
+  EXPECT_TRUE(comesToShow(vistrel_->panels(1).back(), fourColours));
 }
 
 }  // namespace

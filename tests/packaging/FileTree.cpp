@@ -21,6 +21,7 @@ std::set<std::string> installedFiles() {
   std::set<std::string> files = {
       "bin/vistrel",
       "lib/vistrel/vistrel-wayland.so",
+      "libexec/vistrel/vistrel-dialog-keeper",
       "libexec/vistrel/vistrel-guard",
       "libexec/vistrel/vistrel-kwin-grant",
       "share/applications/" + id + ".desktop",

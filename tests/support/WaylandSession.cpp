@@ -5,6 +5,7 @@
 #include <regex>
 #include <stdexcept>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 #include <utility>
 
@@ -18,6 +19,20 @@ void set(std::vector<std::string>& variables, const std::string& variable) {
   const std::string name = variable.substr(0, variable.find('=') + 1);
   std::erase_if(variables, [&](std::string_view each) { return each.starts_with(name); });
   variables.push_back(variable);
+}
+
+/// Makes the directory of X's sockets as the system does at its start, where none has: the first
+/// compositor would make it its own user's, and mutter 43 then serves nobody else.
+void ensureXSocketDirectory() {
+  constexpr mode_t forAllButNobodyElses = 01777;
+  const mode_t mask = ::umask(0);
+  ::mkdir("/tmp/.X11-unix", forAllButNobodyElses);
+  ::umask(mask);
+}
+
+OrdinaryUser becomeOrdinaryUser() {
+  ensureXSocketDirectory();
+  return {};
 }
 
 /// What a compositor that was killed leaves of its X servers: each has a file that tells whose it
@@ -41,7 +56,7 @@ void removeXServersOf(pid_t compositor) {
 
 WaylandSession::WaylandSession(std::vector<std::string> ofDesktop,
                                const std::vector<std::string>& ofPerson)
-    : variables_(std::move(ofDesktop)) {
+    : user_(becomeOrdinaryUser()), variables_(std::move(ofDesktop)) {
   for (const std::string& variable : ofPerson) {
     set(variables_, variable);
   }

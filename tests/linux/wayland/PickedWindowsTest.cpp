@@ -4,9 +4,10 @@
 #include <optional>
 #include <string>
 
-#include "platform/linux/wayland/portal/PortalWindows.h"
 #include "platform/linux/wayland/stream/PipeWireSource.h"
 #include "tests/linux/pictures/TestMirror.h"
+#include "tests/linux/wayland/PickingPerson.h"
+#include "tests/support/MutterHand.h"
 #include "tests/support/MutterSession.h"
 #include "tests/support/NativeWindow.h"
 #include "tests/support/Poll.h"
@@ -24,20 +25,12 @@ constexpr testbed::Rect panelArea{0, 0, 200, 150};
 constexpr testbed::Quadrants otherColours{testbed::white, testbed::blue, testbed::red,
                                           testbed::green};
 
-/// A native window of 400 × 300, which has the keyboard, in a session of mutter, whose windows a
-/// person picks in the portal's dialog.
+/// A native window of 400 × 300 in the middle of the screen, which has the keyboard, in a session
+/// of mutter, whose windows a person picks in the portal's dialog.
 class PickedWindow : public ::testing::Test {
  protected:
-  explicit PickedWindow(double longestIdle = 60)
-      : windows_(
-            std::make_shared<PortalWindows>(std::make_shared<SharedScreenLayout>(), longestIdle)) {}
+  explicit PickedWindow(double longestIdle = 60) : person_(longestIdle) {}
 
-  void askPortal() {
-    windows_->askPortal([told = told_](PickingOffer offer) { told->offer.store(offer); });
-  }
-  bool eventuallyOffers(PickingOffer offer) {
-    return eventually([&] { return told_->offer.load() == offer; });
-  }
   /// The person picks the window, which works.
   void pickWindow() {
     ASSERT_EQ(pick(), "");
@@ -46,43 +39,26 @@ class PickedWindow : public ::testing::Test {
   /// What the person is told of it, once it is over.
   std::string pick() {
     if (!eventually([&] { return source_->isActive(); })) return "nothing has the keyboard";
-    return pickFocused();
-  }
-  std::string pickFocused() {
-    askPortal();
-    if (!eventuallyOffers(PickingOffer::windows)) return "nothing is offered";
-    windows_->pick("", [told = told_](WindowRecord window, const std::string& status) {
-      told->window.store(std::move(window));
-      told->status.store(status);
-    });
-    if (!eventually([&] { return told_->status.load().has_value(); })) return "nothing";
-    window_ = told_->window.load();
-    const auto status = told_->status.load();
-    told_->status.store(std::nullopt);
-    return *status;
+    const std::string status = person_.pickFocused();
+    window_ = person_.window();
+    return status;
   }
   void mirror() {
-    mirror_.start(
-        window_->windowID, [windows = windows_](const CapturingMirror& mirror, WindowID window) {
-          return PipeWireSource::open(mirror, window, windows->request(mirror.queue, window));
-        });
+    mirror_.start(window_->windowID, [windows = person_.windows()](const CapturingMirror& mirror,
+                                                                   WindowID window) {
+      return PipeWireSource::open(mirror, window, windows->request(mirror.queue, window));
+    });
   }
   bool eventuallyShows(const testbed::Quadrants& picture) {
     return eventually([&] { return mirror_.shows(picture, {0, 0, 400, 300}); });
   }
   bool isListed(ListedWindows listed) const {
-    const auto records = windows_->records(listed);
+    const auto records = person_.windows()->records(listed);
     return std::find(records.begin(), records.end(), window_) != records.end();
   }
   bool eventuallyHasSessions(int count) {
     return eventually([&] { return portal_.openSessions() == count; });
   }
-
-  struct Told {
-    Guarded<PickingOffer> offer;
-    Guarded<WindowRecord> window;
-    Guarded<std::optional<std::string>> status;
-  };
 
   testbed::MutterSession session_;
   const bool isAdopted_ = (session_.adoptEnvironment(), true);
@@ -92,8 +68,7 @@ class PickedWindow : public ::testing::Test {
   // After the panel, so that it has the keyboard.
   std::optional<testbed::NativeWindow> source_{std::in_place, session_.environment(),
                                                testbed::NativeWindow::Options{.title = "Mine"}};
-  std::shared_ptr<PortalWindows> windows_;
-  std::shared_ptr<Told> told_ = std::make_shared<Told>();
+  PickingPerson person_;
   WindowRecord window_;
 };
 
@@ -144,8 +119,8 @@ TEST_F(PickedWindow, IsOfXWithItsFrameAndWithoutTheShadowAroundThat) {
   ASSERT_TRUE(eventually([&] { return !source_->isActive(); }));
   const Size expected{400. + frame->left + frame->right, 300. + frame->top + frame->bottom};
   // It grows into its place at first.
-  EXPECT_TRUE(eventually([&] { return pickFocused().empty() && window_->frame.size == expected; }))
-      << window_->frame.size.width << " × " << window_->frame.size.height;
+  EXPECT_TRUE(eventually(
+      [&] { return person_.pickFocused().empty() && person_.window()->frame.size == expected; }));
 }
 
 TEST_F(PickedWindow, IsOfTheNewSizeAfterAResize) {
@@ -154,6 +129,41 @@ TEST_F(PickedWindow, IsOfTheNewSizeAfterAResize) {
   ASSERT_TRUE(eventuallyShows(testbed::fourColours));
   source_->resize(640, 200);
   EXPECT_TRUE(eventually([&] { return mirror_.shows(testbed::fourColours, {0, 0, 640, 200}); }));
+}
+
+TEST_F(PickedWindow, HasThePointerWhereItIsOverTheWindow) {
+  testbed::MutterHand hand(session_);
+  const auto white = testbed::Quadrants::uniform(testbed::white);
+  source_->show(white);
+  // So that it is known where it is.
+  source_->maximise(true);
+  ASSERT_NO_FATAL_FAILURE(pickWindow());
+  mirror();
+  mirror_.resizePanel(320, 256);
+  const auto isWhite = [&] { return mirror_.shows(white, {0, 0, 1280, 1024}); };
+  ASSERT_TRUE(eventually(isWhite));
+  // It is 16 × 16 large, and shown at a quarter of its size.
+  const auto hasPointerAt = [&](testbed::Point point) {
+    mirror_.turn();
+    const auto shown = mirror_.panelPicture();
+    const int x = point.x / 4;
+    const int y = point.y / 4;
+    return shown.at(x + 1, y + 1) == testbed::black && shown.at(x + 2, y + 2) == testbed::black &&
+           shown.at(x - 2, y + 2) == testbed::white && shown.at(x + 6, y + 2) == testbed::white;
+  };
+  constexpr testbed::Point overPanel{10, 10};
+  testbed::Point last{320, 320};
+  for (const testbed::Point point : {testbed::Point{640, 512}, {1120, 80}, {80, 960}}) {
+    EXPECT_TRUE(eventually([&] {
+      // mutter 43 tells the pointer's picture once, which may get lost, until it has another.
+      hand.moveTo(overPanel);
+      hand.moveTo(point);
+      return hasPointerAt(point);
+    })) << point.x
+        << ", " << point.y;
+    EXPECT_FALSE(hasPointerAt(last));
+    last = point;
+  }
 }
 
 TEST_F(PickedWindow, IsNoneWhereThePersonCancels) {
@@ -257,39 +267,35 @@ TEST_F(QuicklyForgottenWindow, IsSharedAsLongAsItsMirrorRunsAndNotMuchLonger) {
 
 TEST_F(PickedWindow, IsToldToBeImpossibleWhereOnlyScreensAreOffered) {
   portal_.offerWindows(false);
-  askPortal();
-  EXPECT_TRUE(eventuallyOffers(PickingOffer::noWindows));
+  person_.askPortal();
+  EXPECT_TRUE(person_.eventuallyOffers(PickingOffer::noWindows));
 }
 
 TEST_F(PickedWindow, IsToldToBeImpossibleWhileThePortalIsAway) {
-  askPortal();
-  ASSERT_TRUE(eventuallyOffers(PickingOffer::windows));
+  person_.askPortal();
+  ASSERT_TRUE(person_.eventuallyOffers(PickingOffer::windows));
   portal_.leave();
-  EXPECT_TRUE(eventuallyOffers(PickingOffer::noPortal));
+  EXPECT_TRUE(person_.eventuallyOffers(PickingOffer::noPortal));
   portal_.comeBack();
-  EXPECT_TRUE(eventuallyOffers(PickingOffer::windows));
+  EXPECT_TRUE(person_.eventuallyOffers(PickingOffer::windows));
 }
 
 TEST_F(PickedWindow, IsToldToBeImpossibleWhileThePortalHangs) {
   portal_.hang(true);
-  askPortal();
-  EXPECT_TRUE(eventuallyOffers(PickingOffer::noAnswer));
+  person_.askPortal();
+  EXPECT_TRUE(person_.eventuallyOffers(PickingOffer::noAnswer));
   portal_.hang(false);
-  EXPECT_TRUE(eventuallyOffers(PickingOffer::windows));
+  EXPECT_TRUE(person_.eventuallyOffers(PickingOffer::windows));
 }
 
 TEST_F(PickedWindow, IsNoneWhereThePortalEndsWhileItsDialogIsOpen) {
   portal_.answer(TestPortal::Answer::none);
-  windows_->pick("x11:1", [told = told_](const WindowRecord& window, const std::string& status) {
-    told->window.store(window);
-    told->status.store(status);
-  });
+  person_.openDialog("x11:1");
   ASSERT_TRUE(eventually([&] { return portal_.openDialogs() == 1; }));
   EXPECT_EQ(portal_.lastRequest().parentWindow, "x11:1");
   portal_.leave();
-  EXPECT_TRUE(eventually([&] {
-    return told_->status.load() == "No window was shared: xdg-desktop-portal has failed.";
-  }));
+  EXPECT_TRUE(eventually(
+      [&] { return person_.status() == "No window was shared: xdg-desktop-portal has failed."; }));
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ std::shared_ptr<PortalBus> PortalBus::connect(const std::shared_ptr<SerialQueue>
   if (sd_bus_open_user(&bus) < 0) return nullptr;
   std::shared_ptr<PortalBus> result(new PortalBus(queue, bus));
   // What watches may be called once more after it has been given up.
-  queue->watch(sd_bus_get_fd(bus), [weak = std::weak_ptr(result)] {
+  queue->watch(result->descriptor(), [weak = std::weak_ptr(result)] {
     if (const auto strong = weak.lock()) strong->serve();
   });
   result->portalsOwner_ = result->match(
@@ -72,7 +72,7 @@ PortalBus::PortalBus(const std::shared_ptr<SerialQueue>& queue, sd_bus* bus)
 
 PortalBus::~PortalBus() {
   const auto queue = queue_.lock();
-  if (queue && !isLost_) queue->unwatch(sd_bus_get_fd(bus_.get()));
+  if (queue && !isLost_) queue->unwatch(descriptor());
 }
 
 void PortalBus::serve() {
@@ -84,7 +84,7 @@ void PortalBus::serve() {
   if (processed >= 0 || isLost_) return;
   isLost_ = true;
   trace(TraceTopic::start, [] { return "the session bus is lost"; });
-  if (const auto queue = queue_.lock()) queue->unwatch(sd_bus_get_fd(bus_.get()));
+  if (const auto queue = queue_.lock()) queue->unwatch(descriptor());
   portalHasEnded();
 }
 

@@ -54,6 +54,8 @@ class PortalBus : public std::enable_shared_from_this<PortalBus> {
   ~PortalBus();
 
   bool isLost() const { return isLost_; }
+  /// The socket; the bus keeps it.
+  int descriptor() const { return sd_bus_get_fd(bus_.get()); }
   /// Calls a method of the portal's object at `path`, whose arguments `write` appends. The answer
   /// comes once, later, and as a failure when the portal or the bus goes.
   void call(const std::string& path, const char* interface, const char* method, const Write& write,

@@ -162,6 +162,7 @@ void PortalSession::selectSources() {
 }
 
 void PortalSession::ask() {
+  dialogKeeper_ = DialogKeeper::start(bus_->descriptor());
   request(
       "Start",
       [this](sd_bus_message& call) {
@@ -177,6 +178,7 @@ void PortalSession::ask() {
 }
 
 void PortalSession::finish(const Result& result) {
+  dialogKeeper_.reset();
   if (std::holds_alternative<Failure>(result)) close();
   if (const auto completion = std::exchange(completion_, nullptr)) completion(result);
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <variant>
 
+#include "platform/linux/wayland/portal/DialogKeeper.h"
 #include "platform/linux/wayland/portal/PortalBus.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -78,7 +79,8 @@ class PortalSession : public std::enable_shared_from_this<PortalSession> {
   const Closed closed_;
   Wish wish_;
   Completion completion_;
-  std::string path_;  // of the session; empty while there is none
+  std::string path_;                            // of the session; empty while there is none
+  std::unique_ptr<DialogKeeper> dialogKeeper_;  // while there may be a dialog
   PortalBus::Subscription closing_;
   PortalBus::Subscription portalsLife_;
 };

@@ -42,13 +42,20 @@ class PodRoom {
 };
 
 /// Any other maximum than 0/1 has KWin 5.27 limit by a timer that does not stop: sources that stand
-/// still arrive as 35 frames a second. So frames are paced where they are taken.
-const spa_pod* offeredFormats(spa_pod_builder& builder) {
+/// still arrive as 35 frames a second. So frames are paced where they are taken. Those that are
+/// copied before come no oftener than a screen shows them; mutter 43 loses less of what follows
+/// something else at once, too.
+spa_fraction fastestRate(FrameMemory memory) {
+  return memory == FrameMemory::copied ? spa_fraction{60, 1} : spa_fraction{0, 1};
+}
+
+const spa_pod* offeredFormats(spa_pod_builder& builder, FrameMemory memory) {
   constexpr auto longest = static_cast<std::uint32_t>(longestStreamedSide);
   const spa_rectangle usual{1920, 1080};
   const spa_rectangle least{1, 1};
   const spa_rectangle most{longest, longest};
   const spa_fraction unlimited{0, 1};
+  const spa_fraction fastest = fastestRate(memory);
   spa_pod_frame frame{};
   spa_pod_builder_push_object(&builder, &frame, SPA_TYPE_OBJECT_Format, SPA_PARAM_EnumFormat);
   spa_pod_builder_add(
@@ -58,7 +65,7 @@ const spa_pod* offeredFormats(spa_pod_builder& builder) {
                              SPA_VIDEO_FORMAT_BGRA),
       SPA_FORMAT_VIDEO_size, SPA_POD_CHOICE_RANGE_Rectangle(&usual, &least, &most),
       SPA_FORMAT_VIDEO_framerate, SPA_POD_Fraction(&unlimited), SPA_FORMAT_VIDEO_maxFramerate,
-      SPA_POD_CHOICE_RANGE_Fraction(&unlimited, &unlimited, &unlimited), 0);
+      SPA_POD_CHOICE_RANGE_Fraction(&fastest, &unlimited, &fastest), 0);
   return static_cast<const spa_pod*>(spa_pod_builder_pop(&builder, &frame));
 }
 
@@ -180,7 +187,7 @@ bool PipeWireStream::connectTo(const PipeWireNode& node) {
   if (!stream_) return false;
   pw_stream_add_listener(stream_.get(), &listener_, &streamEvents(), this);
   PodRoom room;
-  const spa_pod* formats = offeredFormats(room.builder());
+  const spa_pod* formats = offeredFormats(room.builder(), memory_);
   // Memory is mapped by ourselves, once it has been looked at.
   const auto flags =
       static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_DONT_RECONNECT);
