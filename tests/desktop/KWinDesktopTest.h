@@ -134,7 +134,7 @@ class KWinDesktopTest : public ::testing::Test {
     const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
     const std::string file = folder + "/" + test->test_suite_name() + "." + test->name() + ".png";
     try {
-      screen_->read({0, 0, screenWidth, screenHeight}).savePng(file);
+      screen_->readAll().savePng(file);
       std::cerr << "The screen is saved as " << file << ".\n";
     } catch (const std::exception& failure) {
       std::cerr << "The screen cannot be saved: " << failure.what() << '\n';
@@ -161,6 +161,8 @@ class KWinDesktopTest : public ::testing::Test {
 /// A mirror of a native window that has the keyboard, with a panel of whole numbers: 272 × 162.
 class OneNativeSource : public KWinDesktopTest {
  protected:
+  using KWinDesktopTest::KWinDesktopTest;
+
   static constexpr const char* row = "com.example.sample — Source";
 
   PanelOnScreen mirrorSource() {
