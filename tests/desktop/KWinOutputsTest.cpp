@@ -62,8 +62,8 @@ class KWinOutputs : public OneNativeSource, public ::testing::WithParamInterface
     }
     return ::testing::AssertionFailure() << panel.area();
   }
-  /// Whether what the source draws comes to be seen in the panel. It draws more than once: where
-  /// there are two outputs, KWin 5.27 now and then streams no change that comes alone.
+  /// Whether what the source draws comes to be seen in the panel. It draws more than once: with two
+  /// outputs, KWin 5.27 now and then streams no change that comes alone while a frame is held.
   bool comesToFollow(const PanelOnScreen& panel) {
     return std::ranges::all_of(std::array{otherColours, fourColours}, [&](const Quadrants& next) {
       return eventually([&] {

@@ -7,8 +7,8 @@
 
 namespace vistrel::testbed {
 
-/// What a session of KWin shows, native windows and those of X as they lie over one another. At
-/// scale 1, where its pixels are those of X.
+/// What a session of KWin shows, native windows and those of X as they lie over one another, in its
+/// logical pixels: at every scale KWin 5.27 makes those X's pixels too.
 class KWinScreen final : public ScreenReader {
  public:
   /// `connection` outlives this object; `busAddress` is that of KWin's session, which grants the
