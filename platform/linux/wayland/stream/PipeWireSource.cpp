@@ -180,10 +180,8 @@ bool PipeWireSource::isViewable() const {
 void PipeWireSource::askForChanges() {
   hasNewFrame_ = false;
   if (isSeen_ || !stream_ || !stream_->isActive()) return;
-  // Nobody sees how often it changes, but that it does.
-  constexpr double unseenPause = 0.5;
   stream_->setActive(false);
-  callAt(monotonicNow() + unseenPause, &PipeWireSource::resume);
+  callAt(monotonicNow() + unseenInterval, &PipeWireSource::resume);
 }
 
 std::vector<PixelRect> PipeWireSource::differencesOf(const StreamFrame& frame) const {

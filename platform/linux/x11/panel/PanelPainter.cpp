@@ -63,6 +63,7 @@ PanelPainter::PanelPainter(Connection& connection, const PictureStore& store, xc
   if (!geometry || !attributes) return;
   depth_ = geometry->depth;
   windowSize_ = {geometry->width, geometry->height};
+  isMapped_ = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
   const auto format = connection_.formats().ofVisual.find(attributes->visual);
   if (format != connection_.formats().ofVisual.end()) format_ = format->second;
   copying_ = makeGContext(connection_, window_);
@@ -77,7 +78,8 @@ PanelPainter::~PanelPainter() {
 void PanelPainter::selectEvents() {
   // What the window shows stays when it is resized.
   const std::array<std::uint32_t, 2> values{
-      XCB_GRAVITY_NORTH_WEST, XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+      XCB_GRAVITY_NORTH_WEST,
+      XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_VISIBILITY_CHANGE};
   xcb_change_window_attributes(connection_.xcb(), window_, XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK,
                                values.data());
   xcb_xfixes_select_selection_input(connection_.xcb(), connection_.root(),
@@ -291,8 +293,22 @@ void PanelPainter::copyToWindow(const PixelRect& area) {
                 wire.x, wire.y, wire.width, wire.height);
 }
 
+void PanelPainter::followSight(const xcb_generic_event_t& event) {
+  const auto type = typeOf(event);
+  if (type == XCB_MAP_NOTIFY && eventAs<xcb_map_notify_event_t>(event).window == window_) {
+    isMapped_ = true;
+  } else if (type == XCB_UNMAP_NOTIFY &&
+             eventAs<xcb_unmap_notify_event_t>(event).window == window_) {
+    isMapped_ = false;
+  } else if (type == XCB_VISIBILITY_NOTIFY) {
+    const auto& notify = eventAs<xcb_visibility_notify_event_t>(event);
+    if (notify.window == window_) isCovered_ = notify.state == XCB_VISIBILITY_FULLY_OBSCURED;
+  }
+}
+
 void PanelPainter::handle(const xcb_generic_event_t& event) {
   assert(thread_.isCurrent());
+  followSight(event);
   if (typeOf(event) == XCB_EXPOSE) {
     const auto& expose = eventAs<xcb_expose_event_t>(event);
     if (expose.window != window_ || !chrome_) return;

@@ -35,6 +35,9 @@ class PanelPainter {
   void putBack(AwaitedChrome chrome) { awaited_.putBack(std::move(chrome)); }
   /// False where the server has no memory for it: the former one stays.
   bool setChrome(std::shared_ptr<const PanelChrome> chrome);
+  /// Whether anything of the window may be seen, as far as the server tells: under a compositing
+  /// manager it tells of no window that another one covers.
+  bool isInSight() const { return isMapped_ && !isCovered_; }
   /// The size at which a picture of that size is shown; none when there is no room for one.
   std::optional<PixelSize> pictureSizeFor(PixelSize source) const;
   /// Takes notice that the store's picture has changed. The window shows it at the next `paint`.
@@ -48,6 +51,7 @@ class PanelPainter {
 
  private:
   void selectEvents();
+  void followSight(const xcb_generic_event_t& event);
   /// False, and nothing has changed, where the server has no memory.
   bool makeCanvasesFor(const PanelChrome& chrome);
   void uploadRows(int first, int count);
@@ -72,6 +76,8 @@ class PanelPainter {
   GContext copying_;
   bool composited_ = false;
   PixelSize windowSize_;
+  bool isMapped_ = false;
+  bool isCovered_ = false;  // wholly
 
   AwaitedChromes awaited_;
   std::shared_ptr<const PanelChrome> chrome_;

@@ -12,6 +12,10 @@
 
 namespace vistrel::platform::linux_desktop {
 
+/// How far apart frames are at least that nobody sees, in seconds: they tell that the window
+/// changes, and what a person finds when they look again.
+inline constexpr double unseenInterval = 0.5;
+
 /// A window that is being captured: its picture in the display server, what changes in it, and the
 /// pointer over it. Lives on its mirror's queue, and not longer than the mirror's connection.
 class CaptureSource {

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/stream/Capture.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -36,7 +37,6 @@ Capture::Capture(MirrorWorker& worker, std::unique_ptr<CaptureSource> source,
 void Capture::setConfiguration(const StreamConfiguration& configuration) {
   assert(thread_.isCurrent());
   configuration_ = configuration;
-  pacing_.setInterval(intervalOf(configuration));
   cursorMayHaveMoved_ = true;
 }
 
@@ -50,7 +50,7 @@ void Capture::proceed() {
   if (ended_) return;
   const double now = monotonicNow();
   if (now < roomLook_ && !source_->isGone()) return worker_.comeBackAt(roomLook_);
-  source_->setSeen(worker_.isPictureSeen());
+  followSight();
   source_->refresh();
   if (source_->isGone()) return fail({"The window has been closed."});
   if (!source_->hasRoom()) return lackRoom(now);
@@ -75,8 +75,16 @@ void Capture::proceed() {
     deliver(now);
   }
   if (!source_->isPointerFollowed()) return;
-  nextLook_ = cursorMark_ == formerMark ? now + restingLook : pacing_.earliest();
+  const double rest = isSeen_ ? restingLook : unseenInterval;
+  nextLook_ = cursorMark_ == formerMark ? now + rest : pacing_.earliest();
   worker_.comeBackAt(nextLook_);
+}
+
+void Capture::followSight() {
+  isSeen_ = worker_.isPictureSeen();
+  source_->setSeen(isSeen_);
+  const double interval = intervalOf(configuration_);
+  pacing_.setInterval(isSeen_ ? interval : std::max(interval, unseenInterval));
 }
 
 bool Capture::isTimeToLook(double now) const {

@@ -55,6 +55,8 @@ class Capture : public std::enable_shared_from_this<Capture> {
   }
 
  private:
+  /// Takes notice of whether a person can see the mirror's picture.
+  void followSight();
   /// Whether the picture has changed since the last frame handed out.
   bool hasNews() const { return source_->hasChanges() || owesFrame_; }
   /// Whether the pointer's place is to be looked at although the source has not changed.
@@ -83,6 +85,7 @@ class Capture : public std::enable_shared_from_this<Capture> {
   LossPause lossPause_;
   bool noticedChange_ = false;  // what has changed since the source was asked
   bool owesFrame_ = false;      // there was news that no frame has been handed out for
+  bool isSeen_ = true;
   bool ended_ = false;
 };
 

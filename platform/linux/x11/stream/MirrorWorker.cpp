@@ -199,10 +199,10 @@ std::vector<PixelSize> MirrorWorker::pictureSizes(PixelSize source) const {
 }
 
 bool MirrorWorker::isPictureSeen() const {
-  const auto hasRoom = [](const PanelPainter& each) {
-    return each.pictureSizeFor({1, 1}).has_value();
+  const auto showsIt = [](const PanelPainter& each) {
+    return each.isInSight() && each.pictureSizeFor({1, 1}).has_value();
   };
-  return panels_.empty() || std::any_of(panels_.begin(), panels_.end(), hasRoom);
+  return panels_.empty() || std::any_of(panels_.begin(), panels_.end(), showsIt);
 }
 
 const LivePicture* MirrorWorker::unchangedSource() {

@@ -47,8 +47,8 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   std::shared_ptr<const Image> commit(WindowID source, std::shared_ptr<const LivePicture> picture,
                                       PictureChanges changes, const CursorMark& cursor);
 
-  /// Whether there is a panel with room for the picture, or is to be one: a panel comes with the
-  /// first picture.
+  /// Whether there is a panel in sight with room for the picture, or is to be one: a panel comes
+  /// with the first picture.
   bool isPictureSeen() const;
 
   void addPanel(xcb_window_t window);

@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+
+#include "tests/linux/pictures/TestMirror.h"
+#include "tests/support/Poll.h"
+#include "tests/support/PrivateDisplay.h"
+#include "tests/support/TestWindow.h"
+
+namespace vistrel::platform::linux_desktop {
+namespace {
+
+using testbed::eventually;
+
+constexpr testbed::Rect panelArea{20, 30, 100, 80};
+constexpr testbed::Rect sourceArea{300, 100, 200, 160};
+constexpr testbed::Quadrants otherColours{testbed::white, testbed::blue, testbed::red,
+                                          testbed::green};
+
+/// A mirror whose panel a person comes not to see, on a server without a compositing manager.
+class UnseenPicture : public ::testing::Test {
+ protected:
+  UnseenPicture() {
+    display_.adoptEnvironment();
+    mirror_.start(source_.id());
+  }
+  void SetUp() override { ASSERT_TRUE(eventuallyShows(testbed::fourColours)); }
+
+  bool eventuallyShows(const testbed::Quadrants& picture) {
+    return eventually([&] { return mirror_.shows(picture, sourceArea); });
+  }
+  /// Has the source change all the time until there were some more frames; how far apart these
+  /// were on average, in seconds.
+  double averagePause() {
+    constexpr std::size_t pauses = 6;
+    mirror_.settle();
+    const auto first = mirror_.frames().size();
+    bool isOther = false;
+    EXPECT_TRUE(eventually([&] {
+      source_.show((isOther ^= true) ? otherColours : testbed::fourColours);
+      return mirror_.frames().size() > first + pauses;
+    }));
+    const auto frames = mirror_.frames();
+    return (frames.at(first + pauses) - frames.at(first)) / static_cast<double>(pauses);
+  }
+  /// The picture that the source has last is there when the panel is, without another change.
+  void leaveChangeForLater() { source_.show(otherColours); }
+
+  /// That of two frames a second is half a second; of thirty, a thirtieth.
+  static constexpr double seldom = 0.3;
+
+  const testbed::PrivateDisplay display_{{.windowManager = testbed::WindowManager::none}};
+  const testbed::XConnection connection_{display_.name()};
+  testbed::TestWindow source_{display_.name(), {.area = sourceArea, .managed = false}};
+  TestMirror mirror_{connection_, panelArea};
+};
+
+TEST_F(UnseenPicture, ComesSeldomWhileItsPanelIsRolledUpAndAtOnceAfterwards) {
+  mirror_.rollUp();
+  EXPECT_GT(averagePause(), seldom);
+  leaveChangeForLater();
+  mirror_.resizePanel(panelArea.width, panelArea.height);
+  EXPECT_TRUE(eventuallyShows(otherColours));
+}
+
+TEST_F(UnseenPicture, ComesSeldomWhileItsPanelIsHiddenAndAtOnceAfterwards) {
+  xcb_unmap_window(connection_.get(), mirror_.panel());
+  connection_.sync();
+  EXPECT_GT(averagePause(), seldom);
+  leaveChangeForLater();
+  xcb_map_window(connection_.get(), mirror_.panel());
+  EXPECT_TRUE(eventuallyShows(otherColours));
+}
+
+TEST_F(UnseenPicture, ComesSeldomWhileOtherWindowsCoverItsPanelAndAtOnceAfterwards) {
+  testbed::TestWindow left(display_.name(), {.area = {0, 0, 70, 200}, .managed = false});
+  testbed::TestWindow right(display_.name(), {.area = {70, 0, 100, 200}, .managed = false});
+  const double covered = averagePause();
+  EXPECT_GT(covered, seldom);
+  leaveChangeForLater();
+  right.unmap();
+  // The panel is raised to be looked at: before that a part of it is in sight.
+  EXPECT_LT(2 * averagePause(), covered);
+  source_.show(otherColours);
+  EXPECT_TRUE(eventuallyShows(otherColours));
+}
+
+}  // namespace
+}  // namespace vistrel::platform::linux_desktop
