@@ -75,9 +75,7 @@ TEST_F(UnseenPicture, ComesSeldomWhileOtherWindowsCoverItsPanelAndAtOnceAfterwar
   testbed::TestWindow right(display_.name(), {.area = {70, 0, 100, 200}, .managed = false});
   const double covered = averagePause();
   EXPECT_GT(covered, seldom);
-  leaveChangeForLater();
   right.unmap();
-  // The panel is raised to be looked at: before that a part of it is in sight.
   EXPECT_LT(2 * averagePause(), covered);
   source_.show(otherColours);
   EXPECT_TRUE(eventuallyShows(otherColours));
