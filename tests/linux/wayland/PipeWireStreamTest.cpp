@@ -1,6 +1,8 @@
 #include <array>
 #include <cstring>
 #include <gmock/gmock.h>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -69,10 +71,10 @@ const std::array lies = {
 /// Whoever looks at a stream, on a queue as mirrors do. The test's thread.
 class Receiver {
  public:
-  explicit Receiver(const StreamProducer& producer, FrameMemory memory = FrameMemory::shared) {
+  explicit Receiver(const StreamProducer& producer) {
     asyncAndWait(*queue_, [&] {
-      stream_ =
-          PipeWireStream::connect(queue_, {.id = producer.node()}, memory, [this] { look(); });
+      stream_ = PipeWireStream::connect(queue_, {.id = producer.node()},
+                                        std::make_shared<FrameCopy>(), [this] { look(); });
     });
     if (!stream_) throw std::runtime_error("no PipeWire for a receiver");
   }
@@ -138,7 +140,7 @@ class Receiver {
   const std::shared_ptr<SerialQueue> queue_ =
       SerialQueue::make("receiver", QualityOfService::userInteractive);
   std::unique_ptr<PipeWireStream> stream_;
-  std::shared_ptr<const StreamFrame> held_;
+  std::optional<StreamFrame> held_;
   std::optional<Arrived> newest_;
   std::size_t frames_ = 0;
 };

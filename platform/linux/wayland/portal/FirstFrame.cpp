@@ -15,7 +15,7 @@ constexpr double patience = 2;
 FirstFrame::FirstFrame(const std::shared_ptr<SerialQueue>& queue, const PipeWireNode& node,
                        Completion completion)
     : completion_(std::move(completion)) {
-  stream_ = PipeWireStream::connect(queue, node, FrameMemory::copied,
+  stream_ = PipeWireStream::connect(queue, node, std::make_shared<FrameCopy>(),
                                     [this, alive = std::weak_ptr(alive_)] {
                                       if (alive.lock()) arrived();
                                     });

@@ -28,6 +28,11 @@ constexpr const char* statusWithoutPipeWire =
 
 }  // namespace
 
+PipeWireNode pickedNode(std::uint32_t node, int remote) {
+  constexpr std::uint32_t most = 60;
+  return {.id = node, .remote = remote, .mostFrames = most};
+}
+
 PickedWindows::PickedWindows(const std::shared_ptr<SerialQueue>& queue,
                              std::shared_ptr<const SharedScreenLayout> layout, double longestIdle,
                              std::function<void(PickingOffer offer)> offerChanged,
@@ -59,7 +64,7 @@ void PickedWindows::started(const std::shared_ptr<PortalSession>& session,
     if (!weak.lock() || !queue) return;
     if (!remote) return picked(nullptr, statusWithoutPipeWire);
     firstFrame_ =
-        std::make_unique<FirstFrame>(queue, PipeWireNode{start.node, *remote},
+        std::make_unique<FirstFrame>(queue, pickedNode(start.node, *remote),
                                      [this, session, start, picked](std::optional<PixelSize> size) {
                                        const auto done = std::exchange(firstFrame_, nullptr);
                                        if (!done->isConnected())

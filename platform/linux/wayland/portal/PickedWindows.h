@@ -17,6 +17,10 @@
 
 namespace vistrel::platform::linux_desktop {
 
+/// A picked window's node. It is asked for no more frames than a screen shows: where they follow
+/// one another at once, mutter 43.8 loses more of what it tells of the pointer.
+PipeWireNode pickedNode(std::uint32_t node, int remote);
+
 /// The windows that a person has picked in the portal's dialog, each with the session in which it
 /// is shared. A session ends once none of its streams has been wanted for a while, since the
 /// desktop shows as long as it lives that something is shared. A window whose session has ended can

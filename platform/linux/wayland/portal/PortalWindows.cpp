@@ -18,7 +18,7 @@ class PortalWindows::Offer final : public StreamOffer {
 
   std::optional<PipeWireNode> node() const override {
     if (!state_->remote) return std::nullopt;
-    return PipeWireNode{state_->node, *state_->remote};
+    return pickedNode(state_->node, *state_->remote);
   }
   bool hasEnded() const override { return state_->hasEnded; }
   void setOnChange(std::function<void()> changed) override { state_->changed = std::move(changed); }
@@ -109,8 +109,7 @@ StreamRequest PortalWindows::request(const std::shared_ptr<SerialQueue>& queue, 
             const auto strong = weak.lock();
             return strong ? self->stream(strong, window, occasion) : nullptr;
           },
-          .hasShadow = true,
-          .memory = FrameMemory::copied};
+          .hasShadow = true};
 }
 
 std::unique_ptr<StreamOffer> PortalWindows::stream(const std::shared_ptr<SerialQueue>& queue,

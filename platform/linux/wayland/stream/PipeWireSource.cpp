@@ -3,20 +3,17 @@
 #include <utility>
 
 #include "platform/linux/Trace.h"
-#include "platform/linux/wayland/stream/TileDifferences.h"
 #include "platform/linux/x11/source/CursorOverlay.h"
 
 namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-/// For as long as that holds the frame.
-std::shared_ptr<const StreamFrame> partOf(const std::shared_ptr<const StreamFrame>& frame,
-                                          const PixelRect& part) {
-  auto cut = *frame;
-  cut.layout.crop = moved(part, frame->layout.crop.x, frame->layout.crop.y);
-  cut.place = moved(part, frame->place.x, frame->place.y);
-  return {new StreamFrame(std::move(cut)), [frame](const StreamFrame* each) { delete each; }};
+StreamFrame partOf(const StreamFrame& frame, const PixelRect& part) {
+  auto cut = frame;
+  cut.layout.crop = moved(part, frame.layout.crop.x, frame.layout.crop.y);
+  cut.place = moved(part, frame.place.x, frame.place.y);
+  return cut;
 }
 
 }  // namespace
@@ -79,7 +76,7 @@ void PipeWireSource::answered() {
   if (stream_ || !offered_->node()) return;
   const auto queue = queue_.lock();
   if (!queue) return;
-  stream_ = PipeWireStream::connect(queue, *offered_->node(), request_.memory,
+  stream_ = PipeWireStream::connect(queue, *offered_->node(), copy_,
                                     [this, alive = std::weak_ptr(alive_)] {
                                       if (alive.lock()) arrived();
                                     });
@@ -89,7 +86,7 @@ void PipeWireSource::answered() {
 
 void PipeWireSource::arrived() {
   hasPointerNews_ |= stream_->takePointerNews();
-  if (auto frame = stream_->takeFrame()) receive(std::move(frame));
+  if (auto frame = stream_->takeFrame()) receive(*std::move(frame));
   if (stream_->hasEnded()) streamEnded();
   lookAgain();
 }
@@ -100,16 +97,16 @@ void PipeWireSource::lookAgain() const {
   look();
 }
 
-void PipeWireSource::receive(std::shared_ptr<const StreamFrame> frame) {
+void PipeWireSource::receive(StreamFrame frame) {
   if (request_.hasShadow) {
-    const PixelRows rows{frame->pixels(), frame->layout.stride};
-    frame = partOf(frame, shadow_.windowIn(rows, frame->size()));
+    const PixelRows rows{frame.pixels(), frame.layout.stride};
+    frame = partOf(frame, shadow_.windowIn(rows, frame.size()));
   }
   hasFrameOfStream_ = true;
   failures_ = 0;
   hasLostPipeWire_ = false;
   // A stream that goes on begins with a frame, whether its window has changed meanwhile or not.
-  if (frame->isFirst && differencesOf(*frame).empty()) return;
+  if (frame.isFirst && differencesOf(frame).empty()) return;
   newest_ = std::move(frame);
   hasNewFrame_ = true;
 }
@@ -146,8 +143,8 @@ void PipeWireSource::rest() {
 void PipeWireSource::renew() {
   isResting_ = false;
   hasNewFrame_ = false;
-  newest_ = nullptr;
-  pictured_ = nullptr;
+  newest_.reset();
+  pictured_.reset();
   if (!offered_ && !ask(StreamRequest::Occasion::wish)) return giveUp();
   offered_->setWanted(true);
   if (!stream_) return;
@@ -168,7 +165,7 @@ void PipeWireSource::refresh() {
   auto canvas = makeOpaqueCanvas(connection_, newest_->size());
   hasRoom_ = canvas.has_value();
   if (!canvas) return;
-  pictured_ = nullptr;
+  pictured_.reset();
   picture_ = std::make_shared<LivePicture>(
       LivePicture{std::move(canvas->pixmap), std::move(canvas->picture), rectOf(canvas->size), {}});
 }
@@ -185,23 +182,31 @@ void PipeWireSource::askForChanges() {
 }
 
 std::vector<PixelRect> PipeWireSource::differencesOf(const StreamFrame& frame) const {
-  if (!pictured_ || pictured_->size() != frame.size()) return {rectOf(frame.size())};
-  const auto rowsOf = [](const StreamFrame& each) {
-    return PixelRows{each.pixels(), each.layout.stride};
-  };
-  return differingTiles(rowsOf(*pictured_), rowsOf(frame), frame.size());
+  const auto& crop = frame.layout.crop;
+  if (!pictured_ || pictured_->memory != frame.memory || pictured_->layout.crop != crop) {
+    return {rectOf(frame.size())};
+  }
+  std::vector<PixelRect> differences;
+  for (const auto& each : copy_->changes()) {
+    const auto inside = intersection(each, crop);
+    if (!isEmpty(inside)) differences.push_back(moved(inside, -crop.x, -crop.y));
+  }
+  return differences;
 }
 
 void PipeWireSource::takeFrameOver() {
-  if (!isViewable() || newest_ == pictured_) return;
+  if (!isViewable()) return;
+  const auto differences = differencesOf(*newest_);
+  if (differences.empty()) return;
   changes_.everything |= !pictured_;
-  for (const auto& each : differencesOf(*newest_)) {
+  for (const auto& each : differences) {
     transfer_.put(*newest_, each, picture_->pixmap);
     changes_.rects.add(each);
   }
-  // The former frame's memory is written to again once it has gone back.
-  connection_.sync();
+  copy_->forgetChanges();
   pictured_ = newest_;
+  // The memory is written to again when the next frame comes.
+  connection_.sync();
 }
 
 bool PipeWireSource::visitSampleGrid(int rows, int columns,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "platform/linux/wayland/stream/PipeWireStream.h"
 #include "platform/linux/wayland/stream/PixelTransfer.h"
@@ -10,9 +11,9 @@
 
 namespace vistrel::platform::linux_desktop {
 
-/// A native window of a Wayland session as a source: what the compositor streams of it. Its pixels
-/// stay in the stream's memory, where the newest frame is looked at, until one is taken over; then
-/// what differs from the one before is brought into the picture. Where PipeWire is lost, the
+/// A native window of a Wayland session as a source: what the compositor streams of it. The newest
+/// frame is looked at where it has been copied to, until one is taken over; then what has changed
+/// since is brought into the picture. Where PipeWire is lost, the
 /// picture stays what it is, and goes on once there is PipeWire again.
 class PipeWireSource final : public CaptureSource {
  public:
@@ -59,11 +60,12 @@ class PipeWireSource final : public CaptureSource {
   /// Something has come from PipeWire.
   void arrived();
   void lookAgain() const;
-  void receive(std::shared_ptr<const StreamFrame> frame);
+  void receive(StreamFrame frame);
   void streamEnded();
   void giveUp();
   void resume();
-  /// The tiles in which a frame differs from the picture; all of it where that is another one.
+  /// Where the newest frame differs from the picture; all of it where that is of another window or
+  /// part. `frame` is the newest.
   std::vector<PixelRect> differencesOf(const StreamFrame& frame) const;
   /// Calls it on the queue while this lives, at that moment of the monotonic clock.
   void callAt(double seconds, void (PipeWireSource::*what)());
@@ -79,8 +81,9 @@ class PipeWireSource final : public CaptureSource {
   std::unique_ptr<PipeWireStream> stream_;  // null before there is a node
   PixelTransfer transfer_;
   std::shared_ptr<const LivePicture> picture_;
-  std::shared_ptr<const StreamFrame> newest_;    // null before the first one
-  std::shared_ptr<const StreamFrame> pictured_;  // what the picture shows; null where it is blank
+  const std::shared_ptr<FrameCopy> copy_ = std::make_shared<FrameCopy>();
+  std::optional<StreamFrame> newest_;    // none before the first one
+  std::optional<StreamFrame> pictured_;  // when that was brought into the picture; none before
   PictureChanges changes_;
   std::shared_ptr<const PointerImage> pointerImage_;  // that `pointerLevels_` are of
   std::shared_ptr<const std::vector<Canvas>> pointerLevels_;

@@ -41,21 +41,15 @@ class PodRoom {
   spa_pod_builder builder_{};
 };
 
-/// Any other maximum than 0/1 has KWin 5.27 limit by a timer that does not stop: sources that stand
-/// still arrive as 35 frames a second. So frames are paced where they are taken. Those that are
-/// copied before come no oftener than a screen shows them; mutter 43 loses less of what follows
-/// something else at once, too.
-spa_fraction fastestRate(FrameMemory memory) {
-  return memory == FrameMemory::copied ? spa_fraction{60, 1} : spa_fraction{0, 1};
-}
-
-const spa_pod* offeredFormats(spa_pod_builder& builder, FrameMemory memory) {
+/// Where windows are KWin's any other maximum than 0/1 has KWin 5.27 limit by a timer that does not
+/// stop: sources that stand still arrive as 35 frames a second.
+const spa_pod* offeredFormats(spa_pod_builder& builder, std::uint32_t mostFrames) {
   constexpr auto longest = static_cast<std::uint32_t>(longestStreamedSide);
   const spa_rectangle usual{1920, 1080};
   const spa_rectangle least{1, 1};
   const spa_rectangle most{longest, longest};
   const spa_fraction unlimited{0, 1};
-  const spa_fraction fastest = fastestRate(memory);
+  const spa_fraction fastest{mostFrames, 1};
   spa_pod_frame frame{};
   spa_pod_builder_push_object(&builder, &frame, SPA_TYPE_OBJECT_Format, SPA_PARAM_EnumFormat);
   spa_pod_builder_add(
@@ -72,8 +66,7 @@ const spa_pod* offeredFormats(spa_pod_builder& builder, FrameMemory memory) {
 const spa_pod* wantedBuffers(spa_pod_builder& builder) {
   spa_pod_frame frame{};
   spa_pod_builder_push_object(&builder, &frame, SPA_TYPE_OBJECT_ParamBuffers, SPA_PARAM_Buffers);
-  // One is shown, one waits to be shown, one is on its way and one is being drawn. With six KWin
-  // 5.27.5 now and then never tells the pointer's picture.
+  // With six KWin 5.27.5 now and then never tells the pointer's picture.
   spa_pod_builder_add(&builder, SPA_PARAM_BUFFERS_buffers, SPA_POD_CHOICE_RANGE_Int(4, 3, 8),
                       SPA_PARAM_BUFFERS_dataType, SPA_POD_CHOICE_FLAGS_Int(1 << SPA_DATA_MemFd), 0);
   return static_cast<const spa_pod*>(spa_pod_builder_pop(&builder, &frame));
@@ -145,25 +138,23 @@ bool PipeWireStream::isReachable() {
 
 std::unique_ptr<PipeWireStream> PipeWireStream::connect(const std::shared_ptr<SerialQueue>& queue,
                                                         const PipeWireNode& node,
-                                                        FrameMemory memory,
+                                                        std::shared_ptr<FrameCopy> copy,
                                                         std::function<void()> changed) {
-  std::unique_ptr<PipeWireStream> stream(new PipeWireStream(queue, memory, std::move(changed)));
+  std::unique_ptr<PipeWireStream> stream(
+      new PipeWireStream(queue, std::move(copy), std::move(changed)));
   if (!stream->connectTo(node)) return nullptr;
   return stream;
 }
 
-PipeWireStream::PipeWireStream(const std::shared_ptr<SerialQueue>& queue, FrameMemory memory,
-                               std::function<void()> changed)
-    : queue_(queue), memory_(memory), changed_(std::move(changed)) {}
+PipeWireStream::PipeWireStream(const std::shared_ptr<SerialQueue>& queue,
+                               std::shared_ptr<FrameCopy> copy, std::function<void()> changed)
+    : queue_(queue), copy_(std::move(copy)), changed_(std::move(changed)) {}
 
 PipeWireStream::~PipeWireStream() {
   const auto queue = queue_.lock();
   if (queue && loop_) queue->unwatch(pw_loop_get_fd(loop_.get()));
   // PipeWire tells what is on its way even while it destroys a stream.
   if (stream_) spa_hook_remove(&listener_);
-  // Frames that are still held have nowhere to go back to.
-  buffers_.clear();
-  stream_.reset();
 }
 
 bool PipeWireStream::connectTo(const PipeWireNode& node) {
@@ -187,7 +178,7 @@ bool PipeWireStream::connectTo(const PipeWireNode& node) {
   if (!stream_) return false;
   pw_stream_add_listener(stream_.get(), &listener_, &streamEvents(), this);
   PodRoom room;
-  const spa_pod* formats = offeredFormats(room.builder(), memory_);
+  const spa_pod* formats = offeredFormats(room.builder(), node.mostFrames);
   // Memory is mapped by ourselves, once it has been looked at.
   const auto flags =
       static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_DONT_RECONNECT);
@@ -304,43 +295,34 @@ void PipeWireStream::askForBuffers() {
 }
 
 void PipeWireStream::add(pw_buffer* buffer) {
-  auto added = std::make_shared<Buffer>(Buffer{stream_.get(), buffer, nullptr});
+  std::shared_ptr<const SharedMemory> memory;
   if (buffer->buffer->n_datas > 0) {
     const auto& data = buffer->buffer->datas[0];
     const auto end = std::uint64_t{data.mapoffset} + data.maxsize;
     if (data.type == SPA_DATA_MemFd && data.chunk != nullptr) {
-      added->memory = SharedMemory::map(static_cast<int>(data.fd), end);
+      memory = SharedMemory::map(static_cast<int>(data.fd), end);
     }
   }
-  if (!added->memory) {
+  if (!memory) {
     trace(TraceTopic::capture, [] { return "a stream's buffer is in no memory that may be read"; });
   }
-  buffers_[buffer] = std::move(added);
+  buffers_[buffer] = std::move(memory);
 }
 
 void PipeWireStream::process() {
   while (auto* const buffer = pw_stream_dequeue_buffer(stream_.get())) {
     const auto found = buffers_.find(buffer);
-    if (found != buffers_.end()) {
-      take(found->second);
-    } else {
-      pw_stream_queue_buffer(stream_.get(), buffer);
-    }
+    if (found != buffers_.end()) take(*found);
+    pw_stream_queue_buffer(stream_.get(), buffer);
   }
 }
 
-void PipeWireStream::take(const std::shared_ptr<Buffer>& buffer) {
-  readPointer(*buffer->buffer->buffer);
-  auto frame = frameIn(buffer);
-  if (!frame) {
-    pw_stream_queue_buffer(buffer->stream, buffer->buffer);
-    return;
-  }
-  // The buffer goes back at once.
-  if (memory_ == FrameMemory::copied) frame = copies_.copyOf(*frame);
-  if (!frame) return;
-  // The one that nobody has taken goes back.
-  frame_ = std::move(frame);
+void PipeWireStream::take(const Buffers::value_type& buffer) {
+  readPointer(*buffer.first->buffer);
+  const auto frame = frameIn(buffer);
+  auto copied = frame ? copy_->update(*frame) : std::nullopt;
+  if (!copied) return;
+  frame_ = std::move(copied);
   lastFrame_ = monotonicNow();
   hasBegun_ = false;
   awaitsFrame_ = false;
@@ -381,29 +363,27 @@ void PipeWireStream::checkPointer() {
   wakeAfter(usualDelay);
 }
 
-std::shared_ptr<const StreamFrame> PipeWireStream::frameIn(
-    const std::shared_ptr<Buffer>& buffer) const {
-  if (!buffer->memory || !size_) return nullptr;
-  const auto& data = buffer->buffer->buffer->datas[0];
+std::optional<StreamFrame> PipeWireStream::frameIn(const Buffers::value_type& buffer) const {
+  const auto& [described, memory] = buffer;
+  if (!memory || !size_) return std::nullopt;
+  const auto& data = described->buffer->datas[0];
   // Buffers that tell of the pointer alone have a size of 0 and are marked as corrupted.
   const auto bytes = readOnce(data.chunk->size);
-  if (bytes == 0 || (readOnce(data.chunk->flags) & SPA_CHUNK_FLAG_CORRUPTED) != 0) return nullptr;
+  if (bytes == 0 || (readOnce(data.chunk->flags) & SPA_CHUNK_FLAG_CORRUPTED) != 0) {
+    return std::nullopt;
+  }
   const auto layout =
       layoutOf({.size = *size_,
-                .readable = buffer->memory->size(),
+                .readable = memory->size(),
                 .offset = std::uint64_t{data.mapoffset} + readOnce(data.chunk->offset),
                 .bytes = bytes,
                 .stride = readOnce(data.chunk->stride),
-                .crop = cropOf(*buffer->buffer->buffer)});
+                .crop = cropOf(*described->buffer)});
   if (!layout) {
     trace(TraceTopic::capture, [] { return "a stream's frame leads out of its memory"; });
-    return nullptr;
+    return std::nullopt;
   }
-  const auto giveBack = [weak = std::weak_ptr(buffer)](const StreamFrame* frame) {
-    delete frame;
-    if (const auto owner = weak.lock()) pw_stream_queue_buffer(owner->stream, owner->buffer);
-  };
-  return {new StreamFrame{buffer->memory, *layout, layout->crop, hasBegun_}, giveBack};
+  return StreamFrame{memory, *layout, layout->crop, hasBegun_};
 }
 
 void PipeWireStream::setActive(bool active) {

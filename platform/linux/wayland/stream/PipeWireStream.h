@@ -6,9 +6,10 @@
 #include <memory>
 #include <optional>
 #include <pipewire/pipewire.h>
+#include <utility>
 
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/wayland/stream/FrameCopies.h"
+#include "platform/linux/wayland/stream/FrameCopy.h"
 #include "platform/linux/wayland/stream/PointerMeta.h"
 #include "platform/linux/wayland/stream/SharedMemory.h"
 #include "platform/linux/wayland/stream/StreamFrame.h"
@@ -21,10 +22,12 @@ namespace vistrel::platform::linux_desktop {
 /// says is trusted. On its queue only.
 class PipeWireStream {
  public:
-  /// Null when PipeWire cannot be reached. `changed` is called on the queue after something below
+  /// Frames are brought into `copy`, not null, one after the other. Null when PipeWire cannot be
+  /// reached. `changed` is called on the queue after something below
   /// has changed, last of all: it may destroy the stream.
   static std::unique_ptr<PipeWireStream> connect(const std::shared_ptr<SerialQueue>& queue,
-                                                 const PipeWireNode& node, FrameMemory memory,
+                                                 const PipeWireNode& node,
+                                                 std::shared_ptr<FrameCopy> copy,
                                                  std::function<void()> changed);
   /// Whether PipeWire can be reached at this moment.
   static bool isReachable();
@@ -40,8 +43,8 @@ class PipeWireStream {
   void setActive(bool active);
   bool isActive() const { return isActive_; }
 
-  /// The newest frame since this was last asked; null when there is none.
-  std::shared_ptr<const StreamFrame> takeFrame() { return std::move(frame_); }
+  /// The newest frame since this was last asked; none when there is none.
+  std::optional<StreamFrame> takeFrame() { return std::exchange(frame_, std::nullopt); }
   /// Whether anything was told of the pointer since this was last asked.
   bool takePointerNews() { return std::exchange(hasPointerNews_, false); }
   /// As of the newest buffer; none while the pointer is not over the window.
@@ -56,14 +59,11 @@ class PipeWireStream {
     void operator()(pw_core* core) const { pw_core_disconnect(core); }
     void operator()(pw_stream* stream) const { pw_stream_destroy(stream); }
   };
-  /// One of the stream's buffers, from its being added to its being removed.
-  struct Buffer {
-    pw_stream* stream;
-    pw_buffer* buffer;
-    std::shared_ptr<const SharedMemory> memory;  // null where there is none to be read
-  };
+  /// The stream's, from their being added to their being removed, with their memory; null where
+  /// there is none to be read.
+  using Buffers = std::map<pw_buffer*, std::shared_ptr<const SharedMemory>>;
 
-  PipeWireStream(const std::shared_ptr<SerialQueue>& queue, FrameMemory memory,
+  PipeWireStream(const std::shared_ptr<SerialQueue>& queue, std::shared_ptr<FrameCopy> copy,
                  std::function<void()> changed);
 
   bool connectTo(const PipeWireNode& node);
@@ -80,10 +80,10 @@ class PipeWireStream {
   void end(const char* reason);
   /// Asks for the buffers and what is to be told with them.
   void askForBuffers();
-  void take(const std::shared_ptr<Buffer>& buffer);
+  void take(const Buffers::value_type& buffer);
   void readPointer(const spa_buffer& buffer);
-  /// Null where there are no pixels in it, or none that may be read.
-  std::shared_ptr<const StreamFrame> frameIn(const std::shared_ptr<Buffer>& buffer) const;
+  /// None where there are no pixels in it, or none that may be read.
+  std::optional<StreamFrame> frameIn(const Buffers::value_type& buffer) const;
   /// Pauses and resumes it after so many seconds, and again later, until there comes a frame; the
   /// first time also where one has come meanwhile, if so wanted.
   enum class Wake { whatever, withoutFrame };
@@ -94,7 +94,7 @@ class PipeWireStream {
   void checkPointer();
 
   const std::weak_ptr<SerialQueue> queue_;
-  const FrameMemory memory_;
+  const std::shared_ptr<FrameCopy> copy_;
   const std::function<void()> changed_;
   const std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
   std::unique_ptr<pw_loop, Close> loop_;
@@ -102,10 +102,9 @@ class PipeWireStream {
   std::unique_ptr<pw_core, Close> core_;
   std::unique_ptr<pw_stream, Close> stream_;
   spa_hook listener_{};
-  std::map<pw_buffer*, std::shared_ptr<Buffer>> buffers_;
-  FrameCopies copies_;
+  Buffers buffers_;
   std::optional<PixelSize> size_;  // as the format says; none before there is one
-  std::shared_ptr<const StreamFrame> frame_;
+  std::optional<StreamFrame> frame_;
   std::optional<PointerNews::Place> pointerPlace_;
   std::shared_ptr<const PointerImage> pointerImage_;
   bool hasPointerNews_ = false;

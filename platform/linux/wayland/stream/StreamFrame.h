@@ -9,7 +9,7 @@
 
 namespace vistrel::platform::linux_desktop {
 
-/// A picture in shared memory, which whoever streams leaves alone while this lives.
+/// A picture in shared memory.
 struct StreamFrame {
   std::shared_ptr<const SharedMemory> memory;
   FrameLayout layout;

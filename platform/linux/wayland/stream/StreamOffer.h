@@ -13,6 +13,8 @@ struct PipeWireNode {
   /// A connection to PipeWire for one client, which takes a duplicate of it; -1 for one of its own
   /// to the session's PipeWire.
   int remote = -1;
+  /// How many frames a second it is asked for at most; 0 for as many as there are changes.
+  std::uint32_t mostFrames = 0;
 };
 
 /// What somebody streams of one window, for as long as this lives. On its queue only.
@@ -35,10 +37,6 @@ class StreamOffer {
   virtual void setWanted(bool /*isWanted*/) {}
 };
 
-/// Whether frames are looked at in the stream's own memory, or copied as soon as they come: while
-/// one is held, mutter 43.8 (PipeWire 0.3.65) drops about every fourth, be it a window's last.
-enum class FrameMemory { shared, copied };
-
 /// How a window's stream is asked for.
 struct StreamRequest {
   enum class Occasion {
@@ -52,7 +50,6 @@ struct StreamRequest {
   std::function<std::unique_ptr<StreamOffer>(Occasion occasion)> ask;
   /// Whether the window is streamed with the shadow around it.
   bool hasShadow = false;
-  FrameMemory memory = FrameMemory::shared;
 };
 
 }  // namespace vistrel::platform::linux_desktop
