@@ -9,6 +9,7 @@
 #include "tests/desktop/MenuOnScreen.h"
 #include "tests/desktop/RunningVistrel.h"
 #include "tests/support/AccessibilityBus.h"
+#include "tests/support/DBus.h"
 #include "tests/support/GnomeDialog.h"
 #include "tests/support/GnomeShell.h"
 #include "tests/support/HandOnX.h"
@@ -145,17 +146,10 @@ TEST_F(GnomePickingByTest, OpensNoMirrorWhereThePersonCancels) {
   EXPECT_TRUE(canBeChosen());
 }
 
-TEST_F(GnomePickingByTest, CapturesAnewWithoutADialogAndKeepsNoSourceAwake) {
+TEST_F(GnomePickingByTest, CapturesAnewWithoutADialog) {
   startVistrel();
   const PanelOnScreen panel = mirrorSource();
   ASSERT_TRUE(comesToShow(panel, fourColours));
-  const Accessible accessible = program().only("frame", "Window — Picked window 1");
-  choose(panel, "Keep Source Awake (Park Off-Screen)");
-  // It is told for a moment only, in which there is no time to look at everything.
-  EXPECT_TRUE(eventually([&] {
-    return accessible.outline().find("Couldn't reach that window via Accessibility.") !=
-           std::string::npos;
-  }));
   portal_.closeSessions();
   EXPECT_TRUE(eventually([&] { return panel.dot() != Dot::live; }));
   EXPECT_TRUE(panel.shows(fourColours));
@@ -211,20 +205,18 @@ TEST_F(GnomePickingInItsDialog, MirrorsTheWindowThatAPersonClicks) {
   EXPECT_TRUE(comesToShow(panel, otherColours));
 }
 
-TEST_F(GnomePickingInItsDialog, ServesTheNextStartAfterAnEndOfTheProgramWithADialogOpen) {
+/// mutter 43 may lose the dialog with the window that it belongs to: it is open or not then.
+TEST_F(GnomePickingInItsDialog, LeavesThePortalInOrderWhenTheProgramEndsBeforeAPersonAnswers) {
   startVistrel();
   chooseAnotherWindow();
   ASSERT_TRUE(eventually([&] { return dialog_.isOpen(); }));
   vistrel_->process().sendSignal(SIGTERM);
   ASSERT_TRUE(vistrel_->process().waitForEnd());
   vistrel_.reset();
-  ASSERT_TRUE(eventually([&] { return !shell_.frameOf("Vistrel"); }));
-  // With the window that it belongs to mutter 43 now and then loses it.
-  if (dialog_.isOpen()) dialog_.cancel();
   startVistrel();
-  chooseAnotherWindow();
-  dialog_.share("Source");
-  EXPECT_TRUE(comesToShow(vistrel_->panels(1).back(), fourColours));
+  ASSERT_TRUE(eventually([&] { return canBeChosen(); }));
+  EXPECT_TRUE(
+      isOnBus(connectToBus(desktop_.busAddress()), "org.freedesktop.impl.portal.desktop.gnome"));
 }
 
 }  // namespace

@@ -18,11 +18,10 @@ constexpr testbed::Quadrants otherColours{testbed::white, testbed::blue, testbed
 /// A mirror whose panel a person comes not to see, on a server without a compositing manager.
 class UnseenPicture : public ::testing::Test {
  protected:
-  UnseenPicture() {
-    display_.adoptEnvironment();
+  void SetUp() override {
     mirror_.start(source_.id());
+    ASSERT_TRUE(eventuallyShows(testbed::fourColours));
   }
-  void SetUp() override { ASSERT_TRUE(eventuallyShows(testbed::fourColours)); }
 
   bool eventuallyShows(const testbed::Quadrants& picture) {
     return eventually([&] { return mirror_.shows(picture, sourceArea); });
@@ -48,6 +47,7 @@ class UnseenPicture : public ::testing::Test {
   static constexpr double seldom = 0.3;
 
   const testbed::PrivateDisplay display_{{.windowManager = testbed::WindowManager::none}};
+  const bool isAdopted_ = (display_.adoptEnvironment(), true);
   const testbed::XConnection connection_{display_.name()};
   testbed::TestWindow source_{display_.name(), {.area = sourceArea, .managed = false}};
   TestMirror mirror_{connection_, panelArea};

@@ -3,10 +3,10 @@
 #include <gmock/gmock.h>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/wayland/stream/FrameCopy.h"
-#include "tests/support/FileDescriptor.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -30,10 +30,12 @@ class Picture {
   /// In memory as somebody shares it.
   StreamFrame frame() const {
     const std::size_t bytes = pixels_.size() * sizeof(pixels_.front());
-    const testbed::FileDescriptor file(memfd_create("frame", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    EXPECT_EQ(write(file.get(), pixels_.data(), bytes), static_cast<ssize_t>(bytes));
-    EXPECT_EQ(fcntl(file.get(), F_ADD_SEALS, F_SEAL_SHRINK), 0);
-    return {SharedMemory::map(file.get(), bytes), {0, size_.width * 4, size_, crop_}, crop_, true};
+    const int file = memfd_create("frame", MFD_CLOEXEC | MFD_ALLOW_SEALING);
+    EXPECT_EQ(write(file, pixels_.data(), bytes), static_cast<ssize_t>(bytes));
+    EXPECT_EQ(fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK), 0);
+    auto memory = SharedMemory::map(file, bytes);
+    close(file);
+    return {std::move(memory), {0, size_.width * 4, size_, crop_}, crop_, true};
   }
 
  private:
