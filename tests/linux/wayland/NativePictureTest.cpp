@@ -195,6 +195,7 @@ TEST_P(NativePictureAtScale, HasThePointerWhereItIsOverTheWindow) {
   EXPECT_TRUE(eventuallyShows(testbed::fourColours));
   EXPECT_TRUE(mirror_.wasGiven(testbed::fourColours));
   EXPECT_TRUE(eventually([&] {
+    hand_.moveTo(elsewhere);
     hand_.moveTo({placeOnSecond.x + 251, placeOnSecond.y + 100});
     hand_.moveTo({placeOnSecond.x + 250, placeOnSecond.y + 100});
     mirror_.turn();
