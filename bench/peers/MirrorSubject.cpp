@@ -65,25 +65,23 @@ void MirrorSubject::resizeTo(Extent extent) {
   bed_->hand().rest(betweenClicks);
   bed_->hand().drag(grip,
                     {grip.x + extent.width - now.width, grip.y + extent.height - now.height});
-  bed_->hand().rest(0);
-  bed_->putHandAway();
   if (!testbed::eventually([&] {
         const testbed::Rect contents = panel_->contents();
         return contents.width == extent.width && contents.height == extent.height;
       })) {
     throw std::runtime_error("the panel does not take the size it is dragged to");
   }
+  bed_->putHandAway();
 }
 
 void MirrorSubject::rollUp() {
   bed_->hand().rest(betweenClicks);
   bed_->hand().clickAt(panel_->titleBar(), 2);
-  bed_->hand().rest(0);
-  bed_->putHandAway();
   if (!testbed::eventually(
           [&] { return panel_->area().height == testbed::PanelOnScreen::titleBarHeight; })) {
     throw std::runtime_error("the panel does not roll up");
   }
+  bed_->putHandAway();
 }
 
 Contestant vistrel() {
