@@ -22,6 +22,7 @@ class MirroredSession {
   const testbed::PanelOnScreen& panel(std::size_t index) const { return panels_[index]; }
   const testbed::XConnection& connection() const { return connection_; }
 
+  pid_t clientPid() const { return vistrel_->process().pid(); }
   /// Seconds of processor time that the program and the display server have used so far.
   double clientSeconds() const;
   double serverSeconds() const;

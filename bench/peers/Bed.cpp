@@ -8,8 +8,8 @@ namespace {
 /// Whether a compositing manager has said that it is there (EWMH 1.5, _NET_WM_CM_Sn).
 bool isComposited(const testbed::XConnection& connection) {
   const testbed::XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-      connection.get(),
-      xcb_get_selection_owner(connection.get(), connection.atom("_NET_WM_CM_S0")), nullptr));
+      connection.get(), xcb_get_selection_owner(connection.get(), connection.atom("_NET_WM_CM_S0")),
+      nullptr));
   return owner && owner->owner != XCB_WINDOW_NONE;
 }
 

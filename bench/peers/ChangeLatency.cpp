@@ -21,12 +21,12 @@ std::optional<int> shownChange(const Bed& bed, const ChangingSource& source,
   const testbed::Point middle = subject.picture().centre();
   xcb_connection_t* const connection = bed.connection().get();
   constexpr std::uint32_t allPlanes = ~0U;
-  const testbed::XReply<xcb_get_image_reply_t> image(xcb_get_image_reply(
-      connection,
-      xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, subject.window(),
-                    static_cast<std::int16_t>(middle.x), static_cast<std::int16_t>(middle.y), 1, 1,
-                    allPlanes),
-      nullptr));
+  const testbed::XReply<xcb_get_image_reply_t> image(
+      xcb_get_image_reply(connection,
+                          xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, subject.window(),
+                                        static_cast<std::int16_t>(middle.x),
+                                        static_cast<std::int16_t>(middle.y), 1, 1, allPlanes),
+                          nullptr));
   if (!image || xcb_get_image_data_length(image.get()) < 4) return std::nullopt;
   const std::uint8_t* const bytes = xcb_get_image_data(image.get());
   const auto number = source.numberOf({bytes[2], bytes[1], bytes[0]});

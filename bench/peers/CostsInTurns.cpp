@@ -87,8 +87,7 @@ class Turns {
       const double manager = bed_.managerSeconds();
       const auto start = Clock::now();
       std::this_thread::sleep_for(span_);
-      const double perSecond =
-          1000 / std::chrono::duration<double>(Clock::now() - start).count();
+      const double perSecond = 1000 / std::chrono::duration<double>(Clock::now() - start).count();
       const double clientAfter = subject == nullptr ? 0 : subject->clientSeconds();
       costs_->add({bedName_, nameOf(change), name, round_,
                    figure((clientAfter - client) * perSecond),
@@ -131,11 +130,11 @@ class Turns {
 void measureCostsInTurns(const std::filesystem::path& folder, const Thoroughness& thoroughness) {
   Figures costs(folder / "costs.csv", {"bed", "change", "subject", "round", "client_ms_per_s",
                                        "server_ms_per_s", "manager_ms_per_s"});
-  Figures latency(folder / "latency.csv", {"bed", "change", "rate", "subject", "round",
-                                           "median_ms", "p95_ms", "seen_per_s"});
-  std::array turns{std::make_unique<Turns>(Bed::Compositing::none, thoroughness, costs, latency),
-                   std::make_unique<Turns>(Bed::Compositing::managed, thoroughness, costs,
-                                           latency)};
+  Figures latency(folder / "latency.csv", {"bed", "change", "rate", "subject", "round", "median_ms",
+                                           "p95_ms", "seen_per_s"});
+  std::array turns{
+      std::make_unique<Turns>(Bed::Compositing::none, thoroughness, costs, latency),
+      std::make_unique<Turns>(Bed::Compositing::managed, thoroughness, costs, latency)};
   for (int round = 1; round <= thoroughness.rounds; ++round) {
     for (const auto& bed : turns) bed->round(round);
   }

@@ -38,8 +38,7 @@ class Redirection : public Subject {
 
 }  // namespace
 
-MirrorSubject::MirrorSubject(Bed& bed)
-    : bed_(&bed), program_(bed.display(), bed.connection()) {
+MirrorSubject::MirrorSubject(Bed& bed) : bed_(&bed), program_(bed.display(), bed.connection()) {
   constexpr std::uint32_t byPerson = 2;
   const testbed::PickerOnScreen picker = program_.picker();
   bed.hand().clickAt(program_.pickerRows(1).front().centre(), 2);
@@ -48,7 +47,19 @@ MirrorSubject::MirrorSubject(Bed& bed)
   if (!testbed::eventually([&] { return !picker.isOnScreen(); })) {
     throw std::runtime_error("the picker does not close");
   }
-  bed.putHandAway();
+  putBeside();
+}
+
+// As the peers' windows are: over the source it would spare the server a part of that.
+void MirrorSubject::putBeside() {
+  const testbed::Point from = panel_->titleBar();
+  const int left = Bed::sourceArea.width + 30 - panel_->area().x;
+  bed_->hand().rest(betweenClicks);
+  bed_->hand().drag(from, {from.x + left, from.y});
+  if (!testbed::eventually([&] { return panel_->area().x >= Bed::sourceArea.width; })) {
+    throw std::runtime_error("the panel does not follow the pointer");
+  }
+  bed_->putHandAway();
 }
 
 double MirrorSubject::clientSeconds() const { return processorSeconds(program_.process().pid()); }
@@ -63,8 +74,7 @@ void MirrorSubject::resizeTo(Extent extent) {
   const testbed::Rect now = panel_->contents();
   const testbed::Point grip = panel_->grip();
   bed_->hand().rest(betweenClicks);
-  bed_->hand().drag(grip,
-                    {grip.x + extent.width - now.width, grip.y + extent.height - now.height});
+  bed_->hand().drag(grip, {grip.x + extent.width - now.width, grip.y + extent.height - now.height});
   if (!testbed::eventually([&] {
         const testbed::Rect contents = panel_->contents();
         return contents.width == extent.width && contents.height == extent.height;
@@ -91,8 +101,7 @@ Contestant vistrel() {
 }
 
 Contestant redirection() {
-  return {.name = "redirection alone",
-          .start = [](Bed& bed, const ChangingSource& source, Extent) {
+  return {.name = "redirection alone", .start = [](Bed& bed, const ChangingSource& source, Extent) {
             return std::make_unique<Redirection>(bed, source.id());
           }};
 }

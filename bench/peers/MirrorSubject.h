@@ -10,7 +10,8 @@ namespace vistrel::bench {
 /// The built program with one mirror, opened from its picker as a person does it.
 class MirrorSubject : public Subject {
  public:
-  /// Returns once the panel is on the screen; the picker is closed then. Throws std::runtime_error.
+  /// Returns once the panel is beside where
+  /// the bed's large source is; the picker is closed then. Throws std::runtime_error.
   explicit MirrorSubject(Bed& bed);
 
   double clientSeconds() const override;
@@ -23,6 +24,8 @@ class MirrorSubject : public Subject {
   void rollUp();
 
  private:
+  void putBeside();
+
   Bed* bed_;
   testbed::RunningVistrel program_;
   std::optional<testbed::PanelOnScreen> panel_;

@@ -71,8 +71,8 @@ class Peer : public Subject {
 Contestant peer(std::string name, const PeerCommand& command) {
   return {.name = std::move(name),
           .start = [command](Bed& bed, const ChangingSource& source, Extent extent) {
-            return std::make_unique<Peer>(
-                bed, command(bed.display().name(), source.id(), extent), extent);
+            return std::make_unique<Peer>(bed, command(bed.display().name(), source.id(), extent),
+                                          extent);
           }};
 }
 
@@ -106,10 +106,18 @@ PeerCommand gstreamer(const std::string& damage, const std::string& method) {
 std::vector<std::string> player(const std::string& display, xcb_window_t source, Extent extent) {
   const std::string width = std::to_string(extent.width);
   const std::string height = std::to_string(extent.height);
-  return {"ffplay",    "-hide_banner", "-loglevel", "error",      "-f",       "x11grab",
-          "-framerate", "30",          "-window_id", std::to_string(source), "-fflags", "nobuffer",
-          "-flags",    "low_delay",    "-i",        display,      "-vf",
-          "scale=" + width + ":" + height + ":flags=area", "-noborder", "-x", width, "-y", height};
+  return {"ffplay",     "-hide_banner",
+          "-loglevel",  "error",
+          "-f",         "x11grab",
+          "-framerate", "30",
+          "-window_id", std::to_string(source),
+          "-fflags",    "nobuffer",
+          "-flags",     "low_delay",
+          "-i",         display,
+          "-vf",        "scale=" + width + ":" + height + ":flags=area",
+          "-noborder",  "-x",
+          width,        "-y",
+          height};
 }
 
 }  // namespace

@@ -6,6 +6,9 @@
 #include <string>
 
 #include "bench/peers/CostsInTurns.h"
+#include "bench/peers/ManyMirrors.h"
+#include "bench/peers/OpeningTimes.h"
+#include "bench/peers/PictureQuality.h"
 
 namespace {
 
@@ -26,6 +29,10 @@ int main(int count, char** values) try {
   if (arguments.size() > 3) {
     thoroughness.span = std::chrono::duration<double>(std::stod(arguments[3]));
   }
+  constexpr int openingsPerRound = 3;
+  vistrel::bench::measureOpeningTimes(folder, openingsPerRound * thoroughness.rounds);
+  vistrel::bench::measurePictureQuality(folder);
+  vistrel::bench::measureManyMirrors(folder, thoroughness.span);
   vistrel::bench::measureCostsInTurns(folder, thoroughness);
   return EXIT_SUCCESS;
 } catch (const std::exception& error) {
