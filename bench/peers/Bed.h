@@ -28,7 +28,7 @@ class Bed {
   /// None but of the compositing manager, if there is one.
   double managerSeconds() const;
 
-  static constexpr testbed::Point size{2560, 2400};
+  static constexpr testbed::Point size{2720, 2400};
   /// Of a source; what is right of it is for panels.
   static constexpr testbed::Rect sourceArea{0, 0, 1900, 1020};
 

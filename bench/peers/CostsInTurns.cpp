@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "bench/peers/Bed.h"
 #include "bench/peers/ChangeLatency.h"
@@ -98,7 +99,7 @@ class Turns {
 
   void latencyAtEachRate(const std::string& name, const Subject& subject) {
     for (const Change change : {Change::full, Change::small}) {
-      for (const double rate : {7.0, 24.0, usualRate, 60.0}) {
+      for (const double rate : rates()) {
         begin(change, rate);
         const SeenChanges seen = seenChanges(bed_, source_, subject, span_);
         latency_->add({bedName_, nameOf(change), figure(rate), name, round_,
@@ -106,6 +107,11 @@ class Turns {
                        figure(seen.perSecond)});
       }
     }
+  }
+
+  std::vector<double> rates() const {
+    if (isComposited_) return {usualRate};
+    return {7, 24, usualRate, 60};
   }
 
   /// Lets what the change before has left come to its end.

@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <array>
+#include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -25,11 +27,11 @@ class Peer : public Subject {
         before_(managedWindows(bed.connection())),
         process_(commandOf(bed, std::move(arguments))) {
     // Before its first picture it may be of another size.
-    testbed::awaitStart(process_, "a peer", [this] { return isShown(); });
+    await([this] { return isShown(); });
     const std::array<std::uint32_t, 2> place{Bed::sourceArea.width + 30, 60};
     xcb_configure_window(connection_->get(), window_, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
                          place.data());
-    testbed::awaitStart(process_, "a peer", [this] {
+    await([this] {
       return testbed::areaOf(*connection_, window_).value_or(testbed::Rect{}).x >=
              Bed::sourceArea.width;
     });
@@ -47,6 +49,22 @@ class Peer : public Subject {
     environment.insert(environment.end(),
                        {"SDL_RENDER_DRIVER=software", "SDL_AUDIODRIVER=dummy", "NO_AT_BRIDGE=1"});
     return {.arguments = std::move(arguments), .environment = std::move(environment)};
+  }
+
+  template <class Condition>
+  void await(const Condition& condition) {
+    if (testbed::eventually([&] { return process_.ending() || condition(); }) &&
+        !process_.ending()) {
+      return;
+    }
+    throw std::runtime_error("it did not start; " + endingOf(process_.ending()) + " " +
+                             process_.standardError());
+  }
+
+  static std::string endingOf(const std::optional<testbed::ChildProcess::Ending>& ending) {
+    if (!ending) return "it shows no window.";
+    if (ending->signal) return "signal " + std::to_string(*ending->signal) + ".";
+    return "exit status " + std::to_string(ending->exitStatus.value_or(0)) + ".";
   }
 
   bool isShown() {
@@ -68,11 +86,17 @@ class Peer : public Subject {
   testbed::ChildProcess process_;
 };
 
-Contestant peer(std::string name, const PeerCommand& command) {
-  return {.name = std::move(name),
-          .start = [command](Bed& bed, const ChangingSource& source, Extent extent) {
-            return std::make_unique<Peer>(bed, command(bed.display().name(), source.id(), extent),
-                                          extent);
+Contestant peer(const std::string& name, const PeerCommand& command) {
+  return {.name = name,
+          .start = [name, command](Bed& bed, const ChangingSource& source, Extent extent) {
+            const auto arguments = command(bed.display().name(), source.id(), extent);
+            // gst-launch-1.0 1.22 ends now and then as it starts.
+            try {
+              return std::make_unique<Peer>(bed, arguments, extent);
+            } catch (const std::runtime_error& error) {
+              std::cerr << name << ": " << error.what() << " Once more." << std::endl;
+              return std::make_unique<Peer>(bed, arguments, extent);
+            }
           }};
 }
 

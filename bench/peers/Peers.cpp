@@ -1,41 +1,71 @@
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <functional>
 #include <iostream>
-#include <span>
 #include <string>
+#include <vector>
 
 #include "bench/peers/CostsInTurns.h"
 #include "bench/peers/ManyMirrors.h"
 #include "bench/peers/OpeningTimes.h"
 #include "bench/peers/PictureQuality.h"
 
+namespace vistrel::bench {
 namespace {
 
+struct Part {
+  std::string name;
+  std::function<void(const std::filesystem::path&, const Thoroughness&)> measure;
+};
+
+const std::vector<Part>& parts() {
+  static const std::vector<Part> all{
+      {"opening",
+       [](const auto& folder, const auto& thoroughness) {
+         constexpr int openingsPerRound = 3;
+         measureOpeningTimes(folder, openingsPerRound * thoroughness.rounds);
+       }},
+      {"quality", [](const auto& folder, const auto&) { measurePictureQuality(folder); }},
+      {"many", [](const auto& folder,
+                  const auto& thoroughness) { measureManyMirrors(folder, thoroughness.span); }},
+      {"costs", measureCostsInTurns},
+  };
+  return all;
+}
+
 int usage() {
-  std::cerr << "usage: vistrel-peers FOLDER [ROUNDS [SECONDS]]\n";
+  std::cerr << "usage: vistrel-peers FOLDER ROUNDS SECONDS [opening] [quality] [many] [costs]\n"
+               "Measures Vistrel beside its peers, all of it or these parts, and writes the "
+               "figures into the folder.\n";
   return EXIT_FAILURE;
 }
 
-}  // namespace
-
-/// Measures the program beside its peers and writes the figures into a folder.
-int main(int count, char** values) try {
-  const std::span arguments(values, static_cast<std::size_t>(count));
-  if (arguments.size() < 2 || arguments.size() > 4) return usage();
-  const std::filesystem::path folder = arguments[1];
-  vistrel::bench::Thoroughness thoroughness;
-  if (arguments.size() > 2) thoroughness.rounds = std::stoi(arguments[2]);
-  if (arguments.size() > 3) {
-    thoroughness.span = std::chrono::duration<double>(std::stod(arguments[3]));
+int run(const std::vector<std::string>& arguments) {
+  constexpr std::size_t always = 3;
+  if (arguments.size() < always) return usage();
+  const Thoroughness thoroughness{
+      .rounds = std::stoi(arguments[1]),
+      .span = std::chrono::duration<double>(std::stod(arguments[2])),
+  };
+  const std::vector<std::string> chosen(arguments.begin() + always, arguments.end());
+  for (const Part& part : parts()) {
+    if (!chosen.empty() && std::ranges::count(chosen, part.name) == 0) continue;
+    part.measure(arguments.front(), thoroughness);
   }
-  constexpr int openingsPerRound = 3;
-  vistrel::bench::measureOpeningTimes(folder, openingsPerRound * thoroughness.rounds);
-  vistrel::bench::measurePictureQuality(folder);
-  vistrel::bench::measureManyMirrors(folder, thoroughness.span);
-  vistrel::bench::measureCostsInTurns(folder, thoroughness);
   return EXIT_SUCCESS;
-} catch (const std::exception& error) {
-  std::cerr << error.what() << '\n';
-  return EXIT_FAILURE;
+}
+
+}  // namespace
+}  // namespace vistrel::bench
+
+int main(int count, char** values) {
+  try {
+    return vistrel::bench::run({values + 1, values + count});
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return EXIT_FAILURE;
+  }
 }
