@@ -16,13 +16,13 @@ constexpr std::size_t rowsWithoutScrolling = 12;
 
 }  // namespace
 
-MirroredSession::MirroredSession(int mirrors) {
-  for (int i = 0; i < mirrors; ++i) {
+MirroredSession::MirroredSession(const std::vector<testbed::Rect>& sources) {
+  for (const testbed::Rect& area : sources) {
     // Two digits, so that the picker lists them in this order.
     sources_.push_back(std::make_unique<testbed::TestWindow>(
         display_.name(),
         testbed::TestWindow::Options{
-            .title = std::to_string(10 + i), .area = sourceArea, .decorated = false}));
+            .title = std::to_string(10 + sources_.size()), .area = area, .decorated = false}));
   }
   vistrel_ = std::make_unique<testbed::RunningVistrel>(display_, connection_);
   testbed::InputDriver hand(connection_);

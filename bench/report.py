@@ -73,17 +73,18 @@ def own_costs(folder):
 
 
 def equal_peers(folder):
-    """The peers whose picture is nowhere more than a decibel worse than the mirror's, by the mean
-    over all sources and ratios; all peers where that was not measured."""
-    quality = medians(rows(folder, "quality.csv"), ["subject"], ["decibels"])
-    means = {}
+    """The peers whose picture is at most a decibel worse than the mirror's, by the median over the
+    sources and ratios that both were judged at; None where that was not measured."""
+    judged = {}
     for row in rows(folder, "quality.csv"):
-        means.setdefault(row["subject"], []).append(float(row["decibels"]))
-    means = {subject: statistics.mean(values) for subject, values in means.items()}
-    if MIRROR not in quality:
+        judged.setdefault(row["subject"], {})[row["source"], row["ratio"]] = float(row["decibels"])
+    mirror = judged.pop(MIRROR, None)
+    if mirror is None:
         return None
-    return {subject for subject, mean in means.items()
-            if subject != MIRROR and mean >= means[MIRROR] - 1}
+    return {
+        peer for peer, decibels in judged.items()
+        if statistics.median(decibels[at] - mirror[at] for at in decibels if at in mirror) >= -1
+    }
 
 
 def print_costs(costs, equal):
@@ -218,14 +219,31 @@ def report_many(folder):
             print(f"each further mirror in {what}: {each:.2f} MB")
 
 
+def report_crowd(folder):
+    """What a shown frame of small sources that all repaint costs, in the program and in the server
+    beyond what the sources alone cost it."""
+    alone, mirrored = {}, {}
+    for row in rows(folder, "crowd.csv"):
+        (mirrored if row["mirrored"] == "yes" else alone)[row["sources"]] = row
+    lines = []
+    for sources, row in mirrored.items():
+        cost = (float(row["client_ms_per_s"]) + float(row["server_ms_per_s"])
+                - float(alone[sources]["server_ms_per_s"]))
+        frames = float(row["shown_per_s"])
+        lines.append([sources, f"{frames / int(sources):.1f}", f"{cost / frames:.2f}"])
+    if lines:
+        print_table("Sources of 640 × 400, all repainted 30 times a second",
+                    ["sources", "frames/s each", "ms per frame"], lines)
+
+
 def report_opening(folder):
     table = rows(folder, "opening.csv")
     if not table:
         return
     names = {"start_to_picker_ms": "start to picker", "start_to_list_ms": "start to list",
              "click_to_picture_ms": "double-click to picture"}
-    print_table("Milliseconds, least / median / most",
-                ["", ""],
+    print_table("Opening: least / median / most",
+                ["", "ms"],
                 [[name, " / ".join(f"{f([float(row[column]) for row in table]):.0f}"
                                    for f in (min, statistics.median, max))]
                  for column, name in names.items()])
@@ -284,6 +302,7 @@ def main(arguments):
         draw_latency(latency, folder)
     report_quality(folder)
     report_many(folder)
+    report_crowd(folder)
     report_opening(folder)
     report_core(folder)
     print(f"\nFigures and plots are in {folder}.")

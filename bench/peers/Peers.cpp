@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bench/peers/CostsInTurns.h"
+#include "bench/peers/Crowd.h"
 #include "bench/peers/ManyMirrors.h"
 #include "bench/peers/OpeningTimes.h"
 #include "bench/peers/PictureQuality.h"
@@ -31,15 +32,18 @@ const std::vector<Part>& parts() {
       {"quality", [](const auto& folder, const auto&) { measurePictureQuality(folder); }},
       {"many", [](const auto& folder,
                   const auto& thoroughness) { measureManyMirrors(folder, thoroughness.span); }},
+      {"crowd", [](const auto& folder,
+                   const auto& thoroughness) { measureCrowd(folder, thoroughness.span); }},
       {"costs", measureCostsInTurns},
   };
   return all;
 }
 
 int usage() {
-  std::cerr << "usage: vistrel-peers FOLDER ROUNDS SECONDS [opening] [quality] [many] [costs]\n"
-               "Measures Vistrel beside its peers, all of it or these parts, and writes the "
-               "figures into the folder.\n";
+  std::cerr
+      << "usage: vistrel-peers FOLDER ROUNDS SECONDS [opening] [quality] [many] [crowd] [costs]\n"
+         "Measures Vistrel beside its peers, all of it or these parts, and writes the "
+         "figures into the folder.\n";
   return EXIT_FAILURE;
 }
 
