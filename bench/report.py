@@ -14,6 +14,8 @@ import matplotlib
 matplotlib.use("svg")
 # The same figures give the same file.
 matplotlib.rcParams["svg.hashsalt"] = "vistrel"
+# Text stays text.
+matplotlib.rcParams["svg.fonttype"] = "none"
 matplotlib.rcParams["font.size"] = 9
 from matplotlib import pyplot  # noqa: E402
 
@@ -22,6 +24,8 @@ ROLLED_UP = "Vistrel rolled up"
 REDIRECTION = "redirection alone"
 ALONE = "source alone"
 CHANGES = ["full", "small", "static"]
+# While costs are measured.
+CHANGES_PER_SECOND = 30
 BEDS = {"bare": "bare server", "composited": "with a compositing manager"}
 CLIENT_COLOUR, SERVER_COLOUR, MIRROR_COLOUR = "#3565a8", "#d08a32", "#3565a8"
 
@@ -109,7 +113,31 @@ def print_costs(costs, equal):
                 continue
             cheapest = min(peers, key=peers.get)
             ratio = sum(costs[bed, change, MIRROR]) / peers[cheapest]
-            print(f"{change}: {ratio:.2f} × {cheapest}")
+            print(f"{change}: {ratio:.2f} × {cheapest}, the cheapest whose picture is as good")
+        print_unseen(costs, bed)
+
+
+def print_unseen(costs, bed):
+    """What a mirror costs that is rolled up, beyond what the redirection of its source costs."""
+    for change in CHANGES[:2]:
+        if not {(bed, change, MIRROR), (bed, change, ROLLED_UP)} <= costs.keys():
+            continue
+        redirection = sum(costs.get((bed, change, REDIRECTION), (0, 0)))
+        seen = sum(costs[bed, change, MIRROR])
+        unseen = sum(costs[bed, change, ROLLED_UP]) - redirection
+        print(f"{change}, rolled up: {unseen / seen:.2f} × open"
+              + (" beside the redirection" if redirection else ""))
+
+
+def print_frame_times(folder):
+    """The server's own time for one frame of the source, which no latency can go below."""
+    costs = medians(rows(folder, "costs.csv"), ["bed", "change", "subject"], ["server_ms_per_s"])
+    for change in CHANGES[:2]:
+        alone, redirected = (costs.get(("bare", change, s)) for s in (ALONE, REDIRECTION))
+        if alone and redirected:
+            print(f"{change}: the bare server draws a frame of the source in "
+                  f"{alone[0] / CHANGES_PER_SECOND:.2f} ms, redirected in "
+                  f"{redirected[0] / CHANGES_PER_SECOND:.2f} ms")
 
 
 def draw_costs(costs, folder):
@@ -131,7 +159,7 @@ def draw_costs(costs, folder):
                 axis.set_yticklabels([])
     for axis in axes[-1]:
         axis.set_xlabel("ms of processor per second")
-    axes[0][-1].legend(loc="lower right")
+    axes[0][-1].legend(loc="upper right")
     save(figure, folder / "costs.svg")
 
 
@@ -299,6 +327,7 @@ def main(arguments):
                       ["median_ms", "p95_ms"])
     if latency:
         print_latency(latency)
+        print_frame_times(folder)
         draw_latency(latency, folder)
     report_quality(folder)
     report_many(folder)
