@@ -63,17 +63,22 @@ def print_table(title, headings, lines):
 
 def own_costs(folder):
     """From bed, change and subject to what showing costs its process, and server and manager
-    together, less what the source alone costs those."""
-    costs = medians(rows(folder, "costs.csv"), ["bed", "change", "subject"],
-                    ["client_ms_per_s", "server_ms_per_s", "manager_ms_per_s"])
-    result = {}
-    for (bed, change, subject), (client, server, manager) in costs.items():
-        if subject == ALONE or (bed, change, ALONE) not in costs:
-            continue
-        _, server_alone, manager_alone = costs[bed, change, ALONE]
-        result[bed, change, subject] = (
-            client, max(0, server + manager - server_alone - manager_alone))
-    return result
+    together, less what the source alone costs those in the same round."""
+    table = rows(folder, "costs.csv")
+    alone = {(row["bed"], row["change"], row["round"]): behind(row)
+             for row in table if row["subject"] == ALONE}
+    own = []
+    for row in table:
+        at = row["bed"], row["change"], row["round"]
+        if row["subject"] != ALONE and at in alone:
+            own.append({**row, "server": behind(row) - alone[at]})
+    return {key: (client, max(0, server)) for key, (client, server) in
+            medians(own, ["bed", "change", "subject"], ["client_ms_per_s", "server"]).items()}
+
+
+def behind(row):
+    """What the display server and the compositing manager have cost."""
+    return float(row["server_ms_per_s"]) + float(row["manager_ms_per_s"])
 
 
 def equal_peers(folder):

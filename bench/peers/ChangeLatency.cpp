@@ -12,7 +12,7 @@ namespace {
 
 using Clock = ChangingSource::Clock;
 
-/// Changes older than this are taken for a colour of something else.
+// What seems older is the colour of something else.
 constexpr int believable = 64;
 
 /// The change that the middle of the subject's picture shows.

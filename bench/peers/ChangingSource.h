@@ -16,7 +16,7 @@
 
 namespace vistrel::bench {
 
-/// How much of the window changes at a time: nothing, a two-hundredth in its middle, or all.
+/// How much of the window changes at a time: nothing, 200 × 200 pixels in its middle, or all.
 enum class Change { none, small, full };
 
 /// A window that changes by itself, with jitter, on a thread and a connection of its own. Each

@@ -14,6 +14,10 @@
 namespace vistrel::bench {
 namespace {
 
+/// The program and arguments that show one window of a display.
+using PeerCommand =
+    std::function<std::vector<std::string>(const std::string& display, xcb_window_t, Extent)>;
+
 std::vector<std::uint32_t> managedWindows(const testbed::XConnection& connection) {
   return connection.numbers(connection.root(), "_NET_CLIENT_LIST");
 }

@@ -1,6 +1,7 @@
 #include "bench/peers/PictureQuality.h"
 
 #include <algorithm>
+#include <array>
 #include <iostream>
 #include <stdexcept>
 #include <string>

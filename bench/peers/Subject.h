@@ -43,8 +43,4 @@ struct Contestant {
 /// What people would use instead.
 std::vector<Contestant> peers();
 
-/// A peer's process is started so, for one window of a display.
-using PeerCommand =
-    std::function<std::vector<std::string>(const std::string& display, xcb_window_t, Extent)>;
-
 }  // namespace vistrel::bench
