@@ -202,7 +202,7 @@ def draw_latency(latency, folder):
         axis.set_yscale("log")
         axis.grid(True, which="both", alpha=0.25)
     axes[0].set_ylabel("ms until seen; dotted: 95th percentile")
-    axes[1].legend(fontsize=7)
+    axes[0].legend(loc="lower right", fontsize=7)
     save(figure, folder / "latency.svg")
 
 
@@ -229,7 +229,7 @@ def report_quality(folder):
         print_table(f"Decibels against the mean of the source's pixels, {source}",
                     ["", *(f"{float(r):g}:1" for r in ratios)], lines)
     axes[0].set_ylabel("dB (up to 70), more is better")
-    axes[-1].legend(fontsize=7)
+    axes[len(axes) // 2].legend(loc="lower right", fontsize=7)
     save(figure, folder / "quality.svg")
 
 

@@ -115,11 +115,13 @@ class Turns {
     return {7, 24, usualRate, 60};
   }
 
-  /// Lets what the change before has left come to its end.
+  /// Lets what the change before has left come to its end; where nothing changes any more, also the
+  /// signs that say so.
   void begin(Change change, double rate) {
     constexpr std::chrono::milliseconds settling{500};
+    constexpr std::chrono::milliseconds comingToRest{4000};
     source_.change(change, rate);
-    std::this_thread::sleep_for(settling);
+    std::this_thread::sleep_for(change == Change::none ? comingToRest : settling);
   }
 
   Bed bed_;
