@@ -1,11 +1,13 @@
 #include "bench/peers/OpeningTimes.h"
 
 #include <chrono>
+#include <stdexcept>
 #include <string>
 
 #include "bench/peers/Bed.h"
 #include "bench/peers/Figures.h"
 #include "tests/desktop/RunningVistrel.h"
+#include "tests/support/Poll.h"
 #include "tests/support/ScreenReader.h"
 #include "tests/support/TestWindow.h"
 
@@ -18,11 +20,17 @@ std::string millisecondsSince(Clock::time_point start) {
   return figure(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
 }
 
-/// Returns once the middle of the first panel is of that colour.
-void awaitPanel(const testbed::RunningVistrel& program, const testbed::ScreenReader& screen,
-                testbed::Rgb colour) {
-  const testbed::PanelOnScreen panel = program.panels(1).front();
-  while (!similar(screen.pixel(panel.contents().centre()), colour, 6)) {
+// Clear of where the first panel opens, whose picture is then the only thing there of this colour.
+constexpr testbed::Rect sourceArea{700, 0, Bed::sourceArea.width, Bed::sourceArea.height};
+constexpr testbed::Point firstPanel{32, 32};
+constexpr testbed::Rgb sourceColour = testbed::green;
+
+/// Looks there without a pause. Throws std::runtime_error when the picture does not come.
+void awaitPicture(const testbed::ScreenReader& screen) {
+  const testbed::Rect panel = testbed::PanelOnScreen::computedArea(sourceArea, firstPanel);
+  const auto deadline = Clock::now() + testbed::generousDeadline;
+  while (!similar(screen.pixel(panel.centre()), sourceColour, 6)) {
+    if (Clock::now() > deadline) throw std::runtime_error("no mirror opens");
   }
 }
 
@@ -36,8 +44,8 @@ void measureOpeningTimes(const std::filesystem::path& folder, int times) {
     const testbed::ScreenReader screen(bed.connection());
     const testbed::TestWindow source(bed.display().name(),
                                      {.title = "Source",
-                                      .area = Bed::sourceArea,
-                                      .picture = testbed::Quadrants::uniform(testbed::green),
+                                      .area = sourceArea,
+                                      .picture = testbed::Quadrants::uniform(sourceColour),
                                       .decorated = false});
     const auto start = Clock::now();
     const testbed::RunningVistrel program(bed.display(), bed.connection());
@@ -47,7 +55,7 @@ void measureOpeningTimes(const std::filesystem::path& folder, int times) {
     const std::string list = millisecondsSince(start);
     bed.hand().clickAt(row, 2);
     const auto clicked = Clock::now();
-    awaitPanel(program, screen, testbed::green);
+    awaitPicture(screen);
     figures.add({std::to_string(round), picker, list, millisecondsSince(clicked)});
   }
 }
