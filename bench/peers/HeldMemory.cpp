@@ -31,17 +31,11 @@ std::vector<std::uint32_t> clientsOf(const testbed::XConnection& connection, pid
 
 std::uint64_t ownBytes(pid_t pid) {
   std::ifstream file("/proc/" + std::to_string(pid) + "/smaps_rollup");
-  std::uint64_t kilobytes = 0;
-  bool isFound = false;
   for (std::string word; file >> word;) {
-    if (word != "Private_Clean:" && word != "Private_Dirty:") continue;
-    std::uint64_t value = 0;
-    file >> value;
-    kilobytes += value;
-    isFound = true;
+    std::uint64_t kilobytes = 0;
+    if (word == "Private_Dirty:" && file >> kilobytes) return kilobytes * 1024;
   }
-  if (!isFound) throw std::runtime_error("a measured process is gone");
-  return kilobytes * 1024;
+  throw std::runtime_error("a measured process is gone");
 }
 
 std::uint64_t pixmapBytes(const testbed::XConnection& connection, pid_t pid) {

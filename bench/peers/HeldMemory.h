@@ -7,7 +7,8 @@
 
 namespace vistrel::bench {
 
-/// Memory that the process alone holds, in bytes. Throws std::runtime_error when it is gone.
+/// Memory that the process has written and shares with nobody, in bytes: what is mapped from files
+/// counts or not by who else runs. Throws std::runtime_error when it is gone.
 std::uint64_t ownBytes(pid_t pid);
 
 /// What the server holds in pixmaps for all connections of the process, in bytes, as it says itself

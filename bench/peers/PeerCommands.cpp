@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <array>
-#include <iostream>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -22,13 +20,22 @@ std::vector<std::uint32_t> managedWindows(const testbed::XConnection& connection
   return connection.numbers(connection.root(), "_NET_CLIENT_LIST");
 }
 
+/// Servers give ids again: the manager may still list a window of the peer before that has the id
+/// which the next one's is going to have.
+void awaitFormerGone(const testbed::XConnection& connection, xcb_window_t source) {
+  if (!testbed::eventually(
+          [&] { return managedWindows(connection) == std::vector<std::uint32_t>{source}; })) {
+    throw std::runtime_error("there is another window beside the source");
+  }
+}
+
 /// A program that shows nothing but the source's picture, in a window of its size.
 class Peer : public Subject {
  public:
-  Peer(Bed& bed, std::vector<std::string> arguments, Extent extent)
+  Peer(Bed& bed, xcb_window_t source, std::vector<std::string> arguments, Extent extent)
       : connection_(&bed.connection()),
         extent_(extent),
-        before_(managedWindows(bed.connection())),
+        source_(source),
         process_(commandOf(bed, std::move(arguments))) {
     // Before its first picture it may be of another size.
     await([this] { return isShown(); });
@@ -74,7 +81,7 @@ class Peer : public Subject {
   bool isShown() {
     for (const xcb_window_t window : managedWindows(*connection_)) {
       const auto area = testbed::areaOf(*connection_, window);
-      if (std::ranges::count(before_, window) == 0 && area && area->width == extent_.width &&
+      if (window != source_ && area && area->width == extent_.width &&
           area->height == extent_.height && testbed::isViewable(*connection_, window)) {
         window_ = window;
         return true;
@@ -85,22 +92,17 @@ class Peer : public Subject {
 
   const testbed::XConnection* connection_;
   Extent extent_;
-  std::vector<std::uint32_t> before_;
+  xcb_window_t source_;
   xcb_window_t window_ = XCB_WINDOW_NONE;
   testbed::ChildProcess process_;
 };
 
-Contestant peer(const std::string& name, const PeerCommand& command) {
-  return {.name = name,
-          .start = [name, command](Bed& bed, const ChangingSource& source, Extent extent) {
-            const auto arguments = command(bed.display().name(), source.id(), extent);
-            // gst-launch-1.0 1.22 ends now and then as it starts.
-            try {
-              return std::make_unique<Peer>(bed, arguments, extent);
-            } catch (const std::runtime_error& error) {
-              std::cerr << name << ": " << error.what() << " Once more." << std::endl;
-              return std::make_unique<Peer>(bed, arguments, extent);
-            }
+Contestant peer(std::string name, const PeerCommand& command) {
+  return {.name = std::move(name),
+          .start = [command](Bed& bed, const ChangingSource& source, Extent extent) {
+            awaitFormerGone(bed.connection(), source.id());
+            return std::make_unique<Peer>(
+                bed, source.id(), command(bed.display().name(), source.id(), extent), extent);
           }};
 }
 
