@@ -27,6 +27,10 @@ std::optional<Accessible> find(const Accessible& program, const std::string& rol
 
 bool GnomeDialog::isOpen() const { return shell_.frameOf(dialogTitle).has_value(); }
 
+bool GnomeDialog::lists(const std::string& title) const {
+  return isOpen() && find(reader_.program(shell_.processOf(dialogTitle)), "list item", title);
+}
+
 void GnomeDialog::share(const std::string& title) {
   awaitDialog();
   click("list item", title);

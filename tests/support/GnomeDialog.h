@@ -18,6 +18,8 @@ class GnomeDialog {
       : shell_(session), reader_(session.busAddress()), hand_(&hand) {}
 
   bool isOpen() const;
+  /// Whether it offers the window with that title.
+  bool lists(const std::string& title) const;
   /// Waits for the dialog, picks the window with that title and shares it. Returns once the dialog
   /// is gone.
   void share(const std::string& title);
