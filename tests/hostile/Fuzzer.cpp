@@ -137,12 +137,12 @@ std::string Fuzzer::finish() {
   if (!testbed::eventually([this] { return *answers_ == listsAsked_; })) {
     return "a request for the list has no answer";
   }
-  const auto now = resources();
-  for (std::size_t i = 0; i < now.size(); ++i) {
-    if (now[i] != resourcesAtStart_[i]) {
-      return "the server holds other things than at first: " + now[i] + "; at first " +
-             resourcesAtStart_[i];
-    }
+  // What a mirror has yet to draw of a panel that comes to light may be half a second away.
+  std::vector<std::string> now;
+  if (!testbed::eventually([&] { return (now = resources()) == resourcesAtStart_; })) {
+    const auto differing = std::ranges::mismatch(now, resourcesAtStart_);
+    return "the server holds other things than at first: " + *differing.in1 + "; at first " +
+           *differing.in2;
   }
   return defect();
 }
