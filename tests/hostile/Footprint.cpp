@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <iterator>
 #include <malloc.h>
-#include <set>
 #include <unistd.h>
-#include <xcb/res.h>
+
+#include "tests/support/ClientsOfProcess.h"
 
 #ifdef __SANITIZE_ADDRESS__
 /// The allocator's; GCC 12 comes without the header (sanitizer/allocator_interface.h).
@@ -30,23 +30,6 @@ std::size_t bytesOnHeap() {
 #endif
 }
 
-/// The first id of each of this process's clients (X-Resource 1.2, QueryClientIds).
-std::set<std::uint32_t> ownClients(const testbed::XConnection& connection) {
-  const xcb_res_client_id_spec_t processOfEach{0, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-  const testbed::XReply<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
-      connection.get(), xcb_res_query_client_ids(connection.get(), 1, &processOfEach), nullptr));
-  std::set<std::uint32_t> clients;
-  if (!reply) return clients;
-  for (auto each = xcb_res_query_client_ids_ids_iterator(reply.get()); each.rem > 0;
-       xcb_res_client_id_value_next(&each)) {
-    const bool isOwn =
-        xcb_res_client_id_value_value_length(each.data) > 0 &&
-        *xcb_res_client_id_value_value(each.data) == static_cast<std::uint32_t>(getpid());
-    if (isOwn) clients.insert(each.data->spec.client);
-  }
-  return clients;
-}
-
 }  // namespace
 
 std::ostream& operator<<(std::ostream& stream, const Footprint& footprint) {
@@ -57,7 +40,7 @@ std::ostream& operator<<(std::ostream& stream, const Footprint& footprint) {
 
 Footprint footprint(const testbed::XConnection& connection) {
   Footprint result;
-  const auto clients = ownClients(connection);
+  const auto clients = testbed::clientsOfProcess(connection, getpid());
   for (const auto client : clients) {
     const auto resources = resourcesOf(connection, client);
     for (const auto& [type, count] : resources.counts) result.server.counts[type] += count;

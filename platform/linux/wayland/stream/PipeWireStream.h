@@ -23,8 +23,8 @@ namespace vistrel::platform::linux_desktop {
 class PipeWireStream {
  public:
   /// Frames are brought into `copy`, not null, one after the other. Null when PipeWire cannot be
-  /// reached. `changed` is called on the queue after something below
-  /// has changed, last of all: it may destroy the stream.
+  /// reached. `changed` is called on the queue after something below has changed, last of all: it
+  /// may destroy the stream.
   static std::unique_ptr<PipeWireStream> connect(const std::shared_ptr<SerialQueue>& queue,
                                                  const PipeWireNode& node,
                                                  std::shared_ptr<FrameCopy> copy,
