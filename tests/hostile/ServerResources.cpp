@@ -22,19 +22,23 @@ std::ostream& operator<<(std::ostream& stream, const ServerResources& resources)
 
 ServerResources resourcesOf(const testbed::XConnection& connection, std::uint32_t idBase) {
   auto* const xcb = connection.get();
+  constexpr xcb_res_resource_id_spec_t everything{XCB_NONE, XCB_ATOM_NONE};
+  const testbed::XReply<xcb_res_query_resource_bytes_reply_t> reply(
+      xcb_res_query_resource_bytes_reply(
+          xcb, xcb_res_query_resource_bytes(xcb, idBase, 1, &everything), nullptr));
   ServerResources resources;
-  const testbed::XReply<xcb_res_query_client_resources_reply_t> counts(
-      xcb_res_query_client_resources_reply(xcb, xcb_res_query_client_resources(xcb, idBase),
-                                           nullptr));
-  const testbed::XReply<xcb_res_query_client_pixmap_bytes_reply_t> bytes(
-      xcb_res_query_client_pixmap_bytes_reply(xcb, xcb_res_query_client_pixmap_bytes(xcb, idBase),
-                                              nullptr));
-  if (!counts || !bytes) return resources;
-  const auto* types = xcb_res_query_client_resources_types(counts.get());
-  for (int i = 0; i < xcb_res_query_client_resources_types_length(counts.get()); ++i) {
-    resources.counts[nameOf(connection, types[i].resource_type)] = types[i].count;
+  if (!reply) return resources;
+  std::map<xcb_atom_t, std::uint32_t> counts;
+  const auto pixmap = connection.atom("PIXMAP");
+  for (auto each = xcb_res_query_resource_bytes_sizes_iterator(reply.get()); each.rem > 0;
+       xcb_res_resource_size_value_next(&each)) {
+    const auto& size = each.data->size;
+    ++counts[size.spec.type];
+    // Not the client's share of it (QueryClientPixmapBytes): the server itself refers to a window's
+    // background now and then, by the graphics context with which it last painted one.
+    if (size.spec.type == pixmap) resources.pixmapBytes += size.bytes;
   }
-  resources.pixmapBytes = std::uint64_t{bytes->bytes_overflow} << 32 | bytes->bytes;
+  for (const auto& [type, count] : counts) resources.counts[nameOf(connection, type)] = count;
   return resources;
 }
 

@@ -13,6 +13,7 @@ namespace vistrel::hostile {
 struct ServerResources {
   /// How many there are of each type.
   std::map<std::string, std::uint32_t> counts;
+  /// Of its pixmaps, those included that it shares with others.
   std::uint64_t pixmapBytes = 0;
 
   friend bool operator==(const ServerResources&, const ServerResources&) = default;
