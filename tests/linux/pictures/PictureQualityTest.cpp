@@ -130,10 +130,10 @@ TEST_F(PictureQuality, IsCloseToTheMeanOfWhatEachPixelCovers) {
     /// Of 255. The finer what is in a picture, the more differ two sound ways to reduce it.
     double error;
   };
-  const Pattern patterns[] = {{"text", textLike(size), 18.5},
-                              {"checkerboard", checkerboard(size), 7.5},
+  const Pattern patterns[] = {{"text", textLike(size), 11},
+                              {"checkerboard", checkerboard(size), 10.5},
                               {"gradient", gradient(size), 3},
-                              {"photo", photoLike(size), 11}};
+                              {"photo", photoLike(size), 6}};
   for (const Pattern& pattern : patterns) {
     const auto source = uploaded(*connection_, pattern.picture);
     for (double octaves = -0.5; octaves <= 5; octaves += 0.25) {
@@ -202,12 +202,15 @@ TEST_F(PictureQuality, AnUpdateInPartsEqualsOneOfEverything) {
                                  {600, 405},
                                  {300, 202},
                                  {270, 182},
+                                 {241, 163},
                                  {211, 142},
                                  {151, 102},
                                  {150, 101},
                                  {120, 81},
+                                 {83, 56},
                                  {75, 51},
                                  {53, 36},
+                                 {42, 28},
                                  {19, 13},
                                  {9, 6},
                                  {2, 1}}) {
@@ -238,6 +241,55 @@ TEST_F(PictureQuality, AnUpdateInPartsEqualsOneOfEverything) {
           << target.width << " x " << target.height << ", round " << round;
     }
   }
+}
+
+constexpr PixelSize sizesOfAResizedPanel[] = {{600, 405}, {301, 203}, {211, 142}, {151, 102},
+                                              {120, 81},  {83, 56},   {75, 51},   {19, 13}};
+
+TEST_F(PictureQuality, APictureThatIsResizedEqualsOneThatWasTakenAtThatSize) {
+  const auto source = uploaded(*connection_, photoLike({301, 203}), 4);
+  PictureStore store(*connection_);
+  store.commit(source, {true, {}}, {}, {{120, 81}});
+  for (const auto& size : sizesOfAResizedPanel) {
+    store.prepareFor({size}, source.get());
+    const auto canvas = blackCanvas(size);
+    store.draw(canvas.picture, rectOf(size), rectOf(size));
+    EXPECT_EQ(contentsOf(*connection_, canvas), drawn(source, size)) << size.width;
+  }
+}
+
+TEST_F(PictureQuality, APictureWhoseSourceHasChangedIsResizedAsWellAsMayBe) {
+  constexpr PixelSize size{301, 203};
+  const Bitmap photo = photoLike(size);
+  for (const auto& taken : sizesOfAResizedPanel) {
+    const auto source = uploaded(*connection_, photo, 4);
+    PictureStore store(*connection_);
+    store.commit(source, {true, {}}, {}, {taken});
+    fill(*connection_, source->picture, Color::black(), {0, 0, 400, 400});
+    for (const auto& resized : sizesOfAResizedPanel) {
+      store.prepareFor({resized}, nullptr);
+      const auto canvas = blackCanvas(resized);
+      store.draw(canvas.picture, rectOf(resized), rectOf(resized));
+      // Nothing finer than a half may be at hand.
+      const double error = resized.width > size.width / 2 ? 24 : 8;
+      EXPECT_LE(meanError(contentsOf(*connection_, canvas), areaAveraged(photo, resized)), error)
+          << taken.width << " to " << resized.width;
+    }
+  }
+}
+
+TEST_F(PictureQuality, TheNextCommitAfterAResizeIsAsSharpAsEver) {
+  const auto source = uploaded(*connection_, photoLike({301, 203}), 4);
+  constexpr PixelSize size{211, 142};
+  PictureStore store(*connection_);
+  store.commit(source, {true, {}}, {}, {{75, 51}});
+  store.prepareFor({size}, nullptr);
+  PictureChanges changes;
+  changes.rects.add({5, 5, 1, 1});
+  EXPECT_TRUE(store.commit(source, changes, {}, {size}).value().everything);
+  const auto canvas = blackCanvas(size);
+  store.draw(canvas.picture, rectOf(size), rectOf(size));
+  EXPECT_EQ(contentsOf(*connection_, canvas), drawn(source, size));
 }
 
 TEST_F(PictureQuality, ThePictureLiesInTheMiddleBetweenBlackBars) {

@@ -53,7 +53,7 @@ std::optional<Canvas> makeCornerMask(Connection& connection, int radius) {
 
 }  // namespace
 
-PanelPainter::PanelPainter(Connection& connection, const PictureStore& store, xcb_window_t window)
+PanelPainter::PanelPainter(Connection& connection, PictureStore& store, xcb_window_t window)
     : connection_(connection), store_(store), window_(window) {
   auto* const xcb = connection_.xcb();
   selectEvents();  // before the size is asked for, so that none is missed

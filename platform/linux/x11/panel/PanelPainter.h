@@ -19,7 +19,7 @@ namespace vistrel::platform::linux_desktop {
 class PanelPainter {
  public:
   /// `store` keeps the picture that the panel shows, and outlives this.
-  PanelPainter(Connection& connection, const PictureStore& store, xcb_window_t window);
+  PanelPainter(Connection& connection, PictureStore& store, xcb_window_t window);
   PanelPainter(const PanelPainter&) = delete;
   PanelPainter& operator=(const PanelPainter&) = delete;
   ~PanelPainter();
@@ -69,7 +69,7 @@ class PanelPainter {
 
   const OwnThread thread_;
   Connection& connection_;
-  const PictureStore& store_;
+  PictureStore& store_;
   const xcb_window_t window_;
   std::uint8_t depth_ = 24;
   xcb_render_pictformat_t format_ = XCB_NONE;

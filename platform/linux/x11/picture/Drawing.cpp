@@ -42,13 +42,12 @@ void composite(Connection& connection, xcb_render_pict_op_t operation, xcb_rende
 }
 
 void compositeSampled(Connection& connection, xcb_render_pict_op_t operation, const Picture& source,
-                      const Sampling& sampling, xcb_render_picture_t mask, const Picture& target,
-                      const PixelRect& area) {
+                      const Sampling& sampling, const Picture& target, const PixelRect& area) {
   setSampling(connection, source, sampling);
   // An unscaled source is moved by whole pixels, which servers do by plain copying.
   const int dx = isUnscaled(sampling) ? -static_cast<int>(std::lround(sampling.originX)) : 0;
   const int dy = isUnscaled(sampling) ? -static_cast<int>(std::lround(sampling.originY)) : 0;
-  composite(connection, operation, source.id(), mask, target, area, dx, dy);
+  composite(connection, operation, source.id(), XCB_NONE, target, area, dx, dy);
 }
 
 xcb_render_color_t premultiplied(const Color& color) {
@@ -109,23 +108,22 @@ Sampling samplingInto(const PixelRect& place, double sourceWidth, double sourceH
 
 void drawScaled(Connection& connection, const Picture& source, const Sampling& sampling,
                 const Picture& target, const PixelRect& area) {
-  compositeSampled(connection, XCB_RENDER_PICT_OP_SRC, source, sampling, XCB_NONE, target, area);
-}
-
-void blendScaled(Connection& connection, const Picture& source, const Sampling& sampling,
-                 const Picture& opacity, const Picture& target, const PixelRect& area) {
-  compositeSampled(connection, XCB_RENDER_PICT_OP_OVER, source, sampling, opacity.id(), target,
-                   area);
+  compositeSampled(connection, XCB_RENDER_PICT_OP_SRC, source, sampling, target, area);
 }
 
 void layOverScaled(Connection& connection, const Picture& source, const Sampling& sampling,
                    const Picture& target, const PixelRect& area) {
-  compositeSampled(connection, XCB_RENDER_PICT_OP_OVER, source, sampling, XCB_NONE, target, area);
+  compositeSampled(connection, XCB_RENDER_PICT_OP_OVER, source, sampling, target, area);
 }
 
 void copyUnscaled(Connection& connection, xcb_render_pict_op_t operation, const Picture& source,
                   const Picture& target, const PixelRect& area, int dx, int dy) {
   composite(connection, operation, source.id(), XCB_NONE, target, area, dx, dy);
+}
+
+void blendUnscaled(Connection& connection, const Picture& source, const Picture& opacity,
+                   const Picture& target, const PixelRect& area) {
+  composite(connection, XCB_RENDER_PICT_OP_OVER, source.id(), opacity.id(), target, area, 0, 0);
 }
 
 void fill(Connection& connection, const Picture& target, const Color& color,

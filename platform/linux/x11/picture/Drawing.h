@@ -53,9 +53,6 @@ Sampling samplingInto(const PixelRect& place, double sourceWidth, double sourceH
 /// Replaces `area` of `target`.
 void drawScaled(Connection& connection, const Picture& source, const Sampling& sampling,
                 const Picture& target, const PixelRect& area);
-/// Lays the source over `area` of `target` at an opacity that a solid picture's alpha gives.
-void blendScaled(Connection& connection, const Picture& source, const Sampling& sampling,
-                 const Picture& opacity, const Picture& target, const PixelRect& area);
 /// Lays a translucent source over `area` of `target`.
 void layOverScaled(Connection& connection, const Picture& source, const Sampling& sampling,
                    const Picture& target, const PixelRect& area);
@@ -63,6 +60,10 @@ void layOverScaled(Connection& connection, const Picture& source, const Sampling
 /// (x, y) being the target's (x + dx, y + dy).
 void copyUnscaled(Connection& connection, xcb_render_pict_op_t operation, const Picture& source,
                   const Picture& target, const PixelRect& area, int dx = 0, int dy = 0);
+/// Lays `area` of the unscaled `source` over that of `target` at an opacity that a solid picture's
+/// alpha gives.
+void blendUnscaled(Connection& connection, const Picture& source, const Picture& opacity,
+                   const Picture& target, const PixelRect& area);
 /// Replaces `area` of `target` with a colour.
 void fill(Connection& connection, const Picture& target, const Color& color, const PixelRect& area);
 

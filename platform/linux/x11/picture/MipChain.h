@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "platform/linux/x11/picture/Drawing.h"
@@ -8,49 +9,55 @@
 
 namespace vistrel::platform::linux_desktop {
 
-/// Which levels a chain holds: all from the finest to the coarsest.
-struct LevelRange {
-  int finest = 0;
-  int coarsest = 0;
-
-  friend bool operator==(const LevelRange&, const LevelRange&) = default;
-};
-
-/// Copies of a window's picture in the display server, each half the size of the one before. The
-/// finest one is copied from the window, the others from their finer neighbours.
+/// Copies of a window's picture in the display server, each smaller than the one before. The finest
+/// one is copied from the window, the others from their finer neighbours.
 class MipChain {
  public:
   explicit MipChain(Connection& connection) : connection_(connection) {}
 
-  bool hasPicture() const { return !levels_.empty(); }
-  /// Of the whole picture, level 0, whether the chain holds that or not.
+  bool hasPicture() const { return !copies_.empty(); }
+  /// Of the whole picture, whether the chain holds a copy of that size or not.
   PixelSize sourceSize() const { return sourceSize_; }
-  int finest() const { return finest_; }
-  int coarsest() const { return finest_ + static_cast<int>(levels_.size()) - 1; }
+  /// Whether it was copied for these levels.
+  bool isCopiedFor(const std::vector<MipLevel>& levels) const { return copiedFor_ == levels; }
 
-  /// Copies everything; false, and nothing has changed, where the server has no memory for that.
-  bool rebuild(const LivePicture& source, LevelRange range);
+  /// Copies everything, the coarser levels as far as the server has memory for them. False, and
+  /// nothing has changed, where it has none for the finest.
+  bool rebuild(const LivePicture& source, const std::vector<MipLevel>& levels);
   /// Copies what has changed of a source of the same size.
   void update(const LivePicture& source, const ChangedRects& changes);
-  /// Makes coarser levels, as far as the server has memory for them, and drops those outside the
-  /// range. Cannot make finer ones.
-  void fitTo(LevelRange range);
+  /// Makes of the finest copy at hand what is coarser among `levels`, in place of what there is.
+  void derive(const std::vector<MipLevel>& levels);
 
   /// Draws the part of the picture in `area` of `target`, where all of it would fill `place`.
-  void draw(const Picture& target, const PixelRect& place, const PixelRect& area) const;
+  void draw(const Picture& target, const PixelRect& place, const PixelRect& area);
+  /// What of `place` depends on `changed` of the source.
+  PixelRect changedIn(const PixelRect& place, const PixelRect& changed) const;
 
  private:
-  /// False where the server has no memory for it.
-  bool addLevel();
+  struct Copy {
+    MipLevel level;
+    Canvas canvas;
+  };
+
+  /// As far as the server has memory for them.
+  void addCopies(const std::vector<MipLevel>& coarser);
   void fillFinest(const LivePicture& source, const PixelRect& area);
-  const Canvas& level(int number) const {
-    return levels_[static_cast<std::size_t>(number - finest_)];
-  }
+  /// How many pixels of the copy before it each of a copy's own stands for, along both axes.
+  std::pair<double, double> reductionFromFiner(std::size_t copy) const;
+  PixelRect changedByFiner(std::size_t copy, const PixelRect& changed) const;
+  void drawFromFiner(std::size_t copy, const PixelRect& area);
+  /// The coarsest copy that is not smaller than `place`, or the finest.
+  std::size_t copyFor(const PixelRect& place) const;
+  Sampling samplingOf(const MipLevel& level, const PixelRect& place) const;
+  /// With room for `place` where it lies. Null where the server has no memory for it.
+  const Canvas* secondSampleFor(const PixelRect& place);
 
   Connection& connection_;
   PixelSize sourceSize_;
-  int finest_ = 0;
-  std::vector<Canvas> levels_;
+  std::vector<Copy> copies_;
+  std::vector<MipLevel> copiedFor_;
+  Canvas secondSample_;  // as large as has been needed
 };
 
 }  // namespace vistrel::platform::linux_desktop

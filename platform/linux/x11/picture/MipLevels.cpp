@@ -2,19 +2,32 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-double reduction(PixelSize source, PixelSize target) {
-  return std::min(static_cast<double>(source.width) / target.width,
-                  static_cast<double>(source.height) / target.height);
+/// Pixels of a copy that is made of pixels `from` up to `to` and beyond, each standing for so many.
+std::pair<int, int> changedAlong(int from, int to, double perPixel) {
+  // A transform's numbers have 16 bits after the point, and add up along a row.
+  constexpr double rounding = 1.0 / 32;
+  const double slack = perPixel == std::floor(perPixel) ? 0 : rounding;
+  const double first = (from - 0.5 - slack) / perPixel - 0.5;
+  const double end = (to + 0.5 + slack) / perPixel - 0.5;
+  return {static_cast<int>(std::floor(first)) + 1, static_cast<int>(std::ceil(end))};
 }
 
-int coarsestLevel(PixelSize source) {
-  int level = 0;
-  while (std::min(source.width, source.height) >> (level + 1) > 0) ++level;
-  return level;
+/// At 0 up to `begin`, at 1 from `end` on, and between them in between.
+double ramp(double value, double begin, double end) {
+  return std::clamp((value - begin) / (end - begin), 0.0, 1.0);
+}
+
+/// Twice the target's size, as far as a pixmap can be as large.
+MipLevel doubleLevel(PixelSize source, PixelSize target) {
+  constexpr int largest = 0x7fff;
+  const PixelSize size{std::min(2 * target.width, largest), std::min(2 * target.height, largest)};
+  return {size, static_cast<double>(source.width) / size.width,
+          static_cast<double>(source.height) / size.height};
 }
 
 /// Whether one of the area's sides is what the other one and the source's shape make it. Panels
@@ -28,37 +41,64 @@ bool hasShapeOf(PixelSize source, const PixelRect& area) {
 
 }  // namespace
 
-LevelBlend levelsFor(PixelSize source, PixelSize target) {
-  constexpr double closeToLevel = 0.15;
-  const double exact =
-      std::clamp<double>(std::log2(reduction(source, target)), 0, coarsestLevel(source));
-  const int finer = static_cast<int>(std::floor(exact));
-  const double weight = (exact - finer - closeToLevel) / (1 - 2 * closeToLevel);
-  if (weight >= 1) return {finer + 1, 0};
-  return {finer, std::max(weight, 0.0)};
+double reduction(PixelSize source, PixelSize target) {
+  return std::min(static_cast<double>(source.width) / target.width,
+                  static_cast<double>(source.height) / target.height);
+}
+
+std::vector<MipLevel> levelsFor(PixelSize source, PixelSize target) {
+  constexpr double nearlyWhole = 1.25;
+  constexpr double besideAHalf = 1.5;
+  // A half whose size was rounded is a half.
+  constexpr double rounding = 1.01;
+  const double exact = reduction(source, target);
+  if (exact <= nearlyWhole) return {halfLevel(source, 0)};
+  const int halvings = static_cast<int>(std::floor(std::log2(exact * rounding)));
+  std::vector<MipLevel> levels;
+  for (int i = 1; i < halvings; ++i) levels.push_back(halfLevel(source, i));
+  const auto nearest = halfLevel(source, halvings);
+  const bool isFarFromAHalf = exact / nearest.perPixelX > besideAHalf;
+  if (halvings > 0 && (isFarFromAHalf || nearest.size == target)) {
+    levels.push_back(nearest);
+    return levels;
+  }
+  const auto twice = doubleLevel(source, target);
+  // Enlarging looks beyond the edges of the source, where other pixels may lie than in a copy.
+  if (twice.perPixelX < 1 || twice.perPixelY < 1) levels.push_back(halfLevel(source, 0));
+  levels.push_back(twice);
+  return levels;
+}
+
+MipLevel halfLevel(PixelSize source, int halvings) {
+  const double perPixel = std::exp2(halvings);
+  return {{std::max(1, source.width >> halvings), std::max(1, source.height >> halvings)},
+          perPixel,
+          perPixel};
+}
+
+double sampleSpread(double reduction, bool isWhole) {
+  constexpr double most = 0.2;
+  constexpr double gradual = 0.2;
+  // What is halved first is soft already, and sharpest beside a copy of twice the size.
+  const double begin = isWhole ? 1.05 : 1.5;
+  // As good as a half, which one sample takes whole.
+  constexpr double nearlyHalf = 1.98;
+  return reduction > nearlyHalf ? 0 : most * ramp(reduction, begin, begin + gradual);
 }
 
 int finestWholeLevel(PixelSize source, PixelSize target) {
   return std::max(0, static_cast<int>(std::ceil(std::log2(reduction(source, target)))) - 1);
 }
 
-PixelSize sizeOfLevel(PixelSize source, int level) {
-  return {std::max(1, source.width >> level), std::max(1, source.height >> level)};
-}
-
-PixelRect changedInNextLevel(const PixelRect& changed, PixelSize nextLevel) {
-  const int right = (changed.x + changed.width + 1) / 2;
-  const int bottom = (changed.y + changed.height + 1) / 2;
-  const int left = changed.x / 2;
-  const int top = changed.y / 2;
-  return intersection({left, top, right - left, bottom - top}, rectOf(nextLevel));
+PixelRect changedInCopy(const PixelRect& changed, double perPixelX, double perPixelY,
+                        PixelSize copy) {
+  const auto [left, right] = changedAlong(changed.x, changed.x + changed.width, perPixelX);
+  const auto [top, bottom] = changedAlong(changed.y, changed.y + changed.height, perPixelY);
+  return intersection({left, top, right - left, bottom - top}, rectOf(copy));
 }
 
 PixelRect changedInTarget(const PixelRect& changed, PixelSize source, PixelSize target,
-                          int coarsest) {
-  // Bilinear filters reach one pixel of the coarsest level beyond what has changed; a level's own
-  // rounding adds another.
-  const double reach = 2.0 * (1 << coarsest);
+                          double reach) {
   const double scaleX = static_cast<double>(target.width) / source.width;
   const double scaleY = static_cast<double>(target.height) / source.height;
   const int left = static_cast<int>(std::floor((changed.x - reach) * scaleX));

@@ -7,16 +7,11 @@
 namespace vistrel::platform::linux_desktop {
 namespace {
 
-/// At least the half-size level is always held: later sizes are drawn from it.
-LevelRange levelRangeFor(PixelSize source, const std::vector<PixelSize>& sizes) {
-  LevelRange range{1, 0};
-  for (const auto& size : sizes) {
-    const auto blend = levelsFor(source, size);
-    range.finest = std::min(range.finest, blend.finer);
-    range.coarsest = std::max(range.coarsest, blend.coarsest());
-  }
-  range.coarsest = std::max(range.coarsest, range.finest);
-  return range;
+/// Those for the largest of the sizes. Nothing is coarser than half the size at the finest, since
+/// later sizes may have to be drawn from that.
+std::vector<MipLevel> levelsForLargest(PixelSize source, const std::vector<PixelSize>& sizes) {
+  if (sizes.empty()) return {halfLevel(source, 1)};
+  return levelsFor(source, *std::ranges::max_element(sizes, {}, &PixelSize::width));
 }
 
 }  // namespace
@@ -25,13 +20,12 @@ std::optional<PictureChanges> PictureStore::commit(std::shared_ptr<const LivePic
                                                    PictureChanges changes, CursorMark cursor,
                                                    const std::vector<PixelSize>& sizes) {
   assert(thread_.isCurrent());
-  const auto range = levelRangeFor(source->size(), sizes);
-  changes.everything |= chain_.sourceSize() != source->size() || range.finest < chain_.finest();
-  if (changes.everything) {
-    if (!chain_.rebuild(*source, range)) return std::nullopt;
-  } else {
-    chain_.fitTo(range);
+  const auto levels = levelsForLargest(source->size(), sizes);
+  changes.everything |= chain_.sourceSize() != source->size() || !chain_.isCopiedFor(levels);
+  if (!changes.everything) {
     chain_.update(*source, changes.rects);
+  } else if (!chain_.rebuild(*source, levels)) {
+    return std::nullopt;
   }
   source_ = std::move(source);
   if (cursor != cursor_) {
@@ -46,16 +40,12 @@ void PictureStore::prepareFor(const std::vector<PixelSize>& sizes,
                               const LivePicture* unchangedSource) {
   assert(thread_.isCurrent());
   if (!hasPicture()) return;
-  const auto range = levelRangeFor(chain_.sourceSize(), sizes);
-  if (range.finest < chain_.finest() && unchangedSource) {
-    chain_.rebuild(*unchangedSource, range);
-  } else {
-    chain_.fitTo(range);
-  }
+  const auto levels = levelsForLargest(chain_.sourceSize(), sizes);
+  if (chain_.isCopiedFor(levels)) return;
+  if (!unchangedSource || !chain_.rebuild(*unchangedSource, levels)) chain_.derive(levels);
 }
 
-void PictureStore::draw(const Picture& target, const PixelRect& place,
-                        const PixelRect& area) const {
+void PictureStore::draw(const Picture& target, const PixelRect& place, const PixelRect& area) {
   assert(thread_.isCurrent());
   chain_.draw(target, place, area);
   if (!isEmpty(cursor_.area)) drawCursor(target, place, area);
@@ -65,12 +55,12 @@ void PictureStore::drawCursor(const Picture& target, const PixelRect& place,
                               const PixelRect& area) const {
   const int level = std::min(finestWholeLevel(size(), sizeOf(place)),
                              static_cast<int>(cursor_.levels->size()) - 1);
-  const double reduction = 1 << level;
-  auto sampling = samplingInto(place, size().width / reduction, size().height / reduction);
-  sampling.originX -= cursor_.area.x / reduction;
-  sampling.originY -= cursor_.area.y / reduction;
+  const double perPixel = 1 << level;
+  auto sampling = samplingInto(place, size().width / perPixel, size().height / perPixel);
+  sampling.originX -= cursor_.area.x / perPixel;
+  sampling.originY -= cursor_.area.y / perPixel;
   const auto cursor =
-      moved(changedInTarget(cursor_.area, size(), sizeOf(place), level), place.x, place.y);
+      moved(changedInTarget(cursor_.area, size(), sizeOf(place), 2 * perPixel), place.x, place.y);
   const auto covered = intersection(cursor, area);
   if (isEmpty(covered)) return;
   layOverScaled(connection_, cursor_.levels->at(static_cast<std::size_t>(level)).picture, sampling,
@@ -80,10 +70,7 @@ void PictureStore::drawCursor(const Picture& target, const PixelRect& place,
 ChangedRects PictureStore::changedIn(const PixelRect& place, const PictureChanges& changes) const {
   ChangedRects result;
   if (changes.everything) result.add(place);
-  const int coarsest = levelsFor(size(), sizeOf(place)).coarsest();
-  for (const auto& each : changes.rects) {
-    result.add(moved(changedInTarget(each, size(), sizeOf(place), coarsest), place.x, place.y));
-  }
+  for (const auto& each : changes.rects) result.add(chain_.changedIn(place, each));
   return result;
 }
 

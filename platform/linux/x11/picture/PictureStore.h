@@ -39,19 +39,19 @@ class PictureStore {
   /// What the picture was taken from. That may have other pixels by now.
   const LivePicture* source() const { return source_.get(); }
 
-  /// Takes the source's pixels over, with the levels that drawing at `sizes` takes. Answers what
+  /// Takes the source's pixels over, with the copies that drawing at `sizes` takes. Answers what
   /// that changed, the cursor included; none, and the former picture stays, where the server has no
   /// memory for it.
   std::optional<PictureChanges> commit(std::shared_ptr<const LivePicture> source,
                                        PictureChanges changes, CursorMark cursor,
                                        const std::vector<PixelSize>& sizes);
 
-  /// Holds the levels that drawing at `sizes` takes. Levels finer than those at hand are copied
-  /// from `unchangedSource`; where that is null, they wait for the next commit.
+  /// Holds the copies that drawing at `sizes` takes, made anew of `unchangedSource`; where that is
+  /// null, they are made of those at hand until the next commit.
   void prepareFor(const std::vector<PixelSize>& sizes, const LivePicture* unchangedSource);
 
   /// Draws the part of the picture in `area` of `target`, where all of it fills `place`.
-  void draw(const Picture& target, const PixelRect& place, const PixelRect& area) const;
+  void draw(const Picture& target, const PixelRect& place, const PixelRect& area);
   /// What of `place` a change has altered.
   ChangedRects changedIn(const PixelRect& place, const PictureChanges& changes) const;
 

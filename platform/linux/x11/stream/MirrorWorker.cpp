@@ -64,7 +64,7 @@ std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window
 
 bool MirrorWorker::hasRoomFor(const CaptureSource& source) {
   if (!source.hasRoom() || !source.picture()) return source.hasRoom();
-  const auto leastOfACopy = sizeOfLevel(source.picture()->size(), 1);
+  const auto leastOfACopy = halfLevel(source.picture()->size(), 1).size;
   return makeOpaqueCanvas(*connection_, leastOfACopy).has_value();
 }
 
