@@ -8,6 +8,7 @@
 
 #include "platform/Color.h"
 #include "platform/Image.h"
+#include "platform/linux/ChromePixels.h"
 #include "platform/linux/PixelRect.h"
 
 namespace vistrel::platform::linux_desktop {
@@ -18,8 +19,8 @@ struct PanelChrome {
   /// The panel's size in pixels.
   int width = 0;
   int height = 0;
-  /// width × height pixels, top row first: 0xAARRGGBB in the host's byte order, premultiplied.
-  std::vector<std::uint32_t> pixels;
+  /// width × height pixels.
+  ChromePixels pixels;
   /// Where the picture lies, aspect-fit and centred under the chrome, perhaps on below its lower
   /// edge; none when it is not shown.
   std::optional<PixelRect> contents;

@@ -300,12 +300,12 @@ TEST_F(PictureQuality, ThePictureLiesInTheMiddleBetweenBlackBars) {
   const auto colour = [](int, int) { return Rgb{90, 180, 240}; };
   for (const PixelSize size : {PixelSize{200, 150}, {201, 150}, {151, 151}, {33, 400}, {500, 21}}) {
     const PixelRect contents{3, 27, 243, 160};
-    painter.setChrome(
-        std::make_shared<PanelChrome>(PanelChrome{.width = 250,
-                                                  .height = 190,
-                                                  .pixels = std::vector<std::uint32_t>(250 * 190),
-                                                  .contents = contents,
-                                                  .contentsBackground = Color::black()}));
+    painter.setChrome(std::make_shared<PanelChrome>(
+        PanelChrome{.width = 250,
+                    .height = 190,
+                    .pixels = {250, std::vector<std::uint32_t>(250 * 190)},
+                    .contents = contents,
+                    .contentsBackground = Color::black()}));
     const auto target = painter.pictureSizeFor(size);
     ASSERT_TRUE(target);
     const auto committed =

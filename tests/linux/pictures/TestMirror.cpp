@@ -37,7 +37,7 @@ PanelChrome clearChrome(int width, int height) {
   PanelChrome chrome;
   chrome.width = width;
   chrome.height = height;
-  chrome.pixels.assign(static_cast<std::size_t>(width * height), 0);
+  chrome.pixels = {width, std::vector<std::uint32_t>(static_cast<std::size_t>(width * height))};
   chrome.contents = PixelRect{0, 0, width, height};
   chrome.contentsBackground = Color::black();
   return chrome;

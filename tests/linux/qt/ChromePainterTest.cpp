@@ -54,7 +54,7 @@ class ChromePainter : public ::testing::Test {
   }
 
   static std::uint32_t pixel(const PanelChrome& chrome, int x, int y) {
-    return chrome.pixels.at(static_cast<std::size_t>(y * chrome.width + x));
+    return chrome.pixels.rows(y, 1).at(static_cast<std::size_t>(x));
   }
 
   const std::shared_ptr<View> card_ = std::make_shared<Flipped>(rect(0, 0, 120, 80.4));
@@ -167,7 +167,7 @@ TEST_F(ChromePainter, RoundsTheCornersOfAMaskedCardOnly) {
 TEST_F(ChromePainter, PaintsPixelsAtTheScaleOfTheScreen) {
   const PanelChrome chrome = paintAt(2).chrome;
   EXPECT_EQ(chrome.width, 240);
-  EXPECT_EQ(chrome.pixels.size(), 240U * 160U);
+  EXPECT_EQ(chrome.pixels.rows(0, chrome.pixels.height()).size(), 240U * 160U);
   EXPECT_EQ(chrome.contents, (PixelRect{0, 52, 240, 108}));
 }
 

@@ -41,7 +41,7 @@ TEST(HeightOnTheWay, IsFastestInTheMiddle) {
 PanelChrome chromeOfThreeRows() {
   return {.width = 2,
           .height = 3,
-          .pixels = {1, 2, 3, 4, 5, 6},
+          .pixels = {2, std::vector<std::uint32_t>{1, 2, 3, 4, 5, 6}},
           .contents = PixelRect{0, 1, 2, 2},
           .cornerRadius = 1};
 }
@@ -50,7 +50,7 @@ TEST(TopOf, HasTheUpperRowsAndLeavesThePictureWhereItIs) {
   const PanelChrome top = topOf(chromeOfThreeRows(), 2);
   EXPECT_EQ(top.width, 2);
   EXPECT_EQ(top.height, 2);
-  EXPECT_THAT(top.pixels, ElementsAre(1, 2, 3, 4));
+  EXPECT_THAT(top.pixels.rows(0, 2), ElementsAre(1, 2, 3, 4));
   EXPECT_EQ(top.contents, (PixelRect{0, 1, 2, 2}));
   EXPECT_EQ(top.cornerRadius, 1);
 }
@@ -58,7 +58,7 @@ TEST(TopOf, HasTheUpperRowsAndLeavesThePictureWhereItIs) {
 TEST(TopOf, IsAllOfItWhereMoreIsAskedFor) {
   const PanelChrome all = topOf(chromeOfThreeRows(), 5);
   EXPECT_EQ(all.height, 3);
-  EXPECT_EQ(all.pixels.size(), 6u);
+  EXPECT_EQ(all.pixels.height(), 3);
 }
 
 /// A desktop on which things move for so long.

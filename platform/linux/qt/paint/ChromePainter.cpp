@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <vector>
 
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/qt/paint/Colors.h"
@@ -14,11 +15,10 @@ namespace vistrel::platform::linux_desktop {
 
 namespace {
 
-/// An image over `pixels`, which it does not own.
-QImage imageOver(PanelChrome& chrome, double pixelsPerPoint) {
-  QImage image(reinterpret_cast<uchar*>(chrome.pixels.data()), chrome.width, chrome.height,
-               chrome.width * qsizetype{sizeof(std::uint32_t)},
-               QImage::Format_ARGB32_Premultiplied);
+/// A transparent image over `pixels`, which it does not own.
+QImage imageOver(std::vector<std::uint32_t>& pixels, int width, int height, double pixelsPerPoint) {
+  QImage image(reinterpret_cast<uchar*>(pixels.data()), width, height,
+               width * qsizetype{sizeof(std::uint32_t)}, QImage::Format_ARGB32_Premultiplied);
   image.setDevicePixelRatio(pixelsPerPoint);
   image.fill(Qt::transparent);
   return image;
@@ -49,14 +49,16 @@ PaintedChrome paintChrome(View& contentView, int width, int height, double pixel
   PanelChrome& chrome = painted.chrome;
   chrome.width = width;
   chrome.height = height;
-  chrome.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
   chrome.cornerRadius = cornerRadiusInPixels(contentView, pixelsPerPoint);
 
-  QImage image = imageOver(chrome, pixelsPerPoint);
+  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) *
+                                    static_cast<std::size_t>(height));
+  QImage image = imageOver(pixels, width, height, pixelsPerPoint);
   QPainter painter(&image);
   PainterContext context(painter, darkPalette(), contentView.frame().size);
   paint(contentView, context);
   painter.end();
+  chrome.pixels = ChromePixels(width, pixels);
 
   if (!context.contents()) return painted;
   painted.contentsLayer = context.contents()->layer;

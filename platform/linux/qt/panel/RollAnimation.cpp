@@ -27,7 +27,7 @@ int heightOnTheWay(int from, int to, double progress) {
 PanelChrome topOf(const PanelChrome& chrome, int height) {
   PanelChrome top = chrome;
   top.height = std::min(height, chrome.height);
-  top.pixels.resize(static_cast<std::size_t>(top.width) * static_cast<std::size_t>(top.height));
+  top.pixels = chrome.pixels.top(top.height);
   return top;
 }
 

@@ -23,16 +23,6 @@ int cornerRadiusOf(const PanelChrome& chrome) {
   return std::clamp(chrome.cornerRadius, 0, std::min(chrome.width, chrome.height) / 2);
 }
 
-/// The rows that differ between two chromes of the same size.
-std::pair<int, int> differingRows(const PanelChrome& a, const PanelChrome& b) {
-  const auto differs = std::mismatch(a.pixels.begin(), a.pixels.end(), b.pixels.begin());
-  if (differs.first == a.pixels.end()) return {0, 0};
-  const auto last = std::mismatch(a.pixels.rbegin(), a.pixels.rend(), b.pixels.rbegin());
-  const auto first = static_cast<int>(differs.first - a.pixels.begin()) / a.width;
-  const auto end = static_cast<int>(last.first.base() - a.pixels.begin() - 1) / a.width + 1;
-  return {first, end - first};
-}
-
 /// Whether two chromes differ in their pixels alone.
 bool sameLayout(const PanelChrome& a, const PanelChrome& b) {
   return sizeOfChrome(a) == sizeOfChrome(b) && a.contents == b.contents &&
@@ -114,7 +104,7 @@ bool PanelPainter::setChrome(std::shared_ptr<const PanelChrome> chrome) {
   if (!makeCanvasesFor(*chrome)) return false;
   const auto former = std::exchange(chrome_, std::move(chrome));
   if (former && sameLayout(*former, *chrome_)) {
-    const auto [first, count] = differingRows(*former, *chrome_);
+    const auto [first, count] = differingRows(former->pixels, chrome_->pixels);
     if (count > 0) uploadRows(first, count);
     return true;
   }
@@ -144,11 +134,18 @@ bool PanelPainter::makeCanvasesFor(const PanelChrome& chrome) {
 }
 
 void PanelPainter::uploadRows(int first, int count) {
-  const auto width = static_cast<std::size_t>(chrome_->width);
-  const auto* pixels = chrome_->pixels.data() + static_cast<std::size_t>(first) * width;
-  putRows(connection_, chromeCanvas_.pixmap, 32, {0, first, chrome_->width, count},
-          reinterpret_cast<const std::uint8_t*>(pixels), width * sizeof(*pixels));
-  dirty_.add({0, first, chrome_->width, count});
+  constexpr int pixelsAtOnce = 1 << 14;
+  const int width = chrome_->width;
+  const int end = first + count;
+  dirty_.add({0, first, width, count});
+  while (first < end) {
+    const int rows = std::min(end - first, std::max(1, pixelsAtOnce / std::max(1, width)));
+    const auto pixels = chrome_->pixels.rows(first, rows);
+    putRows(connection_, chromeCanvas_.pixmap, 32, {0, first, width, rows},
+            reinterpret_cast<const std::uint8_t*>(pixels.data()),
+            static_cast<std::size_t>(width) * sizeof(pixels.front()));
+    first += rows;
+  }
 }
 
 /// Where the window is larger than the chrome, because it is about to shrink or has just grown, it
