@@ -66,7 +66,7 @@ void InputDriver::glide(Point from, Point to, int steps) {
 
 void InputDriver::type(std::uint32_t keysym) {
   const std::uint8_t keycode = keycodeOf(keysym);
-  // In one piece: on a busy machine the server repeats a key whose release comes half a second late.
+  // In one piece: the server repeats a key whose release a busy machine sends half a second late.
   const bool wasGathering = std::exchange(isGathering_, true);
   fake(XCB_KEY_PRESS, keycode);
   fake(XCB_KEY_RELEASE, keycode);
