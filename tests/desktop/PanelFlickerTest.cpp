@@ -37,10 +37,13 @@ class PanelFlicker : public DesktopTestWithManager {
     input_.release();
   }
   void shootResizing(const PanelOnScreen& panel, Point by, int steps) {
-    // Where nothing of the panel is drawn yet, a press goes to what lies below.
-    EXPECT_TRUE(eventually([&] { return faultsOf(screen_.read(backdrop)).empty(); }));
     const Point grip = panel.grip();
     const Rect start = panel.area();
+    // Where nothing of the panel is drawn yet, a press goes to what lies below.
+    EXPECT_TRUE(eventually([&] {
+      const Picture shot = screen_.read(backdrop);
+      return shot.at(grip) != backdropColour && faultsOf(shot).empty();
+    }));
     sizes_.push_back({start.width, start.height});
     shootDragging(grip, {grip.x + by.x, grip.y + by.y}, steps, [&](Point moved) {
       sizes_.push_back({start.width + moved.x, start.height + moved.y});
