@@ -101,6 +101,9 @@ class DesktopTest : public ::testing::Test {
     EXPECT_TRUE(eventually([&] { return activeWindow() == window; }));
   }
   void goToDesktop(std::uint32_t number) {
+    if (vistrel_) {
+      letProgramCatchUp();
+    }
     connection_.sendToManager(connection_.root(), "_NET_CURRENT_DESKTOP", {number, 0});
     EXPECT_TRUE(eventually([&] { return currentDesktop() == number; }));
   }
