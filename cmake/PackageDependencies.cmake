@@ -4,6 +4,7 @@ set(usr ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr)
 file(GLOB programs ${usr}/bin/* ${usr}/libexec/vistrel/vistrel-guard
      ${usr}/libexec/vistrel/vistrel-dialog-keeper)
 file(GLOB_RECURSE modules ${usr}/lib/*.so)
+list(APPEND modules ${usr}/libexec/vistrel/vistrel-kwin-guard)
 
 # dpkg-shlibdeps wants a package's description, of which it uses nothing.
 set(scratch ${CPACK_TOPLEVEL_DIRECTORY}/dependencies)

@@ -1,3 +1,5 @@
+#include <csignal>
+
 #include "tests/desktop/KWinDesktopTest.h"
 
 namespace vistrel::testbed {
@@ -54,6 +56,18 @@ TEST_F(KWinKeepAwake, AMaximisedNativeSourceIsLiveWhileItIsAwayAndMaximisedAfter
   keepAwakeForAWhile(panel);
   source_->maximise(false);
   EXPECT_TRUE(isAt(before));
+}
+
+TEST_F(KWinKeepAwake, ANativeSourceComesBackExactlyWhenTheProgramIsKilled) {
+  // Asked for before the program moves windows.
+  const Rect home = kwin_.frameOf("Source");
+  const PanelOnScreen panel = mirrorSource();
+  choose(openMenu(panel), keepAwake);
+  ASSERT_TRUE(eventually([&] { return isInCorner(); })) << kwin_.frameOf("Source");
+  vistrel_->process().sendSignal(SIGKILL);
+  ASSERT_TRUE(vistrel_->process().waitForEnd().has_value());
+  vistrel_.reset();
+  EXPECT_TRUE(isAt(home));
 }
 
 TEST_F(KWinKeepAwake, ANativeSourceIsBroughtToTheFront) {

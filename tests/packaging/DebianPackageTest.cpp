@@ -46,7 +46,7 @@ class DebianPackage : public ::testing::Test {
   std::vector<std::filesystem::path> programs() const {
     return {usr() / "bin/vistrel", usr() / "libexec/vistrel/vistrel-guard",
             usr() / "libexec/vistrel/vistrel-dialog-keeper",
-            usr() / "lib/vistrel/vistrel-wayland.so"};
+            usr() / "libexec/vistrel/vistrel-kwin-guard", usr() / "lib/vistrel/vistrel-wayland.so"};
   }
   std::filesystem::path checksums() const { return directory_.path() / "DEBIAN/md5sums"; }
 

@@ -24,6 +24,7 @@ std::set<std::string> installedFiles() {
       "libexec/vistrel/vistrel-dialog-keeper",
       "libexec/vistrel/vistrel-guard",
       "libexec/vistrel/vistrel-kwin-grant",
+      "libexec/vistrel/vistrel-kwin-guard",
       "share/applications/" + id + ".desktop",
       "share/doc/vistrel/README.md",
       "share/doc/vistrel/changelog.gz",

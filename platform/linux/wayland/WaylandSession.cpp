@@ -13,6 +13,7 @@
 #include "platform/linux/wayland/compositor/NativeWindowIds.h"
 #include "platform/linux/wayland/compositor/WaylandConnection.h"
 #include "platform/linux/wayland/kwin/KWinAccessibility.h"
+#include "platform/linux/wayland/kwin/KWinGuard.h"
 #include "platform/linux/wayland/kwin/KWinMover.h"
 #include "platform/linux/wayland/kwin/KWinStreams.h"
 #include "platform/linux/wayland/kwin/KWinWindowActivation.h"
@@ -67,7 +68,8 @@ OpenSource openingNativeToo(
 
 void joinKWin(Session& session, OpenSource& openSource) {
   const auto ids = std::make_shared<NativeWindowIds>();
-  const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids);
+  const auto guard = std::make_shared<KWinGuard>();
+  const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids, guard);
   session.windowLister = std::make_unique<KWinWindowLister>(
       std::move(session.windowLister), ids, session.panelWindows->foreignFullScreenFollower());
   session.windowActivation =

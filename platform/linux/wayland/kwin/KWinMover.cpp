@@ -1,15 +1,13 @@
 #include "platform/linux/wayland/kwin/KWinMover.h"
 
 #include <cassert>
-#include <iomanip>
-#include <limits>
 #include <sstream>
 #include <string>
 #include <utility>
 
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/SerialQueue.h"
-#include "platform/linux/Trace.h"
+#include "platform/linux/wayland/kwin/NativeHomecoming.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -18,33 +16,6 @@ namespace {
 constexpr double commandTime = 2;
 /// How long the program's end may.
 constexpr double timeToLeave = 0.8;
-
-std::string numberText(double number) {
-  std::ostringstream text;
-  text << std::setprecision(std::numeric_limits<double>::max_digits10) << number;
-  return text.str();
-}
-
-/// Tells when the window is there; leaves one alone that is not where it was `parked`, if it was.
-std::string scriptThatMoves(const std::string& uuid, Point position,
-                            std::optional<Point> parked = std::nullopt) {
-  const auto condition = parked
-                             ? "Math.abs(client.x - " + numberText(parked->x) +
-                                   ") < 1 && Math.abs(client.y - " + numberText(parked->y) + ") < 1"
-                             : std::string("true");
-  return "(function () {\n"
-         "  var each = find(" +
-         scriptLiteral(uuid) +
-         ");\n"
-         "  if (!each) return;\n"
-         "  var frame = each.frameGeometry, client = inside(each);\n"
-         "  if (" +
-         condition + ") each.frameGeometry = {x: " + numberText(position.x) +
-         " - (client.x - frame.x), y: " + numberText(position.y) +
-         " - (client.y - frame.y), width: frame.width, height: frame.height};\n"
-         "  tell('there');\n"
-         "})();\n";
-}
 
 // KWin 5.27 raises nothing but what it activates.
 constexpr const char* scriptThatActivates = R"(
@@ -59,15 +30,10 @@ if (front) { activate(front); tell('front'); }
 
 }  // namespace
 
-KWinMover::KWinMover(std::shared_ptr<ParkedSources> x, std::shared_ptr<NativeWindowIds> ids)
-    : x_(std::move(x)), ids_(std::move(ids)) {
-  std::string script;
-  for (const auto& [uuid, places] : record_.read()) {
-    script += scriptThatMoves(uuid, places.home, places.parked);
-  }
-  if (script.empty()) return;
-  trace(TraceTopic::manager, [] { return "parked native windows were left, and go home"; });
-  if (scripts_.run(script, monotonicNow() + commandTime)) record_.write({});
+KWinMover::KWinMover(std::shared_ptr<ParkedSources> x, std::shared_ptr<NativeWindowIds> ids,
+                     std::shared_ptr<KWinGuard> guard)
+    : x_(std::move(x)), ids_(std::move(ids)), guard_(std::move(guard)) {
+  bringLeftHome(record_, scripts_, monotonicNow() + commandTime);
 }
 
 KWinMover::~KWinMover() { KWinMover::leaveHomeFirst(); }
@@ -103,8 +69,12 @@ bool KWinMover::move(WindowID window, Point position) {
   const auto found = positionOf(window);
   if (!found) return false;
   auto& places = parked_.try_emplace(uuid, ParkedPlaces{*found, position}).first->second;
-  places.parked = position;
-  record_.write(parked_);
+  // Of a window on its way home the record goes on to say where that was, until it is there.
+  if (position != places.home) {
+    places.parked = position;
+    guard_->ensureRunning();
+    record_.write(parked_);
+  }
   const auto told = scripts_.run(scriptThatMoves(uuid, position), monotonicNow() + commandTime);
   const bool isThere = told && !told->empty();
   if (isThere && position == places.home) {
@@ -134,7 +104,11 @@ void KWinMover::parkAgain() {
 
 void KWinMover::leaveHomeFirst() {
   x_->leaveHomeFirst();
-  if (moveAll(&ParkedPlaces::home, timeToLeave)) record_.write({});
+  if (moveAll(&ParkedPlaces::home, timeToLeave)) {
+    record_.write({});
+  } else {
+    guard_->leaveItBehind();
+  }
   parked_.clear();
 }
 

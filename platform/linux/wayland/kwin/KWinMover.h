@@ -8,6 +8,7 @@
 #include "platform/Geometry.h"
 #include "platform/linux/session/ParkedSources.h"
 #include "platform/linux/wayland/compositor/NativeWindowIds.h"
+#include "platform/linux/wayland/kwin/KWinGuard.h"
 #include "platform/linux/wayland/kwin/KWinScripts.h"
 #include "platform/linux/wayland/kwin/ParkedRecord.h"
 
@@ -22,7 +23,8 @@ class KWinMover final : public ParkedSources {
  public:
   /// Brings home what a program has left parked that has ended in whatever way, unless somebody has
   /// moved it since.
-  KWinMover(std::shared_ptr<ParkedSources> x, std::shared_ptr<NativeWindowIds> ids);
+  KWinMover(std::shared_ptr<ParkedSources> x, std::shared_ptr<NativeWindowIds> ids,
+            std::shared_ptr<KWinGuard> guard);
   KWinMover(const KWinMover&) = delete;
   KWinMover& operator=(const KWinMover&) = delete;
   /// As `leaveHomeFirst`.
@@ -48,8 +50,9 @@ class KWinMover final : public ParkedSources {
 
   const std::shared_ptr<ParkedSources> x_;
   const std::shared_ptr<NativeWindowIds> ids_;
+  const std::shared_ptr<KWinGuard> guard_;
   KWinScripts scripts_;
-  const ParkedRecord record_;
+  ParkedRecord record_;
   ParkedWindowsByUuid parked_;
 };
 

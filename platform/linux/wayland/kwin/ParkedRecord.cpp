@@ -28,7 +28,8 @@ ParkedRecord::ParkedRecord() {
   const auto directory = environmentVariable("XDG_RUNTIME_DIR");
   if (directory.empty()) return;
   const std::filesystem::path session = environmentVariable("WAYLAND_DISPLAY");
-  file_ = openOwn(directory + "/vistrel-parked-" + session.filename().string());
+  path_ = directory + "/vistrel-parked-" + session.filename().string();
+  own();
 }
 
 ParkedRecord::~ParkedRecord() {
@@ -43,7 +44,12 @@ ParkedWindowsByUuid ParkedRecord::read() const {
                     : parseRecord(std::string(text.data(), static_cast<std::size_t>(count)));
 }
 
-void ParkedRecord::write(const ParkedWindowsByUuid& windows) const {
+void ParkedRecord::own() {
+  if (file_ < 0 && !path_.empty()) file_ = openOwn(path_);
+}
+
+void ParkedRecord::write(const ParkedWindowsByUuid& windows) {
+  own();
   if (file_ < 0) return;
   const auto text = recordText(windows);
   // A record that cannot be written leaves no more than there would be without it.

@@ -30,11 +30,15 @@ class ParkedRecord {
 
   /// What an owner has left that has ended; nothing while another one lives.
   ParkedWindowsByUuid read() const;
-  /// Returns once it would be found.
-  void write(const ParkedWindowsByUuid& windows) const;
+  /// Returns once it would be found. Owns the record from then on where somebody else did who has
+  /// ended since.
+  void write(const ParkedWindowsByUuid& windows);
 
  private:
-  int file_ = -1;  // none where another program owns it, or there is no place for it
+  void own();
+
+  std::string path_;  // empty where there is no place for it
+  int file_ = -1;     // none where another program owns it
 };
 
 /// As the file has it; what is not whole in `text` is left out.
