@@ -1,6 +1,12 @@
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <functional>
 #include <gmock/gmock.h>
+#include <sstream>
 
 #include "tests/desktop/KWinDesktopTest.h"
+#include "tests/support/DBus.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -73,6 +79,90 @@ TEST_F(KWinContextMenu, CarriesOutWhatIsChosenAndGivesTheKeyboardBack) {
   choose(openMenu(panel), "Roll Down (Show Mirror)");
   EXPECT_TRUE(becomes(panel, full));
   expectKeyboardAtSource();
+}
+
+/// The keys for a context menu, with the pointer over the panel or not.
+class KWinMenuKeys : public KWinContextMenu {
+ protected:
+  /// The kernel's numbers (linux/input-event-codes.h).
+  static constexpr std::uint32_t keyMenu = 127;
+  static constexpr std::uint32_t keyShift = 42;
+  static constexpr std::uint32_t keyF10 = 68;
+  /// The toolkit's.
+  static constexpr int menu = 0x01000055;
+  static constexpr int shiftF10 = 0x02000000 | 0x01000039;
+
+  /// Whether anybody else may have it for a shortcut of KWin's.
+  bool isFree(int key) const {
+    return keys_
+        .call("org.kde.KGlobalAccel", "isGlobalShortcutAvailable", "is", key, "com.example.other")
+        .truth();
+  }
+  /// Whether the person's settings of shortcuts have the program in them.
+  bool isInSettings() const {
+    std::ifstream file(desktop_.home() / "config/kglobalshortcutsrc");
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str().find("com.tollbeck.vistrel") != std::string::npos;
+  }
+  void expectMenuAt(const std::function<void()>& press) {
+    EXPECT_TRUE(eventually([&] {
+      press();
+      return eventually([&] { return isMenuOnScreen(); }, std::chrono::seconds(1));
+    })) << "no menu opens";
+    EXPECT_TRUE(eventually([&] {
+      hand_.type(keyEscape);
+      return !isMenuOnScreen();
+    }));
+  }
+  void expectMenuKeyAtSource() {
+    EXPECT_TRUE(eventually([&] { return active() == "Source"; })) << active();
+    const int before = source_->typedKeys();
+    hand_.type(keyMenu);
+    EXPECT_TRUE(eventually([&] { return source_->typedKeys() > before; }));
+    EXPECT_TRUE(!vistrel_ || !isMenuOnScreen());
+  }
+
+ private:
+  const BusObject keys_{connectToBus(desktop_.busAddress()), "org.kde.kglobalaccel",
+                        "/kglobalaccel"};
+};
+
+TEST_F(KWinMenuKeys, OpenThePanelsMenuWhileTheyAreMeantForItAndGoToTheSourceElse) {
+  const PanelOnScreen panel = openPanel();
+  expectMenuKeyAtSource();
+  EXPECT_TRUE(isFree(menu) && isFree(shiftF10));
+  hand_.moveTo(panel.contents().centre());
+  expectMenuAt([&] { hand_.type(keyMenu); });
+  expectKeyboardAtSource();
+  // XWayland tells only by the next motion that the pointer is over the panel again.
+  hand_.moveTo({panel.contents().centre().x + 1, panel.contents().centre().y});
+  expectMenuAt([&] { hand_.typeHolding(keyShift, keyF10); });
+  hand_.moveTo({600, 800});
+  EXPECT_TRUE(eventually([&] { return isFree(menu) && isFree(shiftF10); }));
+  expectMenuKeyAtSource();
+  EXPECT_TRUE(eventually([&] { return !isInSettings(); }));
+}
+
+TEST_F(KWinMenuKeys, AreAnybodysWhenTheProgramHasBeenKilledOverAPanel) {
+  const PanelOnScreen panel = openPanel();
+  hand_.moveTo(panel.contents().centre());
+  ASSERT_TRUE(eventually([&] { return !isFree(menu); }));
+  vistrel_->process().sendSignal(SIGKILL);
+  ASSERT_TRUE(vistrel_->process().waitForEnd().has_value());
+  vistrel_.reset();
+  EXPECT_TRUE(eventually([&] { return isFree(menu) && isFree(shiftF10); }));
+  expectMenuKeyAtSource();
+}
+
+TEST_F(KWinMenuKeys, AreAnybodysWhenTheProgramHasEndedOverAPanel) {
+  const PanelOnScreen panel = openPanel();
+  hand_.moveTo(panel.contents().centre());
+  ASSERT_TRUE(eventually([&] { return !isFree(menu); }));
+  vistrel_->process().sendSignal(SIGTERM);
+  ASSERT_TRUE(vistrel_->process().waitForEnd().has_value());
+  vistrel_.reset();
+  EXPECT_TRUE(eventually([&] { return isFree(menu) && isFree(shiftF10); }));
 }
 
 }  // namespace

@@ -34,4 +34,10 @@ void PersonInput::type(std::uint32_t key) {
   turnKey(key, false);
 }
 
+void PersonInput::typeHolding(std::uint32_t modifier, std::uint32_t key) {
+  turnKey(modifier, true);
+  type(key);
+  turnKey(modifier, false);
+}
+
 }  // namespace vistrel::testbed

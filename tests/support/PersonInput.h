@@ -29,6 +29,7 @@ class PersonInput {
   void drag(Point from, Point to);
   /// Types the key with that number of the kernel's (linux/input-event-codes.h).
   void type(std::uint32_t key);
+  void typeHolding(std::uint32_t modifier, std::uint32_t key);
 
  private:
   virtual void turn(Button button, bool isDown) = 0;

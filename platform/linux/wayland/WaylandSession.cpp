@@ -13,6 +13,7 @@
 #include "platform/linux/wayland/compositor/NativeWindowIds.h"
 #include "platform/linux/wayland/compositor/WaylandConnection.h"
 #include "platform/linux/wayland/kwin/KWinAccessibility.h"
+#include "platform/linux/wayland/kwin/KWinContextMenuKeys.h"
 #include "platform/linux/wayland/kwin/KWinGuard.h"
 #include "platform/linux/wayland/kwin/KWinMover.h"
 #include "platform/linux/wayland/kwin/KWinStreams.h"
@@ -72,6 +73,8 @@ void joinKWin(Session& session, OpenSource& openSource) {
   const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids, guard);
   session.windowLister = std::make_unique<KWinWindowLister>(
       std::move(session.windowLister), ids, session.panelWindows->foreignFullScreenFollower());
+  session.contextMenuKeys =
+      std::make_unique<KWinContextMenuKeys>(std::move(session.contextMenuKeys), guard);
   session.windowActivation =
       std::make_unique<KWinWindowActivation>(std::move(session.windowActivation), mover);
   session.otherWindows =

@@ -3,8 +3,9 @@
 namespace vistrel::platform::linux_desktop {
 
 /// Sees to it that KWin keeps nothing of ours however the program ends: native windows that are
-/// parked go home. `vistrel-kwin-guard`, a process of its own in a session of its own, does so once
-/// the program has ended without this object's destructor. Main thread.
+/// parked go home, and the menu keys are anybody's again, since KWin takes no notice when a program
+/// goes. `vistrel-kwin-guard`, a process of its own in a session of its own, does so once the
+/// program has ended without this object's destructor. Main thread.
 class KWinGuard {
  public:
   KWinGuard() = default;

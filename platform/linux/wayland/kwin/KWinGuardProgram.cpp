@@ -1,12 +1,13 @@
 // vistrel-kwin-guard: has a socket of the program's as its first descriptor. Ends once the program
 // says that it leaves nothing behind. Where the program ends before, sends home the native windows
-// that it has left parked.
+// that it has left parked, and gives the menu keys back.
 
 #include <cerrno>
 #include <unistd.h>
 
 #include "platform/linux/DetachedProgram.h"
 #include "platform/linux/SerialQueue.h"
+#include "platform/linux/wayland/kwin/GlobalMenuKeys.h"
 #include "platform/linux/wayland/kwin/KWinScripts.h"
 #include "platform/linux/wayland/kwin/NativeHomecoming.h"
 #include "platform/linux/wayland/kwin/ParkedRecord.h"
@@ -29,6 +30,7 @@ bool isDismissedBeforeTheProgramEnds() {
 }
 
 void tidyUp() {
+  if (const auto keys = GlobalMenuKeys::connect([] {})) keys->release();
   ParkedRecord record;
   KWinScripts scripts;
   bringLeftHome(record, scripts, monotonicNow() + patience);
