@@ -5,6 +5,7 @@
 #include <fstream>
 #include <memory>
 #include <set>
+#include <vector>
 
 #include "tests/support/Poll.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -16,8 +17,9 @@ constexpr const char* kwin = "org.kde.KWin";
 constexpr const char* answerInterface = "com.example.Answer";
 constexpr const char* scriptName = "test";
 
-/// What a script calls with its answer.
+/// What a script calls with its answer, at a path that no other one calls.
 struct Answer {
+  std::string path;
   std::string text;
   bool isThere = false;
 };
@@ -27,6 +29,9 @@ int takeAnswer(sd_bus_message* message, void* data, sd_bus_error*) {
     return 0;
   }
   auto* const answer = static_cast<Answer*>(data);
+  if (sd_bus_message_get_path(message) != answer->path) {
+    return sd_bus_reply_method_return(message, nullptr);
+  }
   if (sd_bus_message_is_method_call(message, nullptr, "Tell") != 0) {
     const char* text = nullptr;
     sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text);
@@ -37,9 +42,10 @@ int takeAnswer(sd_bus_message* message, void* data, sd_bus_error*) {
   return sd_bus_reply_method_return(message, nullptr);
 }
 
-std::string scriptText(const std::string& javaScript, const std::string& asker) {
+std::string scriptText(const std::string& javaScript, const std::string& asker,
+                       const std::string& path) {
   const auto call = [&](const std::string& method, const std::string& arguments) {
-    return "callDBus('" + asker + "', '/', '" + answerInterface + "', '" + method + "'" +
+    return "callDBus('" + asker + "', '" + path + "', '" + answerInterface + "', '" + method + "'" +
            arguments + ");";
   };
   return "function tell(text) { " + call("Tell", ", String(text)") +
@@ -60,23 +66,38 @@ std::string KWinScripts::run(const std::string& javaScript) {
   const auto file = directory.path() / "script.js";
   const char* name = nullptr;
   sd_bus_get_unique_name(bus_.get(), &name);
-  std::ofstream(file) << scriptText(javaScript, name);
+  static int answers = 0;
+  Answer answer{.path = "/Answer" + std::to_string(++answers)};
+  std::ofstream(file) << scriptText(javaScript, name, answer.path);
 
-  Answer answer;
   sd_bus_slot* raw = nullptr;
   sd_bus_add_filter(bus_.get(), &raw, takeAnswer, &answer);
   const std::unique_ptr<sd_bus_slot, decltype(&sd_bus_slot_unref)> filter(raw, sd_bus_slot_unref);
   const BusObject scripting(bus_, kwin, "/Scripting");
-  const auto number =
-      scripting.call("org.kde.kwin.Scripting", "loadScript", "ss", file.c_str(), scriptName)
-          .signedNumber();
-  BusObject(bus_, kwin, "/" + std::to_string(number)).call("org.kde.kwin.Script", "run");
-  const bool isAnswered = eventually([&] {
+  const auto isThere = [&] {
     while (sd_bus_process(bus_.get(), nullptr) > 0) {
     }
     return answer.isThere;
+  };
+  // Where the program's script has the number of ours, the next one gets another number.
+  constexpr std::chrono::seconds patience{2};
+  std::vector<std::string> loaded;
+  const bool isAnswered = eventually([&] {
+    loaded.push_back(scriptName + answer.path + '-' + std::to_string(loaded.size()));
+    const auto number =
+        scripting
+            .call("org.kde.kwin.Scripting", "loadScript", "ss", file.c_str(), loaded.back().c_str())
+            .signedNumber();
+    try {
+      BusObject(bus_, kwin, "/" + std::to_string(number)).call("org.kde.kwin.Script", "run");
+    } catch (const BusError&) {
+      return isThere();
+    }
+    return eventually(isThere, patience);
   });
-  scripting.call("org.kde.kwin.Scripting", "unloadScript", "s", scriptName);
+  for (const std::string& each : loaded) {
+    scripting.call("org.kde.kwin.Scripting", "unloadScript", "s", each.c_str());
+  }
   if (!isAnswered) {
     throw std::runtime_error("KWin does not run: " + javaScript);
   }

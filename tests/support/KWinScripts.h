@@ -11,7 +11,8 @@ namespace vistrel::testbed {
 /// Scripts that run inside KWin, to look at what it knows of windows and to do with them what a
 /// person does. Every call returns once that is done, and throws std::runtime_error when KWin does
 /// not answer. KWin 5.27 mixes up scripts that two programs run at the same time: where the program
-/// under test runs its own, only `frameOf` a window that was asked for before is safe.
+/// under test runs its own, one may be carried out twice; `frameOf` a window that was asked for
+/// before needs none.
 class KWinScripts {
  public:
   /// `busAddress` is that of KWin's session.

@@ -1,6 +1,6 @@
-// An ordinary Wayland program with one window; a test tells it what to do: see NativeWindow.h.
-// Arguments: the descriptors to read commands from and to write answers to, the application's id,
-// and whether the compositor is to decorate it.
+// An ordinary Wayland program with one window; a test tells it what to do: see NativeWindow.h and
+// NativeDock.h. Arguments: the descriptors to read commands from and to write answers to, the
+// application's id, and what the window is: "bare", "decorated" by the compositor, or a "dock".
 
 #include <algorithm>
 #include <array>
@@ -10,6 +10,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <plasma-shell.h>
 #include <poll.h>
 #include <span>
 #include <sstream>
@@ -96,10 +97,12 @@ struct Size {
 
 class Window {
  public:
-  Window(const char* applicationId, bool isDecorated) {
+  Window(const char* applicationId, std::string_view kind) {
     setUpWindow(applicationId);
-    if (isDecorated) {
+    if (kind == "decorated") {
       askForDecoration();
+    } else if (kind == "dock") {
+      becomeDock();
     }
     wl_surface_commit(surface_);
     setUpInput();
@@ -158,6 +161,15 @@ class Window {
     zxdg_toplevel_decoration_v1_set_mode(
         zxdg_decoration_manager_v1_get_toplevel_decoration(decorations, toplevel_),
         ZXDG_TOPLEVEL_DECORATION_V1_MODE_SERVER_SIDE);
+  }
+
+  /// In a session of KWin: one that keeps room free along the edge that it lies at.
+  void becomeDock() {
+    auto* const plasma = client_.bind<org_kde_plasma_shell>(org_kde_plasma_shell_interface, 1);
+    dock_ = org_kde_plasma_shell_get_surface(plasma, surface_);
+    org_kde_plasma_surface_set_role(dock_, ORG_KDE_PLASMA_SURFACE_ROLE_PANEL);
+    org_kde_plasma_surface_set_panel_behavior(dock_,
+                                              ORG_KDE_PLASMA_SURFACE_PANEL_BEHAVIOR_ALWAYS_VISIBLE);
   }
 
   /// A black square, whose first corner is its hot spot.
@@ -258,6 +270,12 @@ class Window {
       outdated_ = std::exchange(size_, {});
       text >> size_.width >> size_.height;
       show();
+    } else if (command == "place") {
+      int x = 0;
+      int y = 0;
+      text >> x >> y;
+      org_kde_plasma_surface_set_position(dock_, x, y);
+      wl_surface_commit(surface_);
     } else if (command == "title") {
       std::string title;
       std::getline(text, title);
@@ -350,6 +368,7 @@ class Window {
   wl_surface* pointerSurface_ = wl_compositor_create_surface(compositor_);
   xdg_surface* shell_ = xdg_wm_base_get_xdg_surface(base_, surface_);
   xdg_toplevel* toplevel_ = xdg_surface_get_toplevel(shell_);
+  org_kde_plasma_surface* dock_ = nullptr;  // null for an ordinary window
   std::array<Pixel, 4> quadrants_{};
   std::unique_ptr<Buffer> shown_;
   std::unique_ptr<Buffer> former_;
@@ -388,7 +407,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    vistrel::testbed::Window window(argv[3], argv[4] == std::string_view("decorated"));
+    vistrel::testbed::Window window(argv[3], argv[4]);
     vistrel::testbed::serve(window, {std::atoi(argv[1]), std::atoi(argv[2])});
   } catch (const std::exception& failure) {
     std::cerr << failure.what() << '\n';
