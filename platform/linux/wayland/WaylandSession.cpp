@@ -14,6 +14,7 @@
 #include "platform/linux/wayland/compositor/WaylandConnection.h"
 #include "platform/linux/wayland/kwin/KWinAccessibility.h"
 #include "platform/linux/wayland/kwin/KWinContextMenuKeys.h"
+#include "platform/linux/wayland/kwin/KWinDockAreas.h"
 #include "platform/linux/wayland/kwin/KWinGuard.h"
 #include "platform/linux/wayland/kwin/KWinMover.h"
 #include "platform/linux/wayland/kwin/KWinStreams.h"
@@ -73,6 +74,7 @@ void joinKWin(Session& session, OpenSource& openSource) {
   const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids, guard);
   session.windowLister = std::make_unique<KWinWindowLister>(
       std::move(session.windowLister), ids, session.panelWindows->foreignFullScreenFollower());
+  session.dockAreas = std::make_unique<KWinDockAreas>(std::move(session.dockAreas));
   session.contextMenuKeys =
       std::make_unique<KWinContextMenuKeys>(std::move(session.contextMenuKeys), guard);
   session.windowActivation =

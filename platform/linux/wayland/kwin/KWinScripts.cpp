@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <mutex>
 #include <string_view>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
@@ -78,7 +80,14 @@ class ScriptFile {
   bool isWhole_ = false;
 };
 
+/// Held while a script of this process is at KWin.
+std::timed_mutex& running() {
+  static std::timed_mutex mutex;
+  return mutex;
+}
+
 struct Answer {
+  std::string path;  // what it is called at, other than that of any other script
   std::optional<std::string> text;
   bool isThere = false;
 };
@@ -87,6 +96,10 @@ struct Answer {
 int takeAnswer(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
   if (sd_bus_message_is_method_call(message, answering, nullptr) == 0) return 0;
   auto& answer = *static_cast<Answer*>(data);
+  // An earlier one may be carried out after nobody waits for it any more.
+  if (sd_bus_message_get_path(message) != answer.path) {
+    return sd_bus_reply_method_return(message, nullptr);
+  }
   const char* text = nullptr;
   if (sd_bus_message_is_method_call(message, answering, "Answer") != 0 &&
       sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text) > 0) {
@@ -96,10 +109,10 @@ int takeAnswer(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
   return sd_bus_reply_method_return(message, nullptr);
 }
 
-std::string wholeScript(const std::string& javaScript, const char* asker) {
+std::string wholeScript(const std::string& javaScript, const char* asker, const std::string& path) {
   const auto call = [&](const std::string& method, const std::string& arguments) {
-    return "callDBus(" + scriptLiteral(asker) + ", '/', '" + answering + "', '" + method + "', " +
-           arguments + ");";
+    return "callDBus(" + scriptLiteral(asker) + ", '" + path + "', '" + answering + "', '" +
+           method + "', " + arguments + ");";
   };
   return std::string(prelude) + "try {\n" + javaScript + "\n" + call("Answer", "told") +
          "\n} catch (failure) { " + call("Failure", "String(failure)") + " }\n";
@@ -204,10 +217,14 @@ bool KWinScripts::connect() {
 std::optional<std::string> KWinScripts::run(const std::string& javaScript, double deadline) {
   const char* ownName = nullptr;
   if (!connect() || sd_bus_get_unique_name(bus_.get(), &ownName) < 0) return std::nullopt;
-  const ScriptFile file(wholeScript(javaScript, ownName));
+  static std::atomic<int> scripts = 0;
+  Answer answer{.path = "/Script" + std::to_string(++scripts)};
+  const ScriptFile file(wholeScript(javaScript, ownName, answer.path));
   if (!file.isWhole()) return std::nullopt;
 
-  Answer answer;
+  // KWin may mix up scripts that are loaded at the same time, and is asked from several threads.
+  const std::chrono::duration<double> left(deadline - monotonicNow());
+  const std::unique_lock turn(running(), left);
   sd_bus_slot* raw = nullptr;
   sd_bus_add_filter(bus_.get(), &raw, takeAnswer, &answer);
   const Slot filter(raw, sd_bus_slot_unref);
