@@ -2,6 +2,7 @@
 #include <chrono>
 
 #include "tests/desktop/KWinDesktopTest.h"
+#include "tests/support/NativeDock.h"
 
 namespace vistrel::testbed {
 namespace {
@@ -99,6 +100,24 @@ TEST_P(KWinOutputs, ShowAPanelSharplyOnEitherWithThePointerWhereItIsOverTheSourc
     hand_.moveTo({sourceArea.x + place.x, sourceArea.y + place.y});
     return hasPointerAt(panel, place);
   }));
+}
+
+TEST_P(KWinOutputs, HaveNativeDocksBesideWhichPanelsSnap) {
+  constexpr int depth = 40;
+  constexpr int edge = screenHeight - depth;
+  const PanelOnScreen panel = mirrorSource();
+  const int height = panel.area().height;
+  const NativeDock dock(desktop_.environment(), {screenWidth, edge, screenWidth, depth});
+  EXPECT_TRUE(snaps(panel, {1700, edge - height - 7}, {1700, edge - height}));
+  EXPECT_TRUE(snaps(panel, {300, screenHeight - height - 7}, {300, screenHeight - height}))
+      << "the dock is on the other output";
+
+  // As deep, so that the area that X is told of stays what it is.
+  NativeDock other(desktop_.environment(), {0, edge, screenWidth, depth});
+  EXPECT_TRUE(snaps(panel, {340, edge - height - 7}, {340, edge - height}));
+  other.close();
+  EXPECT_TRUE(snaps(panel, {300, screenHeight - height - 7}, {300, screenHeight - height}));
+  EXPECT_TRUE(snaps(panel, {1740, edge - height - 7}, {1740, edge - height}));
 }
 
 TEST_P(KWinOutputs, HaveANativeSourceThatIsKeptAwakeInTheCornerOfTheFirst) {

@@ -70,7 +70,7 @@ std::unique_ptr<WindowPeer> QtWindows::makePeer(Window& window, bool isPanel) {
         window, host_,
         PanelPeer::Providers{*session_.panelWindows, *session_.contextMenuKeys,
                              *session_.windowActivation, *session_.sourceSituations,
-                             session_.mayHaveForeignWindows});
+                             session_.mayHaveForeignWindows, session_.confinesWindows});
   }
   return std::make_unique<TitledPeer>(window, host_, mirroringNotice(session_.facts()));
 }

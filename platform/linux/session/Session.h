@@ -34,6 +34,11 @@ struct Session {
   /// session: it does not tell what is typed and clicked there.
   bool mayHaveForeignWindows = false;
 
+  /// Whether the manager keeps a program's windows within the one area that docks leave of the
+  /// whole desktop, unless a person moves them: beside an output with a dock, no edge of another
+  /// one could be reached.
+  bool confinesWindows = false;
+
   /// Asked as of now; while the session lasts.
   std::function<SessionFacts()> facts;
 

@@ -74,6 +74,7 @@ void joinKWin(Session& session, OpenSource& openSource) {
   const auto mover = std::make_shared<KWinMover>(session.parkedSources, ids, guard);
   session.windowLister = std::make_unique<KWinWindowLister>(
       std::move(session.windowLister), ids, session.panelWindows->foreignFullScreenFollower());
+  session.confinesWindows = true;
   session.dockAreas = std::make_unique<KWinDockAreas>(std::move(session.dockAreas));
   session.contextMenuKeys =
       std::make_unique<KWinContextMenuKeys>(std::move(session.contextMenuKeys), guard);

@@ -12,6 +12,7 @@
 
 #include "platform/linux/Trace.h"
 #include "platform/linux/qt/paint/ChromePainter.h"
+#include "platform/linux/qt/panel/PersonsMove.h"
 #include "platform/linux/qt/space/QtConnection.h"
 #include "platform/linux/qt/space/QtSpace.h"
 #include "platform/linux/qt/space/RootPlace.h"
@@ -259,8 +260,13 @@ void PanelPeer::ask() { askFor(qtPlace(pixelRect(room()), *native_->screen())); 
 
 void PanelPeer::askFor(const QtPlace& place) {
   const QRect formerGeometry = askedGeometry();
+  const QSize formerSize = placed_.current().size();
   if (!placed_.ask(place.pixels)) return;
   awaitLastAnswer();
+  const bool isMoveAlone = place.pixels.size() == formerSize && native_->isVisible();
+  if (providers_.confinesWindows && isMoveAlone) {
+    return moveAsPerson(static_cast<xcb_window_t>(native_->winId()), place.pixels.topLeft());
+  }
   placeNative(*native_, formerGeometry, place.geometry, wholePoints(window_.contentMinSize()));
 }
 

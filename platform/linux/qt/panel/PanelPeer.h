@@ -34,6 +34,8 @@ class PanelPeer final : public HostedPeer {
     SourceSituations& situations;
     /// As `Session::mayHaveForeignWindows`.
     bool mayHaveForeignWindows = false;
+    /// As `Session::confinesWindows`.
+    bool confinesWindows = false;
   };
 
   PanelPeer(Window& window, std::shared_ptr<PeerHost> host, Providers providers);
