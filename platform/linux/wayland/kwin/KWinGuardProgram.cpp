@@ -3,6 +3,8 @@
 // that it has left parked, and gives the menu keys back.
 
 #include <cerrno>
+#include <chrono>
+#include <thread>
 #include <unistd.h>
 
 #include "platform/linux/DetachedProgram.h"
@@ -29,9 +31,20 @@ bool isDismissedBeforeTheProgramEnds() {
   return length > 0;
 }
 
+/// The program's hold on the record goes with its process, as its socket does, perhaps a moment
+/// later. Whoever has started since and holds it for good has done this work.
+bool comesToOwn(ParkedRecord& record) {
+  constexpr double longestMoment = 10;
+  constexpr std::chrono::milliseconds betweenLooks{10};
+  const double deadline = monotonicNow() + longestMoment;
+  while (!record.own() && monotonicNow() < deadline) std::this_thread::sleep_for(betweenLooks);
+  return record.own();
+}
+
 void tidyUp() {
   if (const auto keys = GlobalMenuKeys::connect([] {})) keys->release();
   ParkedRecord record;
+  if (!comesToOwn(record)) return;
   KWinScripts scripts;
   bringLeftHome(record, scripts, monotonicNow() + patience);
 }

@@ -44,13 +44,13 @@ ParkedWindowsByUuid ParkedRecord::read() const {
                     : parseRecord(std::string(text.data(), static_cast<std::size_t>(count)));
 }
 
-void ParkedRecord::own() {
+bool ParkedRecord::own() {
   if (file_ < 0 && !path_.empty()) file_ = openOwn(path_);
+  return file_ >= 0;
 }
 
 void ParkedRecord::write(const ParkedWindowsByUuid& windows) {
-  own();
-  if (file_ < 0) return;
+  if (!own()) return;
   const auto text = recordText(windows);
   // A record that cannot be written leaves no more than there would be without it.
   [[maybe_unused]] const auto written = pwrite(file_, text.data(), text.size(), 0);

@@ -28,15 +28,14 @@ class ParkedRecord {
   ParkedRecord& operator=(const ParkedRecord&) = delete;
   ~ParkedRecord();
 
+  /// Whether this is its owner, which it becomes where there is none any more.
+  bool own();
   /// What an owner has left that has ended; nothing while another one lives.
   ParkedWindowsByUuid read() const;
-  /// Returns once it would be found. Owns the record from then on where somebody else did who has
-  /// ended since.
+  /// Returns once it would be found; nothing is written while another owner lives.
   void write(const ParkedWindowsByUuid& windows);
 
  private:
-  void own();
-
   std::string path_;  // empty where there is no place for it
   int file_ = -1;     // none where another program owns it
 };
