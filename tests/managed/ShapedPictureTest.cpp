@@ -77,7 +77,8 @@ TEST_F(ShapedPanel, MixesNothingIntoAnEdgeThatWasCutAway) {
   surface->setChrome(
       {.width = half.width,
        .height = half.height,
-       .pixels = std::vector<std::uint32_t>(static_cast<std::size_t>(half.width * half.height), 0),
+       .pixels = {half.width, std::vector<std::uint32_t>(
+                                  static_cast<std::size_t>(half.width * half.height), 0)},
        .contents = platform::linux_desktop::PixelRect{0, 0, half.width, half.height}},
       nullptr);
   surface->setContents(streamed->image());
