@@ -40,6 +40,11 @@ class UnseenPicture : public ::testing::Test {
     const auto frames = mirror_.frames();
     return (frames.at(first + pauses) - frames.at(first)) / static_cast<double>(pauses);
   }
+  /// As a person's `xset s activate` and `xset s reset`.
+  void forceScreenSaver(xcb_screen_saver_t mode) {
+    xcb_force_screen_saver(connection_.get(), static_cast<std::uint8_t>(mode));
+    connection_.sync();
+  }
   /// The picture that the source has last is there when the panel is, without another change.
   void leaveChangeForLater() { source_.show(otherColours); }
 
@@ -77,6 +82,37 @@ TEST_F(UnseenPicture, ComesSeldomWhileOtherWindowsCoverItsPanelAndAtOnceAfterwar
   EXPECT_GT(covered, seldom);
   right.unmap();
   EXPECT_LT(2 * averagePause(), covered);
+  source_.show(otherColours);
+  EXPECT_TRUE(eventuallyShows(otherColours));
+}
+
+TEST_F(UnseenPicture, ComesSeldomWhileTheDisplaySleepsAndAtOnceAfterwards) {
+  forceScreenSaver(XCB_SCREEN_SAVER_ACTIVE);
+  const double asleep = averagePause();
+  EXPECT_GT(asleep, seldom);
+  forceScreenSaver(XCB_SCREEN_SAVER_RESET);
+  EXPECT_LT(2 * averagePause(), asleep);
+  source_.show(otherColours);
+  EXPECT_TRUE(eventuallyShows(otherColours));
+}
+
+TEST_F(UnseenPicture, ComesSeldomOverAConnectionThatFindsTheDisplayAsleep) {
+  forceScreenSaver(XCB_SCREEN_SAVER_ACTIVE);
+  mirror_.throwOut();
+  const double asleep = averagePause();
+  EXPECT_GT(asleep, seldom);
+  forceScreenSaver(XCB_SCREEN_SAVER_RESET);
+  EXPECT_LT(2 * averagePause(), asleep);
+}
+
+TEST_F(UnseenPicture, GoesOnUnderAScreenSaverThatMayNotHideTheScreen) {
+  forceScreenSaver(XCB_SCREEN_SAVER_ACTIVE);
+  const double asleep = averagePause();
+  forceScreenSaver(XCB_SCREEN_SAVER_RESET);
+  xcb_set_screen_saver(connection_.get(), -1, -1, XCB_BLANKING_NOT_PREFERRED,
+                       XCB_EXPOSURES_NOT_ALLOWED);
+  forceScreenSaver(XCB_SCREEN_SAVER_ACTIVE);
+  EXPECT_LT(2 * averagePause(), asleep);
   source_.show(otherColours);
   EXPECT_TRUE(eventuallyShows(otherColours));
 }

@@ -8,6 +8,7 @@
 #include <xcb/damage.h>
 #include <xcb/render.h>
 #include <xcb/res.h>
+#include <xcb/screensaver.h>
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
@@ -98,7 +99,7 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
 
 void Connection::setUpExtensions() {
   for (auto* each : {&xcb_composite_id, &xcb_damage_id, &xcb_xfixes_id, &xcb_render_id, &xcb_res_id,
-                     &xcb_shape_id}) {
+                     &xcb_screensaver_id, &xcb_shape_id}) {
     xcb_prefetch_extension_data(xcb(), each);
   }
   // Each version must be asked for even where another is missing: it enables the extension.
@@ -110,6 +111,9 @@ void Connection::setUpExtensions() {
   extensions_.offersShapes = isPresent(xcb(), xcb_shape_id);
   if (extensions_.offersShapes) {
     extensions_.shapeNotify = firstEvent(xcb(), xcb_shape_id) + XCB_SHAPE_NOTIFY;
+  }
+  if (isPresent(xcb(), xcb_screensaver_id)) {
+    extensions_.screenSaverNotify = firstEvent(xcb(), xcb_screensaver_id) + XCB_SCREENSAVER_NOTIFY;
   }
   if (damage) extensions_.damageNotify = firstEvent(xcb(), xcb_damage_id) + XCB_DAMAGE_NOTIFY;
   if (fixes) {

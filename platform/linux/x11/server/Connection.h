@@ -30,6 +30,8 @@ struct Extensions {
   std::uint8_t damageNotify = 0;
   std::uint8_t cursorNotify = 0;
   std::uint8_t selectionNotify = 0;
+  /// 0 where MIT-SCREEN-SAVER is not offered.
+  std::uint8_t screenSaverNotify = 0;
 };
 
 /// A connection to the display that DISPLAY names, with the extensions set up. Used on one thread

@@ -39,7 +39,10 @@ std::shared_ptr<MirrorWorker> MirrorWorker::existingOf(SerialQueue& queue) {
 
 MirrorWorker::MirrorWorker(const std::shared_ptr<SerialQueue>& queue,
                            std::unique_ptr<Connection> connection)
-    : queue_(queue), connection_(std::move(connection)), store_(*connection_) {}
+    : queue_(queue),
+      connection_(std::move(connection)),
+      sleep_(*connection_),
+      store_(*connection_) {}
 
 std::optional<Error> MirrorWorker::startCapture(const void* key, WindowID window,
                                                 const OpenSource& open,
@@ -141,6 +144,7 @@ void MirrorWorker::handle(const xcb_generic_event_t& event) {
   for (const auto& each : captures_) each.capture->handle(event);
   if (restingSource_) restingSource_->handle(event);
   for (auto& each : panels_) each.handle(event);
+  sleep_.handle(event);
 }
 
 /// A server may throw out one connection alone: the mirror goes on over another.
@@ -199,6 +203,7 @@ std::vector<PixelSize> MirrorWorker::pictureSizes(PixelSize source) const {
 }
 
 bool MirrorWorker::isPictureSeen() const {
+  if (sleep_.isAsleep()) return false;
   const auto showsIt = [](const PanelPainter& each) {
     return each.isInSight() && each.pictureSizeFor({1, 1}).has_value();
   };

@@ -11,6 +11,7 @@
 #include "platform/linux/CurrentThread.h"
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/panel/PanelPainter.h"
+#include "platform/linux/x11/panel/ScreenSleep.h"
 #include "platform/linux/x11/picture/PictureStore.h"
 #include "platform/linux/x11/source/CaptureSource.h"
 #include "platform/linux/x11/stream/Capture.h"
@@ -48,7 +49,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
                                       PictureChanges changes, const CursorMark& cursor);
 
   /// Whether there is a panel in sight with room for the picture, or is to be one: a panel comes
-  /// with the first picture.
+  /// with the first picture. Nothing is seen while the display sleeps.
   bool isPictureSeen() const;
 
   void addPanel(xcb_window_t window);
@@ -92,6 +93,7 @@ class MirrorWorker : public std::enable_shared_from_this<MirrorWorker> {
   std::weak_ptr<SerialQueue> queue_;
   std::function<void()> onLost_;
   std::unique_ptr<Connection> connection_;
+  ScreenSleep sleep_;
   PictureStore store_;
   std::vector<Running> captures_;
   /// The source of the stream that was stopped last. Releasing a covered window would cost what is
