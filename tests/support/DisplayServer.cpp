@@ -13,12 +13,16 @@ namespace {
 constexpr int largestWidth = 6000;
 constexpr int largestHeight = 2400;
 
+// When the screen saver comes, in minutes: where nobody touches pointer or keys for long, mirrors
+// are to go on.
+constexpr const char* neverByItself = "0";
+
 std::string sizeText(int width, int height) {
   return std::to_string(width) + "x" + std::to_string(height);
 }
 
 std::vector<std::string> xvfb(int width, int height) {
-  return {"Xvfb", "-screen", "0", sizeText(width, height) + "x24"};
+  return {"Xvfb", "-screen", "0", sizeText(width, height) + "x24", "-s", neverByItself};
 }
 
 // One monitor of one size, no devices, and nothing that belongs to the machine.
@@ -72,7 +76,9 @@ std::vector<std::string> xorg(int width, int height, const std::filesystem::path
           "-logfile",
           (directory / "xorg.log").string(),
           "-novtswitch",
-          "-sharevts"};
+          "-sharevts",
+          "-s",
+          neverByItself};
 }
 
 template <class Reply>
