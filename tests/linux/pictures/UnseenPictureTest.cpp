@@ -1,4 +1,7 @@
 #include <gtest/gtest.h>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/linux/pictures/TestMirror.h"
 #include "tests/support/Poll.h"
@@ -18,6 +21,10 @@ constexpr testbed::Quadrants otherColours{testbed::white, testbed::blue, testbed
 /// A mirror whose panel a person comes not to see, on a server without a compositing manager.
 class UnseenPicture : public ::testing::Test {
  protected:
+  UnseenPicture() : UnseenPicture(std::vector<std::string>{}) {}
+  explicit UnseenPicture(std::vector<std::string> serverArguments)
+      : display_({.windowManager = testbed::WindowManager::none,
+                  .serverArguments = std::move(serverArguments)}) {}
   void SetUp() override {
     mirror_.start(source_.id());
     ASSERT_TRUE(eventuallyShows(testbed::fourColours));
@@ -51,7 +58,7 @@ class UnseenPicture : public ::testing::Test {
   /// That of two frames a second is half a second; of thirty, a thirtieth.
   static constexpr double seldom = 0.3;
 
-  const testbed::PrivateDisplay display_{{.windowManager = testbed::WindowManager::none}};
+  const testbed::PrivateDisplay display_;
   const bool isAdopted_ = (display_.adoptEnvironment(), true);
   const testbed::XConnection connection_{display_.name()};
   testbed::TestWindow source_{display_.name(), {.area = sourceArea, .managed = false}};
@@ -115,6 +122,19 @@ TEST_F(UnseenPicture, GoesOnUnderAScreenSaverThatMayNotHideTheScreen) {
   EXPECT_LT(2 * averagePause(), asleep);
   source_.show(otherColours);
   EXPECT_TRUE(eventuallyShows(otherColours));
+}
+
+/// The same on a server that tells nobody of its screen saver.
+class PictureWithoutScreenSaverNews : public UnseenPicture {
+ protected:
+  PictureWithoutScreenSaverNews() : UnseenPicture({"-extension", "MIT-SCREEN-SAVER"}) {}
+};
+
+TEST_F(PictureWithoutScreenSaverNews, GoesOnWhileTheSaverIsActive) {
+  forceScreenSaver(XCB_SCREEN_SAVER_ACTIVE);
+  const double asleep = averagePause();
+  mirror_.rollUp();
+  EXPECT_GT(averagePause(), 2 * asleep);
 }
 
 }  // namespace
