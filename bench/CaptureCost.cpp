@@ -4,12 +4,15 @@
 #include <thread>
 
 #include "bench/MirroredSession.h"
+#include "bench/ThreadWaits.h"
 
 namespace vistrel::bench {
 namespace {
 
 using testbed::Rgb;
 using testbed::TestWindow;
+
+constexpr const char* mainThread = "vistrel";
 
 /// Paints one frame of a source; the frames differ.
 using Animation = std::function<void(TestWindow&, int frame)>;
@@ -43,7 +46,7 @@ void captureCost(benchmark::State& state, const Animation& animation) {
   for (auto iteration : state) {
     const double client = session.clientSeconds();
     const double server = session.serverSeconds();
-    const long waits = session.mainThreadWaits();
+    const long waits = threadWaits(session.clientPid()).at(mainThread);
     const auto start = Clock::now();
     for (int frame = 0; frame < frames; ++frame) {
       for (std::size_t i = 0; i < session.size(); ++i) {
@@ -54,7 +57,7 @@ void captureCost(benchmark::State& state, const Animation& animation) {
     const double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
     state.counters["client_ms_per_s"] = (session.clientSeconds() - client) / elapsed * 1000;
     state.counters["main_wakes_per_s"] =
-        static_cast<double>(session.mainThreadWaits() - waits) / elapsed;
+        static_cast<double>(threadWaits(session.clientPid()).at(mainThread) - waits) / elapsed;
     state.counters["server_ms_per_s"] = (session.serverSeconds() - server) / elapsed * 1000;
   }
 }

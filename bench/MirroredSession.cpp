@@ -1,7 +1,6 @@
 #include "bench/MirroredSession.h"
 
 #include <algorithm>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 
@@ -27,7 +26,7 @@ MirroredSession::MirroredSession(const std::vector<testbed::Rect>& sources) {
   vistrel_ = std::make_unique<testbed::RunningVistrel>(display_, connection_);
   testbed::InputDriver hand(connection_);
   constexpr std::uint32_t betweenClicks = 700;
-  hand.clickAt(firstRow().centre());
+  if (!sources_.empty()) hand.clickAt(firstRow().centre());
   for (std::size_t i = 0; i < sources_.size(); ++i) {
     hand.rest(betweenClicks);
     hand.type(testbed::keyReturn);
@@ -56,15 +55,5 @@ double MirroredSession::clientSeconds() const {
 }
 
 double MirroredSession::serverSeconds() const { return processorSeconds(display_.serverPid()); }
-
-long MirroredSession::mainThreadWaits() const {
-  const std::string pid = std::to_string(vistrel_->process().pid());
-  std::ifstream status("/proc/" + pid + "/task/" + pid + "/status");
-  const std::string wanted = "voluntary_ctxt_switches:";
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with(wanted)) return std::stol(line.substr(wanted.size()));
-  }
-  throw std::runtime_error("a measured process is gone");
-}
 
 }  // namespace vistrel::bench

@@ -31,8 +31,6 @@ class MirroredSession {
   /// Seconds of processor time that the program and the display server have used so far.
   double clientSeconds() const;
   double serverSeconds() const;
-  /// How often the program's main thread has waited for something so far.
-  long mainThreadWaits() const;
 
   static constexpr testbed::Rect sourceArea{10, 30, 1900, 1050};
 
