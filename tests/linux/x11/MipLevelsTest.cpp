@@ -106,7 +106,8 @@ TEST(MipLevels, aloneMissNoPixelUpToAHalf) {
 
 TEST(MipLevels, endWhereOneSideIsASinglePixel) {
   EXPECT_EQ(levelsFor({1, 1}, {1, 1}), (Levels{{{1, 1}, 1, 1}}));
-  EXPECT_EQ(levelsFor({1000, 2}, {10, 1}), (Levels{{{20, 2}, 50, 1}}));
+  EXPECT_EQ(levelsFor({1000, 2}, {10, 1}), (Levels{{{500, 1}, 2, 2}}));
+  EXPECT_EQ(levelsFor({3, 1000}, {2, 10}), (Levels{{{3, 1000}, 1, 1}}));
   EXPECT_EQ(halfLevel({5, 1}, 1), (MipLevel{{2, 1}, 2, 2}));
 }
 

@@ -22,6 +22,7 @@ bool MipChain::rebuild(const LivePicture& source, const std::vector<MipLevel>& l
   if (!finest) return false;
   sourceSize_ = source.size();
   copiedFor_ = levels;
+  secondSample_ = {};
   copies_.clear();
   copies_.push_back({levels.front(), *std::move(finest)});
   fillFinest(source, rectOf(levels.front().size));
@@ -32,6 +33,7 @@ bool MipChain::rebuild(const LivePicture& source, const std::vector<MipLevel>& l
 void MipChain::derive(const std::vector<MipLevel>& levels) {
   if (!hasPicture() || isCopiedFor(levels)) return;
   copiedFor_.clear();
+  secondSample_ = {};
   copies_.erase(copies_.begin() + 1, copies_.end());
   std::vector<MipLevel> coarser;
   std::ranges::copy_if(levels, std::back_inserter(coarser), [this](const MipLevel& each) {

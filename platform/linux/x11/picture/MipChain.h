@@ -57,7 +57,7 @@ class MipChain {
   PixelSize sourceSize_;
   std::vector<Copy> copies_;
   std::vector<MipLevel> copiedFor_;
-  Canvas secondSample_;  // as large as has been needed
+  Canvas secondSample_;  // as large as these copies have needed
 };
 
 }  // namespace vistrel::platform::linux_desktop

@@ -22,6 +22,15 @@ double ramp(double value, double begin, double end) {
   return std::clamp((value - begin) / (end - begin), 0.0, 1.0);
 }
 
+/// Whether one side is reduced much more than the other, as where a picture of an extreme shape
+/// cannot be narrower than a pixel.
+bool isDistorted(PixelSize source, PixelSize target) {
+  constexpr double most = 1.5;
+  const double x = static_cast<double>(source.width) / target.width;
+  const double y = static_cast<double>(source.height) / target.height;
+  return std::max(x, y) > most * std::min(x, y);
+}
+
 /// Twice the target's size, as far as a pixmap can be as large.
 MipLevel doubleLevel(PixelSize source, PixelSize target) {
   constexpr int largest = 0x7fff;
@@ -54,11 +63,12 @@ std::vector<MipLevel> levelsFor(PixelSize source, PixelSize target) {
   const double exact = reduction(source, target);
   if (exact <= nearlyWhole) return {halfLevel(source, 0)};
   const int halvings = static_cast<int>(std::floor(std::log2(exact * rounding)));
-  std::vector<MipLevel> levels;
-  for (int i = 1; i < halvings; ++i) levels.push_back(halfLevel(source, i));
   const auto nearest = halfLevel(source, halvings);
   const bool isFarFromAHalf = exact / nearest.perPixelX > besideAHalf;
-  if (halvings > 0 && (isFarFromAHalf || nearest.size == target)) {
+  std::vector<MipLevel> levels;
+  for (int i = 1; i < halvings; ++i) levels.push_back(halfLevel(source, i));
+  const bool isHalf = nearest.size == target || (halvings > 0 && isFarFromAHalf);
+  if (isHalf || isDistorted(source, target)) {
     levels.push_back(nearest);
     return levels;
   }

@@ -19,8 +19,9 @@ struct MipLevel {
 /// The copies through which `source` is drawn at `target`, each made of the one before and the
 /// first of the source; the source itself where the target is hardly smaller. The last is twice as
 /// large as the target, which comes as near the mean of the pixels as bilinear filters do for
-/// little, all others are halves. Where the last half is far from one of the target's, 1.5 to 2
-/// times its size, that half is the last: another copy would cost more. Never empty.
+/// little, all others are halves. It is a half as well where that is 1.5 to 2 times as large as the
+/// target, since another copy would cost more, and where one side is reduced much more than the
+/// other: pixman 0.42 draws nothing of a long source in one step. Never empty.
 std::vector<MipLevel> levelsFor(PixelSize source, PixelSize target);
 
 /// The copy of half the size as often as that, at least 1 × 1. An odd row or column at the end is
