@@ -40,13 +40,8 @@ std::ostream& operator<<(std::ostream& stream, const Footprint& footprint) {
 
 Footprint footprint(const testbed::XConnection& connection) {
   Footprint result;
-  const auto clients = testbed::clientsOfProcess(connection, getpid());
-  for (const auto client : clients) {
-    const auto resources = resourcesOf(connection, client);
-    for (const auto& [type, count] : resources.counts) result.server.counts[type] += count;
-    result.server.pixmapBytes += resources.pixmapBytes;
-  }
-  result.clients = clients.size();
+  result.server = testbed::resourcesOfProcess(connection, getpid());
+  result.clients = testbed::clientsOfProcess(connection, getpid()).size();
   result.descriptors = entriesIn("/proc/self/fd");
   result.threads = entriesIn("/proc/self/task");
   result.heapBytes = bytesOnHeap();

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <ostream>
 
-#include "tests/hostile/ServerResources.h"
+#include "tests/support/ServerResources.h"
 #include "tests/support/XConnection.h"
 
 namespace vistrel::hostile {
@@ -11,7 +11,7 @@ namespace vistrel::hostile {
 /// What this process holds at a moment, to find what grows with time.
 struct Footprint {
   /// All of its connections to the display server together.
-  ServerResources server;
+  testbed::ServerResources server;
   std::size_t clients = 0;
   std::size_t descriptors = 0;
   std::size_t threads = 0;

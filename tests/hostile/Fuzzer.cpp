@@ -7,8 +7,8 @@
 
 #include "platform/linux/x11/server/StrayErrors.h"
 #include "tests/hostile/RawSource.h"
-#include "tests/hostile/ServerResources.h"
 #include "tests/support/Poll.h"
+#include "tests/support/ServerResources.h"
 
 namespace vistrel::hostile {
 

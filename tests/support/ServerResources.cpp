@@ -1,12 +1,14 @@
-#include "tests/hostile/ServerResources.h"
+#include "tests/support/ServerResources.h"
 
 #include <xcb/res.h>
 
-namespace vistrel::hostile {
+#include "tests/support/ClientsOfProcess.h"
+
+namespace vistrel::testbed {
 namespace {
 
-std::string nameOf(const testbed::XConnection& connection, xcb_atom_t atom) {
-  const testbed::XReply<xcb_get_atom_name_reply_t> reply(xcb_get_atom_name_reply(
+std::string nameOf(const XConnection& connection, xcb_atom_t atom) {
+  const XReply<xcb_get_atom_name_reply_t> reply(xcb_get_atom_name_reply(
       connection.get(), xcb_get_atom_name(connection.get(), atom), nullptr));
   if (!reply) return std::to_string(atom);
   return {xcb_get_atom_name_name(reply.get()),
@@ -20,12 +22,11 @@ std::ostream& operator<<(std::ostream& stream, const ServerResources& resources)
   return stream << "bytes of pixmaps: " << resources.pixmapBytes;
 }
 
-ServerResources resourcesOf(const testbed::XConnection& connection, std::uint32_t idBase) {
+ServerResources resourcesOf(const XConnection& connection, std::uint32_t idBase) {
   auto* const xcb = connection.get();
   constexpr xcb_res_resource_id_spec_t everything{XCB_NONE, XCB_ATOM_NONE};
-  const testbed::XReply<xcb_res_query_resource_bytes_reply_t> reply(
-      xcb_res_query_resource_bytes_reply(
-          xcb, xcb_res_query_resource_bytes(xcb, idBase, 1, &everything), nullptr));
+  const XReply<xcb_res_query_resource_bytes_reply_t> reply(xcb_res_query_resource_bytes_reply(
+      xcb, xcb_res_query_resource_bytes(xcb, idBase, 1, &everything), nullptr));
   ServerResources resources;
   if (!reply) return resources;
   std::map<xcb_atom_t, std::uint32_t> counts;
@@ -42,4 +43,14 @@ ServerResources resourcesOf(const testbed::XConnection& connection, std::uint32_
   return resources;
 }
 
-}  // namespace vistrel::hostile
+ServerResources resourcesOfProcess(const XConnection& connection, pid_t process) {
+  ServerResources all;
+  for (const auto client : clientsOfProcess(connection, process)) {
+    const auto resources = resourcesOf(connection, client);
+    for (const auto& [type, count] : resources.counts) all.counts[type] += count;
+    all.pixmapBytes += resources.pixmapBytes;
+  }
+  return all;
+}
+
+}  // namespace vistrel::testbed
