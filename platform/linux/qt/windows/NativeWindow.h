@@ -29,10 +29,14 @@ void bindResizing(Native& native, QSize minimum, QSize size) {
   native.setMinimumSize(minimum.boundedTo(size).expandedTo({0, 0}));
 }
 
-/// Moves and resizes a native window that is at `from`, past its minimum if need be.
+/// Moves and resizes a native window that was last asked to be at `from`, past its minimum if need
+/// be.
 template <class Native>
 void placeNative(Native& native, const QRect& from, const QRect& to, QSize minimum) {
   bindResizing(native, minimum, to.size().boundedTo(from.size()));
+  // Qt 6.4.2 asks for nothing where it believes the window to be there already, such as by a late
+  // answer to an older request; it must not keep to the request between the two.
+  if (native.geometry() == to && from != to) native.setGeometry(from);
   native.setGeometry(to);
   bindResizing(native, minimum, to.size());
 }
