@@ -269,6 +269,27 @@ def report_crowd(folder):
                     ["sources", "frames/s each", "ms per frame"], lines)
 
 
+def report_soak(folder):
+    table = rows(folder, "soak.csv")
+    if not table:
+        return
+    columns = {"client_bytes": "program MB", "descriptors": "descriptors", "threads": "threads",
+               "server_resources": "server's resources",
+               "server_pixmap_bytes": "server's pixmaps MB"}
+
+    def cells(pick):
+        values = {column: pick([int(row[column]) for row in table]) for column in columns}
+        return [f"{value / 1e6:.1f}" if column.endswith("bytes") else value
+                for column, value in values.items()]
+
+    print_table(f"Sixteen mirrors, {table[-1]['opened']} opened one after the other in "
+                f"{float(table[-1]['seconds']) / 60:.0f} minutes",
+                ["", *columns.values()],
+                [["at first", *cells(lambda values: values[0])],
+                 ["in the end", *cells(lambda values: values[-1])],
+                 ["the most", *cells(max)]])
+
+
 def report_opening(folder):
     table = rows(folder, "opening.csv")
     if not table:
@@ -338,6 +359,7 @@ def main(arguments):
     report_many(folder)
     report_crowd(folder)
     report_opening(folder)
+    report_soak(folder)
     report_core(folder)
     print(f"\nFigures and plots are in {folder}.")
 

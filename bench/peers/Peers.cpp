@@ -13,6 +13,7 @@
 #include "bench/peers/ManyMirrors.h"
 #include "bench/peers/OpeningTimes.h"
 #include "bench/peers/PictureQuality.h"
+#include "bench/peers/Soak.h"
 
 namespace vistrel::bench {
 namespace {
@@ -34,6 +35,11 @@ const std::vector<Part>& parts() {
                   const auto& thoroughness) { measureManyMirrors(folder, thoroughness.span); }},
       {"crowd", [](const auto& folder,
                    const auto& thoroughness) { measureCrowd(folder, thoroughness.span); }},
+      {"soak",
+       [](const auto& folder, const auto& thoroughness) {
+         constexpr int spans = 200;  // ten minutes, unless asked for otherwise
+         measureSoak(folder, spans * thoroughness.span);
+       }},
       {"costs", measureCostsInTurns},
   };
   return all;
@@ -41,7 +47,8 @@ const std::vector<Part>& parts() {
 
 int usage() {
   std::cerr
-      << "usage: vistrel-peers FOLDER ROUNDS SECONDS [opening] [quality] [many] [crowd] [costs]\n"
+      << "usage: vistrel-peers FOLDER ROUNDS SECONDS [opening] [quality] [many] [crowd] [soak] "
+         "[costs]\n"
          "Measures Vistrel beside its peers, all of it or these parts, and writes the "
          "figures into the folder.\n";
   return EXIT_FAILURE;
