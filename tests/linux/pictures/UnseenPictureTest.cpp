@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/linux/x11/panel/CoveredPanels.h"
 #include "tests/linux/pictures/TestMirror.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
@@ -91,6 +92,20 @@ TEST_F(UnseenPicture, ComesSeldomWhileOtherWindowsCoverItsPanelAndAtOnceAfterwar
   EXPECT_LT(2 * averagePause(), covered);
   source_.show(otherColours);
   EXPECT_TRUE(eventuallyShows(otherColours));
+}
+
+TEST_F(UnseenPicture, ComesSeldomWhileOtherPanelsAreSaidToCoverItsPanelAndAtOnceAfterwards) {
+  const auto mark = connection_.atom(coveredMark);
+  connection_.setNumbers(mirror_.panel(), coveredMark, XCB_ATOM_CARDINAL, {1});
+  connection_.sync();
+  EXPECT_GT(averagePause(), seldom);
+  mirror_.throwOut();
+  const double covered = averagePause();
+  EXPECT_GT(covered, seldom) << "over another connection";
+  leaveChangeForLater();
+  xcb_delete_property(connection_.get(), mirror_.panel(), mark);
+  EXPECT_TRUE(eventuallyShows(otherColours));
+  EXPECT_LT(2 * averagePause(), covered);
 }
 
 TEST_F(UnseenPicture, ComesSeldomWhileTheDisplaySleepsAndAtOnceAfterwards) {

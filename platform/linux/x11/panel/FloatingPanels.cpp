@@ -61,6 +61,7 @@ std::shared_ptr<FloatingPanels> FloatingPanels::on(const std::shared_ptr<SerialQ
 FloatingPanels::FloatingPanels(SerialQueue& queue, std::unique_ptr<Connection> connection)
     : connection_(std::move(connection)),
       managersRest_(queue, *connection_, [this] { look(); }),
+      covered_(queue, *connection_),
       active_(*connection_),
       keyboardLimit_(perClickLimit()) {
   forgive(connection_->xcb(),
@@ -75,6 +76,7 @@ void FloatingPanels::add(xcb_window_t panel) {
     forgive(connection_->xcb(),
             connection_->selectEvents(
                 panel, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE));
+    covered_.add(panel);
   }
   wasMapped(panel);
   connection_->flush();
@@ -95,12 +97,14 @@ void FloatingPanels::serve() {
 }
 
 void FloatingPanels::handle(const xcb_generic_event_t& event) {
+  covered_.handle(event);
   if (typeOf(event) == XCB_PROPERTY_NOTIFY) {
     changedProperty(eventAs<xcb_property_notify_event_t>(event));
   } else if (typeOf(event) == XCB_CONFIGURE_NOTIFY) {
     managersRest_.handle(eventAs<xcb_configure_notify_event_t>(event));
   } else if (typeOf(event) == XCB_MAP_NOTIFY) {
-    wasMapped(eventAs<xcb_map_notify_event_t>(event).window);
+    const auto window = eventAs<xcb_map_notify_event_t>(event).window;
+    if (panels_.contains(window)) wasMapped(window);
   } else if (typeOf(event) == XCB_DESTROY_NOTIFY) {
     panels_.erase(eventAs<xcb_destroy_notify_event_t>(event).window);
   }

@@ -5,6 +5,7 @@
 
 #include "platform/linux/SerialQueue.h"
 #include "platform/linux/x11/panel/AskingLimit.h"
+#include "platform/linux/x11/panel/CoveredPanels.h"
 #include "platform/linux/x11/panel/FullScreenFollower.h"
 #include "platform/linux/x11/panel/ManagersRest.h"
 #include "platform/linux/x11/server/Connection.h"
@@ -20,6 +21,8 @@ namespace vistrel::platform::linux_desktop {
 /// - above an active full-screen window that is none of the server's, which has no transients here;
 /// - in the state that they were mapped in: the manager is asked for what has gone of it;
 /// - without the keyboard: it goes back to whom a panel has got it from.
+///
+/// Those that lie wholly under others are marked.
 class FloatingPanels {
  public:
   /// Works on `queue` for as long as that runs; null when the display refuses. Any thread.
@@ -56,6 +59,7 @@ class FloatingPanels {
 
   std::unique_ptr<Connection> connection_;
   ManagersRest managersRest_;
+  CoveredPanels covered_;
   std::map<xcb_window_t, AskingLimit> panels_;
   FullScreenFollower active_;             // the window that is, or was before a panel
   xcb_window_t owner_ = XCB_WINDOW_NONE;  // whose transients panels are

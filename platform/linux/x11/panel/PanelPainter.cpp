@@ -9,6 +9,7 @@
 #include <xcb/xfixes.h>
 
 #include "platform/linux/x11/manager/Manager.h"
+#include "platform/linux/x11/panel/CoveredPanels.h"
 #include "platform/linux/x11/picture/Corners.h"
 #include "platform/linux/x11/picture/MipLevels.h"
 #include "platform/linux/x11/server/ServerGrab.h"
@@ -58,6 +59,7 @@ PanelPainter::PanelPainter(Connection& connection, PictureStore& store, xcb_wind
   if (format != connection_.formats().ofVisual.end()) format_ = format->second;
   copying_ = makeGContext(connection_, window_);
   composited_ = isComposited(connection_);
+  liesUnderPanels_ = isMarkedCovered(connection_, window_);
 }
 
 PanelPainter::~PanelPainter() {
@@ -68,8 +70,9 @@ PanelPainter::~PanelPainter() {
 void PanelPainter::selectEvents() {
   // What the window shows stays when it is resized.
   const std::array<std::uint32_t, 2> values{
-      XCB_GRAVITY_NORTH_WEST,
-      XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_VISIBILITY_CHANGE};
+      XCB_GRAVITY_NORTH_WEST, XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                  XCB_EVENT_MASK_PROPERTY_CHANGE |
+                                  XCB_EVENT_MASK_VISIBILITY_CHANGE};
   xcb_change_window_attributes(connection_.xcb(), window_, XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK,
                                values.data());
   xcb_xfixes_select_selection_input(connection_.xcb(), connection_.root(),
@@ -300,6 +303,11 @@ void PanelPainter::followSight(const xcb_generic_event_t& event) {
   } else if (type == XCB_VISIBILITY_NOTIFY) {
     const auto& notify = eventAs<xcb_visibility_notify_event_t>(event);
     if (notify.window == window_) isCovered_ = notify.state == XCB_VISIBILITY_FULLY_OBSCURED;
+  } else if (type == XCB_PROPERTY_NOTIFY) {
+    const auto& notify = eventAs<xcb_property_notify_event_t>(event);
+    if (notify.window == window_ && notify.atom == connection_.atom(coveredMark)) {
+      liesUnderPanels_ = notify.state == XCB_PROPERTY_NEW_VALUE;
+    }
   }
 }
 

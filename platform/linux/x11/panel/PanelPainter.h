@@ -35,9 +35,9 @@ class PanelPainter {
   void putBack(AwaitedChrome chrome) { awaited_.putBack(std::move(chrome)); }
   /// False where the server has no memory for it: the former one stays.
   bool setChrome(std::shared_ptr<const PanelChrome> chrome);
-  /// Whether anything of the window may be seen, as far as the server tells: under a compositing
-  /// manager it tells of no window that another one covers.
-  bool isInSight() const { return isMapped_ && !isCovered_; }
+  /// Whether anything of the window may be seen. Under a compositing manager the server tells of no
+  /// window that another one covers; there panels alone cover a panel, as `CoveredPanels` says.
+  bool isInSight() const { return isMapped_ && !isCovered_ && !liesUnderPanels_; }
   /// The size at which a picture of that size is shown; none when there is no room for one.
   std::optional<PixelSize> pictureSizeFor(PixelSize source) const;
   /// Takes notice that the store's picture has changed. The window shows it at the next `paint`.
@@ -77,7 +77,8 @@ class PanelPainter {
   bool composited_ = false;
   PixelSize windowSize_;
   bool isMapped_ = false;
-  bool isCovered_ = false;  // wholly
+  bool isCovered_ = false;  // wholly, as the server tells
+  bool liesUnderPanels_ = false;
 
   AwaitedChromes awaited_;
   std::shared_ptr<const PanelChrome> chrome_;
