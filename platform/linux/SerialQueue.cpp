@@ -42,19 +42,19 @@ class WakeUp {
   int descriptor_;
 };
 
-/// What a queue's handle and its thread share; it lives as long as either.
-class QueueLoop {
+/// What a queue's handles and its thread share; it lives as long as either.
+class QueueLoop final : public SerialQueue {
  public:
   QueueLoop(std::string label, QualityOfService quality)
       : label_(std::move(label)), quality_(quality) {}
 
-  const std::string& label() const { return label_; }
-  QualityOfService qualityOfService() const { return quality_; }
-  bool isCurrent() const { return current_ == this; }
-  bool hasFinished() const { return finished_; }
+  bool isRunning() const override { return !finished_; }
+  const std::string& label() const override { return label_; }
+  QualityOfService qualityOfService() const override { return quality_; }
+  bool isCurrent() const override { return current_ == this; }
 
-  void async(Block block);
-  void asyncAt(double seconds, Block block);
+  void async(Block block) override;
+  void asyncAt(double seconds, Block block) override;
   /// Ends the thread after the blocks already handed in.
   void finish() { end(Ending::afterBlocks); }
   /// Ends the thread after the block that is running.
@@ -64,16 +64,15 @@ class QueueLoop {
   /// There is no thread for it.
   void neverRun();
 
-  // On the queue's thread only.
-  void watch(int descriptor, std::function<void()> readable) {
+  void watch(int descriptor, std::function<void()> readable) override {
     assert(isCurrent());
     watches_[descriptor] = std::make_shared<std::function<void()>>(std::move(readable));
   }
-  void unwatch(int descriptor) {
+  void unwatch(int descriptor) override {
     assert(isCurrent());
     watches_.erase(descriptor);
   }
-  std::shared_ptr<void>& attachment() {
+  std::shared_ptr<void>& attachment() override {
     assert(isCurrent());
     return attachment_;
   }
@@ -261,7 +260,7 @@ void Threads::start(std::shared_ptr<QueueLoop> loop) {
 void Threads::joinFinished() {
   std::erase_if(running_, [](Running& running) {
     // A queue that starts another in its last moments must not wait for itself.
-    if (!running.loop->hasFinished() || running.loop->isCurrent()) return false;
+    if (running.loop->isRunning() || running.loop->isCurrent()) return false;
     running.thread.join();
     return true;
   });
@@ -277,33 +276,21 @@ void Threads::stopAll() {
   for (auto& each : running) each.thread.join();
 }
 
-class QueueHandle : public SerialQueue {
- public:
-  explicit QueueHandle(std::shared_ptr<QueueLoop> loop) : loop_(std::move(loop)) {}
-  ~QueueHandle() override { loop_->finish(); }
-
-  bool isRunning() const override { return !loop_->hasFinished(); }
-  const std::string& label() const override { return loop_->label(); }
-  QualityOfService qualityOfService() const override { return loop_->qualityOfService(); }
-  void async(Block block) override { loop_->async(std::move(block)); }
-  bool isCurrent() const override { return loop_->isCurrent(); }
-  void watch(int descriptor, std::function<void()> readable) override {
-    loop_->watch(descriptor, std::move(readable));
-  }
-  void unwatch(int descriptor) override { loop_->unwatch(descriptor); }
-  void asyncAt(double seconds, Block block) override { loop_->asyncAt(seconds, std::move(block)); }
-  std::shared_ptr<void>& attachment() override { return loop_->attachment(); }
-
- private:
-  std::shared_ptr<QueueLoop> loop_;
-};
-
 }  // namespace
 
 std::shared_ptr<SerialQueue> SerialQueue::make(std::string label, QualityOfService quality) {
-  auto loop = std::make_shared<QueueLoop>(std::move(label), quality);
+  // Kept as a part of something else, so that `weak_from_this` means the handles.
+  struct Kept {
+    QueueLoop loop;
+  };
+  const std::shared_ptr<Kept> kept(new Kept{{std::move(label), quality}});
+  std::shared_ptr<QueueLoop> loop(kept, &kept->loop);
   Threads::shared().start(loop);
-  return std::make_shared<QueueHandle>(std::move(loop));
+  // Let go of there and then: the queue's own weak handle to itself keeps what is deleted with.
+  return {loop.get(), [loop](SerialQueue* /*queue*/) mutable {
+            const auto released = std::exchange(loop, nullptr);
+            released->finish();
+          }};
 }
 
 void asyncAndWait(SerialQueue& queue, Block block) {

@@ -14,6 +14,7 @@ namespace vistrel::platform::linux_desktop {
 ///
 /// Releasing the last handle ends the thread after the blocks already handed in; the thread is
 /// never joined by itself. A block that cannot run any more is dropped, and what it holds with it.
+/// What runs or lives on the thread may refer to the queue until then.
 class SerialQueue : public DispatchQueue, public std::enable_shared_from_this<SerialQueue> {
  public:
   /// Where the system has no thread for it, the queue runs nothing.

@@ -1,5 +1,6 @@
 #include <array>
 #include <atomic>
+#include <filesystem>
 #include <future>
 #include <gtest/gtest.h>
 #include <pthread.h>
@@ -101,6 +102,36 @@ TEST(SerialQueue, canBeReleasedByItsOwnBlock) {
     ran = true;
   });
   EXPECT_TRUE(eventually([&] { return ran.load(); }));
+}
+
+TEST(SerialQueue, isThereForWhatStillRunsOnItAfterItsRelease) {
+  auto queue = makeQueue();
+  std::promise<void> released;
+  std::promise<bool> wasCurrent;
+  queue->async([&queue = *queue, &released, &wasCurrent] {
+    released.get_future().wait();
+    queue.asyncAt(monotonicNow(), [] {});
+    queue.unwatch(-1);
+    wasCurrent.set_value(queue.isCurrent());
+  });
+  queue.reset();
+  released.set_value();
+  EXPECT_TRUE(wasCurrent.get_future().get());
+}
+
+TEST(SerialQueue, leavesNothingOpenAfterItsRelease) {
+  const auto openFiles = [] {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+  };
+  drain(*makeQueue());
+  const auto before = openFiles();
+  for (int i = 0; i < 50; ++i) drain(*makeQueue());
+  // The last ones' threads may still be ending; a further queue's start looks after those before.
+  EXPECT_TRUE(eventually([&] {
+    drain(*makeQueue());
+    return openFiles() <= before + 1;
+  }));
 }
 
 TEST(SerialQueue, runsTimedBlocksInTheOrderOfTheirTimes) {
