@@ -150,8 +150,8 @@ bool CoveredPanels::isTranslucent(xcb_window_t panel) {
 void CoveredPanels::mark(xcb_window_t panel, bool isCovered) {
   auto* const xcb = connection_.xcb();
   const auto name = connection_.atom(coveredMark);
-  // The toolkit destroys panels on a connection of its own; word of that may be under way.
   constexpr std::uint32_t yes = 1;
+  // The toolkit destroys panels on a connection of its own; word of that may be under way.
   forgive(xcb, isCovered ? xcb_change_property_checked(xcb, XCB_PROP_MODE_REPLACE, panel, name,
                                                        XCB_ATOM_CARDINAL, 32, 1, &yes)
                          : xcb_delete_property_checked(xcb, panel, name));
