@@ -1,7 +1,6 @@
 #include "bench/peers/Soak.h"
 
 #include <algorithm>
-#include <iterator>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -15,6 +14,7 @@
 #include "tests/support/InputDriver.h"
 #include "tests/support/Poll.h"
 #include "tests/support/PrivateDisplay.h"
+#include "tests/support/ProcessEntries.h"
 #include "tests/support/ScreenReader.h"
 #include "tests/support/ServerResources.h"
 #include "tests/support/TestWindow.h"
@@ -29,12 +29,6 @@ using testbed::Rect;
 using testbed::TestWindow;
 
 constexpr std::size_t mirrors = 16;
-
-std::size_t entriesIn(pid_t process, const std::string& folder) {
-  const auto path = "/proc/" + std::to_string(process) + "/" + folder;
-  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(path),
-                                                std::filesystem::directory_iterator()));
-}
 
 template <class Condition>
 void waitUntil(const std::string& what, Condition&& condition) {
@@ -177,8 +171,8 @@ void measureSoak(const std::filesystem::path& folder, std::chrono::duration<doub
     for (const auto& [type, count] : held.counts) resources += count;
     figures.add({figure(elapsed.count()), std::to_string(soak.opened()),
                  std::to_string(ownBytes(soak.process())),
-                 std::to_string(entriesIn(soak.process(), "fd")),
-                 std::to_string(entriesIn(soak.process(), "task")), std::to_string(resources),
+                 std::to_string(testbed::openDescriptors(soak.process())),
+                 std::to_string(testbed::threadCount(soak.process())), std::to_string(resources),
                  std::to_string(held.pixmapBytes)});
     if (elapsed > span) return;
     soak.closeSome();

@@ -31,7 +31,7 @@ TEST_P(CoveredPanel, ShowsTheNewestPictureOnceItComesToLight) {
   input_.rest(betweenClicks);
   input_.drag(now, {now.x + 400, now.y});
   EXPECT_TRUE(eventually([&] { return lower.shows(otherColours); }));
-  EXPECT_TRUE(upper.shows(fourColours));
+  EXPECT_TRUE(eventually([&] { return upper.shows(fourColours); }));
 }
 
 VISTREL_WITH_MANAGERS(CompositingManagers, CoveredPanel, compositingManagers);

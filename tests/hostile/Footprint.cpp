@@ -1,11 +1,10 @@
 #include "tests/hostile/Footprint.h"
 
-#include <filesystem>
-#include <iterator>
 #include <malloc.h>
 #include <unistd.h>
 
 #include "tests/support/ClientsOfProcess.h"
+#include "tests/support/ProcessEntries.h"
 
 #ifdef __SANITIZE_ADDRESS__
 /// The allocator's; GCC 12 comes without the header (sanitizer/allocator_interface.h).
@@ -14,11 +13,6 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace vistrel::hostile {
 namespace {
-
-std::size_t entriesIn(const char* directory) {
-  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(directory),
-                                                std::filesystem::directory_iterator()));
-}
 
 std::size_t bytesOnHeap() {
 #ifdef __SANITIZE_ADDRESS__
@@ -42,8 +36,8 @@ Footprint footprint(const testbed::XConnection& connection) {
   Footprint result;
   result.server = testbed::resourcesOfProcess(connection, getpid());
   result.clients = testbed::clientsOfProcess(connection, getpid()).size();
-  result.descriptors = entriesIn("/proc/self/fd");
-  result.threads = entriesIn("/proc/self/task");
+  result.descriptors = testbed::openDescriptors(getpid());
+  result.threads = testbed::threadCount(getpid());
   result.heapBytes = bytesOnHeap();
   return result;
 }

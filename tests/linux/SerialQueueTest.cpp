@@ -1,6 +1,5 @@
 #include <array>
 #include <atomic>
-#include <filesystem>
 #include <future>
 #include <gtest/gtest.h>
 #include <pthread.h>
@@ -10,6 +9,7 @@
 
 #include "platform/linux/SerialQueue.h"
 #include "tests/support/Poll.h"
+#include "tests/support/ProcessEntries.h"
 
 namespace vistrel::platform::linux_desktop {
 namespace {
@@ -120,17 +120,13 @@ TEST(SerialQueue, isThereForWhatStillRunsOnItAfterItsRelease) {
 }
 
 TEST(SerialQueue, leavesNothingOpenAfterItsRelease) {
-  const auto openFiles = [] {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return std::distance(begin(files), end(files));
-  };
   drain(*makeQueue());
-  const auto before = openFiles();
+  const auto before = testbed::openDescriptors(getpid());
   for (int i = 0; i < 50; ++i) drain(*makeQueue());
   // The last ones' threads may still be ending; a further queue's start looks after those before.
   EXPECT_TRUE(eventually([&] {
     drain(*makeQueue());
-    return openFiles() <= before + 1;
+    return testbed::openDescriptors(getpid()) <= before + 1;
   }));
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <iterator>
 
+#include "platform/linux/WindowPlace.h"
 #include "platform/linux/XcbRequests.h"
 #include "platform/linux/x11/manager/Manager.h"
 #include "platform/linux/x11/manager/TopLevel.h"
@@ -19,18 +20,6 @@ constexpr double pause = 1.0 / 30;
 /// What managers show a window with (no standard, yet all that can do so read it).
 constexpr const char* opacity = "_NET_WM_WINDOW_OPACITY";
 constexpr std::uint32_t opaque = 0xFFFFFFFF;
-
-using PendingAttributes =
-    Pending<xcb_get_window_attributes_reply, xcb_get_window_attributes_cookie_t>;
-using PendingGeometry = Pending<xcb_get_geometry_reply, xcb_get_geometry_cookie_t>;
-using PendingPlace = Pending<xcb_translate_coordinates_reply, xcb_translate_coordinates_cookie_t>;
-
-struct Asked {
-  xcb_window_t panel;
-  PendingAttributes attributes;
-  PendingGeometry geometry;
-  PendingPlace place;
-};
 
 }  // namespace
 
@@ -123,22 +112,11 @@ std::vector<xcb_window_t> CoveredPanels::covered() {
 }
 
 std::vector<CoveredPanels::Shown> CoveredPanels::shownPanels() {
-  auto* const xcb = connection_.xcb();
-  std::vector<Asked> asked;
-  for (const auto& [panel, isMarked] : panels_) {
-    asked.push_back({panel,
-                     {xcb, xcb_get_window_attributes(xcb, panel)},
-                     {xcb, xcb_get_geometry(xcb, panel)},
-                     {xcb, xcb_translate_coordinates(xcb, panel, connection_.root(), 0, 0)}});
-  }
   std::vector<Shown> shown;
-  for (auto& each : asked) {
-    const auto attributes = each.attributes.fetch();
-    const auto geometry = each.geometry.fetch();
-    const auto place = each.place.fetch();
-    if (!attributes || !geometry || !place) continue;
-    if (attributes->map_state != XCB_MAP_STATE_VIEWABLE) continue;
-    shown.push_back({each.panel, {place->dst_x, place->dst_y, geometry->width, geometry->height}});
+  for (const auto& [panel, isMarked] : panels_) {
+    if (!isViewable(connection_, panel)) continue;
+    const auto frame = placeIn(connection_.xcb(), panel, connection_.root());
+    if (frame) shown.push_back({panel, *frame});
   }
   return shown;
 }
