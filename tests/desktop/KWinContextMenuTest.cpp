@@ -144,6 +144,20 @@ TEST_F(KWinMenuKeys, OpenThePanelsMenuWhileTheyAreMeantForItAndGoToTheSourceElse
   EXPECT_TRUE(eventually([&] { return !isInSettings(); }));
 }
 
+TEST_F(KWinMenuKeys, AreTheSourcesWhenAMenuClosesOverThePanelThatThePointerHasLeft) {
+  const PanelOnScreen panel = openPanel();
+  openMenu(panel);
+  hand_.moveTo({600, 800});
+  EXPECT_TRUE(eventually([&] {
+    hand_.type(keyEscape);
+    return !isMenuOnScreen();
+  }));
+  expectKeyboardAtSource();
+  EXPECT_EQ(rows().size(), 1U) << "the program has dealt with what came before";
+  EXPECT_TRUE(isFree(menu) && isFree(shiftF10));
+  expectMenuKeyAtSource();
+}
+
 TEST_F(KWinMenuKeys, AreAnybodysWhenTheProgramHasBeenKilledOverAPanel) {
   const PanelOnScreen panel = openPanel();
   hand_.moveTo(panel.contents().centre());

@@ -131,7 +131,9 @@ void PanelPeer::makeNative() {
       new PanelWindow(window_, {.placed = [this] { nativeWasPlaced(); },
                                 .released = [this] { place(); },
                                 .exposed = [this] { hasAppeared(); },
-                                .hovered = [this](bool isOver) { pointerCameOrWent(isOver); },
+                                .entered = [this] { pointerEntered(); },
+                                .moved = [this] { pointerIsOver(true); },
+                                .left = [this] { pointerIsOver(false); },
                                 .menuWanted =
                                     [this](const QPoint& onDesktop, std::function<void()> show) {
                                       prepareForMenu(onDesktop, std::move(show));
@@ -153,7 +155,14 @@ void PanelPeer::makeNative() {
   surface_ = providers_.windows.makeSurface(static_cast<std::uint32_t>(native_->winId()));
 }
 
-void PanelPeer::pointerCameOrWent(bool isOver) {
+void PanelPeer::pointerEntered() {
+  // When a menu closes, XWayland 22.1.9 takes the pointer to be over what lay below the menu,
+  // though it is in a native window by then, and never tells that it is not. Its motion can be
+  // believed.
+  if (!providers_.mayHaveForeignWindows) pointerIsOver(true);
+}
+
+void PanelPeer::pointerIsOver(bool isOver) {
   if (isOver == std::exchange(takesMenuKeys_, isOver)) return;
   // The panel never has the keyboard: the pointer says that it is the one that is meant.
   if (isOver) {
@@ -182,7 +191,7 @@ SourceSituation PanelPeer::situationOfSource() const {
 }
 
 void PanelPeer::releaseNative() {
-  if (native_) pointerCameOrWent(false);
+  if (native_) pointerIsOver(false);
   keyboardHolder_.reset();
   roll_.stop();
   if (surface_) surface_->detach();

@@ -61,7 +61,8 @@ class PanelPeer final : public HostedPeer {
  private:
   void makeNative();
   void hasAppeared();
-  void pointerCameOrWent(bool isOver);
+  void pointerEntered();
+  void pointerIsOver(bool isOver);
   /// Calls `show` once the menu can be shown.
   void prepareForMenu(const QPoint& onDesktop, std::function<void()> show);
   void menuHasClosed();

@@ -104,8 +104,8 @@ void PanelWindow::resizeEvent(QResizeEvent* /*event*/) {
 
 bool PanelWindow::event(QEvent* event) {
   if (event->type() == QEvent::Leave) tip_.hide();
-  if (event->type() == QEvent::Enter && window_ != nullptr) callbacks_.hovered(true);
-  if (event->type() == QEvent::Leave && window_ != nullptr) callbacks_.hovered(false);
+  if (event->type() == QEvent::Enter && window_ != nullptr) callbacks_.entered();
+  if (event->type() == QEvent::Leave && window_ != nullptr) callbacks_.left();
   if (event->type() == QEvent::Close) {  // a panel is closed by its own controls alone
     event->ignore();
     return true;
@@ -166,6 +166,7 @@ void PanelWindow::hover(const QMouseEvent& event) {
   const Qt::CursorShape shape = shapeOf(window_->cursorAt(location));
   if (cursor().shape() != shape) setCursor(shape);
   tip_.pointerMoved(event.globalPosition().toPoint(), window_->toolTipAt(location));
+  callbacks_.moved();
 }
 
 Point PanelWindow::locationInWindow(const QPointF& qtPosition) const {

@@ -24,8 +24,11 @@ class PanelWindow final : public QWindow {
     std::function<void()> released;
     /// The desktop shows the window, or more of it.
     std::function<void()> exposed;
-    /// The pointer has come over the window, or left it.
-    std::function<void(bool isOver)> hovered;
+    /// The pointer is said to have come over the window.
+    std::function<void()> entered;
+    /// The pointer moves over the window, with no button held.
+    std::function<void()> moved;
+    std::function<void()> left;
     /// A context menu is about to open at a place of the toolkit's; `show` opens it.
     std::function<void(const QPoint& onDesktop, std::function<void()> show)> menuWanted;
     /// It is off the screen.
