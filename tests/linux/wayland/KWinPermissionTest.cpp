@@ -1,4 +1,6 @@
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "tests/linux/wayland/KWinTest.h"
 #include "tests/support/ChildProcess.h"
@@ -7,7 +9,6 @@ namespace vistrel::platform::linux_desktop {
 namespace {
 
 using testbed::TestWindow;
-using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::IsEmpty;
 
@@ -30,7 +31,7 @@ class KWinPermissionTest : public KWinTest {
 TEST_F(KWinPermissionTest, IsGrantedAndTakenBackByTheCommandThatIsTold) {
   const NativeWindow native(desktop_.environment(), {.title = "Native"});
   const TestWindow ofX(desktop_.xName(), {.title = "Of X"});
-  EXPECT_THAT(titles(), ElementsAre("Of X"));
+  EXPECT_TRUE(eventually([&] { return titles() == std::vector<std::string>{"Of X"}; }));
   EXPECT_THAT(session_->facts().grantCommand, EndsWith("vistrel-kwin-grant " + ownProgram));
 
   runGrant(ownProgram);
