@@ -28,6 +28,7 @@ class PanelWindow final : public QWindow {
     std::function<void()> entered;
     /// The pointer moves over the window, with no button held.
     std::function<void()> moved;
+    /// The pointer has left the window.
     std::function<void()> left;
     /// A context menu is about to open at a place of the toolkit's; `show` opens it.
     std::function<void(const QPoint& onDesktop, std::function<void()> show)> menuWanted;
