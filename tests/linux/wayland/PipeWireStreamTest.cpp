@@ -297,6 +297,16 @@ TEST_F(PipeWireStreamTest, GoesOnAfterMoreFramesThanThereAreBuffersFor) {
   EXPECT_TRUE(arrives(producer, {.first = 0x200000}, receiver));
 }
 
+TEST_F(PipeWireStreamTest, IsBegunAnewAtRestWhereItsLastFrameFoundNoBuffer) {
+  StreamProducer producer({});
+  Receiver receiver(producer);
+  ASSERT_TRUE(arrives(producer, honest, receiver));
+  const int before = producer.starts();
+  receiver.beBusyWith([&] { EXPECT_TRUE(eventually([&] { return !producer.send(honest); })); });
+  EXPECT_TRUE(eventually([&] { return producer.starts() > before; }));
+  EXPECT_TRUE(arrives(producer, {.first = 0x200000}, receiver));
+}
+
 TEST_F(PipeWireStreamTest, IsWokenThreeTimesWhereNothingComesAfterAChangeOfSizeAndEndsThen) {
   StreamProducer producer({});
   Receiver receiver(producer);

@@ -21,6 +21,12 @@ constexpr double usualDelay = 0.1;
 /// And one that was connected, which may have to wait for the session manager.
 constexpr double untilFirstFrame = 0.5;
 
+/// How long nothing comes of a stream that rests, in seconds.
+constexpr double rest = 0.5;
+
+/// No stream has fewer: so many have to be under way before one is lacking.
+constexpr int fewestBuffers = 3;
+
 /// What PipeWire needs once in a process.
 void initializePipeWire() {
   static const bool isInitialized = [] {
@@ -67,8 +73,9 @@ const spa_pod* wantedBuffers(spa_pod_builder& builder) {
   spa_pod_frame frame{};
   spa_pod_builder_push_object(&builder, &frame, SPA_TYPE_OBJECT_ParamBuffers, SPA_PARAM_Buffers);
   // With six KWin 5.27.5 now and then never tells the pointer's picture.
-  spa_pod_builder_add(&builder, SPA_PARAM_BUFFERS_buffers, SPA_POD_CHOICE_RANGE_Int(4, 3, 8),
-                      SPA_PARAM_BUFFERS_dataType, SPA_POD_CHOICE_FLAGS_Int(1 << SPA_DATA_MemFd), 0);
+  spa_pod_builder_add(&builder, SPA_PARAM_BUFFERS_buffers,
+                      SPA_POD_CHOICE_RANGE_Int(4, fewestBuffers, 8), SPA_PARAM_BUFFERS_dataType,
+                      SPA_POD_CHOICE_FLAGS_Int(1 << SPA_DATA_MemFd), 0);
   return static_cast<const spa_pod*>(spa_pod_builder_pop(&builder, &frame));
 }
 
@@ -280,7 +287,12 @@ void PipeWireStream::wake(double nextDelay) {
 void PipeWireStream::restart() {
   pw_stream_set_active(stream_.get(), false);
   pw_stream_set_active(stream_.get(), true);
+  begin();
+}
+
+void PipeWireStream::begin() {
   hasBegun_ = true;
+  buffersInARow_ = 0;
 }
 
 void PipeWireStream::askForBuffers() {
@@ -314,6 +326,7 @@ void PipeWireStream::process() {
     const auto found = buffers_.find(buffer);
     if (found != buffers_.end()) take(*found);
     pw_stream_queue_buffer(stream_.get(), buffer);
+    countBuffer();
   }
 }
 
@@ -340,25 +353,34 @@ void PipeWireStream::readPointer(const spa_buffer& buffer) {
   hasPointerNews_ = true;
   hasNews_ = true;
   lastPointerNews_ = monotonicNow();
-  if (pointerPlace_) checkPointerLater();
 }
 
-/// KWin 5.27 sometimes fails to tell that the pointer has left: every frame tells where it is, so
-/// one is asked for once the pointer rests.
-void PipeWireStream::checkPointerLater() {
+/// Compositors drop what finds no free buffer, be it the last change before a window stands still,
+/// and KWin 5.27 sometimes fails to tell that the pointer has left. A frame, which tells both, is
+/// asked for once the stream rests.
+void PipeWireStream::countBuffer() {
+  const double now = monotonicNow();
+  buffersInARow_ = now - lastBuffer_ < rest ? buffersInARow_ + 1 : 1;
+  lastBuffer_ = now;
+  if (mayLackSomething()) checkLater();
+}
+
+bool PipeWireStream::mayLackSomething() const {
+  return buffersInARow_ >= fewestBuffers || lastPointerNews_ > lastFrame_;
+}
+
+void PipeWireStream::checkLater() {
   const auto queue = queue_.lock();
-  if (!queue || std::exchange(checksPointer_, true)) return;
-  constexpr double rest = 0.5;
-  queue->asyncAt(lastPointerNews_ + rest, [this, alive = std::weak_ptr(alive_)] {
-    if (alive.lock()) checkPointer();
+  if (!queue || std::exchange(awaitsRest_, true)) return;
+  queue->asyncAt(lastBuffer_ + rest, [this, alive = std::weak_ptr(alive_)] {
+    if (alive.lock()) check();
   });
 }
 
-void PipeWireStream::checkPointer() {
-  checksPointer_ = false;
-  if (hasEnded_ || !isActive_ || !pointerPlace_ || lastFrame_ >= lastPointerNews_) return;
-  constexpr double moving = 0.25;
-  if (monotonicNow() - lastPointerNews_ < moving) return checkPointerLater();
+void PipeWireStream::check() {
+  awaitsRest_ = false;
+  if (hasEnded_ || !isActive_ || !mayLackSomething()) return;
+  if (monotonicNow() - lastBuffer_ < rest / 2) return checkLater();
   restart();
   wakeAfter(usualDelay);
 }
@@ -391,7 +413,7 @@ void PipeWireStream::setActive(bool active) {
   isActive_ = active;
   pw_stream_set_active(stream_.get(), active);
   if (!active) return;
-  hasBegun_ = true;
+  begin();
   wakeAfter(usualDelay);
 }
 

@@ -90,8 +90,13 @@ class PipeWireStream {
   void wakeAfter(double seconds, Wake when = Wake::withoutFrame);
   void wake(double nextDelay);
   void restart();
-  void checkPointerLater();
-  void checkPointer();
+  /// Its next frame is its first one.
+  void begin();
+  void countBuffer();
+  /// Whether a change may have been lost, or the pointer's leaving.
+  bool mayLackSomething() const;
+  void checkLater();
+  void check();
 
   const std::weak_ptr<SerialQueue> queue_;
   const std::shared_ptr<FrameCopy> copy_;
@@ -111,8 +116,10 @@ class PipeWireStream {
   bool hasNews_ = false;  // for `changed`
   bool hasEnded_ = false;
   bool isActive_ = true;
-  bool hasBegun_ = true;        // to be active, and no frame has come since
-  bool checksPointer_ = false;  // a little later
+  bool hasBegun_ = true;     // to be active, and no frame has come since
+  bool awaitsRest_ = false;  // to be checked then
+  double lastBuffer_ = 0;
+  int buffersInARow_ = 0;  // without a rest between them, since it has begun
   double lastPointerNews_ = 0;
   double lastFrame_ = 0;      // 0 before the first one
   int wakes_ = 0;             // since then
