@@ -94,6 +94,7 @@ struct Session {
   CallOptions selection;
   std::string request;  // the one that is open
   bool hasDialog = false;
+  bool isToBeSharedAgain = false;
   std::optional<BusObject> cast;
   std::optional<BusObject> stream;
 };
@@ -117,6 +118,19 @@ class Portal {
 
   bool isHung() const { return isHung_; }
   sd_bus* bus() const { return bus_.get(); }
+
+  bool hasWindowsToShareAgain() const {
+    return std::ranges::any_of(sessions_,
+                               [](const auto& each) { return each.second.isToBeSharedAgain; });
+  }
+  void shareAgain() {
+    for (auto& [path, session] : sessions_) {
+      if (std::exchange(session.isToBeSharedAgain, false)) {
+        stop(session);
+        share(session);
+      }
+    }
+  }
 
   std::string obey(const std::string& line) {
     std::istringstream text(line);
@@ -303,7 +317,8 @@ class Portal {
     }
   }
 
-  /// Has mutter stream the window that has the keyboard.
+  /// Has mutter stream the window that has the keyboard, sooner or later: when a menu closes, none
+  /// has it for a moment, or one that is about to go.
   void share(Session& session) {
     const auto asked = session.selection.numbers.find("cursor_mode");
     // Of the portal 1, 2 and 4, of mutter 0, 1 and 2.
@@ -320,7 +335,7 @@ class Portal {
                                  .path());
       session.cast->call(mutterSessionInterface, "Start");
     } catch (const BusError&) {
-      respond(std::exchange(session.request, {}), failed);
+      session.isToBeSharedAgain = true;
     }
   }
 
@@ -346,6 +361,7 @@ class Portal {
     for (auto& [path, session] : sessions_) {
       if (session.request == request) {
         session.request.clear();
+        session.isToBeSharedAgain = false;
         withdrawn_ += std::exchange(session.hasDialog, false) ? 1 : 0;
       }
     }
@@ -360,13 +376,16 @@ class Portal {
       return session;
     }
     withdrawn_ += session->second.hasDialog ? 1 : 0;
-    if (session->second.cast) {
-      try {
-        session->second.cast->call(mutterSessionInterface, "Stop");
-      } catch (const BusError&) {  // it may have ended, and mutter itself
-      }
-    }
+    stop(session->second);
     return sessions_.erase(session);
+  }
+
+  static void stop(Session& session) {
+    try {
+      if (session.cast) session.cast->call(mutterSessionInterface, "Stop");
+    } catch (const BusError&) {  // it may have ended, and mutter itself
+    }
+    session.cast.reset();
   }
 
   /// By another's will than that of its owner, who is told.
@@ -396,15 +415,24 @@ class Portal {
         return each.second.stream && each.second.stream->path() == path;
       });
       if (session != sessions_.end()) {
-        tellStream(session->second, signal.number());
+        try {
+          tellStream(session->second, signal.number());
+        } catch (const BusError&) {  // the stream has gone meanwhile
+          session->second.isToBeSharedAgain = true;
+        }
       }
     } else if (sd_bus_message_is_signal(signal.get(), mutterSessionInterface, "Closed") > 0) {
       const auto session = std::ranges::find_if(sessions_, [&](const auto& each) {
         return each.second.cast && each.second.cast->path() == path;
       });
-      if (session != sessions_.end()) {
-        session->second.cast.reset();
+      if (session == sessions_.end()) {
+        return;
+      }
+      session->second.cast.reset();
+      if (session->second.request.empty()) {
         close(session);
+      } else {
+        session->second.isToBeSharedAgain = true;
       }
     } else if (sd_bus_message_is_signal(signal.get(), nullptr, "NameOwnerChanged") > 0) {
       heedOwner(signal);
@@ -427,8 +455,8 @@ class Portal {
   }
 
   void tellStream(Session& session, std::uint32_t node) {
-    ++streams_;
     const auto [width, height] = sizeOf(*session.stream);
+    ++streams_;
     const std::string request = std::exchange(session.request, {});
     const auto persistMode = session.selection.numbers.find("persist_mode");
     if (persistMode == session.selection.numbers.end() || persistMode->second == 0) {
@@ -490,8 +518,13 @@ void serve(Portal& portal, CommandPipe commands) {
                                  pollfd{checked(sd_bus_get_fd(portal.bus()), "the bus"),
                                         static_cast<short>(sd_bus_get_events(portal.bus())), 0}};
     // Of the two, a hung portal waits for the first one alone.
-    if (::poll(waited.data(), portal.isHung() ? 1 : 2, -1) < 0) {
+    constexpr int milliseconds = 20;
+    if (::poll(waited.data(), portal.isHung() ? 1 : 2,
+               portal.hasWindowsToShareAgain() ? milliseconds : -1) < 0) {
       throw std::system_error(errno, std::generic_category(), "poll");
+    }
+    if (!portal.isHung()) {
+      portal.shareAgain();
     }
     if (waited[0].revents != 0 && !commands.serve(obey)) {
       return;
