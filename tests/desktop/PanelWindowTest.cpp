@@ -125,9 +125,10 @@ TEST_P(PanelWindow, NeverTakesTheKeyboard) {
   input_.rest(betweenClicks);
   const Point from = panel.titleBar();
   input_.drag(from, {from.x + 30, from.y + 30});
-  ASSERT_TRUE(eventually([&] { return panel.area().x == start.x + 30; }));
+  ASSERT_TRUE(becomes(panel, {start.x + 30, start.y + 30, start.width, start.height}));
   EXPECT_TRUE(hasKeyboard(*source_)) << "dragged";
   const Point grip = panel.grip();
+  pointAt(panel, grip);
   input_.drag(grip, {grip.x + 40, grip.y + 20});
   ASSERT_TRUE(eventually([&] { return panel.area().width == start.width + 40; }));
   EXPECT_TRUE(hasKeyboard(*source_)) << "resized";
