@@ -1,3 +1,4 @@
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sys/stat.h>
@@ -15,6 +16,17 @@ class Picker : public DesktopTest {
     ASSERT_TRUE(eventually([&] { return activeWindow() == picker; }));
     input_.type(keysym);
   }
+  /// Makes a window white without its program's knowing.
+  void wipeOut(xcb_window_t window) {
+    xcb_connection_t* const xcb = connection_.get();
+    const xcb_gcontext_t pen = xcb_generate_id(xcb);
+    constexpr std::uint32_t whitePixel = 0xFFFFFF;
+    xcb_create_gc(xcb, pen, window, XCB_GC_FOREGROUND, &whitePixel);
+    constexpr xcb_rectangle_t everything{0, 0, 0xFFFF, 0xFFFF};
+    xcb_poly_fill_rectangle(xcb, window, pen, 1, &everything);
+    xcb_free_gc(xcb, pen);
+    connection_.sync();
+  }
 };
 
 TEST_F(Picker, ADoubleClickOpensAPanelOfTheComputedSizeAtTheComputedPlace) {
@@ -24,6 +36,23 @@ TEST_F(Picker, ADoubleClickOpensAPanelOfTheComputedSizeAtTheComputedPlace) {
   EXPECT_TRUE(eventually([&] {
     return panel.area() == PanelOnScreen::computedArea(sourceArea, firstPanel);
   })) << panel.area();
+}
+
+TEST_F(Picker, IsDrawnOnceMoreAtRestForACompositingManagerThatOverlooksDrawings) {
+  startVistrel();
+  const PickerOnScreen picker = vistrel_->picker();
+  vistrel_->pickerRows(0);
+  const Rect area = picker.area();
+  const Point corner{area.x + 4, area.y + area.height - 4};
+  const Rgb background = screen_.pixel(corner);
+  ASSERT_NE(background, white);
+  // On a busy machine the drawing at rest may come before it is wiped out.
+  EXPECT_TRUE(eventually([&] {
+    input_.clickAt(picker.refreshButton());
+    wipeOut(picker.id());
+    constexpr std::chrono::seconds aFewRests{3};
+    return eventually([&] { return screen_.pixel(corner) == background; }, aFewRests);
+  }));
 }
 
 TEST_F(Picker, ReturnMirrorsTheSelectedRow) {

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QWindow>
+#include <chrono>
 #include <utility>
 
 namespace vistrel::platform::linux_desktop {
@@ -25,6 +26,9 @@ std::string keyEquivalent(const QKeyEvent& event) {
   return isReturn && isPlain ? "\r" : "";
 }
 
+/// How long the window stands still before it is drawn once more.
+constexpr std::chrono::seconds rest{1};
+
 }  // namespace
 
 TitledWindow::TitledWindow(Window& window, const std::string& notice,
@@ -34,6 +38,13 @@ TitledWindow::TitledWindow(Window& window, const std::string& notice,
       callbacks_(std::move(callbacks)),
       widgets_(*new QWidget(this), notice, std::move(pickEntry)) {
   setCentralWidget(&widgets_.parent());
+  // mutter 43.8 now and then overlooks what is drawn into a window, above all the first time.
+  rest_.setSingleShot(true);
+  rest_.setInterval(rest);
+  QObject::connect(&rest_, &QTimer::timeout, this, [this] {
+    isDrawnOnceMore_ = true;
+    update();
+  });
   create();
   QObject::connect(windowHandle(), &QWindow::screenChanged, this, [this] {
     if (window_ != nullptr) callbacks_.scaleChanged();
@@ -71,6 +82,19 @@ void TitledWindow::changeEvent(QEvent* event) {
   if (window_ == nullptr) return;
   if (event->type() == QEvent::PaletteChange) widgets_.dress();
   if (event->type() == QEvent::WindowStateChange && !isMinimized()) callbacks_.restored();
+}
+
+void TitledWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  rest_.start();
+}
+
+bool TitledWindow::event(QEvent* event) {
+  // Comes whenever something of it is to be drawn.
+  if (event->type() == QEvent::UpdateRequest && !std::exchange(isDrawnOnceMore_, false)) {
+    rest_.start();
+  }
+  return QMainWindow::event(event);
 }
 
 }  // namespace vistrel::platform::linux_desktop

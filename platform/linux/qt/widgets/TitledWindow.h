@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <string>
@@ -40,11 +41,15 @@ class TitledWindow final : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   Window* window_;
   const Callbacks callbacks_;
   WidgetTree widgets_;
+  QTimer rest_;  // runs out some time after something of it was drawn
+  bool isDrawnOnceMore_ = false;
 };
 
 }  // namespace vistrel::platform::linux_desktop
